@@ -1,0 +1,34 @@
+# The library, the preload part (Linux) and the companion.
+file(GLOB entry_sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/platform/${ORVIN_BACKEND}/entry*.cpp)
+if(entry_sources)
+  add_library(orvin_osd SHARED ${entry_sources})
+  set_target_properties(orvin_osd PROPERTIES OUTPUT_NAME ORVIN-OSD64-GL RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin
+    LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+  orvin_link_core(orvin_osd ${ORVIN_BACKEND})
+  if(WIN32)
+    set_target_properties(orvin_osd PROPERTIES PREFIX "" SUFFIX ".dll" IMPORT_PREFIX "lib")
+    target_sources(orvin_osd PRIVATE ${CMAKE_SOURCE_DIR}/platform/win32/ORVIN-OSD64-GL.def)
+    target_link_options(orvin_osd PRIVATE -Wl,--exclude-all-symbols)
+  else()
+    target_link_options(orvin_osd PRIVATE -Wl,--exclude-libs,ALL -Wl,-z,defs -Wl,-z,nodelete
+      -Wl,--version-script=${CMAKE_SOURCE_DIR}/platform/linux/exports.map)
+    set_target_properties(orvin_osd PROPERTIES LINK_DEPENDS ${CMAKE_SOURCE_DIR}/platform/linux/exports.map)
+  endif()
+endif()
+
+if(NOT WIN32)
+  file(GLOB preload_sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/platform/linux/preload*.cpp)
+  if(preload_sources)
+    add_library(orvin_preload SHARED ${preload_sources})
+    set_target_properties(orvin_preload PROPERTIES OUTPUT_NAME ORVIN-OSD64-GL-preload
+      LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+    target_link_libraries(orvin_preload PRIVATE orvin_options ${CMAKE_DL_LIBS} Threads::Threads)
+    target_link_options(orvin_preload PRIVATE -static-libgcc -static-libstdc++ -Wl,--exclude-libs,ALL -Wl,-z,nodelete
+      -Wl,--version-script=${CMAKE_SOURCE_DIR}/platform/linux/preload.map)
+  endif()
+endif()
+
+file(COPY ${CMAKE_SOURCE_DIR}/shaders DESTINATION ${CMAKE_BINARY_DIR})
+if(EXISTS ${CMAKE_SOURCE_DIR}/companion/CMakeLists.txt)
+  add_subdirectory(companion)
+endif()

@@ -1,0 +1,18 @@
+#pragma once
+// Folders and files by path.
+#include "platform/types.h"
+#include <cstdio>
+
+namespace platform {
+
+/// The common application data folder (Win32: CSIDL 35; Linux: $ORVIN_OSD_APPDATA, else $XDG_DATA_HOME, else
+/// ~/.local/share), UTF-16, no trailing separator. False if it does not fit or is unknown.
+bool CommonDataFolder(char16_t* wzOut, u32 uCapacity) noexcept;
+/// Separator between path parts: backslash on Win32, slash elsewhere.
+extern const char16_t g_cPathSeparator;
+/// Narrow form of a path for the file calls (Win32: ANSI code page; Linux: UTF-8). False if it does not fit.
+bool NarrowPath(const char16_t* wzPath, char* szOut, u32 uCapacity) noexcept;
+/// Opens a file for binary reading; null on failure.
+std::FILE* OpenFileForRead(const char16_t* wzPath) noexcept;
+
+} // namespace platform

@@ -1,0 +1,34 @@
+#pragma once
+// The process, its modules and its window messages.
+#include "platform/types.h"
+
+namespace platform {
+
+u32 CurrentProcessId() noexcept;
+u32 CurrentThreadId() noexcept;
+/// Image path of this process in narrow text, at most uCapacity - 1 characters and terminated.
+void ProcessPath(char* szOut, u32 uCapacity) noexcept;
+/// Duplicates the current thread's handle with synchronise access and drops it (Win32); nothing elsewhere.
+void DuplicateCurrentThreadHandle() noexcept;
+
+/// True if a module whose file part equals szName (case folded) is mapped here. Win32: at most 2048 modules; the
+/// process handle opened for the walk stays open on a hit.
+bool IsModuleLoaded(const char* szName) noexcept;
+/// Handle of a mapped GL library ("opengl32.dll" and its stand-ins), null if not mapped.
+void* FindModule(const char* szName) noexcept;
+void* LoadModule(const char* szName) noexcept;
+/// Address of an exported function, null if missing. Linux maps wgl names to the window system's own.
+void* FindProc(void* hModule, const char* szName) noexcept;
+/// The swap as linked in (the import); the way out when no trampoline was made. Argument: the surface.
+i32 ImportedSwapBuffers(void* hSurface) noexcept;
+i32 ImportedDeleteContext(void* hContext) noexcept;
+
+/// Registered window message id. Linux: fixed numbers in 0xC000-0xFFFF.
+u32 RegisterMessage(const char* szName) noexcept;
+std::intptr_t CallNextMessageHook(void* hHook, i32 iCode, std::uintptr_t wParam, std::intptr_t lParam) noexcept;
+bool UnhookMessageHook(void* hHook) noexcept;
+void BroadcastMessage(u32 uMessage, std::uintptr_t wParam) noexcept;
+/// If lParam of a message-hook callback carries message uNumber, true and its lParam in *ppValue.
+bool HookMessageParam(std::intptr_t lParam, u32 uNumber, void** ppValue) noexcept;
+
+} // namespace platform

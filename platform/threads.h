@@ -1,0 +1,27 @@
+#pragma once
+// Threads and the one lock of the hook state.
+#include "platform/types.h"
+
+namespace platform {
+
+using ThreadHandle = void*;
+using ThreadFunction = u32 (*)(void* pArgument);
+
+/// Starts a thread; null on failure. The thread keeps this library mapped until it ends.
+ThreadHandle StartThread(ThreadFunction fnThread, void* pArgument) noexcept;
+/// Win32: suspend, terminate with code 0, close. Linux: raises the stop flag that StopRequested() reports, and
+/// forgets the thread without waiting.
+void KillThread(ThreadHandle hThread) noexcept;
+/// True in a thread that KillThread was called for (always false on Win32).
+bool StopRequested() noexcept;
+
+/// Non-recursive lock with an explicit life, since it is made at process attach.
+struct CriticalSection {
+    void* m_pImpl = nullptr;
+    void Initialize(u32 uSpinCount) noexcept;
+    void Enter() noexcept;
+    void Leave() noexcept;
+    void Delete() noexcept;
+};
+
+} // namespace platform
