@@ -1,0 +1,154 @@
+#!/usr/bin/env python3
+"""Rules of the code base that a machine can hold. Prints each broken rule with its places, then the count that hold."""
+import concurrent.futures
+import pathlib
+import re
+import statistics
+import subprocess
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
+CORE = ("frame", "shared", "draw", "font", "controls", "config", "capture")
+OS_USE = re.compile(r"^\s*#\s*include\s*<(windows|winsock|X11/|GL/glx|EGL/|sys/|unistd|pthread|dlfcn)|_WIN32|__linux__|__MINGW")
+SPEECH = re.compile(r"\bParts? [1-7]\.[0-9]+\b|\bspec\.md\b|\bthe spec(ification)?\b|\bSubsystem [1-7]\b")
+UNFINISHED = re.compile(r"\b(TO" r"DO|FIX" r"ME|HA" r"CK|not imple" r"mented)\b")
+MACHINE = re.compile(r"/work/(main|shared)|/root/|/tmp/b-|/tmp/st-")
+LONGEST_FUNCTION, MEDIAN_FUNCTION, LONGEST_FILE = 100, 12, 1000
+
+
+def tracked(*suffixes):
+    names = subprocess.run(["git", "ls-files", "-co", "--exclude-standard"], cwd=ROOT, capture_output=True,
+                           text=True, check=True).stdout.split("\n")
+    return [ROOT / n for n in names if n and n.endswith(suffixes) and (ROOT / n).is_file()]
+
+
+def lines_matching(pattern, paths):
+    for path in paths:
+        for number, line in enumerate(path.read_text(errors="replace").splitlines(), 1):
+            if pattern.search(line):
+                yield f"{path.relative_to(ROOT)}:{number}: {line.strip()[:120]}"
+
+
+def formatting():
+    files = [str(p) for p in tracked(".cpp", ".h")]
+    done = subprocess.run(["clang-format", "--dry-run", "-Werror", *files], capture_output=True, text=True)
+    return sorted({line.split(":")[0].replace(str(ROOT) + "/", "") for line in done.stderr.splitlines()
+                   if "code should be clang-formatted" in line})
+
+
+def portable_core():
+    return list(lines_matching(OS_USE, [p for p in tracked(".cpp", ".h") if p.relative_to(ROOT).parts[0] in CORE]))
+
+
+def wide_characters():
+    return list(lines_matching(re.compile(r"\bwchar_t\b"),
+                               [p for p in tracked(".cpp", ".h") if p.relative_to(ROOT).parts[0] in CORE]))
+
+
+def compiles_alone(path):
+    windows = "win32" in path.parts
+    compiler = "x86_64-w64-mingw32-g++-posix" if windows else "g++"
+    extra = ["-isystem", str(ROOT / "build/third_party/glew/include"), "-isystem",
+             str(ROOT / "build/third_party/zydis/include"), "-isystem",
+             str(ROOT / "build/third_party/zycore-include")] if windows else []
+    done = subprocess.run([compiler, "-std=gnu++20", "-fsyntax-only", "-Wall", "-Wextra", "-DGLEW_STATIC",
+                           "-DGLEW_NO_GLU", "-DZYDIS_STATIC_BUILD", "-DZYCORE_STATIC_BUILD", "-DZYAN_NO_LIBC", *extra,
+                           "-I", str(ROOT), "-x", "c++", "-include", str(path), "/dev/null"],
+                          capture_output=True, text=True)
+    return f"{path.relative_to(ROOT)}: {done.stderr.splitlines()[0]}" if done.returncode else None
+
+
+def headers_alone():
+    headers = [p for p in tracked(".h") if p.relative_to(ROOT).parts[0] in CORE + ("platform",)]
+    with concurrent.futures.ThreadPoolExecutor(2) as pool:
+        return [r for r in pool.map(compiles_alone, headers) if r]
+
+
+def functions(path):
+    """(line, length) of each function body: formatting puts its closing brace at the opening line's indent."""
+    lines = path.read_text(errors="replace").splitlines()
+    for number, line in enumerate(lines):
+        opened = re.match(r"^(\s*)[^\s/#}].*\)[\w\s:&>()\-,{}]*\{$", line)
+        if not opened or re.match(r"\s*(if|for|while|switch|else|do|namespace|struct|class|enum|extern|catch|try)\b", line):
+            continue
+        indent = opened.group(1)
+        if len(indent) > 4 or "= [" in line or line.lstrip().startswith(("TEST", "return", "static const", "constexpr")):
+            continue
+        for length, later in enumerate(lines[number + 1:]):
+            if later.startswith(indent + "}"):
+                yield number + 1, length
+                break
+
+
+def sizes():
+    broken, lengths = [], []
+    for path in tracked(".cpp", ".h"):
+        count = len(path.read_text(errors="replace").splitlines())
+        if count > LONGEST_FILE:
+            broken.append(f"{path.relative_to(ROOT)}: {count} lines")
+        for line, length in functions(path):
+            lengths.append(length)
+            if length > LONGEST_FUNCTION:
+                broken.append(f"{path.relative_to(ROOT)}:{line}: function of {length} lines")
+    if lengths and statistics.median(lengths) > MEDIAN_FUNCTION:
+        broken.append(f"median function has {statistics.median(lengths)} lines")
+    return broken
+
+
+def texts():
+    return [p for p in tracked(".cpp", ".h", ".md", ".py", ".cmake", ".txt", ".vs", ".fs", ".def", ".map")
+            if p.name != "check.py"]
+
+
+def own_words():
+    return list(lines_matching(SPEECH, texts()))
+
+
+def finished():
+    return list(lines_matching(UNFINISHED, texts()))
+
+
+def no_machine_paths():
+    return list(lines_matching(MACHINE, texts()))
+
+
+def kept_behaviour():
+    """Each row of docs/kept-behaviour.md names a test that exists."""
+    tests = set()
+    for path in tracked(".cpp", ".py"):
+        text = path.read_text(errors="replace")
+        tests |= {f"{a}.{b}" for a, b in re.findall(r"TEST(?:_F|_P)?\((\w+),\s*(\w+)\)", text)}
+        tests |= set(re.findall(r"def (test_\w+)", text))
+    broken = []
+    document = ROOT / "docs/kept-behaviour.md"
+    for row in document.read_text().splitlines() if document.exists() else []:
+        cells = [c.strip() for c in row.strip("|").split("|")]
+        if len(cells) < 3 or cells[0] in ("what", "") or set(cells[0]) <= {"-"}:
+            continue
+        names = re.findall(r"`([^`]+)`", cells[-1])
+        if not any(n in tests for n in names):
+            broken.append(f"no such test: {cells[-1]} ({cells[0]})")
+    return broken
+
+
+RULES = {"sources are formatted": formatting, "the core is free of operating systems": portable_core,
+         "UTF-16 text is char16_t": wide_characters, "each header compiles alone": headers_alone,
+         "functions and files stay small": sizes, "texts speak for the system itself": own_words,
+         "nothing is left unfinished": finished, "no path of one machine": no_machine_paths,
+         "kept behaviour is pinned by tests": kept_behaviour}
+
+
+def main():
+    held = 0
+    for name, rule in RULES.items():
+        broken = rule()
+        held += not broken
+        if broken:
+            print(f"BROKEN {name}")
+            print("\n".join(f"    {line}" for line in broken[:40]))
+    print(f"{held} rules hold")
+    return 0 if held == len(RULES) else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
