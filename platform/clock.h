@@ -10,7 +10,8 @@ i64 CounterNow() noexcept;
 i64 CounterFrequency() noexcept;
 /// Monotonic time in nanoseconds, converted from counter and frequency without overflow.
 i64 SteadyNanoseconds() noexcept;
-/// Blocks the calling thread for the given number of milliseconds. A pointer, so that a test can shorten waits.
+/// Blocks the calling thread for the given number of milliseconds. A pointer, so that a test can shorten
+/// waits.
 extern void (*g_fnSleepMilliseconds)(u32 uMilliseconds) noexcept;
 
 } // namespace platform

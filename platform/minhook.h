@@ -1,6 +1,7 @@
 #pragma once
-// MinHook's interface. Win32: an installed MinHook or our own engine on the Zydis decoder. Linux and headless:
-// the same calls over interposition, where laying a detour publishes the real function as the trampoline.
+// MinHook's interface. Win32: an installed MinHook or our own engine on the Zydis decoder. Linux and
+// headless: the same calls over interposition, where laying a detour publishes the real function as the
+// trampoline.
 #include "platform/types.h"
 
 enum MH_STATUS : i32 {

@@ -11,8 +11,8 @@ void ProcessPath(char* szOut, u32 uCapacity) noexcept;
 /// Duplicates the current thread's handle with synchronise access and drops it (Win32); nothing elsewhere.
 void DuplicateCurrentThreadHandle() noexcept;
 
-/// True if a module whose file part equals szName (case folded) is mapped here. Win32: at most 2048 modules; the
-/// process handle opened for the walk stays open on a hit.
+/// True if a module whose file part equals szName (case folded) is mapped here. Win32: at most 2048 modules;
+/// the process handle opened for the walk stays open on a hit.
 bool IsModuleLoaded(const char* szName) noexcept;
 /// Handle of a mapped GL library ("opengl32.dll" and its stand-ins), null if not mapped.
 void* FindModule(const char* szName) noexcept;
@@ -25,7 +25,8 @@ i32 ImportedDeleteContext(void* hContext) noexcept;
 
 /// Registered window message id. Linux: fixed numbers in 0xC000-0xFFFF.
 u32 RegisterMessage(const char* szName) noexcept;
-std::intptr_t CallNextMessageHook(void* hHook, i32 iCode, std::uintptr_t wParam, std::intptr_t lParam) noexcept;
+std::intptr_t CallNextMessageHook(void* hHook, i32 iCode, std::uintptr_t wParam,
+                                  std::intptr_t lParam) noexcept;
 bool UnhookMessageHook(void* hHook) noexcept;
 void BroadcastMessage(u32 uMessage, std::uintptr_t wParam) noexcept;
 /// If lParam of a message-hook callback carries message uNumber, true and its lParam in *ppValue.

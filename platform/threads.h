@@ -9,8 +9,8 @@ using ThreadFunction = u32 (*)(void* pArgument);
 
 /// Starts a thread; null on failure. The thread keeps this library mapped until it ends.
 ThreadHandle StartThread(ThreadFunction fnThread, void* pArgument) noexcept;
-/// Win32: suspend, terminate with code 0, close. Linux: raises the stop flag that StopRequested() reports, and
-/// forgets the thread without waiting.
+/// Win32: suspend, terminate with code 0, close. Linux: raises the stop flag that StopRequested() reports,
+/// and forgets the thread without waiting.
 void KillThread(ThreadHandle hThread) noexcept;
 /// True in a thread that KillThread was called for (always false on Win32).
 bool StopRequested() noexcept;
