@@ -76,3 +76,101 @@ def finish(process, seconds=10):
             process.kill()
             process.wait(seconds)
     return process.returncode
+
+
+def glfw_examples():
+    """Example programs of GLFW, cross-built outside the repository from Debian's source package; their folder."""
+    folder = STATE / "glfw"
+    if not (folder / "examples/splitview.exe").exists():
+        subprocess.run(["cmake", "-S", str(ROOT / "build/third_party/glfw3"), "-B", str(folder), "-G", "Ninja",
+                        f"-DCMAKE_TOOLCHAIN_FILE={ROOT}/cmake/mingw.cmake", "-DGLFW_BUILD_DOCS=OFF",
+                        "-DGLFW_BUILD_TESTS=OFF"], check=True, stdout=subprocess.DEVNULL)
+        subprocess.run(["cmake", "--build", str(folder)], check=True, stdout=subprocess.DEVNULL)
+    return folder / "examples"
+
+
+class Programs:
+    """Starts programs with one environment and ends them all, with their children, by process group."""
+
+    def __init__(self, env):
+        self.env = {**os.environ, **env}
+        self.started = []
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="orvin-e2e."))
+
+    def start(self, command, **more):
+        log = open(self.folder / f"log{len(self.started)}", "wb")
+        process = subprocess.Popen([str(c) for c in command], stdout=log, stderr=subprocess.STDOUT,
+                                   stdin=subprocess.DEVNULL, env={**self.env, **more}, start_new_session=True)
+        process.log = pathlib.Path(log.name)
+        self.started.append(process)
+        return process
+
+    def run(self, command, timeout=120, **more):
+        """Runs to the end; (exit code, output)."""
+        process = self.start(command, **more)
+        try:
+            code = process.wait(timeout)
+        except subprocess.TimeoutExpired:
+            self.end(process)
+            code = 124
+        return code, process.log.read_text(errors="replace")
+
+    @staticmethod
+    def end(process):
+        if process.poll() is None:
+            os.killpg(process.pid, signal.SIGTERM)
+            try:
+                process.wait(5)
+            except subprocess.TimeoutExpired:
+                os.killpg(process.pid, signal.SIGKILL)
+                process.wait(5)
+
+    def close(self):
+        for process in self.started:
+            self.end(process)
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.close()
+
+
+class LinuxPrograms(Programs):
+    """Programs on Linux with a data folder and a shared segment of their own."""
+
+    def __init__(self, display):
+        super().__init__({"DISPLAY": display, "LIBGL_ALWAYS_SOFTWARE": "1"})
+        self.env["ORVIN_OSD_APPDATA"] = str(self.folder)
+        self.env["ORVIN_OSD_SEGMENT"] = self.folder.name
+        self.data = install_data(self.folder)
+        self.companion = LINUX / "orvin-osd"
+
+    def with_overlay(self, command, **more):
+        return self.start([self.companion, "run", "--", *command], **more)
+
+    def ask(self, *arguments):
+        return self.run([self.companion, *arguments])
+
+
+class WinePrograms(Programs):
+    """Programs under Wine. A copy of the library has a shared section of its own, which isolates the test."""
+
+    def __init__(self, display):
+        super().__init__({"DISPLAY": display, "ORVIN_STATE": str(STATE), "ORVIN_WINE_TIMEOUT": "120"})
+        prefix = pathlib.Path(os.environ.get("WINEPREFIX", STATE / "wine"))
+        self.run([ROOT / "cmake/wine-run", "cmd", "/c", "exit"])
+        self.data = install_data(prefix / "drive_c/ProgramData")
+        for built in ("ORVIN-OSD64-GL.dll", "orvin-osd.exe"):
+            shutil.copy(WIN64 / built, self.folder)
+        self.companion = self.folder / "orvin-osd.exe"
+
+    def wine(self, *command, **more):
+        return self.start([ROOT / "cmake/wine-run", *command], **more)
+
+    def with_overlay(self, command, **more):
+        return self.wine(self.companion, "run", "--", *command, **more)
+
+    def ask(self, *arguments):
+        return self.run([ROOT / "cmake/wine-run", self.companion, *arguments])
