@@ -1,0 +1,21 @@
+#include "frame/canvas.h"
+
+u32 g_uWidth = 1280, g_uHeight = 720;
+f32 g_fAspect = 1280.0f / 720.0f;
+u32 g_uCanvasH = 1080, g_uCanvasW = 1920;
+bool g_bNeedOnResize = true;
+bool g_bLayoutDirty = true;
+
+void g_fnRecomputeCanvas() noexcept {
+    const i64 iWidth = static_cast<i64>(static_cast<f32>(g_uCanvasH) * g_fAspect);
+    g_uCanvasW = iWidth < 1 ? 1u : static_cast<u32>(iWidth);
+}
+
+void g_fnStoreSize(u32 uWidth, u32 uHeight) noexcept {
+    g_uWidth = uWidth;
+    g_uHeight = uHeight;
+    g_bLayoutDirty = true;
+    if (uWidth == 0 || uHeight == 0) return;
+    g_fAspect = static_cast<f32>(uWidth) / static_cast<f32>(uHeight);
+    g_fnRecomputeCanvas();
+}

@@ -1,0 +1,213 @@
+#include "frame/frame_driver.h"
+
+#include "frame/limiter.h"
+#include "frame/log.h"
+#include "frame/resources.h"
+#include "frame/statistics.h"
+#include "frame/timer.h"
+#include "platform/gl_api.h"
+#include "platform/named_mapping.h"
+#include "platform/process.h"
+#include "platform/shared_block.h"
+#include "shared/command_handler.h"
+#include "shared/hooking.h"
+#include "shared/process_records.h"
+
+#include <cstdio>
+#include <cstring>
+
+bool g_bPipelineIdle = true;
+u32 g_iInitFailCount = 0;
+platform::SurfaceHandle g_hDC = nullptr;
+platform::ContextHandle g_hGLRC = nullptr;
+platform::WindowHandle hFocusWindow = nullptr;
+u32 g_uCallCount = 0;
+u32 g_uApiCode = 0;
+bool g_bCheckApiMapping = true;
+bool g_bOtherApiOwnsProcess = false;
+void* g_hApiMapping = nullptr;
+char* g_pApiView = nullptr;
+
+static constexpr u32 g_uApiMappingBytes = 256;
+
+static u32 Low32(const void* p) { return static_cast<u32>(reinterpret_cast<std::uintptr_t>(p)); }
+
+static i32 RealSwap(void* hdc) {
+    using SwapFunction = i32 (*)(void*);
+    if (g_pTrampoline) return reinterpret_cast<SwapFunction>(g_pTrampoline)(hdc);
+    return platform::ImportedSwapBuffers(hdc);
+}
+
+/// Drains one error, which the calls that a core profile rejects leave behind.
+static i32 SwapAndDrain(void* hdc) {
+    const i32 iResult = RealSwap(hdc);
+    glGetError();
+    return iResult;
+}
+
+static void TakeCommand(u32 uPid, u32 uTid) {
+    u8 bChanged = 0;
+    if (!ReadCommandRecord(uPid, uTid, g_uRecordChanged, &bChanged, nullptr) || !bChanged) return;
+    stSharedCommand stBlock;
+    if (!ReadCommandRecord(uPid, uTid, g_uRecordCommand, nullptr, &stBlock)) return;
+    g_fnTavo_ProcessCommand(stBlock);
+    WriteCommandRecord(uPid, uTid, 0, stBlock, g_uRecordChanged);
+}
+
+/// Another flavour's tag is respected only if it reads "D3D"; any other is overwritten.
+static void ClaimApi() {
+    char szName[64];
+    std::snprintf(szName, sizeof szName, "[RV5-OSD][PID:%d]", static_cast<i32>(platform::CurrentProcessId()));
+    g_hApiMapping = platform::CreateNamedMapping(szName, g_uApiMappingBytes);
+    if (!g_hApiMapping) return;
+    g_pApiView = static_cast<char*>(platform::MapView(g_hApiMapping, g_uApiMappingBytes));
+    if (!g_pApiView) {
+        platform::CloseMapping(g_hApiMapping);
+        g_hApiMapping = nullptr;
+        return;
+    }
+    if (std::memcmp(g_pApiView, "D3D", 3) == 0) g_bOtherApiOwnsProcess = true;
+    // KEEP: only "D3D" counts as an owner.
+    if (!g_bOtherApiOwnsProcess) std::memcpy(g_pApiView, "OGL", 4);
+}
+
+void g_fnCloseApiMapping() noexcept {
+    if (g_pApiView) platform::UnmapView(g_pApiView);
+    if (g_hApiMapping) platform::CloseMapping(g_hApiMapping);
+    g_pApiView = nullptr;
+    g_hApiMapping = nullptr;
+}
+
+static void ReportStatus(u32 uPid, u32 uTid) {
+    stSharedCommand stStatus = {};
+    stStatus.uApiCode = g_uApiCode;
+    stStatus.uFPS = g_uFPS;
+    stStatus.fFrameTime = g_fFrameTimeMs;
+    bQueryFrameTime = g_fnReadOnce(platform::SharedSegment()->bEnableQueryFrameTime) != 0;
+    WriteStatusRecord(uPid, uTid, stStatus);
+}
+
+/// Everything ahead of the real swap.
+static void RunSwapSteps(void* hdc) {
+    const u32 uPid = platform::CurrentProcessId(), uTid = platform::CurrentThreadId();
+    TakeCommand(uPid, uTid);
+    if (g_bCheckApiMapping) {
+        ClaimApi();
+        g_bCheckApiMapping = false;
+    }
+    if (!g_bOtherApiOwnsProcess) g_fnTavo_GL_PrewglSwapBuffers(hdc);
+    g_fnTavo_FPS_Limiter();
+    ReportStatus(uPid, uTid);
+}
+
+static bool IsEnabled() { return g_bHooked && g_fnReadOnce(platform::SharedSegment()->bGlobalEnable) != 0; }
+
+extern "C" i32 GL_wglSwapBuffers(void* hdc) {
+    if (!IsEnabled()) return SwapAndDrain(hdc);
+    try {
+        RunSwapSteps(hdc);
+    } catch (...) {
+        g_fnLog("GLGraphics: GL_wglSwapBuffers() - exception");
+    }
+    return SwapAndDrain(hdc);
+}
+
+extern "C" i32 GL_wglDeleteContext(void* hglrc) {
+    g_fnLog("Delete hglrc: %#x", Low32(hglrc));
+    g_fnLog("Current hglrc: %#x", Low32(platform::CurrentContext()));
+    return platform::ImportedDeleteContext(hglrc);
+}
+
+/// False where this frame must be left undrawn.
+static bool AcceptDeviceContext(platform::SurfaceHandle hdc) {
+    if (hdc == g_hDC) return true;
+    g_fnLog("GLGraphics: g_fnTavo_GL_PrewglSwapBuffers() - HDC Changed %#x => %#x", Low32(g_hDC), Low32(hdc));
+    if (g_hDC) {
+        g_hDC = nullptr;
+        g_fnTavo_GL_Release();
+        return false;
+    }
+    g_hDC = hdc;
+    return true;
+}
+
+static CTimer& ResizeTimer() {
+    static CTimer timer;
+    return timer;
+}
+
+/// At most five times a second, since asking a window may cost a round trip.
+static void CheckSize() {
+    if (!(ResizeTimer().Elapsed() > 0.2f)) return;
+    ResizeTimer().Restart();
+    u32 uWidth = g_uWidth, uHeight = g_uHeight;
+    if (!platform::ClientSize(hFocusWindow, &uWidth, &uHeight)) return;
+    if (uWidth == g_uWidth && uHeight == g_uHeight) return;
+    g_fnStoreSize(uWidth, uHeight);
+    g_bNeedOnResize = true;
+}
+
+static void LogString(const char* szName, GLenum eName) {
+    const GLubyte* pText = glGetString(eName);
+    g_fnLog("GLGraphics: %s: %s", szName, pText ? reinterpret_cast<const char*>(pText) : "");
+}
+
+static void LogContext() {
+    g_fnLog("GLGraphics: PixelFormat: %i", platform::PixelFormat(g_hDC));
+    LogString("GL_VERSION", GL_VERSION);
+    LogString("GL_SHADING_LANGUAGE_VERSION", GL_SHADING_LANGUAGE_VERSION);
+    LogString("GL_VENDOR", GL_VENDOR);
+    LogString("GL_RENDERER", GL_RENDERER);
+}
+
+/// On every frame until the resources exist.
+static void RefreshContext(platform::SurfaceHandle hdc) {
+    ResizeTimer().Start();
+    g_hDC = platform::CurrentSurface();
+    g_hGLRC = platform::CurrentContext();
+    LogContext();
+    hFocusWindow = platform::WindowFromSurface(hdc);
+    u32 uWidth = g_uWidth, uHeight = g_uHeight;
+    if (platform::ClientSize(hFocusWindow, &uWidth, &uHeight)) g_fnStoreSize(uWidth, uHeight);
+    g_bNeedOnResize = true;
+}
+
+static void RunPipeline(platform::SurfaceHandle hdc) {
+    g_fnLog("PreSwapBuffers() #%i Call", static_cast<i32>(++g_uCallCount));
+    if (g_uApiCode != 0 && g_uApiCode != g_uApiCodeOpenGL) return;
+    if (!AcceptDeviceContext(hdc)) return;
+    CheckSize();
+    if (!g_bInitGL || !g_bInitGLEW) RefreshContext(hdc);
+    g_fnTavo_GL_Render();
+}
+
+void g_fnTavo_GL_PrewglSwapBuffers(platform::SurfaceHandle hdc) noexcept {
+    if (g_iInitFailCount >= g_uInitFailLimit || !g_bPipelineIdle) return;
+    g_bPipelineIdle = false;
+    try {
+        RunPipeline(hdc);
+    } catch (...) {
+        g_fnLog("GLGraphics: g_fnTavo_GL_PrewglSwapBuffers() - exception");
+    }
+    // Every way out comes through here: left false, the overlay would freeze silently.
+    g_bPipelineIdle = true;
+}
+
+static void DeleteCopyTexture() {
+    if (!g_uCopyTexture) return;
+    // At unload no context is current, and the name died with its context.
+    if (platform::CurrentContext()) glDeleteTextures(1, &g_uCopyTexture);
+    g_uCopyTexture = 0;
+}
+
+void g_fnTavo_GL_Release() noexcept {
+    if (!g_bInitGL) return;
+    DeleteCopyTexture();
+    g_fnReleaseResources();
+    g_iInitFailCount = 0;
+    g_bInitGL = false;
+    g_bInitGLEW = false;
+    g_bNeedOnResize = true;
+    g_hDC = nullptr;
+    g_hGLRC = nullptr;
+}

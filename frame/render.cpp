@@ -1,0 +1,203 @@
+// One drawn frame: GL set-up once a context, then the sequence around the overlay's drawing.
+#include "controls/osd_manager.h"
+#include "draw/draw_basic.h"
+#include "draw/draw_text.h"
+#include "frame/frame_driver.h"
+#include "frame/log.h"
+#include "frame/resources.h"
+#include "frame/state_guard.h"
+#include "frame/status_items.h"
+#include "frame/timer.h"
+#include "frame/update.h"
+#include "platform/gl_api.h"
+
+#include <cstdlib>
+#include <cstring>
+
+bool g_bInitGL = false;
+bool g_bInitGLEW = false;
+i32 g_iGL_Major = 0, g_iGL_Minor = 0;
+i32 g_iGL_ContextProfileMask = 0, g_iGL_ContextFlag = 0;
+f32 g_fInitSeconds = 0.0f;
+u32 g_uCopyTexture = 0;
+bool g_bCaptureBackdrop = false;
+CDrawBasic_Base* g_pDrawBasic = nullptr;
+CDrawText_Base* g_pDrawText = nullptr;
+u8 g_bShotPending = 0;
+u32 g_uCapMode = 2;
+void (*g_fnSaveScreenshotHook)() = nullptr;
+
+static const char* VersionString() {
+    const GLubyte* pText = glGetString(GL_VERSION);
+    return pText ? reinterpret_cast<const char*>(pText) : "";
+}
+
+/// The first two pieces of the version string between its dots. A driver below 3.0 answers no version query.
+static void ParseVersionString(const char* szVersion) {
+    g_iGL_Major = std::atoi(szVersion);
+    const char* szDot = std::strchr(szVersion, '.');
+    g_iGL_Minor = szDot ? std::atoi(szDot + 1) : 0;
+}
+
+static void QueryVersion() {
+    // Older drivers leave the variables untouched.
+    g_iGL_Major = 0;
+    g_iGL_Minor = 0;
+    glGetIntegerv(GL_MAJOR_VERSION, &g_iGL_Major);
+    glGetIntegerv(GL_MINOR_VERSION, &g_iGL_Minor);
+    if (g_iGL_Major == 0) ParseVersionString(VersionString());
+    g_fnLog("OpenGL Version : %i.%i", g_iGL_Major, g_iGL_Minor);
+}
+
+/// 3.2 and above. An embedded-profile context answers the version query too, but is no OpenGL to draw with.
+static bool IsVersionEnough() {
+    if (std::strncmp(VersionString(), "OpenGL ES", 9) == 0) return false;
+    return g_iGL_Major >= 4 || (g_iGL_Major == 3 && g_iGL_Minor >= 2);
+}
+
+static void GLAPIENTRY ProgramLocalParameters4fv(GLenum eTarget, GLuint uIndex, GLsizei iCount,
+                                                 const GLfloat* pParams) {
+    for (GLsizei i = 0; i < iCount; ++i)
+        glProgramLocalParameter4fvARB(eTarget, uIndex + static_cast<GLuint>(i), pParams + i * 4);
+}
+
+static void FixUpGlew() {
+    if (!glProgramLocalParameters4fvEXT && glProgramLocalParameter4fvARB)
+        glProgramLocalParameters4fvEXT = ProgramLocalParameters4fv;
+}
+
+/// Logged only; no branch depends on it.
+static void LogProfile() {
+    glGetIntegerv(GL_CONTEXT_PROFILE_MASK, &g_iGL_ContextProfileMask);
+    if (g_iGL_ContextProfileMask & 1) g_fnLog("GL_CONTEXT_CORE_PROFILE_BIT");
+    if (g_iGL_ContextProfileMask & 2) g_fnLog("GL_CONTEXT_COMPATIBILITY_PROFILE_BIT");
+    glGetIntegerv(GL_CONTEXT_FLAGS, &g_iGL_ContextFlag);
+    if (g_iGL_ContextFlag & 1) g_fnLog("GL_CONTEXT_FLAG_FORWARD_COMPATIBLE_BIT");
+}
+
+static bool SetUpContext() {
+    QueryVersion();
+    if (!IsVersionEnough()) {
+        g_iInitFailCount = g_uInitFailForGood;
+        return false;
+    }
+    if (!platform::InitGlew()) {
+        ++g_iInitFailCount;
+        g_fnLog("glewInit() Fail");
+        return false;
+    }
+    FixUpGlew();
+    g_bInitGLEW = true;
+    LogProfile();
+    return true;
+}
+
+static CTimer& InitTimer() {
+    static CTimer timer;
+    return timer;
+}
+
+static bool BuildResources() {
+    CTimer& timer = InitTimer();
+    if (g_bInitGL) return true;
+    if (!g_fnInitGL_Resource()) {
+        g_fnLog("g_fnInitGL_Resource() Fail");
+        return false;
+    }
+    timer.Start();
+    if (!g_fnTavo_Init_Resource()) {
+        g_fnLog("g_fnTavo_Init_Resource() Fail");
+        return false;
+    }
+    g_fInitSeconds = timer.Stop();
+    g_bInitGL = true;
+    return true;
+}
+
+static void Resize() {
+    if (!g_bNeedOnResize) return;
+    g_fnLog("g_fnTavo_GL_OnResize()");
+    if (g_pDrawText) g_pDrawText->m_fnOnResize();
+    if (g_pDrawBasic) g_pDrawBasic->m_fnOnResize();
+    if (g_pOSDManager) g_pOSDManager->m_fnOnResize();
+    g_bNeedOnResize = false;
+}
+
+void g_fnTavo_GL_SaveScreenshot() {
+    if (g_fnSaveScreenshotHook) g_fnSaveScreenshotHook();
+}
+
+static void TakeShot() {
+    g_fnTavo_GL_SaveScreenshot();
+    g_bShotPending = 0;
+    g_bShutter = true;
+    g_timerShutter.Restart();
+}
+
+/// A shot of mode 1 is taken here; for any other, what must not be on it leaves the picture.
+static void ShotBeforeDrawing() {
+    if (!g_bShotPending) return;
+    if (g_uCapMode == 1)
+        TakeShot();
+    else
+        g_fnHideForShot();
+}
+
+static void ShotAfterDrawing() {
+    if (!g_bShotPending || g_uCapMode != 2) return;
+    g_fnShowAfterShot();
+    TakeShot();
+}
+
+static void CopyBackdrop() {
+    if (!g_bCaptureBackdrop) return;
+    if (!g_uCopyTexture) glGenTextures(1, &g_uCopyTexture);
+    glBindTexture(GL_TEXTURE_2D, g_uCopyTexture);
+    glCopyTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 0, 0, static_cast<GLsizei>(g_uWidth),
+                     static_cast<GLsizei>(g_uHeight), 0);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_BORDER);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_BORDER);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_R, GL_CLAMP_TO_BORDER);
+    // KEEP: the border is red.
+    static const GLfloat afBorder[4] = {1.0f, 0.0f, 0.0f, 1.0f};
+    glTexParameterfv(GL_TEXTURE_2D, GL_TEXTURE_BORDER_COLOR, afBorder);
+    glBindTexture(GL_TEXTURE_2D, 0);
+}
+
+static void Unbind() {
+    glActiveTexture(GL_TEXTURE0);
+    glBindTexture(GL_TEXTURE_2D, 0);
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
+    if (!glBindBufferARB) return;
+    glBindBufferARB(GL_ARRAY_BUFFER, 0);
+    glBindBufferARB(GL_ELEMENT_ARRAY_BUFFER, 0);
+}
+
+static void DrawOverlay() {
+    Resize();
+    ShotBeforeDrawing();
+    g_fnUpdate_Tavo();
+    CopyBackdrop();
+    // Basic shapes go below text.
+    if (g_pDrawBasic) static_cast<CDraw_Base*>(g_pDrawBasic)->m_fnRender();
+    if (g_pDrawText) static_cast<CDraw_Base*>(g_pDrawText)->m_fnRender();
+}
+
+void g_fnTavo_GL_Render() {
+    if (!g_bInitGLEW && !SetUpContext()) return;
+    g_fnTavo_GL_CaptureState();
+    g_fnTavo_GL_SetupState();
+    // KEEP: a failed build leaves the state as it stands, is retried on the next frame and counts nowhere.
+    if (!BuildResources()) return;
+    try {
+        DrawOverlay();
+    } catch (...) {
+        // The application gets its state back whatever went wrong in between.
+        g_fnLog("GLGraphics: g_fnTavo_GL_Render() - exception");
+    }
+    Unbind();
+    g_fnTavo_GL_RestoreState();
+    ShotAfterDrawing();
+}

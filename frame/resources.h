@@ -1,0 +1,22 @@
+#pragma once
+// The two stages of resource creation, and their release.
+#include "platform/types.h"
+
+class CDrawBasic_Base;
+class CDrawText_Base;
+
+/// Batchers by manager slot.
+extern CDrawBasic_Base* g_apDrawBasic[20];
+extern CDrawText_Base* g_apDrawText[20];
+/// 0x20000 bytes: 32768 frame-time samples in units of ten microseconds; null while no resources exist.
+extern u32* g_pFrameSamples;
+/// Start of the current build, performance-counter ticks.
+extern i64 g_iStartTime;
+
+/// Fills g_stCreationTable with the makers of the _GL objects and the release hook, names the API. Cannot
+/// fail.
+bool g_fnInitGL_Resource() noexcept;
+/// Makes manager, layout and batchers of the current slot. False on failure; the next frame tries again.
+bool g_fnTavo_Init_Resource();
+/// Destroys everything the two stages made, in the prescribed order.
+void g_fnReleaseResources() noexcept;
