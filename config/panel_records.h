@@ -1,0 +1,26 @@
+#pragma once
+// Panels from records.
+#include "platform/types.h"
+
+#include <span>
+
+/// One panel to make. Lengths in canvas units.
+struct stPanelInit {
+    u64 u64LB_ID;
+    i32 iAnchorCode;
+    i32 iX, iY;
+    i32 iWidth, iHeight;
+    u8 u8R, u8G, u8B, u8A;
+    u32 uPanelType;
+    u32 uScatter; ///< blur diameter of a frosted panel; above 100 acts as 100
+    u32 uShape;
+    bool bHidden; ///< takes part in layout only
+};
+
+/// Makes, registers and attaches one panel per record, in order. Panels made later lie under earlier ones.
+/// False if a panel could not be initialised; those made before it stay.
+bool g_fnCreatePanels(std::span<const stPanelInit> records);
+
+/// A panel's byte alpha as whole percent, and back; both round down, so 3 becomes 1 and then 2.
+constexpr u32 g_fnAlphaToPercent(u32 uAlpha) { return uAlpha * 100 / 255; }
+constexpr u8 g_fnPercentToAlpha(u32 uPercent) { return static_cast<u8>(uPercent * 255 / 100); }

@@ -1,0 +1,247 @@
+#include "controls/osd_manager.h"
+
+#include "controls/later_controls.h"
+#include "controls/panel.h"
+#include "frame/frame_driver.h"
+#include "frame/resources.h"
+
+#include <algorithm>
+#include <new>
+
+COSDManager* g_apOSDManager[g_uManagerSlots];
+COSDManager* g_pOSDManager;
+u32 g_uManagerSlot;
+
+CFontUniCode** g_ppFont;
+CTextBox_Base** g_ppTextBox;
+CNumBox_Base** g_ppNumBox;
+CFlipBox_Base** g_ppFlipBox;
+CPanel_Base** g_ppPanel;
+CPanel_Base** g_ppStylePanel;
+CImgBox_Base** g_ppImgBox;
+CLineGraph_Base** g_ppLineGraph;
+CVideoBox_Base** g_ppVideoBox;
+CPieChart_Base** g_ppPieChart;
+
+namespace {
+
+template <class List, class T> bool Contains(const List& list, const T& value) {
+    return std::find(list.begin(), list.end(), value) != list.end();
+}
+
+/// The list of a map's entry, or null.
+template <class Map, class Key> ControlList* FindList(Map& map, const Key& key) {
+    const auto it = map.find(key);
+    return it != map.end() ? it->second.get() : nullptr;
+}
+
+template <class T> bool MakeArray(T**& ppArray, u32 uEntries) {
+    if (ppArray) return false;
+    ppArray = new (std::nothrow) T* [uEntries] {};
+    return ppArray != nullptr;
+}
+
+/// Deletes the objects, then the array; a global copy of the array's address goes with it.
+template <class T> void DeleteArray(T**& ppArray, u32 uEntries, T**& ppGlobal) {
+    if (!ppArray) return;
+    for (u32 i = 0; i < uEntries; ++i) {
+        delete ppArray[i];
+        ppArray[i] = nullptr;
+    }
+    if (ppGlobal == ppArray) ppGlobal = nullptr;
+    delete[] ppArray;
+    ppArray = nullptr;
+}
+
+void CopyArrayPointers(const stManagerArrays& st) {
+    g_ppFont = st.m_ppFont;
+    g_ppTextBox = st.m_ppTextBox;
+    g_ppNumBox = st.m_ppNumBox;
+    g_ppFlipBox = st.m_ppFlipBox;
+    g_ppPanel = st.m_ppPanel;
+    g_ppStylePanel = st.m_ppStylePanel;
+    g_ppImgBox = st.m_ppImgBox;
+    g_ppLineGraph = st.m_ppLineGraph;
+    g_ppVideoBox = st.m_ppVideoBox;
+    g_ppPieChart = st.m_ppPieChart;
+}
+
+} // namespace
+
+COSDManager::~COSDManager() {
+    COSDManager::m_fnRelease();
+    for (KeyList& layer : m_aLayer) layer.clear();
+    m_mapDrawList.clear();
+    m_mapChildren.clear();
+    m_mapParent.clear();
+}
+
+bool COSDManager::m_fnInitialize() {
+    stManagerArrays& st = m_stArrays;
+    return MakeArray(st.m_ppFont, g_uFontEntries) && MakeArray(st.m_ppTextBox, g_uTextBoxEntries) &&
+           MakeArray(st.m_ppNumBox, g_uNumBoxEntries) && MakeArray(st.m_ppFlipBox, g_uFlipBoxEntries) &&
+           MakeArray(st.m_ppPanel, g_uPanelEntries) && MakeArray(st.m_ppStylePanel, g_uStylePanelEntries) &&
+           MakeArray(st.m_ppImgBox, g_uImgBoxEntries) && MakeArray(st.m_ppLineGraph, g_uLineGraphEntries) &&
+           MakeArray(st.m_ppVideoBox, g_uVideoBoxEntries) && MakeArray(st.m_ppPieChart, g_uPieChartEntries);
+}
+
+void COSDManager::m_fnRelease() {
+    stManagerArrays& st = m_stArrays;
+    DeleteArray(st.m_ppFont, g_uFontEntries, g_ppFont);
+    DeleteArray(st.m_ppTextBox, g_uTextBoxEntries, g_ppTextBox);
+    DeleteArray(st.m_ppNumBox, g_uNumBoxEntries, g_ppNumBox);
+    DeleteArray(st.m_ppFlipBox, g_uFlipBoxEntries, g_ppFlipBox);
+    DeleteArray(st.m_ppPanel, g_uPanelEntries, g_ppPanel);
+    DeleteArray(st.m_ppStylePanel, g_uStylePanelEntries, g_ppStylePanel);
+    DeleteArray(st.m_ppImgBox, g_uImgBoxEntries, g_ppImgBox);
+    DeleteArray(st.m_ppLineGraph, g_uLineGraphEntries, g_ppLineGraph);
+    DeleteArray(st.m_ppVideoBox, g_uVideoBoxEntries, g_ppVideoBox);
+    DeleteArray(st.m_ppPieChart, g_uPieChartEntries, g_ppPieChart);
+}
+
+bool COSDManager::m_fnIsInLayer(const void* pKey, u32 uLayer) { return Contains(m_aLayer[uLayer], pKey); }
+
+bool COSDManager::m_fnAddToLayer(const void* pKey, u32 uLayer) {
+    if (!pKey || m_fnIsInLayer(pKey, uLayer)) return false;
+    m_aLayer[uLayer].push_back(pKey);
+    std::unique_ptr<ControlList>& pList = m_mapDrawList[pKey];
+    if (!pList) pList = std::make_unique<ControlList>();
+    return true;
+}
+
+bool COSDManager::m_fnRemoveFromLayer(const void* pKey, u32 uLayer) {
+    if (!pKey || !m_fnIsInLayer(pKey, uLayer)) return false;
+    std::erase(m_aLayer[uLayer], pKey);
+    m_mapDrawList.erase(pKey);
+    return true;
+}
+
+KeyList& COSDManager::m_fnGetLayer(u32 uLayer) { return m_aLayer[uLayer]; }
+
+bool COSDManager::m_fnIsAttached(CControl* pControl, u32 uLayer) {
+    const void* pKey = pControl ? pControl->m_fnGetDrawKey() : nullptr;
+    if (!pKey) return false;
+    // KEEP: the query enters the key; this is how a key comes into a layer with its first control.
+    if (m_fnAddToLayer(pKey, uLayer)) return false;
+    const ControlList* pList = FindList(m_mapDrawList, pKey);
+    return pList && Contains(*pList, pControl);
+}
+
+bool COSDManager::m_fnAttachBack(CControl* pControl, u32 uLayer) {
+    if (!pControl || m_fnIsAttached(pControl, uLayer)) return false;
+    ControlList* pList = FindList(m_mapDrawList, pControl->m_fnGetDrawKey());
+    // A key that had stood in another layer brings its list along, perhaps with this control in it.
+    if (!pList || Contains(*pList, pControl)) return false;
+    pList->push_back(pControl);
+    return true;
+}
+
+bool COSDManager::m_fnAttachFront(CControl* pControl, u32 uLayer) {
+    if (!pControl || m_fnIsAttached(pControl, uLayer)) return false;
+    ControlList* pList = FindList(m_mapDrawList, pControl->m_fnGetDrawKey());
+    if (!pList || Contains(*pList, pControl)) return false;
+    pList->insert(pList->begin(), pControl);
+    return true;
+}
+
+bool COSDManager::m_fnDetach(CControl* pControl, u32 uLayer) {
+    if (!m_fnIsAttached(pControl, uLayer)) return false;
+    std::erase(*FindList(m_mapDrawList, pControl->m_fnGetDrawKey()), pControl);
+    return true;
+}
+
+ControlList* COSDManager::m_fnGetDrawList(const void* pKey) { return m_mapDrawList[pKey].get(); }
+
+bool COSDManager::m_fnHasParent(CControl* pChild) { return m_mapParent.contains(pChild); }
+
+bool COSDManager::m_fnIsChildOf(CControl* pParent, CControl* pChild) {
+    const ControlList* pChildren = FindList(m_mapChildren, pParent);
+    return pChildren && Contains(*pChildren, pChild);
+}
+
+i32 COSDManager::m_fnAddChild(CControl* pParent, CControl* pChild) {
+    if (!pChild) return -1;
+    // The parent may not be the child nor hang anywhere below it: placing a ring would never end.
+    for (CControl* p = pParent; p; p = m_fnGetParent(p))
+        if (p == pChild) return -2;
+    std::unique_ptr<ControlList>& pChildren = m_mapChildren[pParent];
+    if (!pChildren) pChildren = std::make_unique<ControlList>();
+    if (m_fnIsChildOf(pParent, pChild)) return 1;
+    if (m_fnHasParent(pChild))
+        if (ControlList* pOld = FindList(m_mapChildren, m_mapParent[pChild])) std::erase(*pOld, pChild);
+    pChildren->push_back(pChild);
+    m_mapParent[pChild] = pParent;
+    pChild->m_fnResolvePosition(pParent);
+    return 0;
+}
+
+bool COSDManager::m_fnCollectSubtree(CControl* pControl, ControlList& list) {
+    if (!pControl) return false;
+    const ControlList* pChildren = FindList(m_mapChildren, pControl);
+    if (!pChildren) return true;
+    for (CControl* pChild : *pChildren) {
+        if (!pChild) continue;
+        list.push_back(pChild);
+        m_fnCollectSubtree(pChild, list);
+    }
+    return true;
+}
+
+i32 COSDManager::m_fnRemoveSubtree(CControl* pControl) {
+    if (!pControl) return -1;
+    ControlList list{pControl};
+    m_fnCollectSubtree(pControl, list);
+    for (CControl* p : list) m_mapChildren.erase(p);
+    for (CControl* p : list) {
+        const auto it = m_mapParent.find(p);
+        if (it == m_mapParent.end()) continue;
+        if (ControlList* pSiblings = FindList(m_mapChildren, it->second)) std::erase(*pSiblings, p);
+    }
+    for (CControl* p : list) m_mapParent.erase(p);
+    return 0;
+}
+
+ControlList* COSDManager::m_fnGetChildren(CControl* pParent) { return FindList(m_mapChildren, pParent); }
+
+CControl* COSDManager::m_fnGetParent(CControl* pChild) {
+    const auto it = m_mapParent.find(pChild);
+    return it != m_mapParent.end() ? it->second : nullptr;
+}
+
+void COSDManager::m_fnOnResize() {
+    const ControlList* pRoot = m_fnGetChildren(nullptr);
+    if (!pRoot) return;
+    for (CControl* pChild : *pRoot)
+        if (pChild) pChild->m_fnResolvePosition(nullptr);
+}
+
+void COSDManager::m_fnResolveControl(CControl* pControl) {
+    if (!pControl) return;
+    const auto it = m_mapParent.find(pControl);
+    if (it != m_mapParent.end()) pControl->m_fnResolvePosition(it->second);
+}
+
+void COSDManager::m_fnReserved20() {}
+
+void g_fnSelectManager() {
+    g_pOSDManager = g_apOSDManager[g_uManagerSlot];
+    if (!g_pOSDManager) return;
+    CopyArrayPointers(g_pOSDManager->m_stArrays);
+    g_pDrawBasic = g_apDrawBasic[g_uManagerSlot];
+    g_pDrawText = g_apDrawText[g_uManagerSlot];
+}
+
+void g_fnSetManagerSlot(u32 uSlot) {
+    if (uSlot == g_uManagerSlot || uSlot >= g_uManagerSlots) return;
+    g_uManagerSlot = uSlot;
+    g_fnSelectManager();
+}
+
+void g_fnDestroyManagers() {
+    for (COSDManager*& pManager : g_apOSDManager) {
+        delete pManager;
+        pManager = nullptr;
+    }
+    g_pOSDManager = nullptr;
+    CopyArrayPointers({});
+}
