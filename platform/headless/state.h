@@ -1,0 +1,115 @@
+#pragma once
+// The one state behind the headless services and their test controls.
+#include "platform/headless/test_controls.h"
+#include <map>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+namespace platform::headless {
+
+struct ThreadRecord {
+    ThreadFunction m_fnThread = nullptr;
+    void* m_pArgument = nullptr;
+    std::thread m_thread;
+    bool m_bStop = false;
+};
+
+struct Block {
+    std::vector<u8> m_vecBytes;
+};
+
+/// Asked for the real current surface; filled by the off-screen context maker where that is built.
+struct RealSurfaceSource {
+    SurfaceHandle (*m_fnSurface)() = nullptr;
+    ContextHandle (*m_fnContext)() = nullptr;
+    bool (*m_fnSize)(SurfaceHandle hSurface, u32* puWidth, u32* puHeight) = nullptr;
+};
+extern RealSurfaceSource g_stRealSurface;
+
+struct State {
+    std::mutex m_lock;
+
+    u32 m_uPid = 4242;
+    u32 m_uTid = 4343;
+    std::string m_strPath = "/headless/host.exe";
+
+    std::vector<std::string> m_vecModules;
+    bool m_bGlModule = true;
+    bool m_bLoadSucceeds = true;
+    u32 m_uLoadCalls = 0;
+    std::vector<std::string> m_vecMissingProcs;
+    std::vector<std::string> m_vecAskedProcs;
+
+    MH_STATUS m_aeHookStatus[6] = {MH_OK, MH_OK, MH_OK, MH_OK, MH_OK, MH_OK};
+    std::vector<HookRecord> m_vecHookCalls;
+    bool m_bTrampoline = true;
+    bool m_bEngineReady = false;
+    std::map<void*, bool> m_mapHooks; // target -> enabled
+
+    u32 m_uRealSwaps = 0;
+    u32 m_uImportedSwaps = 0;
+    u32 m_uDeletes = 0;
+    void* m_hLastSwap = nullptr;
+    void* m_hLastDelete = nullptr;
+    i32 m_iSwapResult = 1;
+    i32 m_iDeleteResult = 1;
+    void (*m_fnSwap)(void*) = nullptr;
+
+    std::intptr_t m_iNextHookResult = 0;
+    std::vector<NextHookRecord> m_vecNextHooks;
+    bool m_bUnhookResult = true;
+    std::vector<void*> m_vecUnhooked;
+    std::vector<std::pair<u32, std::uintptr_t>> m_vecBroadcasts;
+
+    bool m_bVirtualClock = false;
+    i64 m_iClock = 0;
+    i64 m_iClockStep = 0;
+    i64 m_iFrequency = 1000000000;
+    u64 m_uClockReads = 0;
+    u32 m_uSleeps = 0;
+    u64 m_uSlept = 0;
+
+    std::map<std::string, std::shared_ptr<Block>> m_mapBlocks;
+    std::map<void*, std::shared_ptr<Block>> m_mapHandles;
+    std::uintptr_t m_uNextHandle = 0x10000;
+    u32 m_uViews = 0;
+    u32 m_uCreates = 0;
+    bool m_bCreateFails = false;
+    bool m_bOpenFails = false;
+    bool m_bViewFails = false;
+
+    bool m_bSurfaceSet = false;
+    bool m_bContextSet = false;
+    bool m_bWindowSet = false;
+    bool m_bSizeSet = false;
+    bool m_bSizeFails = false;
+    SurfaceHandle m_hSurface = reinterpret_cast<void*>(0x1000);
+    ContextHandle m_hContext = reinterpret_cast<void*>(0x2000);
+    WindowHandle m_hWindow = reinterpret_cast<void*>(0x3000);
+    u32 m_uWidth = 1280;
+    u32 m_uHeight = 720;
+    i32 m_iPixelFormat = 1;
+    u32 m_uSizeCalls = 0;
+
+    ThreadMode m_eThreadMode = ThreadMode::Real;
+    std::vector<std::shared_ptr<ThreadRecord>> m_vecThreads;
+    std::vector<std::shared_ptr<ThreadRecord>> m_vecHeld;
+    u32 m_uStarted = 0;
+    u32 m_uKilled = 0;
+    u32 m_uSpinCount = 0;
+    u32 m_uSections = 0;
+
+    std::vector<std::string> m_vecLog;
+    std::vector<std::pair<std::u16string, std::string>> m_vecBoxes;
+    std::u16string m_wstrFolder = u"/headless/data";
+    std::vector<std::string> m_vecOpened;
+};
+
+/// The sleep that g_fnSleepMilliseconds starts with.
+extern void (*const g_fnDefaultSleep)(u32 uMilliseconds) noexcept;
+
+/// The state; made on first use and never destroyed, so that late threads still find it.
+State& Get();
+
+} // namespace platform::headless

@@ -1,0 +1,169 @@
+#pragma once
+// What a test can set and see of the headless back-end. All of it is plain memory; nothing here touches an
+// operating system beyond the C++ library. ResetAll() brings everything back to the state at start.
+#include "platform/clock.h"
+#include "platform/minhook.h"
+#include "platform/surface.h"
+#include "platform/threads.h"
+#include "platform/types.h"
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace platform::headless {
+
+/// Everything below back to its default, including the segment, mappings and records of calls.
+void ResetAll();
+
+// --- identity
+// -------------------------------------------------------------------------------------------------
+/// Defaults: process id 4242, thread id 4343, path "/headless/host.exe".
+void SetProcessId(u32 uPid);
+void SetThreadId(u32 uTid);
+void SetProcessPath(const char* szPath);
+
+// --- modules and exported functions
+// ---------------------------------------------------------------------------
+/// Modules that IsModuleLoaded() finds, by file part. Default: none.
+void AddLoadedModule(const char* szName);
+void ClearLoadedModules();
+/// Whether FindModule() finds the GL library at once (default true), and whether LoadModule() succeeds
+/// (true).
+void SetGlModulePresent(bool bPresent);
+void SetLoadModuleSucceeds(bool bSucceeds);
+u32 LoadModuleCalls();
+/// FindProc() answers null for this name; null clears the list. "*" makes every look-up fail.
+void SetMissingProc(const char* szName);
+/// Names asked of FindProc() so far.
+std::vector<std::string> AskedProcs();
+
+// --- hook engine
+// ----------------------------------------------------------------------------------------------
+enum class HookCall : u8 { Initialize, Uninitialize, Create, Enable, Disable, Remove };
+struct HookRecord {
+    HookCall m_eCall;
+    void* m_pTarget;
+    void* m_pDetour;
+};
+/// Status of the next calls of that kind, until changed. MH_OK (default) lets the plain engine answer itself.
+void SetHookStatus(HookCall eCall, MH_STATUS eStatus);
+std::vector<HookRecord> HookCalls();
+u32 HookCallCount(HookCall eCall);
+/// Whether MH_CreateHook writes the trampoline (default true).
+void SetTrampolineGiven(bool bGiven);
+
+// --- swap
+// -----------------------------------------------------------------------------------------------------
+/// Calls of the swap that FindProc("wglSwapBuffers") names (reached through the trampoline too).
+u32 RealSwapCalls();
+/// Calls of ImportedSwapBuffers() and ImportedDeleteContext().
+u32 ImportedSwapCalls();
+u32 DeleteContextCalls();
+/// Argument of the last swap by either way, and of the last context deletion.
+void* LastSwapSurface();
+void* LastDeletedContext();
+/// What the swap and the deletion return; default 1.
+void SetSwapResult(i32 iResult);
+void SetDeleteContextResult(i32 iResult);
+/// Called inside every swap (both ways), e.g. to swap real buffers or to nest; null for none.
+void SetSwapCallback(void (*fnCallback)(void* hSurface));
+
+// --- window messages
+// ------------------------------------------------------------------------------------------
+/// The message that a hook callback gets by pointer in lParam.
+struct HookMessage {
+    void* m_hWindow = nullptr;
+    u32 m_uMessage = 0;
+    std::uintptr_t m_wParam = 0;
+    std::intptr_t m_lParam = 0;
+};
+struct NextHookRecord {
+    void* m_hHook;
+    i32 m_iCode;
+    std::uintptr_t m_wParam;
+    std::intptr_t m_lParam;
+};
+void SetNextHookResult(std::intptr_t iResult);
+std::vector<NextHookRecord> NextHookCalls();
+void SetUnhookResult(bool bResult);
+std::vector<void*> UnhookedHooks();
+std::vector<std::pair<u32, std::uintptr_t>> BroadcastMessages();
+
+// --- clock
+// ----------------------------------------------------------------------------------------------------
+/// Switches to the virtual clock and sets it, in nanoseconds. Off by default: real time then. Under the
+/// virtual clock a sleep advances the clock and returns at once.
+void SetClock(i64 iNanoseconds);
+void AdvanceClock(i64 iNanoseconds);
+/// Every reading moves the virtual clock on by this much first (default 0); needed under loops that wait for
+/// it.
+void SetClockStepPerRead(i64 iNanoseconds);
+void UseRealClock();
+/// Ticks per second; default 1000000000.
+void SetCounterFrequency(i64 iTicksPerSecond);
+/// Readings of the counter or of the steady clock since the last reset.
+u64 ClockReads();
+/// Sleeps asked for: how many, and the sum in milliseconds.
+u32 SleepCalls();
+u64 SleptMilliseconds();
+
+// --- named mappings
+// -------------------------------------------------------------------------------------------
+/// Makes a named block that exists before anybody creates it. Names compare exactly.
+void SeedMapping(const char* szName, const void* pContents, u32 uBytes);
+/// Address and size of a block, null and 0 if there is none; stays valid until ResetAll().
+u8* MappingContents(const char* szName, u32* puBytes = nullptr);
+void SetCreateMappingFails(bool bFails);
+void SetOpenMappingFails(bool bFails);
+void SetMapViewFails(bool bFails);
+/// Handles not yet closed and views not yet unmapped.
+u32 OpenMappingHandles();
+u32 OpenViews();
+u32 CreateMappingCalls();
+
+// --- surface
+// --------------------------------------------------------------------------------------------------
+/// Overrides what the calling process reports, even while a real context is current. Without an override a
+/// current real context is reported; without either: surface 0x1000, context 0x2000, window 0x3000, 1280x720.
+void SetCurrentSurface(SurfaceHandle hSurface);
+void SetCurrentContext(ContextHandle hContext);
+void SetWindow(WindowHandle hWindow);
+void SetClientSize(u32 uWidth, u32 uHeight);
+void SetClientSizeFails(bool bFails);
+void SetPixelFormat(i32 iFormat);
+u32 ClientSizeCalls();
+/// Drops the overrides above.
+void UseRealSurface();
+
+// --- threads
+// --------------------------------------------------------------------------------------------------
+/// Real: started at once. Held: recorded, run only by RunHeldThread(). Refused: StartThread() answers null.
+enum class ThreadMode : u8 { Real, Held, Refused };
+void SetThreadMode(ThreadMode eMode);
+/// Runs the oldest held thread on the caller's thread; false if there is none. Its result goes to *puResult.
+bool RunHeldThread(u32* puResult = nullptr);
+u32 HeldThreads();
+u32 StartedThreads();
+u32 KilledThreads();
+/// Waits for every real thread started so far.
+void JoinThreads();
+/// Spin count of the last CriticalSection::Initialize(), and how many sections exist now.
+u32 LastSpinCount();
+u32 LiveCriticalSections();
+
+// --- log and folders
+// ------------------------------------------------------------------------------------------
+std::vector<std::string> LogLines();
+std::vector<std::pair<std::u16string, std::string>> MessageBoxes();
+/// Folder that CommonDataFolder() answers; default "/headless/data". An empty one makes it fail.
+void SetCommonDataFolder(const char16_t* wzFolder);
+void SetCommonDataFolder(const std::string& strUtf8);
+/// Paths given to OpenFileForRead(), in UTF-8.
+std::vector<std::string> OpenedFiles();
+
+// --- segment
+// --------------------------------------------------------------------------------------------------
+/// Writes the initial image again.
+void ResetSegment();
+
+} // namespace platform::headless
