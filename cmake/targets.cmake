@@ -20,6 +20,8 @@ function(orvin_platform_library backend)
     add_library(orvin_platform_${backend} STATIC ${sources})
     target_link_libraries(orvin_platform_${backend} PUBLIC orvin_options orvin_glew_headers)
     if(backend STREQUAL "win32")
+      # Big objects are aligned to 32 otherwise, and the shared section would grow beyond its prescribed size.
+      set_source_files_properties(${CMAKE_SOURCE_DIR}/platform/win32/shared_block.cpp PROPERTIES COMPILE_OPTIONS -malign-data=abi)
       target_link_libraries(orvin_platform_win32 PUBLIC orvin_zydis orvin_glew opengl32 gdi32 psapi shell32 ole32)
     elseif(backend STREQUAL "linux")
       target_link_libraries(orvin_platform_linux PUBLIC orvin_glew ${CMAKE_DL_LIBS} Threads::Threads rt)

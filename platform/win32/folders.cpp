@@ -1,0 +1,33 @@
+#include "platform/folders.h"
+#include "platform/win32/windows_api.h"
+#include <cwchar>
+#include <shlobj.h>
+
+namespace platform {
+
+const char16_t g_cPathSeparator = u'\\';
+
+bool CommonDataFolder(char16_t* wzOut, u32 uCapacity) noexcept {
+    wchar_t wzPath[MAX_PATH] = {};
+    if (FAILED(SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, wzPath)))
+        return false;
+    std::size_t uLength = std::wcslen(wzPath);
+    while (uLength > 0 && wzPath[uLength - 1] == L'\\') --uLength;
+    if (uLength == 0 || uLength >= uCapacity) return false;
+    for (std::size_t i = 0; i < uLength; ++i) wzOut[i] = static_cast<char16_t>(wzPath[i]);
+    wzOut[uLength] = 0;
+    return true;
+}
+
+bool NarrowPath(const char16_t* wzPath, char* szOut, u32 uCapacity) noexcept {
+    // The call wants a signed size; a file path never needs more than this.
+    const int iCapacity = uCapacity > 0x7FFF ? 0x7FFF : static_cast<int>(uCapacity);
+    return iCapacity > 0 && WideCharToMultiByte(CP_ACP, 0, reinterpret_cast<const wchar_t*>(wzPath), -1,
+                                                szOut, iCapacity, nullptr, nullptr) > 0;
+}
+
+std::FILE* OpenFileForRead(const char16_t* wzPath) noexcept {
+    return _wfopen(reinterpret_cast<const wchar_t*>(wzPath), L"rb");
+}
+
+} // namespace platform

@@ -1,0 +1,105 @@
+#include "platform/threads.h"
+#include "platform/win32/shutdown.h"
+#include "platform/win32/windows_api.h"
+#include <atomic>
+#include <new>
+
+namespace platform {
+
+namespace {
+
+/// What a ThreadHandle points to. It lives as long as the process, since nobody says when a handle is done
+/// with; a process starts two or three.
+struct stThread {
+    HANDLE m_hThread = nullptr;
+    HMODULE m_hModule = nullptr; ///< reference that keeps this library mapped while the thread runs
+    ThreadFunction m_fnThread = nullptr;
+    void* m_pArgument = nullptr;
+    std::atomic<bool> m_bLeaving{false}; ///< from here on the thread itself gives the reference back
+};
+
+DWORD WINAPI ThreadStart(void* pParameter) {
+    stThread* pThread = static_cast<stThread*>(pParameter);
+    const u32 uResult = pThread->m_fnThread(pThread->m_pArgument);
+    HMODULE hModule = pThread->m_hModule;
+    pThread->m_bLeaving.store(true);
+    // Returning would run code of a library that may be gone once the reference is dropped.
+    FreeLibraryAndExitThread(hModule, uResult);
+}
+
+HMODULE ReferenceThisModule() {
+    HMODULE hModule = nullptr;
+    GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, reinterpret_cast<const char*>(&ThreadStart),
+                       &hModule);
+    return hModule;
+}
+
+/// Suspends and waits until the thread really stands still: the context can only be read then.
+bool Suspend(HANDLE hThread) {
+    if (SuspendThread(hThread) == static_cast<DWORD>(-1)) return false;
+    CONTEXT context{};
+    context.ContextFlags = CONTEXT_CONTROL;
+    GetThreadContext(hThread, &context);
+    return true;
+}
+
+CRITICAL_SECTION* Section(void* pImpl) { return static_cast<CRITICAL_SECTION*>(pImpl); }
+
+} // namespace
+
+ThreadHandle StartThread(ThreadFunction fnThread, void* pArgument) noexcept {
+    stThread* pThread = new (std::nothrow) stThread;
+    if (!pThread) return nullptr;
+    pThread->m_fnThread = fnThread;
+    pThread->m_pArgument = pArgument;
+    pThread->m_hModule = ReferenceThisModule();
+    if (pThread->m_hModule) pThread->m_hThread = CreateThread(nullptr, 0, ThreadStart, pThread, 0, nullptr);
+    if (pThread->m_hThread) return pThread;
+    if (pThread->m_hModule) FreeLibrary(pThread->m_hModule);
+    delete pThread;
+    return nullptr;
+}
+
+void KillThread(ThreadHandle hThread) noexcept {
+    stThread* pThread = static_cast<stThread*>(hThread);
+    if (!pThread || !pThread->m_hThread) return;
+    const bool bSuspended = Suspend(pThread->m_hThread);
+    if (bSuspended && pThread->m_bLeaving.load()) {
+        // It is inside the loader giving its reference back; killed there it would take the loader's lock
+        // along.
+        ResumeThread(pThread->m_hThread);
+    } else if (!pThread->m_bLeaving.load()) {
+        TerminateThread(pThread->m_hThread, 0);
+        if (!IsProcessEnding()) FreeLibrary(pThread->m_hModule);
+    }
+    CloseHandle(pThread->m_hThread);
+    pThread->m_hThread = nullptr;
+}
+
+bool StopRequested() noexcept { return false; }
+
+void CriticalSection::Initialize(u32 uSpinCount) noexcept {
+    if (m_pImpl) return;
+    CRITICAL_SECTION* pSection = new (std::nothrow) CRITICAL_SECTION;
+    if (pSection) InitializeCriticalSectionAndSpinCount(pSection, uSpinCount);
+    m_pImpl = pSection;
+}
+
+void CriticalSection::Enter() noexcept {
+    if (!m_pImpl || TryEnterCriticalSection(Section(m_pImpl))) return;
+    // At process end the holder is dead and will never leave.
+    if (!IsProcessEnding()) EnterCriticalSection(Section(m_pImpl));
+}
+
+void CriticalSection::Leave() noexcept {
+    if (m_pImpl) LeaveCriticalSection(Section(m_pImpl));
+}
+
+void CriticalSection::Delete() noexcept {
+    if (!m_pImpl) return;
+    DeleteCriticalSection(Section(m_pImpl));
+    delete Section(m_pImpl);
+    m_pImpl = nullptr;
+}
+
+} // namespace platform
