@@ -493,4 +493,5 @@ const char* const g_aszExclusionTable[] = {
     "\\userinit.exe",
     "\\WUDFHost.exe",
 };
-static_assert(sizeof(g_aszExclusionTable) / sizeof(g_aszExclusionTable[0]) == 488);
+static_assert(sizeof(g_aszExclusionTable) / sizeof(g_aszExclusionTable[0]) == g_uExclusionRowCount &&
+              g_uExclusionRowCount == 488);

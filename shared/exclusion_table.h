@@ -4,4 +4,5 @@
 
 constexpr u32 g_uExclusionRowCount = 488;
 /// Rows as they are searched in the image path, each with a leading backslash.
-extern const char* const g_aszExclusionTable[g_uExclusionRowCount];
+/// The bound is left open here, so that the count at the definition is that of the rows.
+extern const char* const g_aszExclusionTable[];

@@ -32,11 +32,11 @@ extern void* g_pTrampoline;          ///< calls the real function; null if no de
 
 /// Names that GetAllGlFuncs looks up, and what it found.
 constexpr u32 g_uGlFuncCount = 44;
-extern const char* const g_aszGlFuncs[g_uGlFuncCount];
+extern const char* const g_aszGlFuncs[];
 extern void* g_apGlFuncs[g_uGlFuncCount];
 /// Modules of other overlays that delay the detour.
 constexpr u32 g_uForeignOverlayCount = 12;
-extern const char* const g_aszForeignOverlays[g_uForeignOverlayCount];
+extern const char* const g_aszForeignOverlays[];
 
 /// Resolves all of g_aszGlFuncs from g_hOpenGL. False if one is missing.
 bool GetAllGlFuncs() noexcept;
