@@ -1,0 +1,75 @@
+#pragma once
+// What the host programs share: switches, the frame loop, and the lines that tests read. A host program is an
+// ordinary OpenGL program that knows nothing of the overlay; each window system adds one CWindowSystem.
+#include "platform/types.h"
+#include <memory>
+#include <string>
+#include <vector>
+
+/// Everything the command line can ask for. Defaults are those of a small, well-behaved program.
+struct stHostOptions {
+    u32 uFrames = 60;
+    u32 uWidth = 640, uHeight = 480;
+    bool bCore = false;
+    i32 iMajor = 0, iMinor = 0; ///< 0.0: whatever the driver gives without asking
+    bool bSecondWindow = false, bSecondContext = false, bTwoThreads = false;
+    bool bResizeStorm = false, bNoPump = false, bOddState = false, bFreshSurface = false, bIdle = false;
+    u32 uRemakeContext = 0;          ///< remake the context every so many frames; 0 never
+    u32 uPauseMs = 0, uLingerMs = 0; ///< once before the first and once after the last frame
+    u32 uFpsCap = 0;                 ///< sleep of 1/cap seconds a frame; 0 none
+    u32 uMeasureFrom = 0;            ///< frame number at which cost is taken up
+    bool bPrintState = false, bPrintErrors = false;
+    std::string strSurface = "window";     ///< EGL only: window, pbuffer or surfaceless
+    std::string strSwapThrough = "import"; ///< import, getproc or dlsym
+    std::string strLoadLibrary;            ///< Win32 only
+    std::string strDumpPpm, strDumpBefore, strStamps, strWaitFile, strReadyFile, strStopFile;
+    u32 uDumpFrame = 0; ///< frame number (first is 1) whose picture is written
+};
+
+/// Pixels, three bytes each, rows from top to bottom. Empty means that the picture could not be read.
+struct stPicture {
+    u32 uWidth = 0, uHeight = 0;
+    std::vector<u8> u8Rgb;
+};
+
+using WindowRef = void*;
+using ContextRef = void*;
+
+/// One connection to a window system; each swapping thread has its own.
+class CWindowSystem {
+  public:
+    virtual ~CWindowSystem() = default;
+    virtual bool m_fnOpen(const stHostOptions& stOptions) = 0;
+    virtual WindowRef m_fnMakeWindow(u32 uWidth, u32 uHeight) = 0;
+    virtual void m_fnDestroyWindow(WindowRef pWindow) = 0;
+    virtual void m_fnResize(WindowRef pWindow, u32 uWidth, u32 uHeight) = 0;
+    virtual ContextRef m_fnMakeContext(WindowRef pWindow) = 0;
+    virtual void m_fnDestroyContext(ContextRef pContext) = 0;
+    virtual bool m_fnMakeCurrent(WindowRef pWindow, ContextRef pContext) = 0;
+    virtual bool m_fnSwap(WindowRef pWindow) = 0;
+    virtual void m_fnPump() {}
+    /// Puts another surface (Win32: device context) behind the window; the caller makes it current
+    /// afterwards.
+    virtual void m_fnFreshSurface(WindowRef) {}
+    /// The picture that the window shows now, after a swap.
+    virtual stPicture m_fnReadPresented(WindowRef pWindow) = 0;
+    /// How m_fnReadPresented gets it, for the "presented_from" line.
+    virtual const char* m_fnPresentedFrom() const = 0;
+    virtual void* m_fnGetProc(const char* szName) = 0;
+};
+
+/// Made once per host program.
+std::unique_ptr<CWindowSystem> MakeWindowSystem();
+
+/// Reads the switches. 0: go on; 1: --help was shown; 2: a switch is wrong (a line says which).
+int ParseHostOptions(int iCount, char** pszArguments, stHostOptions& stOptions);
+/// Runs the program and prints its lines. Exit code: 0, 2 wrong switch, 3 no window system, window or
+/// context.
+int RunHost(int iCount, char** pszArguments);
+
+/// Writes a binary PPM; false on an empty picture or a file error.
+bool WritePpm(const std::string& strPath, const stPicture& stShown);
+/// Appends a piece to a list in text, with a comma between pieces.
+void AppendPiece(std::string& strList, const std::string& strPiece);
+/// Prints one "key=value" line and flushes it.
+void PrintLine(const std::string& strKey, const std::string& strValue);
