@@ -22,7 +22,6 @@ platform::SurfaceHandle g_hDC = nullptr;
 platform::ContextHandle g_hGLRC = nullptr;
 platform::WindowHandle hFocusWindow = nullptr;
 u32 g_uCallCount = 0;
-u32 g_uApiCode = 0;
 bool g_bCheckApiMapping = true;
 bool g_bOtherApiOwnsProcess = false;
 void* g_hApiMapping = nullptr;

@@ -1,0 +1,160 @@
+#include "frame/resources.h"
+
+#include "config/fixed_layout.h"
+#include "controls/control_ids.h"
+#include "controls/osd_manager.h"
+#include "draw/creation_table.h"
+#include "draw/draw_basic.h"
+#include "draw/draw_text.h"
+#include "frame/frame_driver.h"
+#include "frame/log.h"
+#include "frame/statistics.h"
+#include "frame/status_items.h"
+#include "frame/update.h"
+#include "platform/clock.h"
+#include "platform/threads.h"
+#include "shared/overlay_state.h"
+#include "shared/process_records.h"
+
+#include <cstring>
+#include <exception>
+#include <new>
+
+CDrawBasic_Base* g_apDrawBasic[20] = {};
+CDrawText_Base* g_apDrawText[20] = {};
+u32* g_pFrameSamples = nullptr;
+i64 g_iStartTime = 0;
+u32 g_uApiCode = 0;
+char16_t g_wzApiName[32] = u"";
+
+/// Background workers; nothing starts any in this version.
+static platform::ThreadHandle g_ahWorkers[2] = {};
+static bool g_bWorkersRun = false;
+
+bool g_fnInitGL_Resource() noexcept {
+    g_fnFillCreationTable_GL();
+    g_stCreationTable.m_fnRelease = g_fnTavo_GL_Release;
+    static constexpr char16_t wzName[] = u"OpenGL";
+    std::memcpy(g_wzApiName, wzName, sizeof wzName);
+    g_uApiCode = g_uApiCodeOpenGL;
+    return true;
+}
+
+static bool MakeManager() {
+    COSDManager*& pSlot = g_apOSDManager[g_uManagerSlot];
+    if (pSlot) return true;
+    COSDManager* pManager = new (std::nothrow) COSDManager;
+    if (!pManager) return false;
+    if (!pManager->m_fnInitialize()) {
+        delete pManager;
+        return false;
+    }
+    pSlot = pManager;
+    return true;
+}
+
+static void MakeFrameSamples() {
+    g_uFrameSampleCount = 0;
+    if (g_pFrameSamples) return;
+    g_pFrameSamples = new (std::nothrow) u32[g_uFrameSampleMax];
+    if (!g_pFrameSamples) throw -1;
+}
+
+static void RestartTimers() {
+    for (CTimer* pTimer : {&g_timerFrame, &g_timerFrameTime, &g_timerData, &g_timerStatus, &g_timerShutter,
+                           &g_timerAnimation, &g_timerUpdate})
+        pTimer->Restart();
+    g_iStartTime = platform::CounterNow();
+}
+
+static void MarkStatusDue() {
+    g_abStatusDue[g_uManagerSlot] = 1;
+    g_auStatus[g_uManagerSlot] = 0;
+}
+
+static bool ReadConfiguration() {
+    g_fnSelectProfile();
+    return g_fnBuildFixedLayout();
+}
+
+/// What a batcher throws while it builds its programs ends here; the log carries its words.
+static bool InitializeBatcher(CDraw_Base* pBatcher) {
+    try {
+        return pBatcher->m_fnInitialize();
+    } catch (const std::exception& error) {
+        g_fnLog("GLGraphics: %s", error.what());
+        return false;
+    }
+}
+
+static bool MakeBasicBatcher() {
+    CDrawBasic_Base*& pSlot = g_apDrawBasic[g_uManagerSlot];
+    if (!pSlot) {
+        CDrawBasic_Base* pBatcher = g_stCreationTable.m_fnCreateDrawBasic();
+        if (!pBatcher) return false;
+        if (!InitializeBatcher(pBatcher)) {
+            delete pBatcher;
+            return false;
+        }
+        pBatcher->m_fnSetColorListOrder({});
+        pSlot = pBatcher;
+    }
+    g_pDrawBasic = pSlot;
+    return true;
+}
+
+/// What a failed build left would stand twice after the next try.
+static bool Abandon() {
+    g_fnReleaseResources();
+    return false;
+}
+
+bool g_fnTavo_Init_Resource() {
+    if (!MakeManager()) return false;
+    g_fnSelectManager();
+    MakeFrameSamples();
+    g_fnSetupIntervals();
+    RestartTimers();
+    MarkStatusDue();
+    if (!ReadConfiguration() || !MakeBasicBatcher()) return Abandon();
+    g_pOSDManager->m_fnOnResize();
+    // The first update shows all data at once.
+    std::memset(g_bUpdateData, 1, sizeof g_bUpdateData);
+    return true;
+}
+
+static void EndWorkers() {
+    if (!g_ahWorkers[0] || !g_ahWorkers[1]) return;
+    g_bWorkersRun = false;
+    for (platform::ThreadHandle& hWorker : g_ahWorkers) {
+        platform::KillThread(hWorker);
+        hWorker = nullptr;
+    }
+}
+
+/// Text above basic, as they were drawn; then the manager's globals no longer name them.
+static void DestroyBatchers() {
+    for (u32 uSlot = 0; uSlot < g_uManagerSlots; ++uSlot) {
+        delete g_apDrawText[uSlot];
+        g_apDrawText[uSlot] = nullptr;
+        delete g_apDrawBasic[uSlot];
+        g_apDrawBasic[uSlot] = nullptr;
+    }
+    g_pDrawText = nullptr;
+    g_pDrawBasic = nullptr;
+}
+
+static void FreeFrameSamples() {
+    delete[] g_pFrameSamples;
+    g_pFrameSamples = nullptr;
+    g_uFrameSampleCount = 0;
+}
+
+void g_fnReleaseResources() noexcept {
+    g_fnClearControlIds();
+    EndWorkers();
+    DestroyBatchers();
+    FreeFrameSamples();
+    g_fnClearConfiguration();
+    g_fnDestroyManagers();
+}
