@@ -1,0 +1,263 @@
+#include "companion/commands.h"
+#include "companion/os.h"
+#include "companion/reports.h"
+#include "companion/segment_view.h"
+#include "companion/utf.h"
+#include <algorithm>
+#include <charconv>
+#include <cstdio>
+#include <iterator>
+
+namespace companion {
+namespace {
+
+constexpr u32 kCommandEnable = 0;
+constexpr u32 kCommandRelease = 3;
+constexpr u32 kCommandPositions = 4;
+constexpr u32 kCommandReleaseAll = 7;
+constexpr u32 kCommandLast = 9;
+
+struct Context {
+    const Options& stOptions;
+    ControlLibrary stLibrary;
+    int iExitCode = kOk; ///< exit code of a successful command
+};
+
+/// Processes that hold a record, companions left out.
+std::vector<Instance> Programs(const ControlLibrary& stLibrary) {
+    auto listInstances = Instances(*Snapshot(stLibrary.pSegment));
+    std::erase_if(listInstances, [](const Instance& st) { return IsCompanion(st.uProcessId); });
+    return listInstances;
+}
+
+/// The segment lives as long as a process has the library mapped: a change without one is lost at once.
+Result NeedPrograms(const ControlLibrary& stLibrary) {
+    if (!Programs(stLibrary).empty()) return {};
+    return Result::NotFound("no running program carries the overlay");
+}
+
+void WriteFilter(const ControlLibrary& stLibrary, u32 uPid, u32 uTid, const std::string& strProfile) {
+    stMonitorFilter stFilter{};
+    stFilter.uProcessId = uPid;
+    stFilter.uThreadId = uTid;
+    std::u16string wzProfile;
+    UnitsFromUtf8(strProfile, wzProfile);
+    const size_t uUnits = std::min<size_t>(wzProfile.size(), g_uProfileNameUnits - 1);
+    std::copy_n(wzProfile.begin(), uUnits, stFilter.wzProfileName);
+    stLibrary.fnSetFilter(&stFilter);
+}
+
+Result DoRun(Context& st) {
+    if (os::RunNeedsLibrary()) {
+        Result stLoaded = LoadControlLibrary(st.stOptions.strLibrary, st.stLibrary);
+        if (!stLoaded) return stLoaded;
+    }
+    const os::RunRequest stRequest{LibraryPath(st.stOptions.strLibrary), st.stOptions.strTarget,
+                                   st.stOptions.listArguments};
+    return os::Run(stRequest, st.stLibrary, st.iExitCode);
+}
+
+Result DoAttach(Context& st) {
+    Result stResult = os::CanEnterRunningPrograms();
+    if (!stResult) return stResult;
+    u32 uProcessId = 0;
+    stResult = ResolveTarget(st.stOptions.strTarget, uProcessId);
+    if (stResult) stResult = LoadControlLibrary(st.stOptions.strLibrary, st.stLibrary);
+    if (!stResult) return stResult;
+    return os::Attach(uProcessId, st.stOptions.bStay, st.stLibrary);
+}
+
+Result DoHook(Context& st) {
+    Result stResult = os::CanEnterRunningPrograms();
+    if (stResult) stResult = LoadControlLibrary(st.stOptions.strLibrary, st.stLibrary);
+    if (!stResult) return stResult;
+    if (st.stOptions.bInit) st.stLibrary.fnInitialise();
+    return os::Hook(st.stLibrary);
+}
+
+Result DoUnhook(Context&) {
+    Result stResult = os::CanEnterRunningPrograms();
+    return stResult ? os::Unhook() : stResult;
+}
+
+Result DoInit(Context& st) {
+    const size_t uPrograms = Programs(st.stLibrary).size();
+    if (uPrograms != 0 && !st.stOptions.bYes) {
+        return Result::Fail("init: " + std::to_string(uPrograms) +
+                            " running programs would lose their records; confirm with --yes");
+    }
+    st.stLibrary.fnInitialise();
+    return {};
+}
+
+Result DoEnable(Context& st) {
+    const bool bOn = st.stOptions.eVerb == Verb::On;
+    st.stLibrary.fnSendCommand(kCommandEnable, 0, 0, bOn ? 1 : 0);
+    return NeedPrograms(st.stLibrary);
+}
+
+Result DoReload(Context& st) {
+    const u32 uPid = st.stOptions.uPid;
+    WriteFilter(st.stLibrary, uPid, 0, "");
+    if (uPid == 0) {
+        st.stLibrary.fnSendCommand(kCommandReleaseAll, 0, 0, 0);
+        return NeedPrograms(st.stLibrary);
+    }
+    const auto pSnapshot = Snapshot(st.stLibrary.pSegment);
+    const auto uSlot = FindRecord(pSnapshot->CommandTable, uPid);
+    if (!uSlot) return Result::NotFound("process " + std::to_string(uPid) + " holds no record");
+    st.stLibrary.fnSendCommand(kCommandRelease, uPid, pSnapshot->CommandTable[*uSlot].uThreadId, 0);
+    return {};
+}
+
+/// Thread id to write to: a thread id of 0 would reach everyone, so a process is addressed by its record's
+/// thread.
+Result SendTarget(const Context& st, u32& uTid) {
+    uTid = st.stOptions.uTid;
+    if (st.stOptions.uPid == 0 || uTid != 0) return {};
+    const auto pSnapshot = Snapshot(st.stLibrary.pSegment);
+    const auto uSlot = FindRecord(pSnapshot->CommandTable, st.stOptions.uPid);
+    if (!uSlot) return Result::NotFound("process " + std::to_string(st.stOptions.uPid) + " holds no record");
+    uTid = pSnapshot->CommandTable[*uSlot].uThreadId;
+    return {};
+}
+
+void WriteSources(const Context& st) {
+    const Options& stOptions = st.stOptions;
+    WriteFilter(st.stLibrary, stOptions.uFilterPid, stOptions.uFilterTid, stOptions.strFilterProfile);
+    if (stOptions.uByte) {
+        st.stLibrary.fnSetScreenshot(&*stOptions.uByte);
+        st.stLibrary.fnSetTimer(&*stOptions.uByte);
+    }
+    if (!stOptions.listPositions.empty()) {
+        u32 auWords[g_uMonitorPosWords] = {};
+        const size_t uWords = std::min<size_t>(stOptions.listPositions.size(), g_uMonitorPosWords);
+        std::copy_n(stOptions.listPositions.begin(), uWords, auWords);
+        st.stLibrary.fnSetPositions(auWords);
+    }
+}
+
+Result DoSend(Context& st) {
+    const Options& stOptions = st.stOptions;
+    u32 uTid = 0;
+    const Result stTarget = SendTarget(st, uTid);
+    if (!stTarget) return stTarget;
+    WriteSources(st);
+    const u32 uAnswer =
+        st.stLibrary.fnSendCommand(stOptions.uCommand, stOptions.uPid, uTid, stOptions.iArgument);
+    const bool bDisables = stOptions.uCommand == kCommandEnable && stOptions.iArgument == 0;
+    if (uAnswer == g_uSendCmdFailed && !bDisables) {
+        return Result::Fail("the library does not know command " + std::to_string(stOptions.uCommand) +
+                            (stOptions.uCommand <= kCommandLast ? " (not used)" : ""));
+    }
+    const bool bWritesNothing =
+        stOptions.uCommand == 1 || (stOptions.uCommand == kCommandPositions && stOptions.iArgument == 0);
+    return bWritesNothing ? Result{} : NeedPrograms(st.stLibrary);
+}
+
+Result DoProfileName(Context& st) {
+    std::u16string wzName;
+    UnitsFromUtf8(st.stOptions.strTarget, wzName);
+    wzName.resize(g_uProfileNameUnits, u'\0'); // the library copies the whole field
+    wzName.back() = 0;
+    st.stLibrary.fnSetGlobalProfile(wzName.c_str());
+    return NeedPrograms(st.stLibrary);
+}
+
+Result DoFrameTime(Context& st) {
+    st.stLibrary.fnEnableQueryFrameTime(st.stOptions.bEnable ? 1 : 0);
+    return NeedPrograms(st.stLibrary);
+}
+
+Result DoStatus(Context& st) {
+    PrintStatus(st.stLibrary, st.stOptions);
+    return {};
+}
+
+Result DoDump(Context& st) {
+    PrintDump(st.stLibrary, st.stOptions);
+    return {};
+}
+
+Result DoDoctor(Context& st) {
+    u32 uProcessId = 0;
+    const Result stResult = ResolveTarget(st.stOptions.strTarget, uProcessId);
+    if (!stResult) return stResult;
+    st.iExitCode = PrintDiagnosis(st.stLibrary, uProcessId, st.stOptions);
+    return {};
+}
+
+struct Action {
+    Verb eVerb;
+    bool bLoadsLibrary; ///< the library is loaded before the action runs
+    Result (*fnDo)(Context&);
+};
+
+constexpr Action kActions[] = {
+    {Verb::Run, false, DoRun},
+    {Verb::Attach, false, DoAttach},
+    {Verb::Hook, false, DoHook},
+    {Verb::Unhook, false, DoUnhook},
+    {Verb::Init, true, DoInit},
+    {Verb::Status, true, DoStatus},
+    {Verb::On, true, DoEnable},
+    {Verb::Off, true, DoEnable},
+    {Verb::Reload, true, DoReload},
+    {Verb::Send, true, DoSend},
+    {Verb::FrameTime, true, DoFrameTime},
+    {Verb::ProfileName, true, DoProfileName},
+    {Verb::Dump, true, DoDump},
+    {Verb::Doctor, true, DoDoctor},
+};
+
+Result Perform(Context& st) {
+    const auto it = std::find_if(std::begin(kActions), std::end(kActions), [&](const Action& stAction) {
+        return stAction.eVerb == st.stOptions.eVerb;
+    });
+    if (it == std::end(kActions)) return Result::Usage("a command is required");
+    if (it->bLoadsLibrary) {
+        Result stLoaded = LoadControlLibrary(st.stOptions.strLibrary, st.stLibrary);
+        if (!stLoaded) return stLoaded;
+    }
+    return it->fnDo(st);
+}
+
+} // namespace
+
+bool ParseProcessId(const std::string& strText, u32& uProcessId) {
+    const char* pEnd = strText.data() + strText.size();
+    const auto [pStop, eError] = std::from_chars(strText.data(), pEnd, uProcessId);
+    return eError == std::errc() && pStop == pEnd && uProcessId != 0;
+}
+
+Result ResolveTarget(const std::string& strTarget, u32& uProcessId) {
+    if (ParseProcessId(strTarget, uProcessId)) return {};
+    const std::vector<u32> listFound = os::FindProcesses(strTarget);
+    if (listFound.empty()) return Result::NotFound("no process is named " + Printable(strTarget));
+    if (listFound.size() > 1) {
+        std::string strIds;
+        for (const u32 uId : listFound) strIds += " " + std::to_string(uId);
+        return Result::Fail("several processes are named " + Printable(strTarget) + ":" + strIds);
+    }
+    uProcessId = listFound.front();
+    return {};
+}
+
+int Main(const std::vector<std::string>& listArguments) {
+    const Parsed stParsed = ParseArguments(listArguments);
+    if (stParsed.bLeave && stParsed.iExitCode == kOk) {
+        std::fputs(stParsed.strText.c_str(), stdout);
+        return kOk;
+    }
+    if (stParsed.bLeave) {
+        std::fprintf(stderr, "orvin-osd: %s (see orvin-osd --help)\n", Printable(stParsed.strText).c_str());
+        return stParsed.iExitCode;
+    }
+    Context st{stParsed.stOptions, {}, kOk};
+    const Result stResult = Perform(st);
+    if (stResult) return st.iExitCode;
+    std::fprintf(stderr, "orvin-osd: %s\n", Printable(stResult.strError).c_str());
+    return stResult.iCode;
+}
+
+} // namespace companion

@@ -1,0 +1,49 @@
+#include "companion/control_library.h"
+#include "companion/os.h"
+
+namespace companion {
+namespace {
+
+template <class T> bool Resolve(void* hModule, const char* szName, T& fnOut, std::string& strMissing) {
+    fnOut = reinterpret_cast<T>(os::FindExport(hModule, szName));
+    if (fnOut == nullptr && strMissing.empty()) strMissing = szName;
+    return fnOut != nullptr;
+}
+
+/// Name of the first export that is missing, empty if all are there.
+std::string ResolveAll(ControlLibrary& st) {
+    std::string strMissing;
+    Resolve(st.hModule, "InitialSharedSegmentData_GL", st.fnInitialise, strMissing);
+    Resolve(st.hModule, "EnableQueryFrameTime_GL", st.fnEnableQueryFrameTime, strMissing);
+    Resolve(st.hModule, "sendCmd_GWDLL_GL", st.fnSendCommand, strMissing);
+    Resolve(st.hModule, "SetMonitorFilterDataFromGWexeToGWDll_GL", st.fnSetFilter, strMissing);
+    Resolve(st.hModule, "SetMonitorPosDataFromGWexeToGWDll_GL", st.fnSetPositions, strMissing);
+    Resolve(st.hModule, "SetMonitorScreenshotDataFromGWexeToGWDll_GL", st.fnSetScreenshot, strMissing);
+    Resolve(st.hModule, "SetMonitorTimerDataFromGWexeToGWDll_GL", st.fnSetTimer, strMissing);
+    Resolve(st.hModule, "SetOSDGlobalProfileNameFromGWexeToGWDll_GL", st.fnSetGlobalProfile, strMissing);
+    Resolve(st.hModule, "GetAPIVerByTID_GL", st.fnRearmApiCode, strMissing);
+    Resolve(st.hModule, "Hook_CB_ProcGetMSGOfGL", st.fnHookCallback, strMissing);
+    return strMissing;
+}
+
+} // namespace
+
+std::string LibraryPath(const std::string& strPath) {
+    return strPath.empty() ? os::JoinPath(os::OwnFolder(), os::LibraryName()) : strPath;
+}
+
+Result LoadControlLibrary(const std::string& strPath, ControlLibrary& stLibrary) {
+    const std::string strFile = LibraryPath(strPath);
+    if (!os::FileExists(strFile)) return Result::NotFound("the library is not at " + strFile);
+    std::string strError;
+    stLibrary.hModule = os::LoadSharedLibrary(strFile, strError);
+    if (stLibrary.hModule == nullptr) return Result::Fail("cannot load " + strFile + ": " + strError);
+    const std::string strMissing = ResolveAll(stLibrary);
+    if (!strMissing.empty()) return Result::Fail(strFile + " does not export " + strMissing);
+    stLibrary.pSegment = static_cast<const stSharedSegment*>(
+        os::MapSegment(stLibrary.hModule, sizeof(stSharedSegment), strError));
+    if (stLibrary.pSegment == nullptr) return Result::Fail("cannot reach the shared segment: " + strError);
+    return {};
+}
+
+} // namespace companion

@@ -1,0 +1,34 @@
+#pragma once
+// The overlay library as the companion uses it: loaded at run time, its exports resolved by name.
+#include "companion/result.h"
+#include "shared/exports.h"
+#include "shared/segment.h"
+#include <string>
+
+namespace companion {
+
+/// Addresses of the exports that the companion calls; all set once Load succeeded.
+struct ControlLibrary {
+    void* hModule = nullptr;
+    decltype(&::InitialSharedSegmentData_GL) fnInitialise = nullptr;
+    decltype(&::EnableQueryFrameTime_GL) fnEnableQueryFrameTime = nullptr;
+    decltype(&::sendCmd_GWDLL_GL) fnSendCommand = nullptr;
+    decltype(&::SetMonitorFilterDataFromGWexeToGWDll_GL) fnSetFilter = nullptr;
+    decltype(&::SetMonitorPosDataFromGWexeToGWDll_GL) fnSetPositions = nullptr;
+    decltype(&::SetMonitorScreenshotDataFromGWexeToGWDll_GL) fnSetScreenshot = nullptr;
+    decltype(&::SetMonitorTimerDataFromGWexeToGWDll_GL) fnSetTimer = nullptr;
+    decltype(&::SetOSDGlobalProfileNameFromGWexeToGWDll_GL) fnSetGlobalProfile = nullptr;
+    decltype(&::GetAPIVerByTID_GL) fnRearmApiCode = nullptr;
+    decltype(&::Hook_CB_ProcGetMSGOfGL) fnHookCallback = nullptr;
+    /// The live segment; others write it at any time.
+    const stSharedSegment* pSegment = nullptr;
+};
+
+/// Loads the library from strPath, or from beside the companion if empty. Loading attaches the companion
+/// itself as any process: it takes a record of its own.
+Result LoadControlLibrary(const std::string& strPath, ControlLibrary& stLibrary);
+
+/// The file that LoadControlLibrary would load.
+std::string LibraryPath(const std::string& strPath);
+
+} // namespace companion

@@ -1,0 +1,73 @@
+#include "companion/foreign_bytes.h"
+#include "companion/foreign_overlays.h"
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+namespace companion {
+namespace {
+
+bool IsGlLibrary(std::string_view strFile) {
+    constexpr std::string_view astrNames[] = {"libGL.so", "libGLX.so", "libEGL.so", "libOpenGL.so"};
+    return std::any_of(std::begin(astrNames), std::end(astrNames),
+                       [&](std::string_view strName) { return strFile.starts_with(strName); });
+}
+
+void AddModule(std::string_view strFile, ProcessFacts& st) {
+    if (strFile == "libORVIN-OSD64-GL.so") st.bLibraryMapped = true;
+    if (IsGlLibrary(strFile)) st.bGlMapped = true;
+    if (!IsForeignOverlay(strFile)) return;
+    if (std::find(st.listOverlays.begin(), st.listOverlays.end(), strFile) == st.listOverlays.end()) {
+        st.listOverlays.emplace_back(strFile);
+    }
+}
+
+} // namespace
+
+void ReadModuleFacts(std::string_view strMaps, ProcessFacts& stFacts) {
+    stFacts.bReadable = !strMaps.empty();
+    while (!strMaps.empty()) {
+        const size_t uEnd = std::min(strMaps.find('\n'), strMaps.size());
+        std::string_view strLine = strMaps.substr(0, uEnd);
+        strMaps.remove_prefix(std::min(uEnd + 1, strMaps.size()));
+        const size_t uSlash = strLine.rfind('/');
+        if (uSlash == std::string_view::npos) continue;
+        std::string_view strFile = strLine.substr(uSlash + 1);
+        constexpr std::string_view strDeleted = " (deleted)"; // replaced on disk while mapped
+        if (strFile.ends_with(strDeleted)) strFile.remove_suffix(strDeleted.size());
+        AddModule(strFile, stFacts);
+    }
+    if (stFacts.bReadable) stFacts.eDetour = stFacts.bLibraryMapped ? Detour::Preload : Detour::Unknown;
+}
+
+ApiClaim ClaimOfTag(const char* szTag) {
+    if (std::memcmp(szTag, "OGL", 3) == 0) return ApiClaim::OpenGL;
+    if (std::memcmp(szTag, "D3D", 3) == 0) return ApiClaim::Direct3D;
+    return ApiClaim::None;
+}
+
+namespace {
+template <class T> T ReadAs(const u8* pBytes) {
+    T value;
+    std::memcpy(&value, pBytes, sizeof(value));
+    return value;
+}
+} // namespace
+
+bool JumpTarget(const u8* pBytes, size_t uCount, u64 uAddress, u64& uTarget) {
+    if (uCount >= 2 && pBytes[0] == 0xEB) {
+        uTarget = uAddress + 2 + static_cast<u64>(static_cast<i64>(ReadAs<i8>(pBytes + 1)));
+        return true;
+    }
+    if (uCount >= 5 && pBytes[0] == 0xE9) {
+        uTarget = uAddress + 5 + static_cast<u64>(static_cast<i64>(ReadAs<i32>(pBytes + 1)));
+        return true;
+    }
+    if (uCount >= 14 && pBytes[0] == 0xFF && pBytes[1] == 0x25 && ReadAs<i32>(pBytes + 2) == 0) {
+        uTarget = ReadAs<u64>(pBytes + 6);
+        return true;
+    }
+    return false;
+}
+
+} // namespace companion

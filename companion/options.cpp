@@ -1,0 +1,204 @@
+#include "companion/options.h"
+#include "companion/result.h"
+#include "companion/utf.h"
+#include "shared/segment.h"
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <sstream>
+
+namespace companion {
+namespace {
+
+constexpr const char* kDescription =
+    "Brings the ORVIN-OSD overlay into OpenGL programs and talks to the ones that carry it.";
+constexpr const char* kFooter =
+    "Exit codes: 0 done, 1 failed, 2 wrong usage, 3 nothing found to act on. 'run' "
+    "leaves with the program's own code.\nMore: orvin-osd COMMAND --help";
+
+CLI::App* AddVerb(CLI::App& app, Options& st, Verb eVerb, const char* szName, const char* szHelp) {
+    CLI::App* pVerb = app.add_subcommand(szName, szHelp);
+    pVerb
+        ->add_option("--library", st.strLibrary,
+                     "the overlay's library; default: the one beside this program")
+        ->type_name("PATH");
+    pVerb->callback([&st, eVerb] { st.eVerb = eVerb; });
+    return pVerb;
+}
+
+void AddEntering(CLI::App& app, Options& st) {
+    CLI::App* pRun =
+        AddVerb(app, st, Verb::Run, "run", "start a program with the overlay: run [--] PROGRAM ARGS");
+    pRun->prefix_command();
+    CLI::App* pAttach =
+        AddVerb(app, st, Verb::Attach, "attach",
+                "let the overlay into a running program, by a message hook on its threads only "
+                "(Windows); stays until the program ends or Ctrl-C");
+    pAttach->add_option("target", st.strTarget, "process name or id")->required()->type_name("NAME|PID");
+    pAttach->add_flag("!--no-stay", st.bStay, "leave as soon as the library is in the program");
+    CLI::App* pHook =
+        AddVerb(app, st, Verb::Hook, "hook",
+                "let the overlay into EVERY program that handles messages (Windows); stays until "
+                "Ctrl-C or 'unhook'");
+    pHook->add_flag("--yes", st.bYes, "confirm that every program of this session is meant");
+    pHook->add_flag("--init", st.bInit,
+                    "reset the shared segment first; running instances lose their records");
+    AddVerb(app, st, Verb::Unhook, "unhook", "end the hook of another orvin-osd (Windows)");
+    CLI::App* pInit = AddVerb(app, st, Verb::Init, "init",
+                              "reset the shared segment; running instances lose their records");
+    pInit->add_flag("--yes", st.bYes, "reset although instances are alive");
+}
+
+void AddReports(CLI::App& app, Options& st) {
+    CLI::App* pStatus = AddVerb(app, st, Verb::Status, "status", "list the programs that carry the overlay");
+    pStatus->add_flag("--json", st.bJson, "as JSON");
+    pStatus->add_flag("--all", st.bAll, "companions too");
+    CLI::App* pDump = AddVerb(app, st, Verb::Dump, "dump", "print the whole shared segment, decoded");
+    auto* pJson = pDump->add_flag("--json", st.bJson, "as JSON");
+    pDump->add_flag("--text", st.bText, "as indented text (the default)")->excludes(pJson);
+    pDump->add_flag("--all", st.bAll, "free slots too");
+    pDump->add_flag("--raw", st.bRaw, "the opaque areas as hexadecimal bytes");
+    CLI::App* pDoctor =
+        AddVerb(app, st, Verb::Doctor, "doctor",
+                "tell what state the overlay is in inside a program; exit code 0 only if it runs");
+    pDoctor->add_option("target", st.strTarget, "process id or name")->required()->type_name("PID|NAME");
+    pDoctor->add_flag("--json", st.bJson, "as JSON");
+}
+
+void AddControls(CLI::App& app, Options& st) {
+    AddVerb(app, st, Verb::On, "on", "switch the overlay on in every program");
+    AddVerb(app, st, Verb::Off, "off", "switch the overlay off in every program");
+    CLI::App* pReload = AddVerb(app, st, Verb::Reload, "reload",
+                                "release the overlay and build it anew from its files, in every program");
+    pReload->add_option("--pid", st.uPid, "only in this process")->type_name("PID");
+    CLI::App* pProfile = AddVerb(app, st, Verb::ProfileName, "profile-name",
+                                 "set the profile for all; instances take it at their next reload");
+    pProfile->add_option("name", st.strTarget, "name of a folder under Profiles; empty for the default")
+        ->required()
+        ->type_name("NAME");
+    CLI::App* pFrameTime =
+        AddVerb(app, st, Verb::FrameTime, "frametime", "switch the report of frame times on or off");
+    pFrameTime->add_option("state", st.strTarget, "on or off")
+        ->required()
+        ->type_name("on|off")
+        ->check(CLI::IsMember({"on", "off"}));
+}
+
+void AddSend(CLI::App& app, Options& st) {
+    CLI::App* pSend = AddVerb(
+        app, st, Verb::Send, "send",
+        "send a raw command: 0 enable (argument 0: disable), 3 release, 4 positions and status (argument: "
+        "bits), 5 screenshot, 6 stopwatch, 7 release for everyone, 9 rebuild");
+    pSend->add_option("command", st.uCommand, "command number")->required()->type_name("COMMAND");
+    pSend->add_option("--pid", st.uPid, "write to the record of this process only")->type_name("PID");
+    pSend->add_option("--tid", st.uTid, "write to the record of this thread only")->type_name("TID");
+    pSend->add_option("--arg", st.iArgument, "the command's argument")->type_name("N");
+    pSend->add_option("--filter-pid", st.uFilterPid, "only this process obeys")->type_name("PID");
+    pSend->add_option("--filter-tid", st.uFilterTid, "only this thread obeys")->type_name("TID");
+    pSend->add_option("--filter-profile", st.strFilterProfile, "only processes with this profile obey")
+        ->type_name("NAME");
+    pSend->add_option("--byte", st.uByte, "value byte of commands 5 and 6")
+        ->type_name("N")
+        ->check(CLI::Range(0, 255));
+    pSend
+        ->add_option("--positions", st.listPositions,
+                     "words of command 4: X,Y,ALIGN of positions 0, 1, 2, then the status value")
+        ->type_name("N,N,...")
+        ->delimiter(',')
+        ->expected(1, static_cast<int>(g_uMonitorPosWords));
+}
+
+/// The words behind "--" of a run command belong to the program untouched; they leave listArguments.
+std::optional<std::vector<std::string>> SplitProgram(std::vector<std::string>& listArguments) {
+    if (listArguments.empty() || listArguments.front() != "run") return std::nullopt;
+    const auto it = std::find(listArguments.begin(), listArguments.end(), "--");
+    if (it == listArguments.end()) return std::nullopt;
+    std::vector<std::string> listProgram(it + 1, listArguments.end());
+    listArguments.erase(it, listArguments.end());
+    return listProgram;
+}
+
+Result TakeProgram(const CLI::App& run, const std::optional<std::vector<std::string>>& listTail,
+                   Options& st) {
+    std::vector<std::string> listWords = run.remaining();
+    if (listTail && !listWords.empty()) listWords.emplace_back("--"); // it belongs to the program
+    if (listTail) listWords.insert(listWords.end(), listTail->begin(), listTail->end());
+    if (listWords.empty()) return Result::Usage("run: PROGRAM is required");
+    if (!listTail && listWords.front().starts_with("-")) {
+        return Result::Usage("run: unknown option " + listWords.front() + " (write -- before the program)");
+    }
+    st.strTarget = listWords.front();
+    st.listArguments.assign(listWords.begin() + 1, listWords.end());
+    return {};
+}
+
+Result CheckProfile(const std::string& strName, const char* szWhat, size_t uMostUnits) {
+    std::u16string wzName;
+    if (!UnitsFromUtf8(strName, wzName)) return Result::Usage(std::string(szWhat) + " is not valid text");
+    if (wzName.size() > uMostUnits) {
+        return Result::Usage(std::string(szWhat) + " is longer than " + std::to_string(uMostUnits) +
+                             " units");
+    }
+    const bool bControl = std::any_of(wzName.begin(), wzName.end(), [](char16_t c) { return c < 32; });
+    if (bControl || strName == "." || strName == ".." || strName.find_first_of("/\\:") != std::string::npos) {
+        return Result::Usage(std::string(szWhat) + " must be one plain folder name");
+    }
+    return {};
+}
+
+Result CheckOptions(Options& st) {
+    st.bEnable = st.strTarget == "on";
+    if (st.eVerb == Verb::Hook && !st.bYes) {
+        return Result::Usage(
+            "hook: this puts the library into every program of this session that handles messages; "
+            "confirm with --yes");
+    }
+    if (st.eVerb == Verb::ProfileName) {
+        return CheckProfile(st.strTarget, "the profile name", g_uProfileNameUnits - 1);
+    }
+    if (st.eVerb == Verb::Send) {
+        return CheckProfile(st.strFilterProfile, "the filter's profile", g_uTargetProfileUnits - 1);
+    }
+    return {};
+}
+
+Parsed Leave(int iExitCode, std::string strText) {
+    Parsed st;
+    st.bLeave = true;
+    st.iExitCode = iExitCode;
+    st.strText = std::move(strText);
+    return st;
+}
+
+std::string FirstLine(const std::string& strText) { return strText.substr(0, strText.find('\n')); }
+
+} // namespace
+
+Parsed ParseArguments(std::vector<std::string> listArguments) {
+    const auto listTail = SplitProgram(listArguments);
+    Parsed stParsed;
+    CLI::App app(kDescription, "orvin-osd");
+    app.footer(kFooter);
+    app.require_subcommand(1);
+    AddEntering(app, stParsed.stOptions);
+    AddReports(app, stParsed.stOptions);
+    AddControls(app, stParsed.stOptions);
+    AddSend(app, stParsed.stOptions);
+    std::reverse(listArguments.begin(), listArguments.end()); // the parser takes its words from the back
+    try {
+        app.parse(listArguments);
+    } catch (const CLI::Success& success) {
+        std::ostringstream out, err;
+        app.exit(success, out, err);
+        return Leave(kOk, out.str());
+    } catch (const CLI::ParseError& error) {
+        return Leave(kUsage, FirstLine(error.what()));
+    }
+    Result stResult = CheckOptions(stParsed.stOptions);
+    if (stResult && stParsed.stOptions.eVerb == Verb::Run) {
+        stResult = TakeProgram(*app.get_subcommand("run"), listTail, stParsed.stOptions);
+    }
+    if (!stResult) return Leave(stResult.iCode, stResult.strError);
+    return stParsed;
+}
+
+} // namespace companion

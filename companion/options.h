@@ -1,0 +1,65 @@
+#pragma once
+// The command line.
+#include "platform/types.h"
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace companion {
+
+enum class Verb {
+    None,
+    Run,
+    Attach,
+    Hook,
+    Unhook,
+    Init,
+    Status,
+    On,
+    Off,
+    Reload,
+    Send,
+    ProfileName,
+    FrameTime,
+    Dump,
+    Doctor
+};
+
+/// What was asked for. A field belongs to the verbs that its option is offered for.
+struct Options {
+    Verb eVerb = Verb::None;
+    std::string strLibrary;
+    std::string strTarget; ///< program, process name or id, profile name
+    std::vector<std::string> listArguments;
+    bool bYes = false;
+    bool bInit = false;
+    bool bStay = true;
+    bool bJson = false;
+    bool bText = false; ///< the default anyway
+    bool bAll = false;
+    bool bRaw = false;
+    bool bEnable = false;
+    u32 uCommand = 0;
+    u32 uPid = 0;
+    u32 uTid = 0;
+    i64 iArgument = 0;
+    u32 uFilterPid = 0;
+    u32 uFilterTid = 0;
+    std::string strFilterProfile;
+    std::optional<u8> uByte;
+    std::vector<u32> listPositions;
+};
+
+/// Outcome of parsing: options, or a text to print and the exit code to leave with.
+struct Parsed {
+    Options stOptions;
+    bool bLeave = false;
+    int iExitCode = 0;
+    std::string strText; ///< help for standard output when iExitCode is 0, else one line for standard error
+};
+
+/// listArguments without the program's own name.
+Parsed ParseArguments(std::vector<std::string> listArguments);
+
+} // namespace companion

@@ -1,0 +1,58 @@
+#pragma once
+// What the companion needs of the operating system. One implementation a system; the build chooses.
+// All text is UTF-8.
+#include "companion/diagnosis.h"
+#include "companion/result.h"
+#include <string>
+#include <vector>
+
+namespace companion {
+struct ControlLibrary;
+}
+
+namespace companion::os {
+
+/// The arguments behind the program's name; prepares the console for UTF-8.
+std::vector<std::string> Arguments(int argc, char** argv);
+
+/// Folder of the companion's own file, without a trailing separator.
+std::string OwnFolder();
+std::string OwnName();
+u32 OwnProcessId();
+/// "ORVIN-OSD64-GL.dll" or its equal.
+const char* LibraryName();
+std::string JoinPath(const std::string& strFolder, const std::string& strFile);
+bool FileExists(const std::string& strPath);
+
+/// Loads a shared library; null and a reason on failure.
+void* LoadSharedLibrary(const std::string& strPath, std::string& strError);
+void* FindExport(void* hModule, const char* szName);
+/// The shared segment of the loaded library, readable, uBytes long; null and a reason on failure.
+const void* MapSegment(void* hModule, size_t uBytes, std::string& strError);
+
+void SleepMilliseconds(u32 uMilliseconds);
+ProcessFacts InspectProcess(u32 uProcessId);
+/// Processes whose file name equals strName, case folded, with or without ".exe". Never the companion itself.
+std::vector<u32> FindProcesses(const std::string& strName);
+ApiClaim ReadApiClaim(u32 uProcessId);
+
+struct RunRequest {
+    std::string strLibrary; ///< the library's file, in its folder the parts that travel with it
+    std::string strProgram;
+    std::vector<std::string> listArguments;
+};
+/// True if Run needs the library loaded into the companion.
+bool RunNeedsLibrary();
+/// Runs a program with the overlay; iExitCode receives the program's exit code. May not return at all.
+Result Run(const RunRequest& stRequest, const ControlLibrary& stLibrary, int& iExitCode);
+
+/// Lets the library into a running program; with bStay until it ends or Ctrl-C, else until it is mapped.
+Result Attach(u32 uProcessId, bool bStay, const ControlLibrary& stLibrary);
+/// Lets the library into every program until Ctrl-C or Unhook.
+Result Hook(const ControlLibrary& stLibrary);
+/// Ends the Hook of another companion.
+Result Unhook();
+/// Success where a running program can be entered at all; else the reason why not.
+Result CanEnterRunningPrograms();
+
+} // namespace companion::os
