@@ -2,7 +2,10 @@
 // Panels from records.
 #include "platform/types.h"
 
+#include <memory>
 #include <span>
+
+class CPanel_Base;
 
 /// One panel to make. Lengths in canvas units.
 struct stPanelInit {
@@ -16,6 +19,13 @@ struct stPanelInit {
     u32 uShape;
     bool bHidden; ///< takes part in layout only
 };
+
+/// Highest blur diameter; a record above it keeps its value and acts as this.
+constexpr u32 g_uScatterMax = 100;
+
+/// Makes one panel and what it draws with. False if that failed; pPanel is null then, or if there was no
+/// memory.
+bool g_fnMakePanel(const stPanelInit& stRecord, std::unique_ptr<CPanel_Base>& pPanel);
 
 /// Makes, registers and attaches one panel per record, in order. Panels made later lie under earlier ones.
 /// False if a panel could not be initialised; those made before it stay.

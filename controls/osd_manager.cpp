@@ -68,12 +68,15 @@ void CopyArrayPointers(const stManagerArrays& st) {
 
 } // namespace
 
-COSDManager::~COSDManager() {
-    COSDManager::m_fnRelease();
+COSDManager::~COSDManager() { COSDManager::m_fnRelease(); }
+
+bool COSDManager::m_fnStartOver() {
+    m_fnRelease();
     for (KeyList& layer : m_aLayer) layer.clear();
     m_mapDrawList.clear();
     m_mapChildren.clear();
     m_mapParent.clear();
+    return m_fnInitialize();
 }
 
 bool COSDManager::m_fnInitialize() {

@@ -46,7 +46,7 @@ struct stManagerArrays {
 };
 
 /// One per rendering surface. It draws nothing and keeps no time. Render thread only.
-class COSDManager {
+class COSDManager final {
   public:
     COSDManager() = default;
     ~COSDManager();
@@ -94,6 +94,9 @@ class COSDManager {
     /// Places a control that stands in the tree; leaves any other alone.
     virtual void m_fnResolveControl(CControl* pControl);
     virtual void m_fnReserved20();
+
+    /// Deletes what a former layout left, lists and tree with it, and allocates the arrays anew.
+    bool m_fnStartOver();
 
     KeyList m_aLayer[32];
     std::map<const void*, std::unique_ptr<ControlList>> m_mapDrawList;
