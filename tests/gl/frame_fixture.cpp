@@ -1,0 +1,110 @@
+#include "tests/gl/frame_fixture.h"
+
+#include "frame/frame_driver.h"
+#include "frame/limiter.h"
+#include "frame/statistics.h"
+#include "platform/headless/test_controls.h"
+#include "platform/shared_block.h"
+#include "shared/hooking.h"
+#include "shared/overlay_state.h"
+#include "shared/process_records.h"
+#include "tests/support/gl_recorder.h"
+
+#include <algorithm>
+#include <cstring>
+#include <filesystem>
+#include <unistd.h>
+
+namespace headless = platform::headless;
+namespace fs = std::filesystem;
+
+static void ResetLibrary() {
+    g_bHooked = false;
+    g_pTrampoline = nullptr;
+    g_bInitGL = g_bInitGLEW = false;
+    g_iInitFailCount = g_uCallCount = g_uApiCode = 0;
+    g_bPipelineIdle = g_bNeedOnResize = g_bCheckApiMapping = true;
+    g_bOtherApiOwnsProcess = bQueryFrameTime = false;
+    g_hDC = g_hGLRC = hFocusWindow = nullptr;
+    g_uCopyTexture = 0;
+    g_bShotPending = 0;
+    g_uCapMode = 2;
+    g_fnSaveScreenshotHook = nullptr;
+    EnableFPSLimiter = 0;
+    g_stLimiter = stLimiterState();
+}
+
+void FrameFixture::SetUp() {
+    headless::ResetAll();
+    headless::SetClock(1'000'000'000);
+    ResetLibrary();
+    m_strFolder = (fs::temp_directory_path() / ("orvin-gl-tests-" + std::to_string(getpid()))).string();
+    UseShaders(true);
+    RegisterProcess(4242, 4343);
+    g_bHooked = true;
+}
+
+void FrameFixture::TearDown() {
+    if (m_context.Context()) m_context.MakeCurrent();
+    g_fnTavo_GL_Release();
+    m_context.Destroy();
+    g_fnCloseApiMapping();
+    ResetLibrary();
+    headless::ResetAll();
+    fs::remove_all(m_strFolder);
+}
+
+void FrameFixture::UseShaders(bool bPresent) {
+    fs::remove_all(m_strFolder);
+    const fs::path data = fs::path(m_strFolder) / "ZARN" / "Orvin Deck" / "ORVIN-OSD" / "Data";
+    fs::create_directories(data);
+    if (bPresent) fs::copy(fs::path(ORVIN_SOURCE_DIR) / "shaders", data, fs::copy_options::recursive);
+    headless::SetCommonDataFolder(m_strFolder);
+}
+
+bool FrameFixture::Begin(bool bCore, const char16_t* wzProfile, u32 uWidth, u32 uHeight) {
+    headless::EglOptions stOptions;
+    stOptions.m_bCore = bCore;
+    stOptions.m_uWidth = uWidth;
+    stOptions.m_uHeight = uHeight;
+    char16_t* wzGlobal = platform::SharedSegment()->wzGlobalProfile;
+    std::size_t u = 0;
+    do wzGlobal[u] = wzProfile[u];
+    while (wzProfile[u++]);
+    const bool bMade = m_context.Create(stOptions);
+    EXPECT_TRUE(bMade) << "no such context";
+    return bMade;
+}
+
+i32 FrameFixture::Swap() {
+    headless::AdvanceClock(16'666'667);
+    return GL_wglSwapBuffers(m_context.Surface());
+}
+
+bool FrameFixture::RunUntilBuilt() {
+    for (int i = 0; i < 3 && !g_bInitGL; ++i) Swap();
+    EXPECT_TRUE(g_bInitGL) << "the overlay was not built";
+    return g_bInitGL;
+}
+
+std::vector<std::string> FrameFixture::RecordSwap() {
+    gl_recorder::Install();
+    gl_recorder::Start();
+    Swap();
+    return gl_recorder::Stop();
+}
+
+std::size_t FindCall(const std::vector<std::string>& vecCalls, const std::string& strCall,
+                     std::size_t uFrom) {
+    const auto it =
+        std::find(vecCalls.begin() + static_cast<std::ptrdiff_t>(std::min(uFrom, vecCalls.size())),
+                  vecCalls.end(), strCall);
+    return it == vecCalls.end() ? std::string::npos : static_cast<std::size_t>(it - vecCalls.begin());
+}
+
+std::size_t CountCalls(const std::vector<std::string>& vecCalls, const std::string& strPrefix) {
+    return static_cast<std::size_t>(
+        std::count_if(vecCalls.begin(), vecCalls.end(), [&](const std::string& str) {
+            return str.compare(0, strPrefix.size(), strPrefix) == 0;
+        }));
+}
