@@ -26,10 +26,11 @@ class CWglSystem final : public CWindowSystem {
     void m_fnPump() override;
     void m_fnFreshSurface(WindowRef pWindow) override;
     stPicture m_fnReadPresented(WindowRef pWindow) override;
-    const char* m_fnPresentedFrom() const override { return "front buffer (glReadPixels)"; }
+    const char* m_fnPresentedFrom() const override { return "screen (BitBlt)"; }
     void* m_fnGetProc(const char* szName) override;
 
   private:
+    void m_fnFinish();
     HGLRC m_fnMakeWithAttributes(HDC hDc);
     stHostOptions m_stOptions;
     SwapFunction m_fnSwapBuffers = nullptr;
@@ -74,9 +75,11 @@ bool ChoosePixels(HDC hDc) {
 WindowRef CWglSystem::m_fnMakeWindow(u32 uWidth, u32 uHeight) {
     auto pWindow = std::make_unique<stWglWindow>();
     pWindow->hWindow =
-        CreateWindowExA(0, g_szWindowClass, "orvin host", WS_POPUP | WS_VISIBLE, 0, 0, int(uWidth),
+        CreateWindowExA(WS_EX_NOACTIVATE, g_szWindowClass, "orvin host", WS_POPUP, 0, 0, int(uWidth),
                         int(uHeight), nullptr, nullptr, GetModuleHandleA(nullptr), nullptr);
     if (!pWindow->hWindow) return nullptr;
+    ShowWindow(pWindow->hWindow,
+               SW_SHOWNOACTIVATE); // an activated window waits for a window manager at its end
     pWindow->hDc = GetDC(pWindow->hWindow);
     return ChoosePixels(pWindow->hDc) ? pWindow.release() : nullptr;
 }
@@ -142,13 +145,45 @@ void CWglSystem::m_fnFreshSurface(WindowRef pWindow) {
     ReleaseDC(pOwned->hWindow, hOld);
 }
 
+/// Copies the area of the screen below a window's client area into a top-down picture.
+bool CopyScreen(HWND hWindow, stPicture& stRead) {
+    BITMAPINFO stInfo{};
+    stInfo.bmiHeader.biSize = sizeof stInfo.bmiHeader;
+    stInfo.bmiHeader.biWidth = LONG(stRead.uWidth);
+    stInfo.bmiHeader.biHeight = -LONG(stRead.uHeight);
+    stInfo.bmiHeader.biPlanes = 1;
+    stInfo.bmiHeader.biBitCount = 32;
+    POINT stCorner{0, 0};
+    ClientToScreen(hWindow, &stCorner);
+    void* pBits = nullptr;
+    HDC hScreen = GetDC(nullptr), hMemory = CreateCompatibleDC(hScreen);
+    HBITMAP hBitmap = CreateDIBSection(hScreen, &stInfo, DIB_RGB_COLORS, &pBits, nullptr, 0);
+    HGDIOBJ hOld = SelectObject(hMemory, hBitmap);
+    const bool bCopied = hBitmap && BitBlt(hMemory, 0, 0, int(stRead.uWidth), int(stRead.uHeight), hScreen,
+                                           stCorner.x, stCorner.y, SRCCOPY);
+    GdiFlush();
+    const u8* pPixel = static_cast<const u8*>(pBits);
+    for (std::size_t i = 0; bCopied && i < std::size_t(stRead.uWidth) * stRead.uHeight; ++i, pPixel += 4)
+        for (int iByte : {2, 1, 0}) stRead.u8Rgb.push_back(pPixel[iByte]);
+    SelectObject(hMemory, hOld);
+    if (hBitmap) DeleteObject(hBitmap);
+    DeleteDC(hMemory);
+    ReleaseDC(nullptr, hScreen);
+    return bCopied;
+}
+
 stPicture CWglSystem::m_fnReadPresented(WindowRef pWindow) {
     RECT stArea;
+    HWND hWindow = static_cast<stWglWindow*>(pWindow)->hWindow;
+    if (!GetClientRect(hWindow, &stArea)) return {};
+    m_fnFinish();
+    stPicture stRead{u32(stArea.right), u32(stArea.bottom), {}};
+    return CopyScreen(hWindow, stRead) ? stRead : stPicture{};
+}
+
+void CWglSystem::m_fnFinish() {
     stHostGl stGl;
-    if (!GetClientRect(static_cast<stWglWindow*>(pWindow)->hWindow, &stArea) || !LoadHostGl(*this, stGl))
-        return {};
-    stGl.Finish();
-    return ReadBufferPicture(stGl, GL_FRONT, u32(stArea.right), u32(stArea.bottom));
+    if (LoadHostGl(*this, stGl)) stGl.Finish();
 }
 
 void* CWglSystem::m_fnGetProc(const char* szName) {
