@@ -8,6 +8,7 @@
 #include "shared/overlay_state.h"
 #include "shared/process_records.h"
 #include <algorithm>
+#include <iterator>
 
 void (*g_fnReloadCameraHook)() = nullptr;
 

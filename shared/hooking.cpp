@@ -135,8 +135,11 @@ u32 ToTryHookGLAgain_ThreadProc(void*) {
     return 0;
 }
 
+/// Locked, so that a thread which was told to stop cannot make one behind the back of its removal.
 void MakeMiniHook() noexcept {
-    if (!g_pMiniHook) g_pMiniHook = new (std::nothrow) CMiniHook;
+    g_csHook.Enter();
+    if (!g_pMiniHook && !platform::StopRequested()) g_pMiniHook = new (std::nothrow) CMiniHook;
+    g_csHook.Leave();
 }
 
 bool IsForeignOverlayLoaded() noexcept {

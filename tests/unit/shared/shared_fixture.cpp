@@ -1,0 +1,68 @@
+#include "shared_fixture.h"
+#include "frame/frame_driver.h"
+#include "frame/log.h"
+#include "frame/status_items.h"
+#include "frame/update.h"
+#include "shared/attach.h"
+#include "shared/command_handler.h"
+#include "shared/hooking.h"
+#include "shared/overlay_state.h"
+#include <algorithm>
+#include <cstring>
+#include <mutex>
+
+namespace {
+
+std::vector<std::string> s_vecLines;
+std::mutex s_lock;
+
+void Collect(const char* szLine) {
+    std::lock_guard lock(s_lock);
+    s_vecLines.emplace_back(szLine);
+}
+
+void ResetHooking() {
+    platform::headless::JoinThreads();
+    delete g_pMiniHook.exchange(nullptr);
+    g_csHook.Delete();
+    g_hHookGetMSGOfGL = g_hOpenGL = pOrg_GL_wglSwapBuffers = g_pHookTarget = g_pTrampoline = nullptr;
+    g_hThread_DelayHook = g_hThreadToTryHookGLAgain = nullptr;
+    g_bHooked = g_bProcessExcluded = false;
+    g_szProcessPath[0] = 0;
+}
+
+void ResetOverlay() {
+    g_uLayoutStyle = 0;
+    std::memset(g_abStatusDue, 0, sizeof g_abStatusDue);
+    std::memset(g_auStatus, 0, sizeof g_auStatus);
+    g_bStopWatchOn = g_bStopWatchShown = 0;
+    g_bShotPending = 0;
+    g_bShutter = false;
+    g_uApiCode = 0;
+    g_timerStatus.Reset();
+    g_timerShutter.Reset();
+    g_fnReloadCameraHook = nullptr;
+    std::memset(g_bUpdateFPS, 0, sizeof g_bUpdateFPS);
+    g_wzProfileName[0] = g_wzProfileFolder[0] = 0;
+}
+
+} // namespace
+
+void SharedTest::ResetLibrary() {
+    ResetHooking();
+    platform::headless::ResetAll();
+    ResetOverlay();
+    s_vecLines.clear();
+    g_fnLogSink = Collect;
+}
+
+const std::vector<std::string>& SharedTest::Lines() { return s_vecLines; }
+
+bool SharedTest::Logged(const std::string& strLine) {
+    return std::find(s_vecLines.begin(), s_vecLines.end(), strLine) != s_vecLines.end();
+}
+
+void SetName(char16_t* wzTo, const std::u16string& str) {
+    std::copy(str.begin(), str.end(), wzTo);
+    wzTo[str.size()] = 0;
+}
