@@ -1,0 +1,11 @@
+#version 150
+in vec2 v2Pos;
+uniform mat4 mProj;
+uniform mat4 mView;
+uniform mat4 mWorld;
+
+// The canvas grows downward, the picture upward: y is mirrored here and nowhere else.
+void main() {
+    gl_Position = mProj * mView * mWorld * vec4(v2Pos, 0.0, 1.0);
+    gl_Position.y = -gl_Position.y;
+}
