@@ -28,6 +28,8 @@ bool EqualFolded(std::string_view strA, std::string_view strB) {
                       [](char a, char b) { return Folded(a) == Folded(b); });
 }
 
+std::size_t ForeignOverlayCount() { return std::size(kOverlays); }
+
 bool IsForeignOverlay(std::string_view strFile) {
     return std::any_of(std::begin(kOverlays), std::end(kOverlays),
                        [&](std::string_view strOverlay) { return EqualFolded(strOverlay, strFile); });

@@ -183,6 +183,10 @@ Parsed ParseArguments(std::vector<std::string> listArguments) {
     AddReports(app, stParsed.stOptions);
     AddControls(app, stParsed.stOptions);
     AddSend(app, stParsed.stOptions);
+    if (listArguments.empty()) return Leave(kUsage, "a command is required");
+    if (!listArguments.front().starts_with("-") && !app.get_subcommand_no_throw(listArguments.front())) {
+        return Leave(kUsage, "unknown command " + listArguments.front());
+    }
     std::reverse(listArguments.begin(), listArguments.end()); // the parser takes its words from the back
     try {
         app.parse(listArguments);
