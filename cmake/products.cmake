@@ -1,5 +1,16 @@
 # The library, the preload part (Linux) and the companion.
+# A host may bring another C++ library; ours stays inside. The sanitizers need the shared one.
+if(NOT ORVIN_SANITIZE)
+  set(static_runtime -static-libgcc -static-libstdc++)
+endif()
 file(GLOB entry_sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/platform/${ORVIN_BACKEND}/entry*.cpp)
+if(entry_sources AND NOT WIN32)
+  # The entry point is linked last, so that its constructor runs when the library's own objects stand.
+  add_library(orvin_entry STATIC ${entry_sources})
+  target_link_libraries(orvin_entry PUBLIC orvin_options)
+  file(GENERATE OUTPUT ${CMAKE_BINARY_DIR}/orvin_osd.cpp CONTENT "// The library consists of archives.\n")
+  set(entry_sources ${CMAKE_BINARY_DIR}/orvin_osd.cpp)
+endif()
 if(entry_sources)
   add_library(orvin_osd SHARED ${entry_sources})
   set_target_properties(orvin_osd PROPERTIES OUTPUT_NAME ORVIN-OSD64-GL RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin
@@ -10,7 +21,9 @@ if(entry_sources)
     target_sources(orvin_osd PRIVATE ${CMAKE_SOURCE_DIR}/platform/win32/ORVIN-OSD64-GL.def)
     target_link_options(orvin_osd PRIVATE -Wl,--exclude-all-symbols)
   else()
-    target_link_options(orvin_osd PRIVATE -Wl,--exclude-libs,ALL -Wl,-z,defs -Wl,-z,nodelete
+    # The version script hides all but the exports, those of the static C++ library too.
+    target_link_libraries(orvin_osd PRIVATE $<LINK_LIBRARY:WHOLE_ARCHIVE,orvin_entry>)
+    target_link_options(orvin_osd PRIVATE ${static_runtime} -Wl,-z,defs -Wl,-z,nodelete
       -Wl,--version-script=${CMAKE_SOURCE_DIR}/platform/linux/exports.map)
     set_target_properties(orvin_osd PROPERTIES LINK_DEPENDS ${CMAKE_SOURCE_DIR}/platform/linux/exports.map)
   endif()
@@ -23,8 +36,9 @@ if(NOT WIN32)
     set_target_properties(orvin_preload PROPERTIES OUTPUT_NAME ORVIN-OSD64-GL-preload
       LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
     target_link_libraries(orvin_preload PRIVATE orvin_options ${CMAKE_DL_LIBS} Threads::Threads)
-    target_link_options(orvin_preload PRIVATE -static-libgcc -static-libstdc++ -Wl,--exclude-libs,ALL -Wl,-z,nodelete
+    target_link_options(orvin_preload PRIVATE ${static_runtime} -Wl,-z,defs -Wl,-z,nodelete
       -Wl,--version-script=${CMAKE_SOURCE_DIR}/platform/linux/preload.map)
+    set_target_properties(orvin_preload PROPERTIES LINK_DEPENDS ${CMAKE_SOURCE_DIR}/platform/linux/preload.map)
   endif()
 endif()
 
