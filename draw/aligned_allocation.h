@@ -1,12 +1,12 @@
 #pragma once
-// Allocation policy of drawing objects and controls.
+// Allocation on a fixed boundary for objects that carry matrices and vectors.
 #include <cstddef>
-#include <cstdlib>
 #include <new>
 
-/// Gives a class allocation on uAlignment-byte boundaries. Has no data. Both forms of new answer null when
-/// memory runs out, so creators test the result. The first parameter only tells policies apart.
-template <class Tag, std::size_t uAlignment> class CAlignedAllocationPolicy {
+/// Gives a class allocation functions of its own: storage on a boundary of N bytes, null instead of an
+/// exception when there is none, so that `new` of such a class yields null. T only tells policies of
+/// unrelated trees apart.
+template <typename T, std::size_t N> class CAlignedAllocationPolicy {
   public:
     static void* operator new(std::size_t uBytes) noexcept { return Allocate(uBytes); }
     static void* operator new(std::size_t uBytes, const std::nothrow_t&) noexcept { return Allocate(uBytes); }
@@ -16,16 +16,9 @@ template <class Tag, std::size_t uAlignment> class CAlignedAllocationPolicy {
     static void operator delete(void*, void*) noexcept {}
 
   private:
-    // The way back to the plain block stands right before the object: it works alike with every C library.
+    static_assert(N != 0 && (N & (N - 1)) == 0, "the boundary is a power of two");
     static void* Allocate(std::size_t uBytes) noexcept {
-        void* pBlock = std::malloc(uBytes + uAlignment + sizeof(void*));
-        if (!pBlock) return nullptr;
-        const std::size_t uFirst = reinterpret_cast<std::size_t>(pBlock) + sizeof(void*);
-        void* pObject = reinterpret_cast<void*>((uFirst + uAlignment - 1) / uAlignment * uAlignment);
-        static_cast<void**>(pObject)[-1] = pBlock;
-        return pObject;
+        return ::operator new (uBytes, std::align_val_t{N}, std::nothrow);
     }
-    static void Free(void* pObject) noexcept {
-        if (pObject) std::free(static_cast<void**>(pObject)[-1]);
-    }
+    static void Free(void* pObject) noexcept { ::operator delete (pObject, std::align_val_t{N}); }
 };

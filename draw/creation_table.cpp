@@ -1,19 +1,3 @@
 #include "draw/creation_table.h"
 
-#include "controls/panel.h"
-#include "draw/draw_basic_gl.h"
-#include "draw/entity_gl.h"
-#include "draw/mesh_gl.h"
-
-stCreationTable g_stCreationTable = {};
-
-static CPanel_Base* CreatePanel() { return new CPanel_Base; }
-
-void g_fnFillCreationTable_GL() noexcept {
-    g_stCreationTable.m_fnCreateMesh = CreateMesh_GL;
-    g_stCreationTable.m_fnCreateEntity = CreateEntity_GL;
-    g_stCreationTable.m_fnCreatePanel = CreatePanel;
-    g_stCreationTable.m_fnCreateDrawBasic = CreateDrawBasic_GL;
-    g_stCreationTable.m_fnBegin = nullptr;
-    g_stCreationTable.m_fnEnd = nullptr;
-}
+stCreationTable g_stCreationTable;

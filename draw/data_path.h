@@ -1,11 +1,11 @@
 #pragma once
-// Paths of the data folder, "<common application data>/ZARN/Orvin Deck/ORVIN-OSD/Data".
+// Paths of the files in the overlay's data folder.
 #include "platform/types.h"
 
-/// Characters of a resolved path, terminator included.
-constexpr u32 g_uPathChars = 260;
+/// Room for a path with its terminator, in characters or units.
+constexpr u32 g_uDataPathCapacity = 260;
 
-/// Path of a file in the data folder. False, with an empty path, if it does not fit or the folder is unknown.
-bool g_fnResolveDataPath(char16_t (&wzOut)[g_uPathChars], const char16_t* wzName) noexcept;
-/// The same for the narrow file calls.
-bool g_fnResolveDataPath(char (&szOut)[g_uPathChars], const char* szName) noexcept;
+/// Writes the path of a data file, below the common application data folder. False, with an empty path, if it
+/// does not fit or the folder is unknown. The narrow form is in the encoding of the platform's file calls.
+bool g_fnResolveDataPath(char* szOut, const char* szName) noexcept;
+bool g_fnResolveDataPath(char16_t* wzOut, const char16_t* wzName) noexcept;

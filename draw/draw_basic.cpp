@@ -1,31 +1,25 @@
 #include "draw/draw_basic.h"
 
 #include "controls/control.h"
+#include "controls/osd_manager.h"
 
 #include <algorithm>
-#include <iterator>
 
-/// Visits the controls of a key from the front; fnAfter runs behind each.
-template <class After> static void Walk(CDraw_Base* pBatcher, DrawKey key, After fnAfter) {
-    const ControlList* pList = g_pOSDManager ? g_pOSDManager->m_fnGetDrawList(key) : nullptr;
-    if (!pList) return;
-    for (CControl* pControl : *pList) {
-        if (!pControl) continue;
-        pControl->m_fnRender(pBatcher);
-        fnAfter();
-    }
+static ControlList* DrawListOf(DrawKey pKey) {
+    return g_pOSDManager ? g_pOSDManager->m_fnGetDrawList(pKey) : nullptr;
 }
 
 void CDrawBasic_Base::m_fnDrawPass(u32 uPass) {
     if (uPass == g_uPassColor) m_fnDrawColorList();
     if (uPass == g_uPassTexture) m_fnDrawTextureList();
-    if (uPass == g_uPassBlur) m_fnDrawList(g_keyBlurList);
+    if (uPass == g_uPassBlur) m_fnDrawBlurList();
 }
 
-void CDrawBasic_Base::m_fnRender() {}
-
 void CDrawBasic_Base::m_fnDrawColorList() {
-    Walk(this, g_keyColorList, [] {});
+    ControlList* pList = DrawListOf(g_keyColorList);
+    if (!pList) return;
+    for (CControl* pControl : *pList)
+        if (pControl) pControl->m_fnRender(this);
 }
 
 void CDrawBasic_Base::m_fnDrawTextureList() {
@@ -35,18 +29,25 @@ void CDrawBasic_Base::m_fnDrawTextureList() {
 
 void CDrawBasic_Base::m_fnDrawBlurList() { m_fnDrawList(g_keyBlurList); }
 
-void CDrawBasic_Base::m_fnDrawList(DrawKey key) {
+void CDrawBasic_Base::m_fnDrawList(DrawKey pKey) {
+    ControlList* pList = DrawListOf(pKey);
+    if (!pList) return;
     m_uItemIndex = 0;
-    Walk(this, key, [this] { ++m_uItemIndex; });
+    for (CControl* pControl : *pList) {
+        if (!pControl) continue;
+        pControl->m_fnRender(this);
+        ++m_uItemIndex;
+    }
 }
 
-void CDrawBasic_Base::m_fnSetColorListOrder(const ControlList& list) {
-    ControlList* pColors = g_pOSDManager ? g_pOSDManager->m_fnGetDrawList(g_keyColorList) : nullptr;
+void CDrawBasic_Base::m_fnSetColorListOrder(const std::vector<CControl*>& list) {
+    ControlList* pColors = DrawListOf(g_keyColorList);
     if (!pColors) return;
-    for (CControl* pControl : list) std::erase(*pColors, pControl);
-    std::copy_if(list.begin(), list.end(), std::back_inserter(*pColors),
-                 [](CControl* p) { return p != nullptr; });
+    for (CControl* pControl : list)
+        if (pControl) std::erase(*pColors, pControl);
+    std::ranges::copy_if(list, std::back_inserter(*pColors), [](CControl* p) { return p != nullptr; });
 }
 
 u32 CDrawBasic_Base::m_fnGetTextureUnit() { return m_uTextureUnit; }
+
 void CDrawBasic_Base::m_fnReserved8Basic() {}

@@ -1,116 +1,86 @@
 #include "draw/draw_basic_gl.h"
 
 #include "draw/data_path.h"
+#include "draw/matrix.h"
 #include "draw/shape_meshes.h"
-#include "frame/canvas.h"
 #include "frame/frame_driver.h"
 #include "platform/gl_api.h"
 
-#include <algorithm>
-#include <iterator>
-#include <cstdio>
-#include <new>
+#include <string>
 
-namespace {
-
-/// Shader of a file in the data folder; a path that does not fit is a file that cannot be opened.
-GLShader LoadShader(const char* szName, u32 uStage, const ShaderDefines* pDefines = nullptr) {
-    char szPath[g_uPathChars];
+static GLShader ShaderOf(const char* szName, u32 uStage) {
+    char szPath[g_uDataPathCapacity];
     g_fnResolveDataPath(szPath, szName);
-    return pDefines ? GLShader(szPath, uStage, *pDefines) : GLShader(szPath, uStage);
+    return GLShader(szPath, uStage);
 }
 
-std::unique_ptr<GLProgram> LoadProgram(const char* szVertex, const char* szFragment,
-                                       const ShaderDefines* pDefines = nullptr) {
-    ShaderList list;
-    list.push_back(LoadShader(szVertex, GL_VERTEX_SHADER));
-    list.push_back(LoadShader(szFragment, GL_FRAGMENT_SHADER, pDefines));
-    return std::make_unique<GLProgram>(list);
+static GLShader ShaderOf(const char* szName, u32 uStage, const ShaderDefines& defines) {
+    char szPath[g_uDataPathCapacity];
+    g_fnResolveDataPath(szPath, szName);
+    return GLShader(szPath, uStage, defines);
 }
 
-std::unique_ptr<GLProgram> LoadBlurProgram(u32 uDiameter) {
-    char szDiameter[16];
-    std::snprintf(szDiameter, sizeof szDiameter, "%d", static_cast<int>(uDiameter));
-    const ShaderDefines mapDefines{{"_CIRCLE_BLUR_DIAMETER_", szDiameter}};
-    return LoadProgram("DrawBasic_GL_CB.vs", "DrawBasic_GL_CB.fs", &mapDefines);
+static std::unique_ptr<GLProgram> BuildProgram(const char* szVertexFile, const char* szFragmentFile) {
+    std::vector<GLShader> shaders;
+    shaders.push_back(ShaderOf(szVertexFile, GL_VERTEX_SHADER));
+    shaders.push_back(ShaderOf(szFragmentFile, GL_FRAGMENT_SHADER));
+    return std::make_unique<GLProgram>(shaders);
 }
 
-constexpr f32 g_afBackdropBorder[4] = {0, 0, 0, 1};
-constexpr f32 g_mView[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, -1, 1};
-
-/// Sampling state of the copy of the frame, integers in the order they are set.
-constexpr GLint g_aiBackdrop[][2] = {{GL_TEXTURE_MIN_LOD, -1000},
-                                     {GL_TEXTURE_MAX_LOD, 1000},
-                                     {GL_TEXTURE_MAX_LEVEL, 1000},
-                                     {GL_TEXTURE_LOD_BIAS, 0},
-                                     {GL_TEXTURE_BASE_LEVEL, 0},
-                                     {GL_TEXTURE_COMPARE_FUNC, GL_ALWAYS},
-                                     {GL_TEXTURE_COMPARE_MODE, GL_NONE},
-                                     {GL_TEXTURE_WRAP_S, GL_CLAMP_TO_BORDER},
-                                     {GL_TEXTURE_WRAP_T, GL_CLAMP_TO_BORDER},
-                                     {GL_TEXTURE_WRAP_R, GL_CLAMP_TO_BORDER}};
-
-void BindBackdrop() {
-    glActiveTexture(GL_TEXTURE0);
-    glBindTexture(GL_TEXTURE_2D, g_uCopyTexture);
-    for (const auto& aiRow : g_aiBackdrop) glTexParameteri(GL_TEXTURE_2D, aiRow[0], aiRow[1]);
-    glTexParameterfv(GL_TEXTURE_2D, GL_TEXTURE_BORDER_COLOR, g_afBackdropBorder);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
-}
-
-void EnableAttribute(const GLProgram& program, const char* szName, std::size_t uOffset) {
-    const GLuint uIndex = static_cast<GLuint>(program.m_fnAttrib(szName));
-    glEnableVertexAttribArray(uIndex);
-    glVertexAttribPointer(uIndex, 2, GL_FLOAT, GL_FALSE, sizeof(stShapeVertex),
-                          reinterpret_cast<const void*>(uOffset));
-    if (glVertexAttribDivisor) glVertexAttribDivisor(uIndex, 0); // absent below 3.3
-}
-
-} // namespace
-
-void g_fnMakeOrtho(f32 (&m)[16], f32 fLeft, f32 fRight, f32 fBottom, f32 fTop, f32 p, f32 q) noexcept {
-    std::fill(std::begin(m), std::end(m), 0.0f);
-    m[0] = 2.0f / (fRight - fLeft);
-    m[5] = 2.0f / (fTop - fBottom);
-    m[10] = 2.0f / (p - q);
-    m[12] = -1.0f;
-    m[13] = -1.0f;
-    m[14] = (p + q) / (p - q);
-    m[15] = 1.0f;
+static std::unique_ptr<GLProgram> BuildBlurProgram(u32 uDiameter) {
+    const ShaderDefines defines = {{"_CIRCLE_BLUR_DIAMETER_", std::to_string(uDiameter)}};
+    std::vector<GLShader> shaders;
+    shaders.push_back(ShaderOf("DrawBasic_GL_CB.vs", GL_VERTEX_SHADER));
+    shaders.push_back(ShaderOf("DrawBasic_GL_CB.fs", GL_FRAGMENT_SHADER, defines));
+    return std::make_unique<GLProgram>(shaders);
 }
 
 CDrawBasic_GL::~CDrawBasic_GL() { CDrawBasic_GL::m_fnRelease(); }
 
 bool CDrawBasic_GL::m_fnInitialize() {
-    m_pProgramColor = LoadProgram("DrawBasic_GL_C.vs", "DrawBasic_GL_C.fs");
-    m_pProgramTexture = LoadProgram("DrawBasic_GL_Tex.vs", "DrawBasic_GL_Tex.fs");
-    m_uBlurProgramCount = 0;
-    for (const auto& [uDiameter, uPanels] : g_mapBlurDiameters) {
-        if (uDiameter >= g_uBlurKeyCount) continue;
-        m_uBlurDiameters[m_uBlurProgramCount] = uDiameter;
-        m_pProgramBlur[m_uBlurProgramCount] = LoadBlurProgram(uDiameter);
-        ++m_uBlurProgramCount;
-    }
+    m_pProgramColor = BuildProgram("DrawBasic_GL_C.vs", "DrawBasic_GL_C.fs");
+    m_pProgramTexture = BuildProgram("DrawBasic_GL_Tex.vs", "DrawBasic_GL_Tex.fs");
+    BuildBlurPrograms();
     m_fnOnResize();
     return true;
 }
 
-void CDrawBasic_GL::m_fnOnResize() {
-    g_fnMakeOrtho(m_mProj, 0, static_cast<f32>(g_uCanvasW), 0, static_cast<f32>(g_uCanvasH), 0, 1);
+void CDrawBasic_GL::BuildBlurPrograms() {
+    m_uBlurProgramCount = 0;
+    for (const auto& [uDiameter, uPanels] : g_mapBlurDiameters) {
+        if (uDiameter > g_uMaxBlurDiameter) break; // has no key, so nothing could be drawn with it
+        m_uBlurDiameters[m_uBlurProgramCount] = uDiameter;
+        m_pProgramBlur[m_uBlurProgramCount] = BuildBlurProgram(uDiameter);
+        ++m_uBlurProgramCount;
+    }
 }
 
-const GLProgram* CDrawBasic_GL::m_fnProgram() const {
+void CDrawBasic_GL::m_fnOnResize() {
+    g_fnMakeOrtho(m_mProj, 0.0f, static_cast<f32>(g_uCanvasW), 0.0f, static_cast<f32>(g_uCanvasH), 0.0f,
+                  1.0f);
+}
+
+GLProgram* CDrawBasic_GL::PassProgram() const {
     if (m_uPass == g_uPassColor) return m_pProgramColor.get();
     if (m_uPass == g_uPassTexture) return m_pProgramTexture.get();
-    return m_uPass == g_uPassBlur ? m_pProgramBlur[m_uBlurProgramIndex].get() : nullptr;
+    if (m_uPass == g_uPassBlur) return m_pProgramBlur[m_uBlurProgramIndex].get();
+    return nullptr;
+}
+
+static void BindAttribute(const GLProgram& program, const char* szName, std::uintptr_t uOffset) {
+    const GLuint uIndex = static_cast<GLuint>(program.m_fnAttrib(szName));
+    glEnableVertexAttribArray(uIndex);
+    glVertexAttribPointer(uIndex, 2, GL_FLOAT, GL_FALSE, sizeof(stShapeVertex),
+                          reinterpret_cast<const void*>(uOffset));
+    // Of version 3.3, while contexts may be of 3.2.
+    if (glVertexAttribDivisor) glVertexAttribDivisor(uIndex, 0);
 }
 
 void CDrawBasic_GL::m_fnBindVertexLayout(void*) {
-    const GLProgram* pProgram = m_fnProgram();
+    const GLProgram* pProgram = PassProgram();
     if (!pProgram) return;
-    EnableAttribute(*pProgram, "v2Pos", offsetof(stShapeVertex, v2Pos));
-    if (m_uPass != g_uPassColor) EnableAttribute(*pProgram, "v2Tex0", offsetof(stShapeVertex, v2Tex0));
+    BindAttribute(*pProgram, "v2Pos", offsetof(stShapeVertex, m_afPos));
+    if (m_uPass != g_uPassColor) BindAttribute(*pProgram, "v2Tex0", offsetof(stShapeVertex, m_afTex));
 }
 
 void CDrawBasic_GL::m_fnSetDrawConstants(const stDrawConstants* pConstants) {
@@ -119,29 +89,57 @@ void CDrawBasic_GL::m_fnSetDrawConstants(const stDrawConstants* pConstants) {
 }
 
 void CDrawBasic_GL::m_fnSetWorld(const stDrawConstants* pConstants) {
-    if (const GLProgram* pProgram = m_fnProgram())
-        pProgram->m_fnSetUniformMatrix4fv("mWorld", pConstants->pWorld, false);
+    if (const GLProgram* pProgram = PassProgram())
+        pProgram->m_fnSetUniformMatrix4fv("mWorld", pConstants->m_pWorld, false);
 }
 
-// The flat programs share the colour's name with the text programs.
 void CDrawBasic_GL::m_fnSetColor(const stDrawConstants* pConstants) {
-    if (const GLProgram* pProgram = m_fnProgram())
-        pProgram->m_fnSetUniform4fv(m_uPass == g_uPassColor ? "vFontColor" : "vPanelColor",
-                                    pConstants->pColor);
+    // The flat program shares its uniform's name with the text program; the shader file relies on it.
+    const char* szName = m_uPass == g_uPassColor ? "vFontColor" : "vPanelColor";
+    if (const GLProgram* pProgram = PassProgram()) pProgram->m_fnSetUniform4fv(szName, pConstants->m_pColor);
 }
 
-void CDrawBasic_GL::m_fnBegin(const GLProgram& program) const {
+void CDrawBasic_GL::StartProgram(const GLProgram& program) const {
+    f32 mView[16];
+    g_fnMakeIdentity(mView);
+    mView[14] = -1.0f;
     program.m_fnUse();
     program.m_fnSetUniformMatrix4fv("mProj", m_mProj, false);
-    program.m_fnSetUniformMatrix4fv("mView", g_mView, false);
+    program.m_fnSetUniformMatrix4fv("mView", mView, false);
 }
 
-void CDrawBasic_GL::m_fnRenderBlur() {
+/// Full detail, no comparison, and nothing but black beyond the edge.
+static void SetBackdropSampling() {
+    static const GLfloat afBorder[4] = {0.0f, 0.0f, 0.0f, 1.0f};
+    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MIN_LOD, -1000.0f);
+    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MAX_LOD, 1000.0f);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAX_LEVEL, 1000);
+    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_LOD_BIAS, 0.0f);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_BASE_LEVEL, 0);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_COMPARE_FUNC, GL_ALWAYS);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_COMPARE_MODE, GL_NONE);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_BORDER);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_BORDER);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_R, GL_CLAMP_TO_BORDER);
+    glTexParameterfv(GL_TEXTURE_2D, GL_TEXTURE_BORDER_COLOR, afBorder);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+}
+
+void CDrawBasic_GL::m_fnRender() {
+    if (g_bCaptureBackdrop && m_uBlurProgramCount != 0) RenderBlur();
+    RenderColor();
+    RenderTexture();
+}
+
+void CDrawBasic_GL::RenderBlur() {
     for (u32 i = 0; i < m_uBlurProgramCount; ++i) {
         const GLProgram& program = *m_pProgramBlur[i];
-        m_fnBegin(program);
-        glUniform1i(program.m_fnUniform("tex"), 0);
-        BindBackdrop();
+        StartProgram(program);
+        program.m_fnSetUniform1i("tex", 0);
+        glActiveTexture(GL_TEXTURE0);
+        glBindTexture(GL_TEXTURE_2D, g_uCopyTexture);
+        SetBackdropSampling();
         m_uPass = g_uPassBlur;
         m_uBlurProgramIndex = i;
         m_fnDrawList(g_keyBlurByDiameter[m_uBlurDiameters[i]]);
@@ -149,14 +147,16 @@ void CDrawBasic_GL::m_fnRenderBlur() {
     }
 }
 
-void CDrawBasic_GL::m_fnRender() {
-    if (g_bCaptureBackdrop && m_uBlurProgramCount) m_fnRenderBlur();
-    m_fnBegin(*m_pProgramColor);
+void CDrawBasic_GL::RenderColor() {
+    StartProgram(*m_pProgramColor);
     m_uPass = g_uPassColor;
     m_fnDrawPass(g_uPassColor);
     m_pProgramColor->m_fnStopUsing();
-    m_fnBegin(*m_pProgramTexture);
-    glUniform1i(m_pProgramTexture->m_fnUniform("tex"), 0);
+}
+
+void CDrawBasic_GL::RenderTexture() {
+    StartProgram(*m_pProgramTexture);
+    m_pProgramTexture->m_fnSetUniform1i("tex", 0);
     m_uPass = g_uPassTexture;
     m_fnDrawPass(g_uPassTexture);
     m_pProgramTexture->m_fnStopUsing();

@@ -1,22 +1,18 @@
 #include "draw/draw_keys.h"
 
-#include <array>
-#include <utility>
+static const char g_cColorIdentity = 0;
+static const char g_cTextureIdentity = 0;
+static const char g_acBlurIdentity[g_uMaxBlurDiameter + 1] = {};
 
-/// A byte for each key: colour, texture, then one for each diameter.
-static constexpr char g_acIdentity[2 + g_uBlurKeyCount] = {};
-
-template <std::size_t... uIndexes> struct stBlurKeys {
-    static constexpr DrawKey aKeys[] = {&g_acIdentity[2 + uIndexes]...};
-};
-template <std::size_t... uIndexes> constexpr auto& MakeBlurKeys(std::index_sequence<uIndexes...>) {
-    return stBlurKeys<uIndexes...>::aKeys;
+static constexpr auto BlurKeys() {
+    std::array<DrawKey, g_uMaxBlurDiameter + 1> aKeys{};
+    for (u32 i = 0; i <= g_uMaxBlurDiameter; ++i) aKeys[i] = &g_acBlurIdentity[i];
+    return aKeys;
 }
 
-constinit const DrawKey g_keyColorList = &g_acIdentity[0];
-constinit const DrawKey g_keyTextureList = &g_acIdentity[1];
-constinit const DrawKey (&g_keyBlurByDiameter)[g_uBlurKeyCount] =
-    MakeBlurKeys(std::make_index_sequence<g_uBlurKeyCount>());
-constinit const DrawKey g_keyBlurList = &g_acIdentity[2 + g_uDefaultBlurDiameter];
+constinit const DrawKey g_keyColorList = &g_cColorIdentity;
+constinit const DrawKey g_keyTextureList = &g_cTextureIdentity;
+constinit const std::array<DrawKey, g_uMaxBlurDiameter + 1> g_keyBlurByDiameter = BlurKeys();
+constinit const DrawKey g_keyBlurList = &g_acBlurIdentity[g_uDefaultBlurDiameter];
 
 std::map<u32, u32> g_mapBlurDiameters;

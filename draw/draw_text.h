@@ -1,5 +1,7 @@
 #pragma once
-// Face of the batcher for everything that uses a glyph atlas. No flavour makes one yet.
+// The batcher of everything that uses a glyph atlas, as the frame driver sees it: it is drawn after the basic
+// one.
 #include "draw/draw_base.h"
 
+/// No flavour makes one while no control draws text; the creation table's entry stays null.
 class CDrawText_Base : public virtual CDraw_Base {};

@@ -1,7 +1,7 @@
 #pragma once
+// Entity of the OpenGL flavour.
 #include "draw/entity.h"
 
-/// Entity with the matrix that the shaders take.
 class CEntity_GL : public virtual CEntity_Base {
   public:
     CEntity_GL();
@@ -10,8 +10,8 @@ class CEntity_GL : public virtual CEntity_Base {
     const f32* m_fnGetWorldForDraw() override;
     void m_fnUpdateWorld() override;
 
-    f32 m_mWorld[16];
+    f32 m_mWorld[16]; ///< column-major: a translation
 };
 
-/// Entry of the creation table; null when memory runs out.
+/// Entry of the creation table; null when out of memory.
 CEntity_Base* CreateEntity_GL();

@@ -2,115 +2,117 @@
 
 #include "frame/log.h"
 #include "platform/gl_api.h"
+#include "platform/surface.h"
 
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <memory>
 #include <stdexcept>
+#include <utility>
 
-namespace {
+static constexpr std::string_view g_szVersionMark = "#version";
 
-constexpr char g_szLineEnd[] = "\n\r";
-constexpr char g_szVersion[] = "#version";
-
-/// Adds one line with its end. A line too long for the work buffer is a fault of the shipped files, and
-/// fatal.
-void AppendLine(std::string& szOut, const std::string& szLine) {
-    if (szLine.size() > g_uShaderLineBytes) {
-        g_fnLog("GLGraphics: shader line of %u bytes", static_cast<unsigned>(szLine.size()));
+static void AppendLine(std::string& szOut, std::string_view szLine) {
+    if (szLine.size() > g_uShaderLineLimit) {
+        g_fnLog("GLGraphics: shader line of %u bytes is too long", static_cast<unsigned>(szLine.size()));
         std::abort();
     }
     szOut += szLine;
-    szOut += g_szLineEnd;
+    szOut += "\n\r";
 }
 
-void AppendDefines(std::string& szOut, const ShaderDefines& mapDefines) {
-    for (const auto& [szKey, szValue] : mapDefines) AppendLine(szOut, "#define " + szKey + " " + szValue);
+static void AppendDefines(std::string& szOut, const ShaderDefines& defines) {
+    for (const auto& [szName, szValue] : defines) AppendLine(szOut, "#define " + szName + " " + szValue);
 }
 
-/// Log of a shader or program object.
-template <class Query, class Fetch> std::string InfoLog(u32 uObject, Query fnQuery, Fetch fnFetch) {
-    GLint iLength = 0;
-    fnQuery(uObject, GL_INFO_LOG_LENGTH, &iLength);
-    std::string szLog(iLength > 0 ? static_cast<std::size_t>(iLength) : 0, '\0');
-    if (iLength > 0) fnFetch(uObject, iLength, nullptr, szLog.data());
-    return szLog.c_str();
+/// Takes the next line that is not blank off the front; empty at the end.
+static std::string_view TakeLine(std::string_view& szRest) {
+    szRest.remove_prefix(std::min(szRest.find_first_not_of("\r\n"), szRest.size()));
+    const std::string_view szLine = szRest.substr(0, szRest.find_first_of("\r\n"));
+    szRest.remove_prefix(szLine.size());
+    return szLine;
 }
 
-} // namespace
-
-std::string g_fnInsertDefines(const std::string& szSource, const ShaderDefines& mapDefines) {
+std::string g_fnInsertDefines(std::string_view szSource, const ShaderDefines& defines) {
     std::string szOut;
     bool bInserted = false;
-    const std::string szText = szSource.c_str(); // a line ends at NUL too, and so does the text
-    for (std::size_t uStart = 0; (uStart = szText.find_first_not_of("\r\n", uStart)) != std::string::npos;) {
-        const std::size_t uEnd = std::min(szText.find_first_of("\r\n", uStart), szText.size());
-        const std::string szLine = szText.substr(uStart, uEnd - uStart);
+    std::string_view szRest = szSource.substr(0, szSource.find('\0'));
+    for (std::string_view szLine = TakeLine(szRest); !szLine.empty(); szLine = TakeLine(szRest)) {
         AppendLine(szOut, szLine);
-        if (!bInserted && szLine.starts_with(g_szVersion)) {
-            AppendDefines(szOut, mapDefines);
-            bInserted = true;
-        }
-        uStart = uEnd;
+        if (bInserted || !szLine.starts_with(g_szVersionMark)) continue;
+        AppendDefines(szOut, defines);
+        bInserted = true;
     }
     return szOut;
 }
 
-std::string g_fnReadShaderFile(const char* szPath) {
+static std::string ReadWholeFile(const char* szPath) {
     std::ifstream file(szPath, std::ios::in | std::ios::binary);
     if (!file.is_open()) throw std::runtime_error(std::string("Failed to open file : ") + szPath);
-    return {std::istreambuf_iterator<char>(file), {}};
+    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+}
+
+static std::string InfoLog(u32 uShader) {
+    GLint iLength = 0;
+    glGetShaderiv(uShader, GL_INFO_LOG_LENGTH, &iLength);
+    if (iLength <= 0) return {};
+    std::string szLog(static_cast<std::size_t>(iLength), '\0');
+    GLsizei iWritten = 0;
+    glGetShaderInfoLog(uShader, iLength, &iWritten, szLog.data());
+    szLog.resize(static_cast<std::size_t>(iWritten));
+    return szLog;
+}
+
+GLShader::GLShader(const char* szPath, u32 uStage) { Compile(ReadWholeFile(szPath), uStage, nullptr); }
+
+GLShader::GLShader(const char* szPath, u32 uStage, const ShaderDefines& defines) {
+    Compile(ReadWholeFile(szPath), uStage, &defines);
 }
 
 GLShader::GLShader(const std::string& szSource, u32 uStage, const ShaderDefines* pDefines) {
-    m_fnCompile(szSource, uStage, pDefines);
-}
-GLShader::GLShader(const char* szPath, u32 uStage) {
-    m_fnCompile(g_fnReadShaderFile(szPath), uStage, nullptr);
-}
-GLShader::GLShader(const char* szPath, u32 uStage, const ShaderDefines& mapDefines) {
-    m_fnCompile(g_fnReadShaderFile(szPath), uStage, &mapDefines);
+    Compile(szSource, uStage, pDefines);
 }
 
-GLShader::GLShader(const GLShader& other) noexcept
-    : m_uObject(other.m_uObject), m_puUseCount(other.m_puUseCount) {
-    ++*m_puUseCount;
+GLShader::GLShader(const GLShader& other) noexcept : m_uObject(other.m_uObject), m_puUses(other.m_puUses) {
+    ++*m_puUses;
 }
 
 GLShader& GLShader::operator=(const GLShader& other) noexcept {
-    ++*other.m_puUseCount;
-    m_fnDrop();
+    ++*other.m_puUses;
+    Drop();
     m_uObject = other.m_uObject;
-    m_puUseCount = other.m_puUseCount;
+    m_puUses = other.m_puUses;
     return *this;
 }
 
-GLShader::~GLShader() { m_fnDrop(); }
+GLShader::~GLShader() { Drop(); }
 
-void GLShader::m_fnDrop() noexcept {
-    if (!m_puUseCount || --*m_puUseCount) return;
-    glDeleteShader(m_uObject);
-    delete m_puUseCount;
-    m_puUseCount = nullptr;
+void GLShader::Drop() noexcept {
+    if (--*m_puUses != 0) return;
+    if (platform::CurrentContext()) glDeleteShader(m_uObject);
+    delete m_puUses;
 }
 
-void GLShader::m_fnCompile(const std::string& szSource, u32 uStage, const ShaderDefines* pDefines) {
-    m_uObject = glCreateShader(uStage);
-    if (!m_uObject) throw std::runtime_error("glCreateShader failed");
-    const std::string szText =
-        pDefines && !szSource.empty() ? g_fnInsertDefines(szSource, *pDefines) : szSource;
-    const char* pText = szText.c_str();
-    glShaderSource(m_uObject, 1, &pText, nullptr);
-    glCompileShader(m_uObject);
+static void CompileText(u32 uShader, const std::string& szSource) {
+    const GLchar* szText = szSource.c_str();
+    glShaderSource(uShader, 1, &szText, nullptr);
+    glCompileShader(uShader);
     GLint iStatus = GL_FALSE;
-    glGetShaderiv(m_uObject, GL_COMPILE_STATUS, &iStatus);
-    if (iStatus != GL_FALSE) {
-        m_puUseCount = new u32(1);
-        return;
+    glGetShaderiv(uShader, GL_COMPILE_STATUS, &iStatus);
+    if (iStatus == GL_FALSE) throw std::runtime_error("Compile failure in shader:\n" + InfoLog(uShader));
+}
+
+void GLShader::Compile(const std::string& szSource, u32 uStage, const ShaderDefines* pDefines) {
+    auto puUses = std::make_unique<u32>(1u);
+    m_uObject = glCreateShader(uStage);
+    if (m_uObject == 0) throw std::runtime_error("glCreateShader failed");
+    try {
+        const bool bRewrite = !szSource.empty() && pDefines;
+        CompileText(m_uObject, bRewrite ? g_fnInsertDefines(szSource, *pDefines) : szSource);
+    } catch (...) {
+        glDeleteShader(m_uObject);
+        throw;
     }
-    const std::string szMessage =
-        "Compile failure in shader:\n" + InfoLog(m_uObject, glGetShaderiv, glGetShaderInfoLog);
-    glDeleteShader(m_uObject);
-    m_uObject = 0;
-    throw std::runtime_error(szMessage);
+    m_puUses = puUses.release();
 }

@@ -1,42 +1,42 @@
 #pragma once
-// A compiled shader with shared ownership.
+// One GL shader object with shared ownership, and the rule by which text reaches it.
 #include "platform/types.h"
 
 #include <map>
 #include <string>
+#include <string_view>
 
-/// Preprocessor defines, in key order.
+/// Name to value, in the order in which the lines are inserted.
 using ShaderDefines = std::map<std::string, std::string>;
 
-/// Longest line of a source that gets defines, in bytes; a longer one ends the process, as it is prescribed.
-constexpr u32 g_uShaderLineBytes = 253;
+/// Longest line, line end not counted, that a source with defines or a "#define" line may have, in bytes.
+constexpr std::size_t g_uShaderLineLimit = 253;
 
-/// Inserts the defines behind the first line that begins with "#version". Blank lines disappear, and every
-/// line ends with a line feed and a carriage return. Without such a line no define is inserted. An empty
-/// source stays empty.
-std::string g_fnInsertDefines(const std::string& szSource, const ShaderDefines& mapDefines);
-/// Whole text of a file. Throws std::runtime_error "Failed to open file : " and the path.
-std::string g_fnReadShaderFile(const char* szPath);
+/// The source with "#define NAME VALUE" lines directly behind the first line that begins with "#version";
+/// without such a line nothing is inserted. Blank lines vanish and every line ends in LF CR. The text ends at
+/// a NUL. A line above g_uShaderLineLimit is fatal to the process.
+std::string g_fnInsertDefines(std::string_view szSource, const ShaderDefines& defines);
 
-/// Throws std::runtime_error with the compiler's words on failure. Needs a current context.
+/// Copies share the object; the last one deletes it, in a context that must be current. All failures are
+/// std::runtime_error. Stages are GL_VERTEX_SHADER and GL_FRAGMENT_SHADER.
 class GLShader {
   public:
-    /// From text; a null pDefines leaves the source as it is.
-    GLShader(const std::string& szSource, u32 uStage, const ShaderDefines* pDefines);
-    /// From a file.
+    /// Of a file, given by its narrow path.
     GLShader(const char* szPath, u32 uStage);
-    GLShader(const char* szPath, u32 uStage, const ShaderDefines& mapDefines);
+    GLShader(const char* szPath, u32 uStage, const ShaderDefines& defines);
+    /// Of text; no defines where the pointer is null.
+    GLShader(const std::string& szSource, u32 uStage, const ShaderDefines* pDefines);
     GLShader(const GLShader& other) noexcept;
     GLShader& operator=(const GLShader& other) noexcept;
     ~GLShader();
 
-    /// GL name.
-    u32 m_fnObject() const noexcept { return m_uObject; }
+    /// The GL name.
+    u32 m_fnGetObject() const noexcept { return m_uObject; }
 
   private:
-    void m_fnCompile(const std::string& szSource, u32 uStage, const ShaderDefines* pDefines);
-    void m_fnDrop() noexcept;
+    void Compile(const std::string& szSource, u32 uStage, const ShaderDefines* pDefines);
+    void Drop() noexcept;
 
     u32 m_uObject = 0;
-    u32* m_puUseCount = nullptr;
+    u32* m_puUses = nullptr;
 };

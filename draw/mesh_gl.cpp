@@ -3,30 +3,29 @@
 #include "platform/gl_api.h"
 #include "platform/surface.h"
 
-CMesh_GL::~CMesh_GL() { CMesh_GL::m_fnRelease(); }
-
-bool CMesh_GL::m_fnCreate(u32 uStride, u32 uVertexBytes, u32 uIndexBytes, u32 uIndexSize) {
-    if (!CMesh_Base::m_fnCreate(uStride, uVertexBytes, uIndexBytes, uIndexSize)) return false;
-    m_uIndexType = uIndexSize == 2 ? GL_UNSIGNED_SHORT : GL_UNSIGNED_INT;
+bool CMesh_GL::m_fnCreate(u32 uStride, u32 uVertexBytes, u32 uIndexBytes, u8 u8IndexSize) {
+    if (!CMesh_Base::m_fnCreate(uStride, uVertexBytes, uIndexBytes, u8IndexSize)) return false;
+    m_uIndexType = u8IndexSize == 2 ? GL_UNSIGNED_SHORT : GL_UNSIGNED_INT;
     return true;
 }
 
-/// Makes the name on first use and replaces the contents, if there are any.
-static void FillBuffer(u32 uTarget, u32& uName, const void* pData, u32 uBytes) {
-    if (!uName) glGenBuffers(1, &uName);
+/// Contents change rarely or wholly, so the usage hint is the same for all.
+static void Fill(GLenum eTarget, u32* puName, u32 uBytes, const void* pData) {
+    if (*puName == 0) glGenBuffers(1, puName);
     if (!pData) return;
-    glBindBuffer(uTarget, uName);
-    glBufferData(uTarget, uBytes, pData, GL_STATIC_DRAW);
-    glBindBuffer(uTarget, 0);
+    glBindBuffer(eTarget, *puName);
+    glBufferData(eTarget, uBytes, pData, GL_STATIC_DRAW);
+    glBindBuffer(eTarget, 0);
 }
 
 bool CMesh_GL::m_fnUpload(const void* pVertices, const void* pIndices) {
-    FillBuffer(GL_ARRAY_BUFFER, m_uVB, pVertices, m_uVertexBytes);
-    FillBuffer(GL_ELEMENT_ARRAY_BUFFER, m_uIB, pIndices, m_uIndexBytes);
+    Fill(GL_ARRAY_BUFFER, &m_uVB, m_uVertexBytes, pVertices);
+    Fill(GL_ELEMENT_ARRAY_BUFFER, &m_uIB, m_uIndexBytes, pIndices);
     return true;
 }
 
 u32 CMesh_GL::m_fnGetVB() { return m_uVB; }
+
 u32 CMesh_GL::m_fnGetIB() { return m_uIB; }
 
 void CMesh_GL::m_fnBind() {
@@ -34,21 +33,28 @@ void CMesh_GL::m_fnBind() {
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, m_uIB);
 }
 
-// KEEP: the range arguments are index positions, not vertex numbers; they only bound what a driver may
-// assume.
 void CMesh_GL::m_fnDraw(u32 uIndexCount, u32 uFirstIndex, u32) {
-    const std::size_t uOffset = static_cast<std::size_t>(uFirstIndex) * m_u8IndexSize;
+    const std::uintptr_t uOffset = static_cast<std::uintptr_t>(uFirstIndex) * m_u8IndexSize;
+    // KEEP: the range is given in index positions, not vertex numbers; it only bounds what a driver may
+    // assume.
     glDrawRangeElements(GL_TRIANGLES, uFirstIndex, uFirstIndex + uIndexCount,
                         static_cast<GLsizei>(uIndexCount), m_uIndexType,
                         reinterpret_cast<const void*>(uOffset));
 }
 
-// Without a current context (at unload) the names died with theirs.
-void CMesh_GL::m_fnRelease() {
-    const bool bContext = platform::CurrentContext() != nullptr;
-    if (m_uVB && bContext) glDeleteBuffers(1, &m_uVB);
-    if (m_uIB && bContext) glDeleteBuffers(1, &m_uIB);
-    m_uVB = m_uIB = m_uIndexType = 0;
+/// Without a current context (at unload) there is nothing left to delete in, and some drivers crash on
+/// trying.
+static void Delete(u32* puName) {
+    if (*puName != 0 && platform::CurrentContext()) glDeleteBuffers(1, puName);
+    *puName = 0;
 }
+
+void CMesh_GL::m_fnRelease() {
+    Delete(&m_uVB);
+    Delete(&m_uIB);
+    m_uIndexType = 0;
+}
+
+CMesh_GL::~CMesh_GL() { CMesh_GL::m_fnRelease(); }
 
 CMesh_Base* CreateMesh_GL() { return new CMesh_GL; }

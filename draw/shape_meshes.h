@@ -1,66 +1,76 @@
 #pragma once
-// The shapes of the panel family. A shape's origin is its top-left corner, y grows downward, lengths are
-// canvas units.
+// Geometry of the panel family: rectangle, frame (a hollow rectangle), border (a frame with four corner
+// squares). Lengths in canvas units; a shape's origin is its top-left corner, y grows downward.
 #include "draw/mesh.h"
 
 #include <memory>
 
-/// Position and texture coordinate, 16 bytes.
+/// Vertex of a shape, a graph or a chart.
 struct stShapeVertex {
-    f32 v2Pos[2];
-    f32 v2Tex0[2];
+    f32 m_afPos[2];
+    f32 m_afTex[2];
 };
 static_assert(sizeof(stShapeVertex) == 16);
 
-/// Indices of the three shapes.
-constexpr u32 g_uRectIndexCount = 6, g_uFrameIndexCount = 24, g_uBorderIndexCount = 48;
-constexpr u32 g_uRectVertexCount = 4, g_uFrameVertexCount = 8, g_uBorderVertexCount = 24;
-
-/// A filled rectangle.
 class CRect_Mesh_Base {
   public:
-    /// Size w by h, grown by e on each side. False if the mesh could not be made.
+    CRect_Mesh_Base() = default;
+    CRect_Mesh_Base(const CRect_Mesh_Base&) = delete;
+    CRect_Mesh_Base& operator=(const CRect_Mesh_Base&) = delete;
+
+    /// Grown by e on every side. False if no mesh could be made.
     virtual bool m_fnCreateExpanded(f32 w, f32 h, f32 e);
     virtual bool m_fnCreate(f32 w, f32 h);
+    /// At once true where a mesh exists.
     virtual bool m_fnAllocMesh(u32 uStride);
-    /// 0 without a mesh.
-    virtual i32 m_fnUpload(const stShapeVertex* pVertices);
+    /// Four vertices; false without a mesh.
+    virtual bool m_fnUpload(const void* pVertices);
+    /// The mesh must exist.
     virtual void m_fnBind();
     virtual void m_fnDraw();
     virtual void m_fnReleaseMesh();
     virtual ~CRect_Mesh_Base() = default;
 
-    f32 m_fW = 0, m_fH = 0, m_fOutset = 0;
+    f32 m_fWidth = 0.0f, m_fHeight = 0.0f, m_fOutset = 0.0f;
     std::unique_ptr<CMesh_Base> m_pMesh;
 };
 
-/// A frame with four corner squares of side c.
 class CBorder_Mesh_Base {
   public:
-    /// Outset e, ring thickness t.
+    CBorder_Mesh_Base() = default;
+    CBorder_Mesh_Base(const CBorder_Mesh_Base&) = delete;
+    CBorder_Mesh_Base& operator=(const CBorder_Mesh_Base&) = delete;
+
+    /// Outset e, ring thickness t, corner side c. False if no mesh could be made.
     virtual bool m_fnCreate(f32 w, f32 h, f32 e, f32 t, f32 c);
     virtual bool m_fnAllocMesh(u32 uStride);
-    virtual i32 m_fnUpload(const stShapeVertex* pVertices);
+    /// 24 vertices; false without a mesh.
+    virtual bool m_fnUpload(const void* pVertices);
     virtual void m_fnBind();
     virtual void m_fnDraw();
     virtual void m_fnReleaseMesh();
     virtual ~CBorder_Mesh_Base() = default;
 
-    f32 m_fW = 0, m_fH = 0, m_fOutset = 0, m_fThickness = 0, m_fCornerSize = 0;
+    f32 m_fWidth = 0.0f, m_fHeight = 0.0f, m_fOutset = 0.0f, m_fThickness = 0.0f, m_fCornerSize = 0.0f;
     std::unique_ptr<CMesh_Base> m_pMesh;
 };
 
-/// A hollow rectangle.
 class CFrame_Mesh_Base {
   public:
+    CFrame_Mesh_Base() = default;
+    CFrame_Mesh_Base(const CFrame_Mesh_Base&) = delete;
+    CFrame_Mesh_Base& operator=(const CFrame_Mesh_Base&) = delete;
+
+    /// Outset e, ring thickness t. A ring thicker than half the shape crosses over and is not refused.
     virtual bool m_fnCreate(f32 w, f32 h, f32 e, f32 t);
     virtual bool m_fnAllocMesh(u32 uStride);
-    virtual i32 m_fnUpload(const stShapeVertex* pVertices);
+    /// Eight vertices; false without a mesh.
+    virtual bool m_fnUpload(const void* pVertices);
     virtual void m_fnBind();
     virtual void m_fnDraw();
     virtual void m_fnReleaseMesh();
     virtual ~CFrame_Mesh_Base() = default;
 
-    f32 m_fW = 0, m_fH = 0, m_fOutset = 0, m_fThickness = 0;
+    f32 m_fWidth = 0.0f, m_fHeight = 0.0f, m_fOutset = 0.0f, m_fThickness = 0.0f;
     std::unique_ptr<CMesh_Base> m_pMesh;
 };

@@ -1,7 +1,9 @@
 #version 150
+// Flat shapes: one colour, straight alpha.
 uniform vec4 vFontColor;
-out vec4 v4Result;
+
+out vec4 colour;
 
 void main() {
-    v4Result = vFontColor;
+    colour = vFontColor;
 }

@@ -1,11 +1,13 @@
 #version 150
-in vec2 v2Pos;
+// Flat shapes: canvas units to clip space, top of the canvas at the top of the window.
 uniform mat4 mProj;
 uniform mat4 mView;
 uniform mat4 mWorld;
 
-// The canvas grows downward, the picture upward: y is mirrored here and nowhere else.
+in vec2 v2Pos;
+
 void main() {
-    gl_Position = mProj * mView * mWorld * vec4(v2Pos, 0.0, 1.0);
-    gl_Position.y = -gl_Position.y;
+    vec4 position = mProj * (mView * (mWorld * vec4(v2Pos, 0.0, 1.0)));
+    position.y = -position.y;
+    gl_Position = position;
 }

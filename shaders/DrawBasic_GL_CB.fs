@@ -1,32 +1,38 @@
 #version 150
-// Frosted glass: the mean of a disc of the picture behind, tinted. _CIRCLE_BLUR_DIAMETER_ is the disc's diameter in
-// window pixels; wide discs are sampled in steps, so that the cost stays bounded.
-in vec2 v2TexCoord;
+// Frosted shapes: the frame behind the overlay, blurred over a disc, under the panel's colour.
+// The diameter, _CIRCLE_BLUR_DIAMETER_, comes in at compile time, in window pixels.
 uniform vec4 vPanelColor;
 uniform sampler2D tex;
-out vec4 v4Result;
 
-const int iDiameter = _CIRCLE_BLUR_DIAMETER_;
-const int iStep = max(1, (iDiameter + 7) / 8);
-const int iReach = iDiameter / 2 / iStep;
-const float fRadius = float(iDiameter) * 0.5;
+in vec2 texCoord;
+
+out vec4 colour;
+
+// At most nine samples across, whatever the diameter.
+const int spacing = _CIRCLE_BLUR_DIAMETER_ > 8 ? (_CIRCLE_BLUR_DIAMETER_ + 7) / 8 : 1;
+const int reach = _CIRCLE_BLUR_DIAMETER_ / (2 * spacing);
+
+// The copy of the frame has the window's size and its rows from the bottom up, as gl_FragCoord has.
+// Points outside are held at the middle of the outermost pixels, so that no border colour comes in.
+vec3 backdrop(vec2 pixel, vec2 size) {
+    return texture(tex, clamp(pixel, vec2(0.5), size - 0.5) / size).rgb;
+}
 
 void main() {
-    vec2 v2Size = vec2(textureSize(tex, 0));
-    vec3 v3Sum = vec3(0.0);
-    float fCount = 0.0;
-    for (int j = -iReach; j <= iReach; ++j) {
-        for (int i = -iReach; i <= iReach; ++i) {
-            vec2 v2Offset = vec2(float(i * iStep), float(j * iStep));
-            if (length(v2Offset) <= fRadius) {
-                // Half a texel inside the picture, so that its edge is repeated and the border never shows.
-                vec2 v2Point = clamp(gl_FragCoord.xy + v2Offset, vec2(0.5), v2Size - vec2(0.5));
-                v3Sum += texture(tex, v2Point / v2Size).rgb;
-                fCount += 1.0;
+    vec2 size = vec2(textureSize(tex, 0));
+    vec3 sum = vec3(0.0);
+    float count = 0.0;
+    for (int i = -reach; i <= reach; ++i) {
+        for (int j = -reach; j <= reach; ++j) {
+            // Inside the disc: distance at most half the diameter.
+            if (4 * spacing * spacing * (i * i + j * j) <= _CIRCLE_BLUR_DIAMETER_ * _CIRCLE_BLUR_DIAMETER_) {
+                sum += backdrop(gl_FragCoord.xy + vec2(i * spacing, j * spacing), size);
+                count += 1.0;
             }
         }
     }
-    // The coordinate takes part without changing anything: every attribute of the contract stays active.
-    vec3 v3Blur = v3Sum / fCount + vec3(step(1.0e30, v2TexCoord.x + v2TexCoord.y));
-    v4Result = vec4(mix(v3Blur, vPanelColor.rgb, vPanelColor.a), 1.0);
+    // The texture coordinate has no say here, but it must reach the result, or v2Tex0 is dropped at the link
+    // and binding it raises an error for every control. No shape comes near the limit.
+    float alpha = texCoord.x + texCoord.y < -1.0e6 ? 0.0 : 1.0;
+    colour = vec4(mix(sum / count, vPanelColor.rgb, vPanelColor.a), alpha);
 }

@@ -1,9 +1,12 @@
 #version 150
-in vec2 v2TexCoord;
+// Pictures: the texel, modulated by the control's colour, straight alpha.
 uniform vec4 vPanelColor;
 uniform sampler2D tex;
-out vec4 v4Result;
+
+in vec2 texCoord;
+
+out vec4 colour;
 
 void main() {
-    v4Result = texture(tex, v2TexCoord) * vPanelColor;
+    colour = texture(tex, texCoord) * vPanelColor;
 }
