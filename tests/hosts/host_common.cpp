@@ -89,7 +89,7 @@ class CHostLoop {
     u32 m_uWindows = 1, m_uContexts = 1;
     u32 m_uFrames = 0, m_uSwaps = 0, m_uErrorFrames = 0, m_uErrorFramesBefore = 0, m_uContextsMade = 0;
     i64 m_iFirstFrame = 0, m_iWindowWall = 0, m_iWindowCpu = 0;
-    std::string m_strSystem;
+    void (*m_fnBenchFrame)() = nullptr;
     std::set<std::string> m_setChanged;
     std::vector<i64> m_iStamps;
 };
@@ -220,6 +220,7 @@ void CHostLoop::m_fnAfterSwap(u32 uFrame, stHostContext&, WindowRef pWindow) {
         m_fnPrint("presented_from", m_pSystem->m_fnPresentedFrom());
         if (!WritePpm(m_st.strDumpPpm, m_pSystem->m_fnReadPresented(pWindow))) m_fnPrint("dump", "failed");
     }
+    if (m_fnBenchFrame) m_fnBenchFrame();
     if (m_st.uFpsCap) std::this_thread::sleep_for(std::chrono::nanoseconds(1000000000 / m_st.uFpsCap));
 }
 
@@ -268,6 +269,7 @@ int CHostLoop::m_fnRun() {
         m_fnPrint("failed", "no window or context");
         return 3;
     }
+    m_fnBenchFrame = m_pSystem->m_fnFrameHook();
     m_iStamps.reserve(m_st.strStamps.empty() ? 0 : m_st.uFrames);
     m_fnWait();
     const i64 iStart = NowNanoseconds();

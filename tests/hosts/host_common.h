@@ -56,6 +56,8 @@ class CWindowSystem {
     /// How m_fnReadPresented gets it, for the "presented_from" line.
     virtual const char* m_fnPresentedFrom() const = 0;
     virtual void* m_fnGetProc(const char* szName) = 0;
+    /// Called at the end of each frame when a measuring tool was put into the process; null otherwise.
+    virtual void (*m_fnFrameHook())() { return nullptr; }
 };
 
 /// Made once per host program.

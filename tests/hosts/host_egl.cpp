@@ -40,6 +40,7 @@ class CEglSystem final : public CWindowSystem {
     void* m_fnGetProc(const char* szName) override {
         return reinterpret_cast<void*>(eglGetProcAddress(szName));
     }
+    void (*m_fnFrameHook())() override { return FindFrameHook(); }
 
   private:
     bool m_fnChooseConfig();

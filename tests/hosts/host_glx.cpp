@@ -33,6 +33,7 @@ class CGlxSystem final : public CWindowSystem {
     void* m_fnGetProc(const char* szName) override {
         return reinterpret_cast<void*>(glXGetProcAddressARB(reinterpret_cast<const GLubyte*>(szName)));
     }
+    void (*m_fnFrameHook())() override { return FindFrameHook(); }
 
   private:
     CX11Windows m_clWindows;

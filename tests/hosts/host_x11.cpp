@@ -71,3 +71,5 @@ void* LookupInLibrary(const char* szLibrary, const char* szName) {
     void* hLibrary = dlopen(szLibrary, RTLD_LAZY | RTLD_LOCAL);
     return hLibrary ? dlsym(hLibrary, szName) : nullptr;
 }
+
+void (*FindFrameHook())() { return reinterpret_cast<void (*)()>(dlsym(RTLD_DEFAULT, "orvin_bench_frame")); }

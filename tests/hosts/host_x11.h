@@ -24,3 +24,5 @@ class CX11Windows {
 
 /// The function behind a name in a library that is opened by name, as programs do that load GL themselves.
 void* LookupInLibrary(const char* szLibrary, const char* szName);
+/// What a preloaded measuring tool wants to be called after every frame; null when there is none.
+void (*FindFrameHook())();
