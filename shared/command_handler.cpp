@@ -32,7 +32,7 @@ void ClearFlags(stSharedCommand& stBlock) noexcept {
 }
 
 void Release(stSharedCommand& stBlock) {
-    if (g_stCreationTable.m_fnRelease) g_stCreationTable.m_fnRelease();
+    if (g_stCreationTable.m_fnReleaseHook) g_stCreationTable.m_fnReleaseHook();
     g_uApiCode = 0;
     stBlock.bRelease = 0;
 }

@@ -1,13 +1,17 @@
 #include "shared/exports.h"
+#include "platform/process.h"
 #include "platform/shared_block.h"
-#include "shared/attach.h"
 #include "shared/console.h"
+#include "shared/hooking.h"
 #include "shared/process_records.h"
 #include <cstring>
 
 using platform::SharedSegment;
 
 namespace {
+
+/// Number of the message by which the companion hands over the hook handle.
+constexpr u32 c_uMsgHookHandle = 1280;
 
 u32 CurrentBank() noexcept { return g_fnReadOnce(SharedSegment()->uDataBank) > 0 ? 1 : 0; }
 
@@ -213,4 +217,17 @@ i32 SetTavoDataToGWDll() {
     } catch (...) {
         return 0;
     }
+}
+
+i32 deInit_GWDll_GL(u32 deInitCase) {
+    UnregisterProcess(platform::CurrentProcessId(), platform::CurrentThreadId());
+    UnHook_graph_GL(deInitCase);
+    return Uninstall_HookFunc_GetMSGOfGL();
+}
+
+std::intptr_t Hook_CB_ProcGetMSGOfGL(i32 iCode, std::uintptr_t wParam, std::intptr_t lParam) {
+    // KEEP: message 1280 is taken from any sender.
+    void* hHook = nullptr;
+    if (platform::HookMessageParam(lParam, c_uMsgHookHandle, &hHook)) g_hHookGetMSGOfGL = hHook;
+    return platform::CallNextMessageHook(g_hHookGetMSGOfGL, iCode, wParam, lParam);
 }

@@ -4,7 +4,6 @@
 #include "platform/clock.h"
 #include "platform/process.h"
 #include "platform/shared_block.h"
-#include "shared/exports.h"
 #include "shared/process_records.h"
 #include <new>
 
@@ -91,8 +90,6 @@ namespace {
 constexpr u32 c_uDelayMilliseconds = 15000;
 constexpr u32 c_uRetryMilliseconds = 50;
 constexpr i32 c_iRetries = 10;
-/// Number of the message by which the companion hands over the hook handle.
-constexpr u32 c_uMsgHookHandle = 1280;
 
 u32 Low32(const void* p) noexcept { return static_cast<u32>(reinterpret_cast<std::uintptr_t>(p)); }
 
@@ -287,17 +284,4 @@ i32 Uninstall_HookFunc_GetMSGOfGL() noexcept {
             uThreadId, Low32(g_hHookGetMSGOfGL));
     g_hHookGetMSGOfGL = nullptr;
     return 0;
-}
-
-i32 deInit_GWDll_GL(u32 deInitCase) {
-    UnregisterProcess(platform::CurrentProcessId(), platform::CurrentThreadId());
-    UnHook_graph_GL(deInitCase);
-    return Uninstall_HookFunc_GetMSGOfGL();
-}
-
-std::intptr_t Hook_CB_ProcGetMSGOfGL(i32 iCode, std::uintptr_t wParam, std::intptr_t lParam) {
-    // KEEP: message 1280 is taken from any sender.
-    void* hHook = nullptr;
-    if (platform::HookMessageParam(lParam, c_uMsgHookHandle, &hHook)) g_hHookGetMSGOfGL = hHook;
-    return platform::CallNextMessageHook(g_hHookGetMSGOfGL, iCode, wParam, lParam);
 }

@@ -21,7 +21,7 @@ class CommandHandler : public SharedTest {
         RegisterProcess(c_uPid, c_uTid);
         s_uReleases = s_uCameras = 0;
         m_stOldTable = g_stCreationTable;
-        g_stCreationTable.m_fnRelease = []() noexcept { ++s_uReleases; };
+        g_stCreationTable.m_fnReleaseHook = []() noexcept { ++s_uReleases; };
     }
     void TearDown() override {
         g_stCreationTable = m_stOldTable;
@@ -96,7 +96,7 @@ TEST_F(CommandHandler, ReleaseCallsTheHookAndForgetsTheApi) {
 }
 
 TEST_F(CommandHandler, ReleaseBeforeAnyResourceOnlyForgetsTheApi) {
-    g_stCreationTable.m_fnRelease = nullptr;
+    g_stCreationTable.m_fnReleaseHook = nullptr;
     g_uApiCode = 1024;
     sendCmd_GWDLL_GL(7, 0, 0, 0);
     Receive();
