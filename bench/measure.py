@@ -1,0 +1,167 @@
+"""Measuring one host program with and without the overlay. Used by bench/run (figures) and bench/check (limits).
+
+Every run is a fresh process. A holder process keeps the shared segment alive, so that the companion's settings
+(profile, on or off) are there when a measured program starts.
+"""
+import os
+import pathlib
+import re
+import shutil
+import statistics
+import subprocess
+import tempfile
+import time
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+DATA = pathlib.PurePosixPath("ZARN/Orvin Deck/ORVIN-OSD/Data")
+FROM, TO = 300, 1300
+SIXTIETH = "16666667"
+
+# Name, overlay in the process, profile, switched on.
+MODES = {"bare": (False, "Empty", True), "off": (True, "Panels20", False), "Empty": (True, "Empty", True),
+         "Default": (True, "Default", True), "Panels20": (True, "Panels20", True),
+         "Frosted20": (True, "Frosted20", True)}
+DRIVERS = {"null": {}, "noop": {"GALLIUM_NOOP": "1"}, "llvmpipe": {"LP_NUM_THREADS": "0"}}
+
+
+def read_pairs(text):
+    return dict(line.split("=", 1) for line in text.splitlines() if "=" in line)
+
+
+def middle(values):
+    """Median and spread: the range of the middle half."""
+    values = sorted(values)
+    quarter = len(values) // 4
+    return {"median": statistics.median(values), "low": values[quarter], "high": values[-1 - quarter],
+            "runs": len(values)}
+
+
+class Bench:
+    def __init__(self, build):
+        self.build = pathlib.Path(build).resolve()
+        self.host = self.build / "bin/host_glx"
+        self.companion = self.build / "bin/orvin-osd"
+        self.preload = self.build / "bin/libORVIN-OSD64-GL-preload.so"
+        self.probe = self.build / "bench/libbench_probe.so"
+        self.null = self.build / "bench/null"
+        for needed in (self.host, self.companion, self.preload, self.probe, self.null / "libGL.so.1"):
+            if not needed.exists():
+                raise SystemExit(f"bench: {needed} is missing: build first")
+
+    def __enter__(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="orvin-bench."))
+        data = self.folder / DATA
+        data.mkdir(parents=True)
+        for shader in (ROOT / "shaders").iterdir():
+            shutil.copy(shader, data)
+        read, write = os.pipe()
+        self.display = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x1024x24", "-nolisten",
+                                         "tcp"], pass_fds=[write], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        os.close(write)
+        with os.fdopen(read) as pipe:
+            number = pipe.readline().strip()
+        keep = {k: v for k, v in os.environ.items() if not k.startswith(("ORVIN_OSD_", "NULL_GL_", "BENCH_"))}
+        self.env = {**keep, "DISPLAY": f":{number}", "LIBGL_ALWAYS_SOFTWARE": "1",
+                    "ORVIN_OSD_APPDATA": str(self.folder), "ORVIN_OSD_SEGMENT": self.folder.name}
+        self.stop, self.ready = self.folder / "stop", self.folder / "ready"
+        self.holder = subprocess.Popen([self.host, "--ready-file", self.ready, "--wait-file", self.stop, "--frames", "1"],
+                                       env={**self.env, "LD_PRELOAD": str(self.preload), "LD_LIBRARY_PATH": str(self.null)},
+                                       stdout=subprocess.DEVNULL)
+        end = time.monotonic() + 20
+        while not self.ready.exists():
+            if time.monotonic() > end or self.holder.poll() is not None:
+                self.__exit__()
+                raise SystemExit("bench: the host program does not start")
+            time.sleep(0.05)
+        return self
+
+    def __exit__(self, *_):
+        self.stop.touch()
+        for process in (self.holder, self.display):
+            try:
+                process.wait(5 if process is self.holder else 0.1)
+            except subprocess.TimeoutExpired:
+                process.terminate()
+                process.wait(10)
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+    def ask(self, *arguments):
+        done = subprocess.run([self.companion, *arguments], env=self.env, capture_output=True, text=True, timeout=30)
+        if done.returncode:
+            raise SystemExit(f"bench: orvin-osd {' '.join(arguments)}: {done.stdout}{done.stderr}")
+
+    def choose(self, mode):
+        """Sets profile and switch for the programs that start from now on; the preload list of such a program."""
+        overlay, profile, on = MODES[mode]
+        self.ask("profile-name", profile)
+        self.ask("on" if on else "off")
+        return [str(self.preload)] if overlay else []
+
+    def variables(self, mode, driver, probe=True, **more):
+        loads = self.choose(mode) + ([str(self.probe)] if probe else [])
+        chosen = {**DRIVERS[driver], **more}
+        if driver == "null":
+            chosen["LD_LIBRARY_PATH"] = str(self.null)
+        if loads:
+            chosen["LD_PRELOAD"] = ":".join(loads)
+        return chosen
+
+    def run(self, command, variables, timeout=600):
+        done = subprocess.run([str(c) for c in command], env={**self.env, **variables}, capture_output=True, text=True,
+                              timeout=timeout, stdin=subprocess.DEVNULL)
+        if done.returncode:
+            raise SystemExit(f"bench: {command} ended with {done.returncode}\n{done.stdout}\n{done.stderr}")
+        return done.stdout, done.stderr
+
+    def counts(self, mode, driver="null", step=SIXTIETH):
+        """GL calls by name, window-system calls, allocations per frame; threads, private memory in KiB."""
+        calls, probe = self.folder / "calls", self.folder / "probe"
+        for file in (calls, probe):
+            file.unlink(missing_ok=True)
+        self.run([self.host, "--frames", str(TO + 20)],
+                 self.variables(mode, driver, NULL_GL_FROM=str(FROM), NULL_GL_TO=str(TO), NULL_GL_COUNTS=str(calls),
+                                BENCH_FROM=str(FROM), BENCH_TO=str(TO), BENCH_OUT=str(probe), BENCH_STEP_NS=step))
+        frames = TO - FROM
+        own = read_pairs(probe.read_text())
+        result = {"allocations": int(own["allocations"]) / frames, "threads": int(own["threads"]),
+                  "private_kb": int(own["private_kb"])}
+        if driver == "null":
+            by_name = {k: int(v) / frames for k, v in read_pairs(calls.read_text()).items()}
+            by_name.pop("swaps")
+            result["window_system"] = by_name.pop("window_system")
+            result["gl_calls"] = by_name.pop("total")
+            result["by_name"] = by_name
+        return result
+
+    def instructions(self, mode, driver="null"):
+        """Instructions a frame: two runs of different length under callgrind, their difference."""
+        totals = []
+        for frames in (FROM, TO):
+            _, said = self.run(["valgrind", "--tool=callgrind", f"--callgrind-out-file={self.folder}/callgrind",
+                                self.host, "--frames", str(frames)],
+                               self.variables(mode, driver, BENCH_STEP_NS=SIXTIETH))
+            totals.append(int(re.search(r"Collected : (\d+)", said).group(1)))
+        return (totals[1] - totals[0]) / (TO - FROM)
+
+    def system_calls(self, mode, driver="null", step="0"):
+        """System calls a frame, by strace, as the difference of two lengths. With step 0 the clock stands still, so
+        that nothing timed (such as the size check) falls due."""
+        totals = []
+        for frames in (FROM, TO):
+            report = self.folder / "strace"
+            variables = self.variables(mode, driver, BENCH_STEP_NS=step)
+            handed = [part for name, value in variables.items() for part in ("-E", f"{name}={value}")]
+            self.run(["strace", "-f", "-c", "-o", report, *handed, self.host, "--frames", str(frames)], {})
+            total = [line.split() for line in report.read_text().splitlines() if line.strip().endswith("total")][-1]
+            totals.append(int(total[3]))
+        return (totals[1] - totals[0]) / (TO - FROM)
+
+    def time_once(self, mode, driver, frames):
+        """Processor and wall time of a frame and the first swap, in microseconds, on the real clock."""
+        said, _ = self.run([self.host, "--frames", str(frames), "--measure-from", "200", "--size", "1280x720"],
+                           self.variables(mode, driver, probe=False))
+        got = read_pairs(said)
+        measured = int(got["measured_frames"])
+        return {"cpu_us": int(got["measured_cpu_ns"]) / measured / 1000,
+                "wall_us": int(got["measured_wall_ns"]) / measured / 1000,
+                "first_frame_us": int(got["first_swap_ns"]) / 1000}
