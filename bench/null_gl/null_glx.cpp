@@ -150,6 +150,52 @@ void glXSelectEvent(Display*, GLXDrawable, unsigned long) {}
 void glXGetSelectedEvent(Display*, GLXDrawable, unsigned long* puMask) { *puMask = 0; }
 
 using VoidFunction = void (*)();
+struct stGlxEntry {
+    const char* szName;
+    VoidFunction fnEntry;
+};
+static const stGlxEntry g_stGlxEntries[] = {
+    {"glXChooseFBConfig", reinterpret_cast<VoidFunction>(&glXChooseFBConfig)},
+    {"glXChooseVisual", reinterpret_cast<VoidFunction>(&glXChooseVisual)},
+    {"glXCopyContext", reinterpret_cast<VoidFunction>(&glXCopyContext)},
+    {"glXCreateContext", reinterpret_cast<VoidFunction>(&glXCreateContext)},
+    {"glXCreateContextAttribsARB", reinterpret_cast<VoidFunction>(&glXCreateContextAttribsARB)},
+    {"glXCreateGLXPixmap", reinterpret_cast<VoidFunction>(&glXCreateGLXPixmap)},
+    {"glXCreateNewContext", reinterpret_cast<VoidFunction>(&glXCreateNewContext)},
+    {"glXCreatePbuffer", reinterpret_cast<VoidFunction>(&glXCreatePbuffer)},
+    {"glXCreatePixmap", reinterpret_cast<VoidFunction>(&glXCreatePixmap)},
+    {"glXCreateWindow", reinterpret_cast<VoidFunction>(&glXCreateWindow)},
+    {"glXDestroyContext", reinterpret_cast<VoidFunction>(&glXDestroyContext)},
+    {"glXDestroyGLXPixmap", reinterpret_cast<VoidFunction>(&glXDestroyGLXPixmap)},
+    {"glXDestroyPbuffer", reinterpret_cast<VoidFunction>(&glXDestroyPbuffer)},
+    {"glXDestroyPixmap", reinterpret_cast<VoidFunction>(&glXDestroyPixmap)},
+    {"glXDestroyWindow", reinterpret_cast<VoidFunction>(&glXDestroyWindow)},
+    {"glXGetClientString", reinterpret_cast<VoidFunction>(&glXGetClientString)},
+    {"glXGetConfig", reinterpret_cast<VoidFunction>(&glXGetConfig)},
+    {"glXGetCurrentContext", reinterpret_cast<VoidFunction>(&glXGetCurrentContext)},
+    {"glXGetCurrentDisplay", reinterpret_cast<VoidFunction>(&glXGetCurrentDisplay)},
+    {"glXGetCurrentDrawable", reinterpret_cast<VoidFunction>(&glXGetCurrentDrawable)},
+    {"glXGetCurrentReadDrawable", reinterpret_cast<VoidFunction>(&glXGetCurrentReadDrawable)},
+    {"glXGetFBConfigAttrib", reinterpret_cast<VoidFunction>(&glXGetFBConfigAttrib)},
+    {"glXGetFBConfigs", reinterpret_cast<VoidFunction>(&glXGetFBConfigs)},
+    {"glXGetSelectedEvent", reinterpret_cast<VoidFunction>(&glXGetSelectedEvent)},
+    {"glXGetVisualFromFBConfig", reinterpret_cast<VoidFunction>(&glXGetVisualFromFBConfig)},
+    {"glXIsDirect", reinterpret_cast<VoidFunction>(&glXIsDirect)},
+    {"glXMakeContextCurrent", reinterpret_cast<VoidFunction>(&glXMakeContextCurrent)},
+    {"glXMakeCurrent", reinterpret_cast<VoidFunction>(&glXMakeCurrent)},
+    {"glXQueryContext", reinterpret_cast<VoidFunction>(&glXQueryContext)},
+    {"glXQueryDrawable", reinterpret_cast<VoidFunction>(&glXQueryDrawable)},
+    {"glXQueryExtension", reinterpret_cast<VoidFunction>(&glXQueryExtension)},
+    {"glXQueryExtensionsString", reinterpret_cast<VoidFunction>(&glXQueryExtensionsString)},
+    {"glXQueryServerString", reinterpret_cast<VoidFunction>(&glXQueryServerString)},
+    {"glXQueryVersion", reinterpret_cast<VoidFunction>(&glXQueryVersion)},
+    {"glXSelectEvent", reinterpret_cast<VoidFunction>(&glXSelectEvent)},
+    {"glXSwapBuffers", reinterpret_cast<VoidFunction>(&glXSwapBuffers)},
+    {"glXUseXFont", reinterpret_cast<VoidFunction>(&glXUseXFont)},
+    {"glXWaitGL", reinterpret_cast<VoidFunction>(&glXWaitGL)},
+    {"glXWaitX", reinterpret_cast<VoidFunction>(&glXWaitX)},
+};
+
 VoidFunction glXGetProcAddressARB(const GLubyte* pName) {
     const char* szName = reinterpret_cast<const char*>(pName);
     const NullEntry* pEnd = g_stNullEntries + g_uNullEntries;
@@ -158,19 +204,8 @@ VoidFunction glXGetProcAddressARB(const GLubyte* pName) {
                          [](const NullEntry& st, const char* sz) { return std::strcmp(st.szName, sz) < 0; });
     if (pFound != pEnd && std::strcmp(pFound->szName, szName) == 0)
         return reinterpret_cast<VoidFunction>(pFound->pAddress);
-#define NULL_GLX(name)                                                                                       \
-    if (std::strcmp(szName, #name) == 0) return reinterpret_cast<VoidFunction>(&name);
-    NULL_GLX(glXSwapBuffers)
-    NULL_GLX(glXCreateContextAttribsARB)
-    NULL_GLX(glXGetCurrentContext)
-    NULL_GLX(glXGetCurrentDrawable)
-    NULL_GLX(glXGetCurrentDisplay)
-    NULL_GLX(glXQueryDrawable)
-    NULL_GLX(glXQueryContext)
-    NULL_GLX(glXMakeCurrent)
-    NULL_GLX(glXDestroyContext)
-    NULL_GLX(glXGetProcAddressARB)
-#undef NULL_GLX
+    for (const stGlxEntry& st : g_stGlxEntries)
+        if (std::strcmp(st.szName, szName) == 0) return st.fnEntry;
     return nullptr;
 }
 VoidFunction glXGetProcAddress(const GLubyte* pName) { return glXGetProcAddressARB(pName); }
