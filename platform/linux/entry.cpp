@@ -1,4 +1,5 @@
-// The library's entry point. Linked last, so that its constructor runs when the library's own objects stand.
+// The library's entry point.
+#include "platform/linux/entry.h"
 #include "platform/linux/identity.h"
 #include "platform/linux/thread_sleep.h"
 #include "platform/process.h"
@@ -17,23 +18,23 @@ void OnForkInChild() {
     RegisterProcess(platform::CurrentProcessId(), platform::CurrentThreadId());
 }
 
-__attribute__((constructor)) void OnLoad() {
+} // namespace
+
+void platform::host::OnLibraryLoad() noexcept {
     const int iError = errno;
     OnEntry();
     // exec() replaces a program without a detach and keeps the process id.
     g_fnDropRecordsOfProcess(platform::CurrentProcessId());
     Dl_info stSelf{};
-    OnProcessAttach(dladdr(reinterpret_cast<void*>(&OnLoad), &stSelf) ? stSelf.dli_fbase : nullptr);
+    OnProcessAttach(dladdr(reinterpret_cast<void*>(&OnLibraryLoad), &stSelf) ? stSelf.dli_fbase : nullptr);
     pthread_atfork(nullptr, nullptr, &OnForkInChild);
     errno = iError;
 }
 
-__attribute__((destructor)) void OnUnload() {
+void platform::host::OnLibraryUnload() noexcept {
     OnEntry();
     OnProcessDetach();
 }
-
-} // namespace
 
 /// The library stays mapped to the end of the process, and at that end other threads may still be in a swap.
 /// So its static objects are never destroyed: registering their destructors does nothing.
