@@ -49,6 +49,7 @@ void OnEntry() noexcept {
 }
 
 void OnProcessAttach(void* hModule) noexcept {
+    // KEEP: the handle is made and dropped.
     platform::DuplicateCurrentThreadHandle();
     g_hModule = hModule;
     g_csHook.Initialize(c_uSpinCount);

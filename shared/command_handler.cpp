@@ -121,7 +121,8 @@ void g_fnTavo_ProcessCommand(stSharedCommand& stBlock) noexcept {
         g_fnLog("GLGraphics: g_fnTavo_ProcessCommand() - exception");
         ClearFlags(stBlock);
     }
-    // The merge runs literally in this direction too, so that the consumed flags reach the record.
+    // The consumed flags reach the record through the merge.
+    // KEEP: a release and a rebuild that came together stay in the record, since the merge stops at them.
     const stSharedCommand stCopy = stBlock;
     WriteCommandRecord(platform::CurrentProcessId(), platform::CurrentThreadId(), 0, stCopy,
                        g_uRecordCommand);

@@ -143,7 +143,7 @@ void WriteStatusRecord(u32 uProcessId, u32 uThreadId, const stSharedCommand& stC
         pRecord->Command.fFrameTime = stCommand.fFrameTime;
 }
 
-// Targets of a record change only by the full copy.
+// KEEP: targets of a record change only by the full copy.
 void g_fnMergeCommand(stSharedCommand& stStored, const stSharedCommand& stIncoming) noexcept {
     if (stIncoming.bRelease) {
         std::memmove(&stStored, &stIncoming, sizeof stStored);
