@@ -62,9 +62,15 @@ stHook* FindRetired(const void* pTarget) {
     return nullptr;
 }
 
+/// A fresh entry, else one of a removed detour: what its relay and trampoline say stays true without it.
 stHook* FindUnused() {
     for (stHook& hook : g_aHooks)
         if (!hook.m_pTarget) return &hook;
+    for (stHook& hook : g_aHooks) {
+        if (hook.m_bCreated) continue;
+        hook = {};
+        return &hook;
+    }
     return nullptr;
 }
 
