@@ -3,9 +3,13 @@
 #include "config/fixed_layout.h"
 #include "controls/control_ids.h"
 #include "controls/osd_manager.h"
+#include "controls/panel.h"
 #include "draw/creation_table.h"
 #include "draw/draw_basic.h"
+#include "draw/draw_basic_gl.h"
 #include "draw/draw_text.h"
+#include "draw/entity_gl.h"
+#include "draw/mesh_gl.h"
 #include "frame/frame_driver.h"
 #include "frame/log.h"
 #include "frame/statistics.h"
@@ -18,6 +22,7 @@
 
 #include <cstring>
 #include <exception>
+#include <memory>
 #include <new>
 
 CDrawBasic_Base* g_apDrawBasic[20] = {};
@@ -31,9 +36,11 @@ char16_t g_wzApiName[32] = u"";
 static platform::ThreadHandle g_ahWorkers[2] = {};
 static bool g_bWorkersRun = false;
 
+template <class TBase, class TObject> static TBase* Make() { return new (std::nothrow) TObject; }
+
 bool g_fnInitGL_Resource() noexcept {
     g_fnFillCreationTable_GL();
-    g_stCreationTable.m_fnRelease = g_fnTavo_GL_Release;
+    g_stCreationTable.m_fnReleaseHook = g_fnTavo_GL_Release;
     static constexpr char16_t wzName[] = u"OpenGL";
     std::memcpy(g_wzApiName, wzName, sizeof wzName);
     g_uApiCode = g_uApiCodeOpenGL;
@@ -43,13 +50,9 @@ bool g_fnInitGL_Resource() noexcept {
 static bool MakeManager() {
     COSDManager*& pSlot = g_apOSDManager[g_uManagerSlot];
     if (pSlot) return true;
-    COSDManager* pManager = new (std::nothrow) COSDManager;
-    if (!pManager) return false;
-    if (!pManager->m_fnInitialize()) {
-        delete pManager;
-        return false;
-    }
-    pSlot = pManager;
+    std::unique_ptr<COSDManager> pManager(new (std::nothrow) COSDManager);
+    if (!pManager || !pManager->m_fnInitialize()) return false;
+    pSlot = pManager.release();
     return true;
 }
 
