@@ -169,6 +169,12 @@ Parsed Leave(int iExitCode, std::string strText) {
     return st;
 }
 
+bool IsCommand(const CLI::App& app, const std::string& strWord) {
+    const auto listCommands = app.get_subcommands([](const CLI::App*) { return true; });
+    return std::any_of(listCommands.begin(), listCommands.end(),
+                       [&](const CLI::App* pCommand) { return pCommand->get_name() == strWord; });
+}
+
 std::string FirstLine(const std::string& strText) { return strText.substr(0, strText.find('\n')); }
 
 } // namespace
@@ -184,7 +190,7 @@ Parsed ParseArguments(std::vector<std::string> listArguments) {
     AddControls(app, stParsed.stOptions);
     AddSend(app, stParsed.stOptions);
     if (listArguments.empty()) return Leave(kUsage, "a command is required");
-    if (!listArguments.front().starts_with("-") && !app.get_subcommand_no_throw(listArguments.front())) {
+    if (!listArguments.front().starts_with("-") && !IsCommand(app, listArguments.front())) {
         return Leave(kUsage, "unknown command " + listArguments.front());
     }
     std::reverse(listArguments.begin(), listArguments.end()); // the parser takes its words from the back

@@ -3,6 +3,7 @@
 #include "companion/foreign_bytes.h"
 #include "companion/foreign_overlays.h"
 #include "companion/os.h"
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <csignal>
@@ -70,6 +71,16 @@ class Descriptor {
     int m_iFile;
 };
 
+/// The library's own rule: a suffix of up to 64 characters separates segments.
+std::string SegmentName() {
+    const char* szSuffix = std::getenv("ORVIN_OSD_SEGMENT");
+    std::string strSuffix = szSuffix != nullptr ? szSuffix : "";
+    if (strSuffix.empty() || strSuffix.size() > 64) return kSegmentName;
+    std::replace_if(
+        strSuffix.begin(), strSuffix.end(), [](char c) { return c == '/' || c == '\\'; }, '_');
+    return std::string(kSegmentName) + "-" + strSuffix;
+}
+
 bool PreloadsCleanly(const std::string& strPath) {
     return strPath.find_first_of(" :\t") == std::string::npos;
 }
@@ -103,8 +114,7 @@ void* LoadSharedLibrary(const std::string& strPath, std::string& strError) {
 void* FindExport(void* hModule, const char* szName) { return dlsym(hModule, szName); }
 
 const void* MapSegment(void*, size_t uBytes, std::string& strError) {
-    const char* szSuffix = std::getenv("ORVIN_OSD_SEGMENT");
-    const std::string strName = std::string(kSegmentName) + (szSuffix != nullptr ? szSuffix : "");
+    const std::string strName = SegmentName();
     const Descriptor file(shm_open(strName.c_str(), O_RDONLY | O_CLOEXEC, 0));
     struct stat stInfo {};
     if (file.Get() < 0 || fstat(file.Get(), &stInfo) != 0) {

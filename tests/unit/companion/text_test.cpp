@@ -76,8 +76,10 @@ TEST(CompanionTable, ShortAndLongRowsAndHostileCells) {
 }
 
 TEST(CompanionOverlays, TableEqualsTheLibrarys) {
-    for (const char* szName : g_aszForeignOverlays) EXPECT_TRUE(IsForeignOverlay(szName)) << szName;
-    EXPECT_EQ(ForeignOverlayCount(), std::size(g_aszForeignOverlays));
+    for (u32 i = 0; i < g_uForeignOverlayCount; ++i) {
+        EXPECT_TRUE(IsForeignOverlay(g_aszForeignOverlays[i])) << g_aszForeignOverlays[i];
+    }
+    EXPECT_EQ(ForeignOverlayCount(), g_uForeignOverlayCount);
 }
 
 TEST(CompanionOverlays, ComparesWithoutCase) {
