@@ -30,11 +30,20 @@ void OpenOtherThreads() {
     CloseHandle(hSnapshot);
 }
 
+/// Suspending is only asked for by the call; reading the context waits until the thread really stands.
+bool StopThread(HANDLE hThread) {
+    if (SuspendThread(hThread) == static_cast<DWORD>(-1)) return false;
+    CONTEXT context{};
+    context.ContextFlags = CONTEXT_CONTROL;
+    GetThreadContext(hThread, &context);
+    return true;
+}
+
 /// A thread that can't be stopped (it has ended) is dropped from the table.
 void StopThreads() {
     u32 uStopped = 0;
     for (u32 i = 0; i < g_uThreads; ++i) {
-        if (SuspendThread(g_ahThreads[i]) != static_cast<DWORD>(-1))
+        if (StopThread(g_ahThreads[i]))
             g_ahThreads[uStopped++] = g_ahThreads[i];
         else
             CloseHandle(g_ahThreads[i]);
