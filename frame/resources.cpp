@@ -36,11 +36,15 @@ char16_t g_wzApiName[32] = u"";
 static platform::ThreadHandle g_ahWorkers[2] = {};
 static bool g_bWorkersRun = false;
 
-template <class TBase, class TObject> static TBase* Make() { return new (std::nothrow) TObject; }
+static CPanel_Base* CreatePanel() { return new (std::nothrow) CPanel_Base; }
 
 bool g_fnInitGL_Resource() noexcept {
-    g_fnFillCreationTable_GL();
-    g_stCreationTable.m_fnReleaseHook = g_fnTavo_GL_Release;
+    g_stCreationTable = {};
+    g_stCreationTable.m_fnCreateMesh = CreateMesh_GL;
+    g_stCreationTable.m_fnCreateEntity = CreateEntity_GL;
+    g_stCreationTable.m_fnCreatePanel = CreatePanel;
+    g_stCreationTable.m_fnCreateDrawBasic = CreateDrawBasic_GL;
+    g_stCreationTable.m_fnReleaseHook = [] { g_fnTavo_GL_Release(); };
     static constexpr char16_t wzName[] = u"OpenGL";
     std::memcpy(g_wzApiName, wzName, sizeof wzName);
     g_uApiCode = g_uApiCodeOpenGL;

@@ -124,9 +124,9 @@ TEST_F(FrameGuard, CompatibilityContextGetsExactlyTheseCalls) {
     ASSERT_TRUE(Prepare(false));
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
     EXPECT_EQ(Capture(), ExpectedCapture());
-    EXPECT_EQ(Set(), ExpectedSetup(false));
+    const Calls vecSetup = Set();
+    EXPECT_EQ(vecSetup, ExpectedSetup(false));
     EXPECT_EQ(Restore(), ExpectedRestore());
-    EXPECT_EQ(glGetError(), GLenum{GL_INVALID_ENUM}) << "the sampler query is the one wrong call";
     EXPECT_EQ(glGetError(), GLenum{GL_NO_ERROR});
 }
 
@@ -134,7 +134,8 @@ TEST_F(FrameGuard, CoreContextGetsTheSameCallsWithoutABranchOnTheProfile) {
     ASSERT_TRUE(Prepare(true));
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
     EXPECT_EQ(Capture(), ExpectedCapture());
-    EXPECT_EQ(Set(), ExpectedSetup(false));
+    const Calls vecSetup = Set();
+    EXPECT_EQ(vecSetup, ExpectedSetup(false));
     EXPECT_EQ(Restore(), ExpectedRestore());
 }
 
@@ -164,7 +165,8 @@ TEST_F(FrameGuard, OddUnpackStateIsQuietedAndGivenBackInOrder) {
                                            {GL_UNPACK_SKIP_ROWS, 2},   {GL_UNPACK_ALIGNMENT, 8}};
     for (auto [e, i] : aOdd) glPixelStorei(e, i);
     Capture();
-    EXPECT_EQ(Set(), ExpectedSetup(true));
+    const Calls vecSetup = Set();
+    EXPECT_EQ(vecSetup, ExpectedSetup(true));
     const Calls vecRestore = Restore();
     ASSERT_GE(vecRestore.size(), 6u);
     for (std::size_t u = 0; u < 6; ++u)
