@@ -29,11 +29,14 @@ void Print(u32 uTarget, std::vector<f64> fIntervals, f64 fUnlimited) {
     for (f64 f : fIntervals) fSum += f;
     const f64 fMean = fSum / f64(fIntervals.size());
     for (f64 f : fIntervals) fSquares += (f - fMean) * (f - fMean);
+    u32 uFree = 0;
+    for (f64 f : fIntervals) uFree += f < 0.75e6 / uTarget;
     std::sort(fIntervals.begin(), fIntervals.end());
     std::printf(
         "{\"target\": %u, \"wanted_us\": %.3f, \"mean_us\": %.3f, \"mean_error_us\": %.3f, \"deviation_us\": "
         "%.3f, \"p5_us\": %.3f, \"median_us\": %.3f, \"p95_us\": %.3f, \"first60_mean_us\": %.3f, "
-        "\"frames\": %zu}\n",
+        "\"frames\": %zu, \"free_frames\": %u, "
+        "\"correction_us\": %.3f}\n",
         uTarget, 1e6 / uTarget, fMean, fMean - 1e6 / uTarget, std::sqrt(fSquares / f64(fIntervals.size())),
         Percentile(fIntervals, 0.05), Percentile(fIntervals, 0.5), Percentile(fIntervals, 0.95), fUnlimited,
         fIntervals.size());
@@ -65,5 +68,7 @@ void Measure(u32 uTarget, u32 uFrames) {
 
 int main(int iCount, char** pszArguments) {
     const f64 fSeconds = iCount > 1 ? std::atof(pszArguments[1]) : 4.0;
-    for (u32 uTarget : {30u, 60u, 144u, 360u}) Measure(uTarget, std::max(30u, u32(fSeconds * uTarget)));
+    const int iRounds = iCount > 2 ? std::atoi(pszArguments[2]) : 1;
+    for (u32 uTarget : {30u, 60u, 144u, 360u})
+        for (int i = 0; i < iRounds; ++i) Measure(uTarget, std::max(30u, u32(fSeconds * uTarget)));
 }
