@@ -26,6 +26,7 @@ void Configure(CPanel_Base& panel, const stPanelInit& st) {
 }
 
 void AttachFlat(CPanel_Base& panel) {
+    // KEEP: at the front, also with alpha 0.
     panel.m_fnSetDrawKey(g_keyColorList);
     g_pOSDManager->m_fnAttachFront(&panel, g_uLayerColor);
 }

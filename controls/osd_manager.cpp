@@ -153,6 +153,7 @@ bool COSDManager::m_fnDetach(CControl* pControl, u32 uLayer) {
     return true;
 }
 
+// KEEP: an unknown key is entered, with no list.
 ControlList* COSDManager::m_fnGetDrawList(const void* pKey) { return m_mapDrawList[pKey].get(); }
 
 bool COSDManager::m_fnHasParent(CControl* pChild) { return m_mapParent.contains(pChild); }
