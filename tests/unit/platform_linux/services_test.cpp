@@ -203,8 +203,8 @@ TEST(LinuxGl, EveryFunctionOfTheTableIsFoundAfterTheLibraryLoads) {
     EXPECT_EQ(RunInChild([] {
                   void* const hModule = platform::LoadModule("opengl32.dll");
                   if (!hModule || !platform::FindModule("opengl32.dll")) return 1;
-                  for (const char* const szName : g_aszGlFuncs)
-                      if (!platform::FindProc(hModule, szName)) return 2;
+                  for (u32 i = 0; i < g_uGlFuncCount; ++i)
+                      if (!platform::FindProc(hModule, g_aszGlFuncs[i])) return 2;
                   return 0;
               }),
               0);
