@@ -281,7 +281,7 @@ static Rows EngineRows() {
         {"stencil mask", Profiles::Both, [](bool b) { glStencilMask(b ? 0x0F : 0xFF); },
          Get(GL_STENCIL_WRITEMASK)},
         {"read buffer of the default framebuffer", Profiles::Both,
-         [](bool b) { glReadBuffer(b ? GL_NONE : GL_BACK); }, Get(GL_READ_BUFFER)},
+         [](bool b) { glReadBuffer(b ? GL_FRONT : GL_BACK); }, Get(GL_READ_BUFFER)},
         {"matrix mode", Profiles::CompatibilityOnly,
          [](bool b) { glMatrixMode(b ? GL_PROJECTION : GL_MODELVIEW); }, Get(GL_MATRIX_MODE)},
         {"shade model", Profiles::CompatibilityOnly, [](bool b) { glShadeModel(b ? GL_FLAT : GL_SMOOTH); },
