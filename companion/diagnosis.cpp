@@ -36,7 +36,7 @@ constexpr Verdict kVerdicts[] = {
     {[](const Evidence& st) { return !st.bFramesSeen; }, PipelineState::NoFrame,
      "in place, but no frame passed while watching"},
     {[](const Evidence& st) { return st.uApiCode == kApiOpenGL; }, PipelineState::Running,
-     "running: frames pass and the overlay's resources were asked for"},
+     "frames pass and the overlay's resources were asked for"},
     {[](const Evidence& st) { return st.uApiCode == 0; }, PipelineState::AwaitingGL,
      "frames pass without resources: waiting for a usable context, or given up on it"},
 };

@@ -42,16 +42,21 @@ std::string ProcPath(u32 uProcessId, const char* szEntry) {
     return "/proc/" + std::to_string(uProcessId) + "/" + szEntry;
 }
 
+/// The kernel's name of the process, at most 15 characters.
+std::string ShortName(u32 uProcessId) {
+    std::string strName;
+    std::ifstream file(ProcPath(uProcessId, "comm"));
+    std::getline(file, strName);
+    return strName;
+}
+
 /// File part of the image, or the kernel's short name where the link may not be read.
 std::string NameOf(u32 uProcessId) {
     std::string strImage = ReadLink(ProcPath(uProcessId, "exe"));
     constexpr std::string_view strDeleted = " (deleted)";
     if (strImage.ends_with(strDeleted)) strImage.resize(strImage.size() - strDeleted.size());
     if (!strImage.empty()) return FilePart(strImage);
-    std::string strName;
-    std::ifstream file(ProcPath(uProcessId, "comm"));
-    std::getline(file, strName);
-    return strName;
+    return ShortName(uProcessId);
 }
 
 std::string Reason() { return std::strerror(errno); }
@@ -155,8 +160,8 @@ std::vector<u32> FindProcesses(const std::string& strName) {
         const auto [pStop, eError] = std::from_chars(strEntry.data(), strEntry.data() + strEntry.size(), uId);
         if (eError != std::errc() || pStop != strEntry.data() + strEntry.size() || uId == OwnProcessId())
             continue;
-        const std::string strFound = NameOf(uId);
-        if (EqualFolded(strFound, strName)) listFound.push_back(uId);
+        if (EqualFolded(NameOf(uId), strName) || EqualFolded(ShortName(uId), strName))
+            listFound.push_back(uId);
     }
     closedir(pFolder);
     return listFound;
