@@ -39,7 +39,7 @@ void Print(u32 uTarget, std::vector<f64> fIntervals, f64 fUnlimited) {
         "\"correction_us\": %.3f}\n",
         uTarget, 1e6 / uTarget, fMean, fMean - 1e6 / uTarget, std::sqrt(fSquares / f64(fIntervals.size())),
         Percentile(fIntervals, 0.05), Percentile(fIntervals, 0.5), Percentile(fIntervals, 0.95), fUnlimited,
-        fIntervals.size());
+        fIntervals.size(), uFree, f64(g_stLimiter.fCorrection) * 1e6);
     std::fflush(stdout);
 }
 

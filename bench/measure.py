@@ -114,7 +114,7 @@ class Bench:
         return done.stdout, done.stderr
 
     def counts(self, mode, driver="null", step=SIXTIETH):
-        """GL calls by name, window-system calls, allocations per frame; threads, private memory in KiB."""
+        """GL calls by name, window-system calls, allocations, clock reads per frame; threads, private memory in KiB."""
         calls, probe = self.folder / "calls", self.folder / "probe"
         for file in (calls, probe):
             file.unlink(missing_ok=True)
@@ -123,7 +123,8 @@ class Bench:
                                 BENCH_FROM=str(FROM), BENCH_TO=str(TO), BENCH_OUT=str(probe), BENCH_STEP_NS=step))
         frames = TO - FROM
         own = read_pairs(probe.read_text())
-        result = {"allocations": int(own["allocations"]) / frames, "threads": int(own["threads"]),
+        result = {"allocations": int(own["allocations"]) / frames, "clock_reads": int(own["clock_reads"]) / frames,
+                  "threads": int(own["threads"]),
                   "private_kb": int(own["private_kb"])}
         if driver == "null":
             by_name = {k: int(v) / frames for k, v in read_pairs(calls.read_text()).items()}
