@@ -314,7 +314,7 @@ class FrameSurvival : public FrameFixture {
     }
 
     std::map<std::string, std::string> SurveyProfile(bool bCore, const Rows& rows) {
-        if (!Begin(bCore, u"Frosted20") || !RunUntilBuilt()) return {};
+        if (!Begin(bCore, u"Frosted20", 160, 120) || !RunUntilBuilt()) return {};
         g_stApp = stAppObjects();
         MakeObjects();
         auto mapResults = Survey(bCore, rows);
