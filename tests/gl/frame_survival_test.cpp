@@ -261,7 +261,7 @@ static Rows EngineRows() {
         PixelStore("unpack image height", GL_UNPACK_IMAGE_HEIGHT, 9, 0),
         {"polygon mode", Profiles::Both,
          [](bool b) { glPolygonMode(GL_FRONT_AND_BACK, b ? GL_LINE : GL_FILL); }, Get(GL_POLYGON_MODE)},
-        Switch("dithering", GL_DITHER, true),
+        Switch("dithering", GL_DITHER),
         Switch("colour logic operation", GL_COLOR_LOGIC_OP),
         Switch("fog", GL_FOG, false, Profiles::CompatibilityOnly),
         Switch("point sprites", GL_POINT_SPRITE, false, Profiles::CompatibilityOnly),
