@@ -54,20 +54,16 @@ template <class T> T ReadAs(const u8* pBytes) {
 }
 } // namespace
 
-bool JumpTarget(const u8* pBytes, size_t uCount, u64 uAddress, u64& uTarget) {
-    if (uCount >= 2 && pBytes[0] == 0xEB) {
-        uTarget = uAddress + 2 + static_cast<u64>(static_cast<i64>(ReadAs<i8>(pBytes + 1)));
-        return true;
+Jump ReadJump(const u8* pBytes, size_t uCount, u64 uAddress) {
+    const auto fnFrom = [&](u64 uLength, i64 iDistance) {
+        return uAddress + uLength + static_cast<u64>(iDistance);
+    };
+    if (uCount >= 2 && pBytes[0] == 0xEB) return {Jump::Kind::Direct, fnFrom(2, ReadAs<i8>(pBytes + 1))};
+    if (uCount >= 5 && pBytes[0] == 0xE9) return {Jump::Kind::Direct, fnFrom(5, ReadAs<i32>(pBytes + 1))};
+    if (uCount >= 6 && pBytes[0] == 0xFF && pBytes[1] == 0x25) {
+        return {Jump::Kind::ThroughPointer, fnFrom(6, ReadAs<i32>(pBytes + 2))};
     }
-    if (uCount >= 5 && pBytes[0] == 0xE9) {
-        uTarget = uAddress + 5 + static_cast<u64>(static_cast<i64>(ReadAs<i32>(pBytes + 1)));
-        return true;
-    }
-    if (uCount >= 14 && pBytes[0] == 0xFF && pBytes[1] == 0x25 && ReadAs<i32>(pBytes + 2) == 0) {
-        uTarget = ReadAs<u64>(pBytes + 6);
-        return true;
-    }
-    return false;
+    return {};
 }
 
 } // namespace companion

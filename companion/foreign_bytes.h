@@ -13,9 +13,14 @@ void ReadModuleFacts(std::string_view strMaps, ProcessFacts& stFacts);
 /// Meaning of the first three bytes of a process's API block.
 ApiClaim ClaimOfTag(const char* szTag);
 
-/// Where a jump at the start of a function leads, pBytes being its first uCount bytes at uAddress. False if
-/// no jump stands there. Understood are the short and near jump and the jump through a pointer that follows
-/// it.
-bool JumpTarget(const u8* pBytes, size_t uCount, u64 uAddress, u64& uTarget);
+/// The jump at the start of a function.
+struct Jump {
+    enum class Kind { None, Direct, ThroughPointer } eKind = Kind::None;
+    u64 uAddress = 0; ///< where it leads, or where the pointer to that place stands
+};
+
+/// Reads the jump in pBytes, the first uCount bytes at uAddress: the short and near forms and the one through
+/// a pointer beside the code.
+Jump ReadJump(const u8* pBytes, size_t uCount, u64 uAddress);
 
 } // namespace companion

@@ -65,6 +65,12 @@ RemoteModules ReadModules(HANDLE hProcess, ProcessFacts& st) {
     return stModules;
 }
 
+template <class T> bool ReadRemote(HANDLE hProcess, u64 uAddress, T& value) {
+    SIZE_T uRead = 0;
+    return ReadProcessMemory(hProcess, reinterpret_cast<void*>(uAddress), &value, sizeof(value), &uRead) &&
+           uRead == sizeof(value);
+}
+
 /// Follows the jumps at the swap function of a process. The function lies as far into the module there as
 /// here.
 Detour ReadDetour(HANDLE hProcess, const RemoteModules& stModules) {
@@ -74,13 +80,13 @@ Detour ReadDetour(HANDLE hProcess, const RemoteModules& stModules) {
     u64 uAddress = stModules.uOpenGL + (reinterpret_cast<u64>(fnSwap) - reinterpret_cast<u64>(hOpenGL));
     for (int iHop = 0; iHop < 4; ++iHop) {
         u8 auBytes[16] = {};
-        SIZE_T uRead = 0;
-        if (!ReadProcessMemory(hProcess, reinterpret_cast<void*>(uAddress), auBytes, sizeof(auBytes),
-                               &uRead)) {
-            return iHop == 0 ? Detour::Unknown : Detour::Other;
+        if (!ReadRemote(hProcess, uAddress, auBytes)) return iHop == 0 ? Detour::Unknown : Detour::Other;
+        const Jump stJump = ReadJump(auBytes, sizeof(auBytes), uAddress);
+        if (stJump.eKind == Jump::Kind::None) return iHop == 0 ? Detour::NotLaid : Detour::Other;
+        uAddress = stJump.uAddress;
+        if (stJump.eKind == Jump::Kind::ThroughPointer && !ReadRemote(hProcess, stJump.uAddress, uAddress)) {
+            return Detour::Other;
         }
-        if (!JumpTarget(auBytes, uRead, uAddress, uAddress))
-            return iHop == 0 ? Detour::NotLaid : Detour::Other;
         if (uAddress - stModules.uLibrary < stModules.uLibraryBytes) return Detour::Ours;
     }
     return Detour::Other;

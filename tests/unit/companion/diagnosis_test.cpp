@@ -184,29 +184,25 @@ TEST(CompanionDoctor, ThePreloadPartAloneIsNotTheLibrary) {
     EXPECT_FALSE(stEmpty.bReadable);
 }
 
-TEST(CompanionDoctor, JumpsAreFollowed) {
-    u64 uTarget = 0;
+TEST(CompanionDoctor, JumpsAreRead) {
     const u8 auNear[] = {0xE9, 0x10, 0, 0, 0};
-    ASSERT_TRUE(JumpTarget(auNear, 5, 0x1000, uTarget));
-    EXPECT_EQ(uTarget, 0x1015u);
+    EXPECT_EQ(ReadJump(auNear, 5, 0x1000).uAddress, 0x1015u);
+    EXPECT_EQ(ReadJump(auNear, 5, 0x1000).eKind, Jump::Kind::Direct);
     const u8 auBack[] = {0xE9, 0xFB, 0xFF, 0xFF, 0xFF};
-    ASSERT_TRUE(JumpTarget(auBack, 5, 0x1000, uTarget));
-    EXPECT_EQ(uTarget, 0x1000u);
+    EXPECT_EQ(ReadJump(auBack, 5, 0x1000).uAddress, 0x1000u);
     const u8 auShort[] = {0xEB, 0xFE};
-    ASSERT_TRUE(JumpTarget(auShort, 2, 0x1000, uTarget));
-    EXPECT_EQ(uTarget, 0x1000u);
-    const u8 auFar[] = {0xFF, 0x25, 0, 0, 0, 0, 1, 2, 3, 4, 5, 6, 7, 8};
-    ASSERT_TRUE(JumpTarget(auFar, 14, 0x1000, uTarget));
-    EXPECT_EQ(uTarget, 0x0807060504030201u);
+    EXPECT_EQ(ReadJump(auShort, 2, 0x1000).uAddress, 0x1000u);
+    const u8 auFar[] = {0xFF, 0x25, 0x20, 0, 0, 0};
+    EXPECT_EQ(ReadJump(auFar, 6, 0x1000).uAddress, 0x1026u);
+    EXPECT_EQ(ReadJump(auFar, 6, 0x1000).eKind, Jump::Kind::ThroughPointer);
 }
 
 TEST(CompanionDoctor, OrdinaryCodeAndCutBytesAreNoJump) {
-    u64 uTarget = 0;
     const u8 auCode[] = {0x48, 0x8D, 0xA4, 0x24, 0, 0, 0, 0};
-    EXPECT_FALSE(JumpTarget(auCode, 8, 0, uTarget));
+    EXPECT_EQ(ReadJump(auCode, 8, 0).eKind, Jump::Kind::None);
     const u8 auNear[] = {0xE9, 0x10, 0, 0, 0};
-    EXPECT_FALSE(JumpTarget(auNear, 4, 0, uTarget));
-    const u8 auFar[] = {0xFF, 0x25, 0, 0, 0, 0, 1, 2, 3, 4, 5, 6, 7, 8};
-    EXPECT_FALSE(JumpTarget(auFar, 13, 0, uTarget));
-    EXPECT_FALSE(JumpTarget(auFar, 0, 0, uTarget));
+    EXPECT_EQ(ReadJump(auNear, 4, 0).eKind, Jump::Kind::None);
+    const u8 auFar[] = {0xFF, 0x25, 0, 0, 0, 0};
+    EXPECT_EQ(ReadJump(auFar, 5, 0).eKind, Jump::Kind::None);
+    EXPECT_EQ(ReadJump(auFar, 0, 0).eKind, Jump::Kind::None);
 }
