@@ -1,0 +1,29 @@
+"""Judging pictures: where two differ, and what a region looks like."""
+from PIL import ImageChops, ImageStat
+
+
+def difference_box(a, b):
+    """Smallest box (left, top, right, bottom) that holds every differing pixel; None when equal."""
+    return ImageChops.difference(a, b).getbbox()
+
+
+def differing_outside(a, b, boxes):
+    """Number of pixels that differ and lie in none of the boxes."""
+    mask = ImageChops.difference(a, b).convert("L").point(lambda v: 255 if v else 0)
+    for left, top, right, bottom in boxes:
+        mask.paste(0, (left, top, right, bottom))
+    return mask.histogram()[255]
+
+
+def differing_inside(a, b, box):
+    """Share of pixels in the box that differ, 0 to 1."""
+    mask = ImageChops.difference(a.crop(box), b.crop(box)).convert("L").point(lambda v: 255 if v else 0)
+    return mask.histogram()[255] / max(1, mask.width * mask.height)
+
+
+def roughness(picture, box):
+    """Mean absolute step between neighbouring pixels of a row: high for detail, low for a blurred pane."""
+    part = picture.crop(box)
+    shifted = ImageChops.offset(part, 1, 0)
+    inner = (1, 0, part.width, part.height)
+    return sum(ImageStat.Stat(ImageChops.difference(part, shifted).crop(inner)).mean)

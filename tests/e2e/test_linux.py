@@ -1,0 +1,196 @@
+"""The whole road on Linux: companion, preload, host program, overlay, pictures and segment."""
+import mmap
+import os
+import random
+import subprocess
+import time
+import unittest
+
+from PIL import Image
+
+from e2e.environment import LINUX, Display, LinuxPrograms, screenshot, wait_until
+from e2e.pictures import difference_box, differing_inside, differing_outside, roughness
+from e2e.panels import boxes, frosted_boxes
+
+SEGMENT_BYTES = 0xCB170
+
+
+class LinuxCase(unittest.TestCase):
+    """One display for the class; programs, data folder and segment of its own for each test."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.screen = Display()
+        cls.display = cls.screen.__enter__()
+        cls.addClassCleanup(cls.screen.__exit__)
+
+    def setUp(self):
+        self.programs = LinuxPrograms(self.display)
+        self.addCleanup(self.programs.close)
+        self.folder = self.programs.folder
+
+    def host(self, *switches, name="host_glx", overlay=True, code=0, **env):
+        """Runs a host program to its end; its key=value lines as a dictionary."""
+        command = [LINUX / name, *switches]
+        process = self.programs.with_overlay(command, **env) if overlay else self.programs.start(command, **env)
+        self.assertEqual(process.wait(180), code, process.log.read_text(errors="replace"))
+        return dict(line.split("=", 1) for line in process.log.read_text(errors="replace").splitlines() if "=" in line)
+
+    def pictures(self, *switches, name="host_glx", frame=90, **env):
+        """The host's own picture of a frame and what that frame presents."""
+        before, shown = self.folder / "before.ppm", self.folder / "shown.ppm"
+        self.host("--frames", str(frame + 5), "--dump-ppm", f"{shown}@{frame}", "--dump-before", str(before),
+                  *switches, name=name, **env)
+        return Image.open(before).convert("RGB"), Image.open(shown).convert("RGB")
+
+    def segment(self):
+        """The shared segment as bytes that can be written."""
+        path = wait_until(lambda: next((p for p in os.scandir("/dev/shm") if self.folder.name in p.name and
+                                        "Shared" in p.name), None), 10).path
+        with open(path, "r+b") as file:
+            return mmap.mmap(file.fileno(), SEGMENT_BYTES)
+
+
+class Picture(LinuxCase):
+    def test_panels_stand_on_the_picture_and_the_rest_is_untouched(self):
+        for name in ("host_glx", "host_egl"):
+            for profile in ("compat", "core"):
+                with self.subTest(host=name, profile=profile):
+                    before, shown = self.pictures("--size", "1280x720", "--profile", profile, "--gl", "3.2", name=name)
+                    self.assertIsNotNone(difference_box(before, shown))
+                    self.assertEqual(differing_outside(before, shown, boxes("Default", 1280, 720)), 0)
+
+    def test_frosted_glass_is_smoother_than_what_lies_behind_it(self):
+        before, shown = self.pictures("--size", "1280x720")
+        for box in frosted_boxes("Default", 1280, 720):
+            self.assertGreater(differing_inside(before, shown, box), 0.3)
+            self.assertLess(roughness(shown, box), roughness(before, box) + 0.01)
+
+    def test_bare_host_presents_what_it_drew(self):
+        before, shown = self.folder / "before.ppm", self.folder / "shown.ppm"
+        self.host("--frames", "20", "--dump-ppm", f"{shown}@10", "--dump-before", str(before), overlay=False)
+        self.assertIsNone(difference_box(Image.open(before), Image.open(shown)))
+
+    def test_swap_found_at_run_time_is_covered(self):
+        for through in ("getproc", "dlsym"):
+            with self.subTest(through=through):
+                before, shown = self.pictures("--swap-through", through)
+                self.assertIsNotNone(difference_box(before, shown))
+
+    def test_context_below_3_2_is_left_alone(self):
+        before, shown = self.pictures(MESA_GL_VERSION_OVERRIDE="3.1")
+        self.assertIsNone(difference_box(before, shown))
+
+
+class Robustness(LinuxCase):
+    def test_hosts_of_every_kind_run_to_their_end(self):
+        kinds = (["--second-window"], ["--second-context"], ["--two-threads"], ["--resize-storm"],
+                 ["--remake-context", "20"], ["--fresh-surface"], ["--odd-state"], ["--profile", "core", "--gl", "3.2"])
+        for kind in kinds:
+            with self.subTest(kind=kind):
+                self.assertIn("frames", self.host("--frames", "90", *kind))
+
+    def test_no_gl_error_is_left_that_the_bare_program_does_not_have(self):
+        bare = self.host("--frames", "60", "--print-errors", overlay=False)
+        overlaid = self.host("--frames", "60", "--print-errors")
+        self.assertEqual(bare["errors"], overlaid["errors"])
+
+    def test_missing_empty_and_broken_shaders_leave_the_host_running(self):
+        shader = self.programs.data / "DrawBasic_GL_C.fs"
+        whole = shader.read_bytes()
+        for name, content in (("missing", None), ("empty", b""), ("truncated", whole[:40]), ("broken", b"#version 150\nx")):
+            with self.subTest(name):
+                shader.unlink(missing_ok=True)
+                if content is not None:
+                    shader.write_bytes(content)
+                before, shown = self.pictures()
+                self.assertIsNone(difference_box(before, shown))
+
+    def test_random_bytes_in_the_whole_segment_while_a_host_swaps(self):
+        stop = self.folder / "stop"
+        process = self.programs.with_overlay([LINUX / "host_glx", "--frames", "1000000", "--stop-file", stop])
+        segment = self.segment()
+        noise = random.Random(20261121)
+        for _ in range(60):
+            start = noise.randrange(0, 0xB000)
+            block = noise.randbytes(noise.choice((4, 64, 4096, 0xB790)))[:SEGMENT_BYTES - start]
+            segment[start:start + len(block)] = block
+            time.sleep(0.02)
+        segment[0:SEGMENT_BYTES] = noise.randbytes(SEGMENT_BYTES)
+        time.sleep(0.5)
+        stop.touch()
+        self.assertEqual(process.wait(60), 0, process.log.read_text(errors="replace"))
+
+
+class Commands(LinuxCase):
+    def shown(self, name):
+        return screenshot(self.display, self.folder / name)
+
+    def test_off_and_on_again_and_release_for_everyone(self):
+        stop = self.folder / "stop"
+        process = self.programs.with_overlay([LINUX / "host_glx", "--frames", "1000000", "--stop-file", stop])
+        area = (0, 0, 640, 480)
+        bare = self.folder / "bare.png"
+        time.sleep(2)
+        with_overlay = self.shown("on.png").crop(area)
+        self.assertEqual(self.programs.ask("off")[0], 0)
+        time.sleep(1)
+        without = self.shown("off.png").crop(area)
+        self.assertIsNotNone(difference_box(with_overlay, without))
+        without.save(bare)
+        self.assertEqual(self.programs.ask("on")[0], 0)
+        time.sleep(1)
+        self.assertIsNone(difference_box(with_overlay, self.shown("again.png").crop(area)))
+        self.assertEqual(self.programs.ask("reload")[0], 0)
+        time.sleep(1)
+        self.assertIsNone(difference_box(with_overlay, self.shown("reloaded.png").crop(area)))
+        stop.touch()
+        self.assertEqual(process.wait(60), 0)
+
+    def test_status_names_the_program_and_its_frame_time(self):
+        stop = self.folder / "stop"
+        self.programs.with_overlay([LINUX / "host_glx", "--frames", "1000000", "--stop-file", stop, "--fps-cap", "50"])
+        self.assertEqual(self.programs.ask("frametime", "on")[0], 0)
+        output = wait_until(lambda: (lambda o: o if "host_glx" in o else None)(self.programs.ask("status")[1]))
+        self.assertIn("OpenGL", output)
+        stop.touch()
+
+    def test_the_hundred_and_first_process_draws_without_a_record(self):
+        sleepers = [self.programs.with_overlay(["sleep", "60"]) for _ in range(101)]
+        segment = self.segment()
+        wait_until(lambda: all(segment[0x20 + 228 * i:0x24 + 228 * i] != b"\0\0\0\0" for i in range(100)), 60)
+        before, shown = self.pictures()
+        self.assertIsNotNone(difference_box(before, shown))
+        for sleeper in sleepers:
+            self.programs.end(sleeper)
+
+
+class Foreign(LinuxCase):
+    def test_glxgears_carries_the_overlay(self):
+        process = self.programs.with_overlay(["glxgears", "-geometry", "640x480+0+0"])
+        time.sleep(4)
+        self.assertIsNone(process.poll())
+        picture = screenshot(self.display, self.folder / "gears.png")
+        self.programs.end(process)
+        bare = self.programs.start(["glxgears", "-geometry", "640x480+0+0"])
+        time.sleep(3)
+        other = screenshot(self.display, self.folder / "bare.png")
+        self.programs.end(bare)
+        for box in boxes("Default", 640, 480)[:1]:
+            self.assertGreater(differing_inside(picture, other, box), 0.9)
+
+    def test_glmark2_runs_its_scene_to_the_end(self):
+        process = self.programs.with_overlay(["glmark2", "--size", "640x480", "-b", "build:duration=2"])
+        self.assertEqual(process.wait(120), 0, process.log.read_text(errors="replace"))
+        self.assertIn("glmark2 Score", process.log.read_text())
+
+
+class Exports(unittest.TestCase):
+    def test_the_preload_part_exports_only_what_it_interposes(self):
+        names = subprocess.run(["nm", "-D", "--defined-only", str(LINUX / "libORVIN-OSD64-GL-preload.so")],
+                               capture_output=True, text=True, check=True).stdout.split("\n")
+        exported = {line.split()[-1].split("@")[0] for line in names if line.strip()}
+        allowed = {"glXSwapBuffers", "eglSwapBuffers", "eglSwapBuffersWithDamageKHR", "eglSwapBuffersWithDamageEXT",
+                   "glXGetProcAddress", "glXGetProcAddressARB", "eglGetProcAddress", "dlsym"}
+        self.assertEqual(exported - allowed, set())
+        self.assertIn("glXSwapBuffers", exported)
