@@ -1,3 +1,19 @@
 #include "draw/creation_table.h"
 
+#include "controls/panel.h"
+#include "draw/draw_basic_gl.h"
+#include "draw/entity_gl.h"
+#include "draw/mesh_gl.h"
+
 stCreationTable g_stCreationTable;
+
+/// Panels have no half that belongs to an API.
+static CPanel_Base* CreatePanel() { return new CPanel_Base; }
+
+void g_fnFillCreationTable_GL() noexcept {
+    g_stCreationTable = {};
+    g_stCreationTable.m_fnCreateMesh = CreateMesh_GL;
+    g_stCreationTable.m_fnCreateEntity = CreateEntity_GL;
+    g_stCreationTable.m_fnCreatePanel = CreatePanel;
+    g_stCreationTable.m_fnCreateDrawBasic = CreateDrawBasic_GL;
+}
