@@ -1,0 +1,45 @@
+#include "tests/support/test_data_folder.h"
+
+#include "platform/headless/test_controls.h"
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+namespace fs = std::filesystem;
+
+/// Not there yet: made of the clock and a number, so that tests side by side do not meet.
+static std::string FreshRoot() {
+    static unsigned s_uNumber = 0;
+    const auto iNow = std::chrono::steady_clock::now().time_since_epoch().count();
+    const std::string strName = "orvin-data-" + std::to_string(iNow) + "-" + std::to_string(++s_uNumber);
+    return (fs::temp_directory_path() / strName).generic_string();
+}
+
+CTestDataFolder::CTestDataFolder(bool bWithShaders)
+    : m_strRoot(FreshRoot()), m_strData(m_strRoot + "/ZARN/Orvin Deck/ORVIN-OSD/Data/") {
+    fs::create_directories(m_strData);
+    if (bWithShaders)
+        fs::copy(fs::path(ORVIN_SOURCE_DIR) / "shaders", m_strData, fs::copy_options::recursive);
+    platform::headless::SetCommonDataFolder(m_strRoot);
+}
+
+CTestDataFolder::~CTestDataFolder() {
+    std::error_code ignored;
+    fs::remove_all(m_strRoot, ignored);
+}
+
+std::string CTestDataFolder::Path(const std::string& strName) const { return m_strData + strName; }
+
+void CTestDataFolder::Write(const std::string& strName, const std::string& strBytes) const {
+    std::ofstream file(Path(strName), std::ios::binary | std::ios::trunc);
+    file.write(strBytes.data(), static_cast<std::streamsize>(strBytes.size()));
+}
+
+std::string CTestDataFolder::Read(const std::string& strName) const {
+    std::ifstream file(Path(strName), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+void CTestDataFolder::Remove(const std::string& strName) const { fs::remove(Path(strName)); }
