@@ -98,10 +98,11 @@ class Programs:
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="orvin-e2e."))
 
     def start(self, command, **more):
-        log = open(self.folder / f"log{len(self.started)}", "wb")
-        process = subprocess.Popen([str(c) for c in command], stdout=log, stderr=subprocess.STDOUT,
-                                   stdin=subprocess.DEVNULL, env={**self.env, **more}, start_new_session=True)
-        process.log = pathlib.Path(log.name)
+        path = self.folder / f"log{len(self.started)}"
+        with open(path, "wb") as log:
+            process = subprocess.Popen([str(c) for c in command], stdout=log, stderr=subprocess.STDOUT,
+                                       stdin=subprocess.DEVNULL, env={**self.env, **more}, start_new_session=True)
+        process.log = path
         self.started.append(process)
         return process
 
@@ -129,6 +130,8 @@ class Programs:
         for process in self.started:
             self.end(process)
         shutil.rmtree(self.folder, ignore_errors=True)
+        for left in pathlib.Path("/dev/shm").glob(f"*{self.folder.name}*"):
+            left.unlink()
 
     def __enter__(self):
         return self

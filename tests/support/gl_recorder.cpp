@@ -48,31 +48,31 @@ template <auto& Pointer, class Tag, class R, class... A> struct Hook<Pointer, Ta
 
 } // namespace gl_recorder
 
+// clang-format off
 #define ABOVE_GL11(X)                                                                                        \
     X(ActiveTexture)                                                                                         \
     X(AttachShader)                                                                                          \
     X(BindAttribLocation)                                                                                    \
-    X(BindBuffer) X(BindBufferARB) X(BindBufferBase) X(BindBufferRange) X(BindFragDataLocation)              \
-        X(BindFramebuffer) X(BindProgramPipeline) X(BindRenderbuffer) X(BindSampler) X(BindVertexArray)      \
-            X(BlendColor) X(BlendEquation) X(BlendEquationSeparate) X(BlendFuncSeparate) X(BufferData)       \
-                X(BufferSubData) X(CheckFramebufferStatus) X(ClipControl) X(ColorMaski) X(CompileShader)     \
-                    X(CreateProgram) X(CreateShader) X(DeleteBuffers) X(DeleteFramebuffers) X(DeleteProgram) \
-                        X(DeleteSamplers) X(DeleteShader) X(DeleteVertexArrays) X(DetachShader)              \
-                            X(DisableVertexAttribArray) X(DrawElementsBaseVertex) X(DrawRangeElements)       \
-                                X(EnableVertexAttribArray) X(FramebufferTexture2D) X(GenBuffers)             \
-                                    X(GenFramebuffers) X(GenSamplers) X(GenVertexArrays) X(GenerateMipmap)   \
-                                        X(GetAttribLocation) X(GetIntegeri_v) X(GetProgramInfoLog)           \
-                                            X(GetProgramiv) X(GetShaderInfoLog) X(GetShaderiv)               \
-                                                X(GetUniformLocation) X(GetVertexAttribIuiv)                 \
-                                                    X(GetVertexAttribPointerv) X(LinkProgram) X(MapBuffer)   \
-                                                        X(MapBufferRange) X(ProgramParameteri)               \
-                                                            X(SamplerParameteri) X(ShaderSource)             \
-                                                                X(Uniform1f) X(Uniform1i) X(Uniform2f)       \
-                                                                    X(Uniform3f) X(Uniform4f) X(Uniform4fv)  \
-                                                                        X(UniformMatrix4fv) X(UnmapBuffer)   \
-                                                                            X(UseProgram) X(ValidateProgram) \
-                                                                                X(VertexAttribDivisor)       \
-                                                                                    X(VertexAttribPointer)
+    X(BindBuffer)                                                                                            \
+    X(BindBufferARB) X(BindBufferBase) X(BindBufferRange) X(BindFragDataLocation) X(BindFramebuffer)         \
+        X(BindProgramPipeline) X(BindRenderbuffer) X(BindSampler) X(BindVertexArray) X(BlendColor)           \
+            X(BlendEquation) X(BlendEquationSeparate) X(BlendFuncSeparate) X(BufferData) X(BufferSubData)    \
+                X(CheckFramebufferStatus) X(ClipControl) X(ColorMaski) X(CompileShader) X(CreateProgram) X(  \
+                    CreateShader) X(DeleteBuffers) X(DeleteFramebuffers) X(DeleteProgram) X(DeleteSamplers)  \
+                    X(DeleteShader) X(DeleteVertexArrays) X(DetachShader) X(DisableVertexAttribArray)        \
+                        X(DrawElementsBaseVertex) X(DrawRangeElements) X(EnableVertexAttribArray)            \
+                            X(FramebufferTexture2D) X(GenBuffers) X(GenFramebuffers) X(GenSamplers)          \
+                                X(GenVertexArrays) X(GenerateMipmap) X(GetAttribLocation) X(GetIntegeri_v)   \
+                                    X(GetProgramInfoLog) X(GetProgramiv) X(GetShaderInfoLog) X(GetShaderiv)  \
+                                        X(GetUniformLocation) X(GetVertexAttribIuiv)                         \
+                                            X(GetVertexAttribPointerv) X(LinkProgram) X(MapBuffer)           \
+                                                X(MapBufferRange) X(ProgramParameteri) X(SamplerParameteri)  \
+                                                    X(ShaderSource) X(Uniform1f) X(Uniform1i) X(Uniform2f)   \
+                                                        X(Uniform3f) X(Uniform4f) X(Uniform4fv)              \
+                                                            X(UniformMatrix4fv) X(UnmapBuffer) X(UseProgram) \
+                                                                X(ValidateProgram) X(VertexAttribDivisor)    \
+                                                                    X(VertexAttribPointer)
+// clang-format on
 
 #define TAG(name)                                                                                            \
     struct Tag##name {                                                                                       \

@@ -1,0 +1,112 @@
+"""The whole road on Windows, under Wine: companion, message hook, detour, host program, overlay."""
+import shutil
+import time
+import unittest
+
+from PIL import Image
+
+from e2e.environment import WIN64, Display, WinePrograms, glfw_examples, screenshot, wait_until
+from e2e.panels import boxes
+from e2e.pictures import difference_box, differing_inside, differing_outside
+
+
+class WineCase(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.screen = Display()
+        cls.display = cls.screen.__enter__()
+        cls.addClassCleanup(cls.screen.__exit__)
+
+    def setUp(self):
+        self.programs = WinePrograms(self.display)
+        self.addCleanup(self.programs.close)
+        self.folder = self.programs.folder
+
+    def host(self, *switches, overlay=True, **env):
+        """Runs the host to its end; its key=value lines as a dictionary."""
+        command = [WIN64 / "host_wgl.exe", "--pause-ms", "500", *switches]
+        process = self.programs.with_overlay(command, **env) if overlay else self.programs.wine(*command, **env)
+        code = process.wait(120)
+        text = process.log.read_text(errors="replace")
+        self.assertEqual(code, 0, text)
+        return dict(line.rstrip("\r").split("=", 1) for line in text.splitlines() if "=" in line)
+
+    def pictures(self, *switches, frame=90, **env):
+        """The host's own picture of a frame and what that frame presents."""
+        before, shown = self.folder / "before.ppm", self.folder / "shown.ppm"
+        self.host("--frames", str(frame + 5), "--dump-ppm", f"{shown}@{frame}", "--dump-before", str(before),
+                  *switches, **env)
+        return Image.open(before).convert("RGB"), Image.open(shown).convert("RGB")
+
+
+class Picture(WineCase):
+    def test_panels_stand_on_the_picture_and_the_rest_is_untouched(self):
+        for profile in (["--profile", "compat"], ["--profile", "core", "--gl", "3.2"]):
+            with self.subTest(profile=profile):
+                before, shown = self.pictures("--size", "1280x720", *profile)
+                self.assertIsNotNone(difference_box(before, shown))
+                self.assertEqual(differing_outside(before, shown, boxes("Default", 1280, 720)), 0)
+
+    def test_context_below_3_2_is_left_alone(self):
+        before, shown = self.pictures(MESA_GL_VERSION_OVERRIDE="3.1")
+        self.assertIsNone(difference_box(before, shown))
+
+    def test_no_gl_error_is_left_that_the_bare_program_does_not_have(self):
+        bare = self.host("--frames", "60", "--print-errors", overlay=False)
+        overlaid = self.host("--frames", "60", "--print-errors")
+        self.assertEqual(bare["errors"], overlaid["errors"])
+
+
+class Robustness(WineCase):
+    def test_hosts_of_every_kind_run_to_their_end(self):
+        for kind in (["--second-window"], ["--two-threads"], ["--resize-storm"], ["--remake-context", "20"],
+                     ["--fresh-surface"], ["--odd-state"]):
+            with self.subTest(kind=kind):
+                self.assertIn("frames", self.host("--frames", "90", *kind))
+
+    def test_missing_shader_leaves_the_host_running(self):
+        shader = self.programs.data / "DrawBasic_GL_C.fs"
+        aside = self.folder / "aside"
+        shutil.move(shader, aside)
+        self.addCleanup(shutil.move, aside, shader)
+        before, shown = self.pictures()
+        self.assertIsNone(difference_box(before, shown))
+
+
+class Foreign(WineCase):
+    """Example programs of GLFW, which know nothing of the overlay."""
+
+    def look(self, name, overlay):
+        program = glfw_examples() / f"{name}.exe"
+        process = self.programs.with_overlay([program]) if overlay else self.programs.wine(program)
+        time.sleep(6)
+        self.assertIsNone(process.poll(), process.log.read_text(errors="replace"))
+        picture = screenshot(self.display, self.folder / f"{name}-{overlay}.png")
+        self.programs.end(process)
+        wait_until(lambda: process.poll() is not None)
+        return picture
+
+    def test_splitview_keeps_its_picture_outside_the_panels(self):
+        bare, overlaid = self.look("splitview", False), self.look("splitview", True)
+        box = difference_box(bare, overlaid)
+        self.assertIsNotNone(box)
+
+    def test_gears_carries_the_overlay(self):
+        bare, overlaid = self.look("gears", False), self.look("gears", True)
+        self.assertGreater(differing_inside(bare, overlaid, (0, 0, 640, 480)), 0.05)
+
+
+class Commands(WineCase):
+    def test_off_and_on_again(self):
+        process = self.programs.with_overlay([WIN64 / "host_wgl.exe", "--frames", "1000000"])
+        time.sleep(6)
+        area = (0, 0, 640, 480)
+        on = screenshot(self.display, self.folder / "on.png").crop(area)
+        self.assertEqual(self.programs.ask("off")[0], 0)
+        time.sleep(1)
+        off = screenshot(self.display, self.folder / "off.png").crop(area)
+        self.assertIsNotNone(difference_box(on, off))
+        self.assertEqual(self.programs.ask("on")[0], 0)
+        time.sleep(1)
+        self.assertIsNone(difference_box(on, screenshot(self.display, self.folder / "again.png").crop(area)))
+        self.programs.end(process)
