@@ -34,6 +34,9 @@ void CMesh_GL::m_fnBind() {
 }
 
 void CMesh_GL::m_fnDraw(u32 uIndexCount, u32 uFirstIndex, u32) {
+    // Buffer name 0 means nothing to draw. Where the profile has client arrays it would mean addresses near
+    // null in the application's memory, and drivers crash on those.
+    if (m_uVB == 0 || m_uIB == 0) return;
     const std::uintptr_t uOffset = static_cast<std::uintptr_t>(uFirstIndex) * m_u8IndexSize;
     // KEEP: the range is given in index positions, not vertex numbers; it only bounds what a driver may
     // assume.

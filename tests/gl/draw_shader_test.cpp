@@ -15,8 +15,10 @@ using DrawShader = DrawFixture;
 
 const char* const g_szVertex = "#version 150\nin vec2 p;\nvoid main() { gl_Position = vec4(p, 0, 1); }\n";
 const char* const g_szFragment = "#version 150\nout vec4 c;\nvoid main() { c = vec4(1); }\n";
-/// Compiles, but nothing gives it its input.
-const char* const g_szUnfed = "#version 150\nin vec4 missing;\nout vec4 c;\nvoid main() { c = missing; }\n";
+/// Compile, but disagree about what goes from one to the other.
+const char* const g_szGiver =
+    "#version 150\nout vec2 handed;\nvoid main() { handed = vec2(1); gl_Position = vec4(1); }\n";
+const char* const g_szTaker = "#version 150\nin vec4 handed;\nout vec4 c;\nvoid main() { c = handed; }\n";
 
 std::string MessageOf(const std::function<void()>& fn) {
     try {
@@ -27,7 +29,9 @@ std::string MessageOf(const std::function<void()>& fn) {
     return "(no failure)";
 }
 
-GLShader Vertex() { return GLShader(std::string(g_szVertex), GL_VERTEX_SHADER, nullptr); }
+GLShader Vertex(const char* szSource = g_szVertex) {
+    return GLShader(std::string(szSource), GL_VERTEX_SHADER, nullptr);
+}
 GLShader Fragment(const char* szSource = g_szFragment) {
     return GLShader(std::string(szSource), GL_FRAGMENT_SHADER, nullptr);
 }
@@ -88,13 +92,13 @@ TEST_F(DrawShader, AnEmptyListMakesNoProgram) {
 }
 
 TEST_F(DrawShader, ALinkFailureDetachesTheShadersAndDeletesTheProgram) {
-    const std::vector<GLShader> shaders = {Vertex(), Fragment(g_szUnfed)};
+    const std::vector<GLShader> shaders = {Vertex(g_szGiver), Fragment(g_szTaker)};
     gl_recorder::Install();
     gl_recorder::Start();
     const std::string strMessage = MessageOf([&] { GLProgram program(shaders); });
     const auto calls = gl_recorder::Stop();
     EXPECT_TRUE(strMessage.starts_with("Program linking failure: ")) << strMessage;
-    EXPECT_NE(strMessage.find("missing"), std::string::npos) << strMessage;
+    EXPECT_NE(strMessage.find("handed"), std::string::npos) << strMessage;
     EXPECT_EQ(std::ranges::count_if(calls, [](const auto& s) { return s.starts_with("glDetachShader("); }),
               2);
     EXPECT_LT(PlaceOf(calls, "glLinkProgram("), PlaceOf(calls, "glDetachShader("));
@@ -265,12 +269,16 @@ TEST_F(DrawShader, AMeshDrawnBeforeAnyUploadDrawsFromNothing) {
         UseContext(bCore);
         CMesh_GL mesh;
         ASSERT_TRUE(mesh.m_fnCreate(16, 64, 12, 2));
+        glClearColor(0, 0, 0, 1);
+        glClear(GL_COLOR_BUFFER_BIT);
         Batcher().m_pProgramColor->m_fnUse();
         mesh.m_fnBind();
+        GLint iBound = -1;
+        glGetIntegerv(GL_ARRAY_BUFFER_BINDING, &iBound);
+        EXPECT_EQ(iBound, 0);
         Batcher().m_fnBindVertexLayout(nullptr);
         mesh.m_fnDraw(6, 0, 0);
         glFinish();
-        while (glGetError() != GL_NO_ERROR) {
-        }
+        EXPECT_EQ(Read().At(0, 199), (Pixel{0, 0, 0, 255}));
     }
 }
