@@ -10,6 +10,9 @@ from e2e.panels import boxes
 from e2e.pictures import difference_box, differing_inside, differing_outside
 
 
+SHARING_SIDE = 400  # client size of each window of the "sharing" example
+
+
 class WineCase(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
@@ -86,10 +89,17 @@ class Foreign(WineCase):
         wait_until(lambda: process.poll() is not None)
         return picture
 
-    def test_splitview_keeps_its_picture_outside_the_panels(self):
-        bare, overlaid = self.look("splitview", False), self.look("splitview", True)
-        box = difference_box(bare, overlaid)
-        self.assertIsNotNone(box)
+    def test_sharing_keeps_its_picture_outside_the_panels(self):
+        """Two windows that stand still, each with its own device context; the overlay goes to the first."""
+        bare, overlaid = self.look("sharing", False), self.look("sharing", True)
+        touched = difference_box(bare, overlaid)
+        self.assertIsNotNone(touched)
+        panels = boxes("Default", SHARING_SIDE, SHARING_SIDE)
+        left = touched[0] - min(box[0] for box in panels)
+        top = touched[1] - min(box[1] for box in panels)
+        outside = [differing_outside(bare, overlaid, [(l + x, t + y, r + x, b + y) for l, t, r, b in panels])
+                   for x in range(left - 1, left + 2) for y in range(top - 1, top + 2)]
+        self.assertEqual(min(outside), 0)
 
     def test_gears_carries_the_overlay(self):
         bare, overlaid = self.look("gears", False), self.look("gears", True)

@@ -66,6 +66,7 @@ class CHostLoop {
 
   private:
     bool m_fnOpen();
+    bool m_fnOpenInTurn();
     bool m_fnMakeContext(stHostContext& stContext, WindowRef pWindow);
     void m_fnDropContext(stHostContext& stContext);
     bool m_fnChangeSurroundings(u32 uFrame);
@@ -264,8 +265,15 @@ void CHostLoop::m_fnReport(i64 iTotal) {
     m_fnPrint("state_changed", strChanged);
 }
 
+/// Wine sets its GL driver up on first use, which two threads at once may lose.
+bool CHostLoop::m_fnOpenInTurn() {
+    static std::mutex s_lock;
+    const std::lock_guard<std::mutex> clTurn(s_lock);
+    return m_fnOpen();
+}
+
 int CHostLoop::m_fnRun() {
-    if (!m_fnOpen()) {
+    if (!m_fnOpenInTurn()) {
         m_fnPrint("failed", "no window or context");
         return 3;
     }
