@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <map>
 
 Pixel Picture::At(u32 x, u32 y) const {
     Pixel pixel;
@@ -46,19 +47,28 @@ static f32 Component(const Picture& picture, i32 x, i32 y, u32 uComponent) {
     return picture.At(static_cast<u32>(x), static_cast<u32>(y))[uComponent] / 255.0f;
 }
 
+using Disc = std::vector<std::array<i32, 2>>;
+
 /// Sample points relative to the pixel.
-static std::vector<std::array<i32, 2>> DiscOf(u32 uDiameter) {
+static Disc MakeDisc(u32 uDiameter) {
     const i32 s = std::max(1, static_cast<i32>(std::ceil(uDiameter / 8.0)));
-    std::vector<std::array<i32, 2>> list;
+    Disc disc;
     for (i32 i = -60; i <= 60; ++i)
         for (i32 j = -60; j <= 60; ++j)
-            if (std::hypot(f64(i * s), f64(j * s)) <= uDiameter / 2.0) list.push_back({i * s, j * s});
-    return list;
+            if (std::hypot(f64(i * s), f64(j * s)) <= uDiameter / 2.0) disc.push_back({i * s, j * s});
+    return disc;
+}
+
+static const Disc& DiscOf(u32 uDiameter) {
+    static std::map<u32, Disc> mapDiscs;
+    Disc& disc = mapDiscs[uDiameter];
+    if (disc.empty()) disc = MakeDisc(uDiameter);
+    return disc;
 }
 
 Pixel BlurredPixel(const Picture& picture, u32 x, u32 y, u32 uDiameter, const f32* pColor) {
     Pixel pixel = {0, 0, 0, 255};
-    const auto disc = DiscOf(uDiameter);
+    const Disc& disc = DiscOf(uDiameter);
     for (u32 c = 0; c < 3; ++c) {
         f32 fSum = 0;
         for (const auto& offset : disc)
