@@ -1,6 +1,7 @@
 """What end-to-end tests stand on: a display, an isolated data folder and segment, and running programs."""
 import os
 import pathlib
+import re
 import shutil
 import signal
 import subprocess
@@ -103,6 +104,7 @@ class Programs:
             process = subprocess.Popen([str(c) for c in command], stdout=log, stderr=subprocess.STDOUT,
                                        stdin=subprocess.DEVNULL, env={**self.env, **more}, start_new_session=True)
         process.log = path
+        process.names = {pathlib.Path(str(c)).name for c in command}
         self.started.append(process)
         return process
 
@@ -116,8 +118,7 @@ class Programs:
             code = 124
         return code, process.log.read_text(errors="replace")
 
-    @staticmethod
-    def end(process):
+    def end(self, process):
         if process.poll() is None:
             os.killpg(process.pid, signal.SIGTERM)
             try:
@@ -162,6 +163,8 @@ class WinePrograms(Programs):
 
     def __init__(self, display):
         super().__init__({"DISPLAY": display, "ORVIN_STATE": str(STATE), "ORVIN_WINE_TIMEOUT": "120"})
+        self.env["ORVIN_E2E"] = self.folder.name
+        self.mark = f"ORVIN_E2E={self.folder.name}".encode()
         prefix = pathlib.Path(os.environ.get("WINEPREFIX", STATE / "wine"))
         self.run([ROOT / "cmake/wine-run", "cmd", "/c", "exit"])
         self.data = install_data(prefix / "drive_c/ProgramData")
@@ -177,3 +180,15 @@ class WinePrograms(Programs):
 
     def ask(self, *arguments):
         return self.run([ROOT / "cmake/wine-run", self.companion, *arguments])
+
+    def end(self, process):
+        """Wine starts programs outside the group; those carry this test's mark in their environment."""
+        super().end(process)
+        for folder in pathlib.Path("/proc").glob("[0-9]*"):
+            try:
+                name = (folder / "cmdline").read_bytes().split(b"\0")[0].decode(errors="replace")
+                marked = self.mark in (folder / "environ").read_bytes()
+            except OSError:
+                continue
+            if marked and re.split(r"[/\\]", name)[-1] in process.names:
+                os.kill(int(folder.name), signal.SIGKILL)
