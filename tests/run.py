@@ -64,7 +64,8 @@ def programs(preset, pattern, suffix=""):
     return sorted((ROOT / "build" / preset / "tests").glob(pattern + suffix))
 
 
-SANITIZER = {"ASAN_OPTIONS": "detect_leaks=1", "UBSAN_OPTIONS": "print_stacktrace=1:halt_on_error=1",
+SANITIZER = {"ASAN_OPTIONS": "detect_leaks=1:allocator_may_return_null=1",
+             "UBSAN_OPTIONS": "print_stacktrace=1:halt_on_error=1",
              "LSAN_OPTIONS": f"suppressions={ROOT}/tests/support/leaks.supp"}
 
 

@@ -10,7 +10,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 
 namespace headless = platform::headless;
 
@@ -52,6 +54,13 @@ class Driver : public ::testing::Test {
     static stProcessRecord& Mailbox() { return platform::SharedSegment()->CommandTable[0]; }
     static i32 Swap(void* hdc = Handle(0x1000)) { return GL_wglSwapBuffers(hdc); }
 };
+
+/// A mapping that another flavour made: 256 bytes that begin with its tag.
+static void SeedTag(const char (&szTag)[4]) {
+    char aBlock[256] = {};
+    std::copy(std::begin(szTag), std::end(szTag), aBlock);
+    headless::SeedMapping(g_szMapping, aBlock, sizeof aBlock);
+}
 
 TEST_F(Driver, WithoutAHookOnlyTheRealSwapRuns) {
     g_bHooked = false;
@@ -134,7 +143,7 @@ TEST_F(Driver, ClosingTheMappingLeavesNothingOpen) {
 }
 
 TEST_F(Driver, MappingThatSaysD3DFirstStopsDrawingButNotReporting) {
-    headless::SeedMapping(g_szMapping, "D3D", 256);
+    SeedTag("D3D");
     EnableFPSLimiter = 1;
     Swap();
     Swap();
@@ -148,14 +157,14 @@ TEST_F(Driver, MappingThatSaysD3DFirstStopsDrawingButNotReporting) {
 }
 
 TEST_F(Driver, OwnedProcessStillTakesCommands) {
-    headless::SeedMapping(g_szMapping, "D3D", 256);
+    SeedTag("D3D");
     Mailbox().bChanged = 1;
     Swap();
     EXPECT_EQ(Mailbox().bChanged, 0);
 }
 
 TEST_F(Driver, AnyOtherTagIsOverwritten) {
-    headless::SeedMapping(g_szMapping, "VLK", 256);
+    SeedTag("VLK");
     Swap();
     EXPECT_FALSE(g_bOtherApiOwnsProcess);
     EXPECT_EQ(g_uCallCount, 1u);
