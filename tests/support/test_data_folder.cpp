@@ -1,7 +1,5 @@
 #include "tests/support/test_data_folder.h"
 
-#include "platform/headless/test_controls.h"
-
 #include <chrono>
 #include <filesystem>
 #include <fstream>
@@ -17,12 +15,12 @@ static std::string FreshRoot() {
     return (fs::temp_directory_path() / strName).generic_string();
 }
 
-CTestDataFolder::CTestDataFolder(bool bWithShaders)
-    : m_strRoot(FreshRoot()), m_strData(m_strRoot + "/ZARN/Orvin Deck/ORVIN-OSD/Data/") {
+void CTestDataFolder::Make(bool bWithShaders) {
+    m_strRoot = FreshRoot();
+    m_strData = m_strRoot + "/ZARN/Orvin Deck/ORVIN-OSD/Data/";
     fs::create_directories(m_strData);
     if (bWithShaders)
         fs::copy(fs::path(ORVIN_SOURCE_DIR) / "shaders", m_strData, fs::copy_options::recursive);
-    platform::headless::SetCommonDataFolder(m_strRoot);
 }
 
 CTestDataFolder::~CTestDataFolder() {

@@ -1,11 +1,16 @@
 #pragma once
 // A data folder of a test's own, which the headless back-end names as the common one while it lives.
+#include "platform/headless/test_controls.h"
+
 #include <string>
 
 class CTestDataFolder {
   public:
     /// An empty data folder, or one with the shaders of the source tree.
-    explicit CTestDataFolder(bool bWithShaders = true);
+    explicit CTestDataFolder(bool bWithShaders = true) {
+        Make(bWithShaders);
+        platform::headless::SetCommonDataFolder(m_strRoot);
+    }
     CTestDataFolder(const CTestDataFolder&) = delete;
     CTestDataFolder& operator=(const CTestDataFolder&) = delete;
     /// Removes the folder and everything in it.
@@ -19,6 +24,8 @@ class CTestDataFolder {
     void Remove(const std::string& strName) const;
 
   private:
+    void Make(bool bWithShaders);
+
     std::string m_strRoot;
     std::string m_strData;
 };
