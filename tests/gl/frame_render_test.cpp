@@ -70,7 +70,8 @@ TEST_F(FrameRender, TurningItOnAgainResumesWithoutARebuild) {
 }
 
 TEST_F(FrameRender, ProcessOwnedByD3DMakesNoOverlayCall) {
-    headless::SeedMapping("[RV5-OSD][PID:4242]", "D3D", 256);
+    char aBlock[256] = "D3D";
+    headless::SeedMapping("[RV5-OSD][PID:4242]", aBlock, sizeof aBlock);
     ASSERT_TRUE(Begin(true));
     const std::vector<std::string> vecCalls = RecordSwap();
     ASSERT_EQ(vecCalls.size(), 1u);
