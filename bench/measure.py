@@ -84,6 +84,8 @@ class Bench:
                 process.terminate()
                 process.wait(10)
         shutil.rmtree(self.folder, ignore_errors=True)
+        for left in pathlib.Path("/dev/shm").glob(f"*{self.folder.name}*"):
+            left.unlink()
 
     def ask(self, *arguments):
         done = subprocess.run([self.companion, *arguments], env=self.env, capture_output=True, text=True, timeout=30)
