@@ -98,6 +98,9 @@ struct State {
     u32 m_uStarted = 0;
     u32 m_uKilled = 0;
     u32 m_uSpinCount = 0;
+    bool m_bGlewFails = false;
+    u32 m_uGlewCalls = 0;
+    void (*m_fnAfterGlew)() = nullptr;
     u32 m_uSections = 0;
 
     std::vector<std::string> m_vecLog;

@@ -135,6 +135,13 @@ u32 ClientSizeCalls();
 /// Drops the overrides above.
 void UseRealSurface();
 
+// --- entry points of the GL
+/// Makes InitGlew() fail (default false). Calls so far.
+void SetGlewInitFails(bool bFails);
+u32 GlewInitCalls();
+/// Called at the end of every InitGlew() that succeeds, e.g. to take entry points away; null for none.
+void SetAfterGlewInit(void (*fnCallback)());
+
 // --- threads
 // --------------------------------------------------------------------------------------------------
 /// Real: started at once. Held: recorded, run only by RunHeldThread(). Refused: StartThread() answers null.

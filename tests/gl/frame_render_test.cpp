@@ -10,7 +10,10 @@
 #include "tests/gl/frame_fixture.h"
 #include "tests/support/gl_recorder.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <utility>
+#include <vector>
 
 using gl_recorder::Call;
 namespace headless = platform::headless;
@@ -169,6 +172,40 @@ TEST_F(FrameRender, SizeIsAskedAtMostFiveTimesASecond) {
     for (int i = 0; i < 600; ++i) Swap();
     EXPECT_LE(headless::ClientSizeCalls() - uBefore, 50u) << "in ten seconds";
     EXPECT_GE(headless::ClientSizeCalls() - uBefore, 40u);
+}
+
+TEST_F(FrameRender, FiveFailuresOfTheEntryPointsEndTheTries) {
+    ASSERT_TRUE(Begin(true));
+    headless::SetGlewInitFails(true);
+    const u32 uBefore = headless::GlewInitCalls();
+    for (u32 u = 1; u <= 8; ++u) {
+        EXPECT_EQ(Swap(), 1);
+        EXPECT_EQ(g_iInitFailCount, std::min(u, 5u));
+    }
+    EXPECT_EQ(headless::GlewInitCalls() - uBefore, 5u);
+    headless::SetGlewInitFails(false);
+    Swap();
+    EXPECT_FALSE(g_bInitGL) << "given up for the life of the process";
+}
+
+static std::vector<std::pair<GLuint, const GLfloat*>> s_vecVectors;
+
+TEST_F(FrameRender, AMissingEntryPointForSeveralVectorsIsServedByTheOneForASingleVector) {
+    headless::SetAfterGlewInit([] {
+        glProgramLocalParameters4fvEXT = nullptr;
+        glProgramLocalParameter4fvARB = [](GLenum, GLuint uIndex, const GLfloat* pValues) {
+            s_vecVectors.emplace_back(uIndex, pValues);
+        };
+    });
+    ASSERT_TRUE(Begin(true));
+    ASSERT_TRUE(RunUntilBuilt());
+    ASSERT_TRUE(glProgramLocalParameters4fvEXT);
+    const GLfloat afValues[12] = {};
+    s_vecVectors.clear();
+    glProgramLocalParameters4fvEXT(GL_VERTEX_PROGRAM_ARB, 7, 3, afValues);
+    const std::vector<std::pair<GLuint, const GLfloat*>> vecExpected = {
+        {7, afValues}, {8, afValues + 4}, {9, afValues + 8}};
+    EXPECT_EQ(s_vecVectors, vecExpected);
 }
 
 TEST_F(FrameRender, MissingShadersAreRetriedEachFrameAndLeaveTheStateAsItStands) {
