@@ -1,0 +1,40 @@
+#pragma once
+// Texture of the OpenGL flavour: one texture object a frame. Every operation that it overrides needs the
+// context current.
+#include "draw/texture.h"
+
+/// What a format code means to OpenGL; zeros for a code without meaning.
+struct stGLFormat {
+    u32 m_uFormat, m_uType;
+    i32 m_iInternal;
+};
+
+/// False, with zeros, for a code that is not in the table.
+bool g_fnFindGLFormat(u32 uFormat, stGLFormat* pOut) noexcept;
+
+class CTexture2D_GL : public virtual CTexture_Base {
+  public:
+    /// Deletes former texture objects first. A format unknown to OpenGL does not stop the creation.
+    bool m_fnCreate(u32 uWidth, u32 uHeight, u32 uFormat, u32 uFrames, bool bMipmap) override;
+    /// Specifies one level anew, or the whole chain; nothing is ever updated in part. False for a frame or
+    /// level that does not exist.
+    bool m_fnUploadLevel(const void* pPixels, u32 uFrame, u32 uLevel) override;
+    /// Steps an animation, binds, and sets every parameter anew: what the application left is not trusted.
+    void m_fnBindUnit(u32 uUnit) override;
+    void m_fnRelease() override;
+    ~CTexture2D_GL() override;
+
+    u32* m_pNames = nullptr; ///< m_uFrameCount names
+    u32 m_uGLFormat = 0;
+    u32 m_uGLType = 0;
+    i32 m_iGLInternal = 0;
+
+  private:
+    u32 m_uNameCount = 0;
+    u32 ShownName() const;
+    void SetFilters() const;
+    void SpecifyLevel(const void* pPixels, u32 uLevel) const;
+};
+
+/// Entry of the creation table; null when out of memory.
+CTexture_Base* CreateTexture_GL();
