@@ -13,6 +13,7 @@
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <sys/mman.h>
@@ -84,6 +85,17 @@ std::string SegmentName() {
     std::replace_if(
         strSuffix.begin(), strSuffix.end(), [](char c) { return c == '/' || c == '\\'; }, '_');
     return std::string(kSegmentName) + "-" + strSuffix;
+}
+
+/// A killed program leaves its API claim behind, in memory that nothing else would free.
+void RemoveDeadClaims() {
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator("/dev/shm", error)) {
+        int iProcessId = 0;
+        const std::string strName = entry.path().filename().string();
+        if (std::sscanf(strName.c_str(), "[RV5-OSD][PID:%d]", &iProcessId) != 1 || iProcessId <= 0) continue;
+        if (kill(iProcessId, 0) != 0 && errno == ESRCH) shm_unlink(("/" + strName).c_str());
+    }
 }
 
 bool PreloadsCleanly(const std::string& strPath) {
@@ -187,6 +199,7 @@ Result Run(const RunRequest& stRequest, const ControlLibrary&, int&) {
     if (!PreloadsCleanly(strPreload)) {
         return Result::Fail("a path with blanks or colons cannot be preloaded: " + strPreload);
     }
+    RemoveDeadClaims();
     const char* szBefore = std::getenv("LD_PRELOAD");
     const bool bBefore = szBefore != nullptr && *szBefore != '\0';
     setenv("LD_PRELOAD", (strPreload + (bBefore ? ":" + std::string(szBefore) : "")).c_str(), 1);

@@ -31,10 +31,10 @@ static constexpr u32 g_uApiMappingBytes = 256;
 
 static u32 Low32(const void* p) { return static_cast<u32>(reinterpret_cast<std::uintptr_t>(p)); }
 
+/// Through the trampoline if one was made, else the looked-up entry, else the imported one.
 static i32 RealSwap(void* hdc) {
-    using SwapFunction = i32 (*)(void*);
-    if (g_pTrampoline) return reinterpret_cast<SwapFunction>(g_pTrampoline)(hdc);
-    return platform::ImportedSwapBuffers(hdc);
+    void* const pEntry = g_pTrampoline ? g_pTrampoline : pOrg_GL_wglSwapBuffers;
+    return pEntry ? reinterpret_cast<i32 (*)(void*)>(pEntry)(hdc) : platform::ImportedSwapBuffers(hdc);
 }
 
 /// Drains one error, which the calls that a core profile rejects leave behind.

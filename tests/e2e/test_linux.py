@@ -1,6 +1,7 @@
 """The whole road on Linux: companion, preload, host program, overlay, pictures and segment."""
 import mmap
 import os
+import pathlib
 import random
 import re
 import subprocess
@@ -73,9 +74,11 @@ class Picture(LinuxCase):
         self.assertIsNone(difference_box(Image.open(before), Image.open(shown)))
 
     def test_swap_found_at_run_time_is_covered(self):
-        for through in ("getproc", "dlsym"):
-            with self.subTest(through=through):
-                before, shown = self.pictures("--swap-through", through)
+        ways = [("host_glx", "getproc"), ("host_glx", "dlsym"), ("host_egl", "getproc"), ("host_egl", "dlsym"),
+                ("host_egl", "damage-khr"), ("host_egl", "damage-ext")]
+        for name, through in ways:
+            with self.subTest(host=name, through=through):
+                before, shown = self.pictures("--swap-through", through, name=name)
                 self.assertIsNotNone(difference_box(before, shown))
 
     def test_context_below_3_2_is_left_alone(self):
@@ -121,6 +124,17 @@ class Robustness(LinuxCase):
         time.sleep(0.5)
         stop.touch()
         self.assertEqual(process.wait(60), 0, process.log.read_text(errors="replace"))
+
+    def test_the_next_start_removes_what_a_killed_program_left(self):
+        stop = self.folder / "stop"
+        process = self.programs.with_overlay([LINUX / "host_glx", "--frames", "1000000", "--stop-file", stop])
+        claim = pathlib.Path(f"/dev/shm/[RV5-OSD][PID:{process.pid}]")
+        wait_until(claim.exists)
+        process.kill()
+        process.wait(10)
+        self.assertTrue(claim.exists())
+        self.host("--frames", "10")
+        self.assertFalse(claim.exists())
 
 
 class Commands(LinuxCase):

@@ -69,6 +69,10 @@ class Robustness(WineCase):
             with self.subTest(kind=kind):
                 self.assertIn("frames", self.host("--frames", "90", *kind))
 
+    def test_random_bytes_in_the_whole_section_while_a_host_swaps(self):
+        lines = self.host("--frames", "400", "--scribble", "ORVIN-OSD64-GL.dll")
+        self.assertEqual((lines["scribbles_on"], lines["frames"]), ("ORVIN-OSD64-GL.dll", "400"))
+
     def test_missing_shader_leaves_the_host_running(self):
         shader = self.programs.data / "DrawBasic_GL_C.fs"
         aside = self.folder / "aside"
@@ -108,6 +112,25 @@ class Foreign(WineCase):
         picture = self.look("gears", True)
         self.assertIn(ACCENT, picture.crop((0, 0, 330, 330)).getdata())
         self.assertNotIn(ACCENT, self.look("gears", False).crop((0, 0, 330, 330)).getdata())
+
+
+class Hooks(WineCase):
+    def drawn_over(self):
+        """Whether a host that was started by hand shows the overlay; hosts pump messages, so a system hook finds them."""
+        before, shown = self.folder / "plain.ppm", self.folder / "hooked.ppm"
+        self.host("--frames", "95", "--dump-ppm", f"{shown}@90", "--dump-before", str(before), overlay=False)
+        return difference_box(Image.open(before).convert("RGB"), Image.open(shown).convert("RGB")) is not None
+
+    def test_system_hook_reaches_programs_until_another_companion_ends_it(self):
+        self.assertFalse(self.drawn_over())
+        hook = self.programs.wine(self.companion, "hook", "--yes")
+        wait_until(lambda: "every program" in hook.log.read_text(errors="replace"))
+        time.sleep(2)
+        self.assertTrue(self.drawn_over())
+        code, output = self.programs.ask("unhook")
+        self.assertEqual(code, 0, output)
+        self.assertEqual(hook.wait(30), 0, hook.log.read_text(errors="replace"))
+        self.assertFalse(self.drawn_over())
 
 
 class Commands(WineCase):

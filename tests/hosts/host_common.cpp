@@ -221,6 +221,7 @@ void CHostLoop::m_fnAfterSwap(u32 uFrame, stHostContext&, WindowRef pWindow) {
         m_fnPrint("presented_from", m_pSystem->m_fnPresentedFrom());
         if (!WritePpm(m_st.strDumpPpm, m_pSystem->m_fnReadPresented(pWindow))) m_fnPrint("dump", "failed");
     }
+    if (!m_st.strScribble.empty()) m_pSystem->m_fnScribble(m_st.strScribble, uFrame);
     if (m_fnBenchFrame) m_fnBenchFrame();
     if (m_st.uFpsCap) std::this_thread::sleep_for(std::chrono::nanoseconds(1000000000 / m_st.uFpsCap));
 }

@@ -20,8 +20,9 @@ struct stHostOptions {
     u32 uMeasureFrom = 0;            ///< frame number at which cost is taken up
     bool bPrintState = false, bPrintErrors = false;
     std::string strSurface = "window";     ///< EGL only: window, pbuffer or surfaceless
-    std::string strSwapThrough = "import"; ///< import, getproc or dlsym
+    std::string strSwapThrough = "import"; ///< import, getproc or dlsym; EGL: damage-khr or damage-ext too
     std::string strLoadLibrary;            ///< Win32 only
+    std::string strScribble;               ///< Win32 only: module whose shared sections are overwritten
     std::string strDumpPpm, strDumpBefore, strStamps, strWaitFile, strReadyFile, strStopFile;
     u32 uDumpFrame = 0; ///< frame number (first is 1) whose picture is written
 };
@@ -56,6 +57,8 @@ class CWindowSystem {
     /// How m_fnReadPresented gets it, for the "presented_from" line.
     virtual const char* m_fnPresentedFrom() const = 0;
     virtual void* m_fnGetProc(const char* szName) = 0;
+    /// Writes random bytes into the shared sections of a loaded module; nothing while it isn't loaded.
+    virtual void m_fnScribble(const std::string&, u32) {}
     /// Called at the end of each frame when a measuring tool was put into the process; null otherwise.
     virtual void (*m_fnFrameHook())() { return nullptr; }
 };

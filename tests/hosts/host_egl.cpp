@@ -11,6 +11,7 @@
 namespace {
 
 using SwapFunction = EGLBoolean (*)(EGLDisplay, EGLSurface);
+using DamageFunction = EGLBoolean (*)(EGLDisplay, EGLSurface, const EGLint*, EGLint);
 
 /// An EGL surface with its X window; the window is 0 for a pbuffer, the surface null without surfaces.
 struct stEglWindow {
@@ -44,12 +45,14 @@ class CEglSystem final : public CWindowSystem {
 
   private:
     bool m_fnChooseConfig();
+    bool m_fnFindSwap();
     EGLSurface m_fnMakeSurface(Window uWindow, u32 uWidth, u32 uHeight);
     stHostOptions m_stOptions;
     std::unique_ptr<CX11Windows> m_pWindows;
     EGLDisplay m_pDisplay = EGL_NO_DISPLAY;
     EGLConfig m_pConfig = nullptr;
     SwapFunction m_fnSwapBuffers = nullptr;
+    DamageFunction m_fnSwapDamage = nullptr;
     bool m_bOnWindows = true;
 };
 
@@ -64,12 +67,23 @@ bool CEglSystem::m_fnOpen(const stHostOptions& stOptions) {
         m_pDisplay = eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
     }
     if (!eglInitialize(m_pDisplay, nullptr, nullptr) || !eglBindAPI(EGL_OPENGL_API)) return false;
+    return m_fnFindSwap() && m_fnChooseConfig();
+}
+
+bool CEglSystem::m_fnFindSwap() {
+    const std::string& strThrough = m_stOptions.strSwapThrough;
+    if (strThrough == "import") return true;
+    const bool bDamage = strThrough.starts_with("damage-");
     void* pSwap = nullptr;
-    if (stOptions.strSwapThrough == "getproc") pSwap = m_fnGetProc("eglSwapBuffers");
-    if (stOptions.strSwapThrough == "dlsym") pSwap = LookupInLibrary("libEGL.so.1", "eglSwapBuffers");
-    if (stOptions.strSwapThrough != "import" && !pSwap) return false;
-    std::memcpy(&m_fnSwapBuffers, &pSwap, sizeof pSwap);
-    return m_fnChooseConfig();
+    if (strThrough == "getproc") pSwap = m_fnGetProc("eglSwapBuffers");
+    if (strThrough == "dlsym") pSwap = LookupInLibrary("libEGL.so.1", "eglSwapBuffers");
+    if (strThrough == "damage-khr") pSwap = m_fnGetProc("eglSwapBuffersWithDamageKHR");
+    if (strThrough == "damage-ext") pSwap = m_fnGetProc("eglSwapBuffersWithDamageEXT");
+    if (bDamage)
+        std::memcpy(&m_fnSwapDamage, &pSwap, sizeof pSwap);
+    else
+        std::memcpy(&m_fnSwapBuffers, &pSwap, sizeof pSwap);
+    return pSwap != nullptr;
 }
 
 bool CEglSystem::m_fnChooseConfig() {
@@ -146,6 +160,9 @@ bool CEglSystem::m_fnMakeCurrent(WindowRef pWindow, ContextRef pContext) {
 
 bool CEglSystem::m_fnSwap(WindowRef pWindow) {
     EGLSurface pSurface = static_cast<stEglWindow*>(pWindow)->pSurface;
+    // The whole window as damage: what a careful program passes after drawing everything.
+    const EGLint iDamage[4] = {0, 0, EGLint(m_stOptions.uWidth), EGLint(m_stOptions.uHeight)};
+    if (m_fnSwapDamage) return m_fnSwapDamage(m_pDisplay, pSurface, iDamage, 1);
     return m_fnSwapBuffers ? m_fnSwapBuffers(m_pDisplay, pSurface) : eglSwapBuffers(m_pDisplay, pSurface);
 }
 

@@ -1,7 +1,9 @@
 // The host program over WGL: plain Win32 windows, legacy or attribute-made contexts.
 #include "tests/hosts/host_gl.h"
 #include <GL/wglext.h>
+#include <algorithm>
 #include <cstring>
+#include <random>
 
 namespace {
 
@@ -28,6 +30,7 @@ class CWglSystem final : public CWindowSystem {
     stPicture m_fnReadPresented(WindowRef pWindow) override;
     const char* m_fnPresentedFrom() const override { return "screen (BitBlt)"; }
     void* m_fnGetProc(const char* szName) override;
+    void m_fnScribble(const std::string& strModule, u32 uFrame) override;
 
   private:
     void m_fnFinish();
@@ -184,6 +187,27 @@ stPicture CWglSystem::m_fnReadPresented(WindowRef pWindow) {
 void CWglSystem::m_fnFinish() {
     stHostGl stGl;
     if (LoadHostGl(*this, stGl)) stGl.Finish();
+}
+
+/// Random bytes over a random part of the block, the whole of it now and then.
+void ScribbleOver(u8* pBlock, u32 uBytes, std::mt19937& random) {
+    u32 uStart = random() % uBytes, uCount = random() % (uBytes - uStart) + 1;
+    if (random() % 16 == 0) uStart = 0, uCount = uBytes;
+    if (random() % 2) uCount = std::min(uCount, 64u);
+    for (u32 i = 0; i < uCount; ++i) pBlock[uStart + i] = u8(random());
+}
+
+void CWglSystem::m_fnScribble(const std::string& strModule, u32 uFrame) {
+    auto* pImage = reinterpret_cast<u8*>(GetModuleHandleA(strModule.c_str()));
+    if (!pImage) return;
+    if (uFrame == 1) PrintLine("scribbles_on", strModule);
+    static std::mt19937 s_random(20261121);
+    const auto* pHeader =
+        reinterpret_cast<IMAGE_NT_HEADERS*>(pImage + reinterpret_cast<IMAGE_DOS_HEADER*>(pImage)->e_lfanew);
+    const IMAGE_SECTION_HEADER* pSection = IMAGE_FIRST_SECTION(pHeader);
+    for (u32 i = 0; i < pHeader->FileHeader.NumberOfSections; ++i, ++pSection)
+        if (pSection->Characteristics & IMAGE_SCN_MEM_SHARED)
+            ScribbleOver(pImage + pSection->VirtualAddress, pSection->Misc.VirtualSize, s_random);
 }
 
 void* CWglSystem::m_fnGetProc(const char* szName) {

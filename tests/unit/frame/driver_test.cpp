@@ -38,7 +38,7 @@ class Driver : public ::testing::Test {
     }
     static void ResetGlobals() {
         g_bHooked = false;
-        g_pTrampoline = nullptr;
+        g_pTrampoline = pOrg_GL_wglSwapBuffers = nullptr;
         g_bInitGL = g_bInitGLEW = false;
         g_iInitFailCount = g_uCallCount = g_uApiCode = 0;
         g_bPipelineIdle = true;
@@ -96,6 +96,14 @@ TEST_F(Driver, RealSwapGoesThroughTheTrampolineIfThereIsOne) {
     g_iInitFailCount = g_uInitFailForGood;
     g_pTrampoline = reinterpret_cast<void*>(&TrampolineSwap);
     EXPECT_EQ(Swap(), 99);
+    EXPECT_EQ(headless::ImportedSwapCalls(), 0u);
+}
+
+static i32 PlainEntry(void* hdc) { return hdc == Handle(0x1000) ? 77 : 0; }
+
+TEST_F(Driver, WithoutTrampolineTheLookedUpEntryIsCalled) {
+    pOrg_GL_wglSwapBuffers = reinterpret_cast<void*>(&PlainEntry);
+    EXPECT_EQ(Swap(), 77);
     EXPECT_EQ(headless::ImportedSwapCalls(), 0u);
 }
 
