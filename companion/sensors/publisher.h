@@ -1,0 +1,59 @@
+#pragma once
+// Puts readings into the shared segment, through the exports of the overlay's library.
+#include "companion/control_library.h"
+#include "companion/sensors/reading.h"
+#include <map>
+#include <string>
+#include <vector>
+
+namespace companion::sensors {
+
+/// Names with their values, as published.
+using ValueMap = std::map<std::string, i32>;
+
+/// The exports that publication uses and the segment they write.
+struct PublishTarget {
+    decltype(&::SetMonitorDataOffsetFromGWexeToGWDll_GL) fnSetOffsets = nullptr;
+    decltype(&::SetMonitorDataFromGWexeToGWDll_GL) fnSetData = nullptr;
+    decltype(&::SetMonitorFilterDataFromGWexeToGWDll_GL) fnSetFilter = nullptr;
+    decltype(&::sendCmd_GWDLL_GL) fnSendCommand = nullptr;
+    const stSharedSegment* pSegment = nullptr;
+};
+
+PublishTarget TargetOf(const ControlLibrary& stLibrary);
+
+/// Owns the layout of the raw block: one i32 a name in ascending name order, then the names as text (see
+/// published.h). Names and values are published whole into the other bank when the set changes, else the
+/// values go into the current bank. Nothing is assumed of an earlier companion: the first publication is a
+/// whole one, and so is the next after another companion published.
+class Publisher {
+  public:
+    explicit Publisher(const PublishTarget& stTarget);
+
+    enum class Outcome { Nothing, Values, Names };
+    /// Publishes all readings that have a value; of several with one name the first counts. Names that cannot
+    /// stand in the tree, and those beyond its room, are left out.
+    Outcome Publish(const std::vector<Reading>& listReadings);
+    Outcome Publish(const ValueMap& mapValues);
+
+    /// Names now published, with their values.
+    const ValueMap& Values() const { return m_mapValues; }
+
+  private:
+    bool IsOursInPlace() const;
+    void PublishNames();
+    void PublishValues();
+
+    PublishTarget m_stTarget;
+    ValueMap m_mapValues;
+    std::map<std::string, u32> m_mapOffsets;
+    std::vector<u8> m_aRaw;  ///< values, then the names
+    std::vector<u8> m_aTree; ///< the bank of the name tree as it was published
+    bool m_bPublished = false;
+};
+
+/// Why a name cannot be published; empty if it can: 1 to 255 printable characters of ASCII, no blank, not one
+/// of the overlay's own names.
+std::string NameFault(const std::string& strName);
+
+} // namespace companion::sensors
