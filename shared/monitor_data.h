@@ -1,0 +1,63 @@
+#pragma once
+// From a data name, such as "GPU_CLK#0" or "FPS_AVG", to a pointer to its 32-bit value.
+//
+// Two sources: what the overlay measures in this process (APP data, ordinary variables) and what the
+// companion publishes in the current data bank of the shared segment. Render thread only.
+#include "platform/types.h"
+#include <cstddef>
+#include <cstring>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+
+/// Largest offset of a value in a raw data bank.
+constexpr u32 g_uMaxRawDataOffset = 16380;
+
+/// One APP value.
+struct stAppData {
+    u32 m_uDecimals; ///< decimals shown
+    u32 m_uDivisor;  ///< the raw value is divided by it
+    const u32* m_pData;
+};
+
+/// The APP values by name, filled together; keys are plain names without an index.
+extern std::map<std::string, stAppData, std::less<>> g_mapAppData;
+extern std::map<std::string, const u32*, std::less<>> g_mapAppDataPtr;
+extern std::set<std::string, std::less<>> g_setAppDataNames;
+
+/// A row of the APP table.
+struct stAppDataRow {
+    const char* m_szName;
+    stAppData m_stData;
+};
+constexpr u32 g_uAppDataRows = 11;
+extern const stAppDataRow g_astAppDataRows[g_uAppDataRows];
+
+/// The values of "PID" and "TID".
+extern u32 g_uPID, g_uTID;
+
+/// Enters a name into all three lookups; a name that is known already gets the new record.
+void g_fnRegisterAppData(const char* szName, u32 uDecimals, u32 uDivisor, const u32* pData);
+/// Registers all rows of the table, then sets "PID" and "TID" from the current ids. Runs at the head of every
+/// list build.
+void g_fnRegisterAllAppData();
+
+/// Address of a name's value, or null. An address in a data bank stays valid for good but belongs to the bank
+/// that was current now; it may be unaligned: read through g_fnReadData.
+const u32* g_fnGetMonitorDataPtr(const char* szDataFullName) noexcept;
+/// Writes "%s#%d" of the two, cut to the buffer. False if it was cut.
+bool g_fnGetDataFullName(i32 iIndex, const char* szBaseName, char* szBuffer, std::size_t uBytes) noexcept;
+template <std::size_t uBytes>
+bool g_fnGetDataFullName(i32 iIndex, const char* szBaseName, char (&szBuffer)[uBytes]) noexcept {
+    return g_fnGetDataFullName(iIndex, szBaseName, szBuffer, uBytes);
+}
+/// The two above in one.
+const u32* g_fnGetMonitorDataPtrByIndex(i32 iIndex, const char* szBaseName) noexcept;
+
+/// The value behind such a pointer, which must not be null.
+inline i32 g_fnReadData(const u32* pData) noexcept {
+    i32 iValue;
+    std::memcpy(&iValue, static_cast<const void*>(pData), sizeof iValue);
+    return iValue;
+}
