@@ -1,0 +1,27 @@
+#pragma once
+// Text boxes from records, and the memo files that some of them show.
+#include "platform/types.h"
+
+#include <span>
+
+/// One text box to make. Lengths in canvas units.
+struct stTextInit {
+    u64 u64LB_ID;
+    u32 uFont; ///< place in g_ppFont
+    f32 fTextSize;
+    f32 fSpacingX, fSpacingY;
+    i32 iAnchorCode;
+    i32 iX, iY;
+    i32 iWidth, iHeight; ///< read where the size does not follow the text, or the text is clipped to it
+    u8 u8TextR, u8TextG, u8TextB, u8TextA;
+    u8 u8ShadowR, u8ShadowG, u8ShadowB, u8ShadowA;
+    bool bAutoSize;  ///< the size follows the text; otherwise lines wrap at iWidth
+    bool bFitToText; ///< with bAutoSize: false cuts the text off at a window of iWidth
+    bool bShadow;
+    bool bMemo;             ///< wzText names a file in the profile folder
+    const char16_t* wzText; ///< the text or the file's name; must live during the call only
+};
+
+/// Makes and registers one text box per record, in order; a memo without a file is passed over. False if one
+/// could not be made, also for want of a text in a memo file; those made before it stay.
+bool g_fnCreateTextBoxes(std::span<const stTextInit> records);
