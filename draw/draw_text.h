@@ -1,11 +1,15 @@
 #pragma once
 // The batcher of everything that uses a glyph atlas: lists of controls by font, free of any graphics API.
 #include "draw/draw_base.h"
+#include "draw/text_vertex.h"
 
 #include <memory>
 
 class CControl;
 class CFontUniCode;
+
+/// Text gets a halo; a setting of the profile. It chooses the program, nothing else.
+extern bool g_bTextGlow;
 
 /// Capacity of the lists.
 constexpr u32 g_uMaxTextFonts = 64, g_uMaxFontControls = 1024;
@@ -27,7 +31,7 @@ class CDrawText_Base : public virtual CDraw_Base {
     /// Takes fonts and controls from the manager anew. Fonts without controls stay out unless they are to
     /// stay (see g_fnSetFontToStay).
     virtual void m_fnBuildFontLists();
-    /// The same, but a manager without a list of fonts leaves m_uFontCount alone.
+    /// The same, but without a manager m_uFontCount is left alone.
     virtual void m_fnBuildFontListsIfAny();
     virtual void m_fnReserved5Text();
     /// Binds the font's atlas and draws the controls at m_uFontIndex.

@@ -5,14 +5,6 @@
 
 #include <memory>
 
-/// Vertex of a text control.
-struct stTextVertex {
-    f32 m_afPos[2];   ///< canvas units, relative to the control
-    f32 m_afTex[2];   ///< of the atlas, 0 to 1, from its top left
-    f32 m_afColor[4]; ///< red, green, blue, alpha, each 0 to 1
-};
-static_assert(sizeof(stTextVertex) == 32, "the shaders read 32 bytes a vertex");
-
 class CDrawText_GL : public CDrawText_Base {
   public:
     CDrawText_GL() = default;
@@ -35,9 +27,6 @@ class CDrawText_GL : public CDrawText_Base {
     i32 m_iLocProj = -1, m_iLocView = -1, m_iLocWorld = -1, m_iLocFontColor = -1;
     f32 m_mProj[16] = {};
 };
-
-/// Text gets a halo; a setting of the profile.
-extern bool g_bTextGlow;
 
 /// Entry of the creation table; null when out of memory.
 CDrawText_Base* CreateDrawText_GL();
