@@ -1,7 +1,6 @@
 #pragma once
 // The batcher of everything that uses a glyph atlas: lists of controls by font, free of any graphics API.
 #include "draw/draw_base.h"
-#include "draw/text_vertex.h"
 
 #include <memory>
 
