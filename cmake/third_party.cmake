@@ -1,13 +1,20 @@
-# Linux: installed packages by find_package. Win32: Debian source packages unpacked by third_party/fetch.
+# Linux: installed packages by find_package. Win32: Debian source packages unpacked by third_party/fetch. tinyxml2 is
+# built from its source package on both, since an installed one is shared with the host.
 find_package(Threads REQUIRED)
 add_library(orvin_glew_headers INTERFACE)
 add_library(orvin_gtest INTERFACE)
 
+set(ORVIN_SOURCES_DIR ${CMAKE_SOURCE_DIR}/build/third_party CACHE PATH "unpacked Debian source packages")
+if(NOT EXISTS ${ORVIN_SOURCES_DIR}/tinyxml2/tinyxml2.cpp)
+  message(FATAL_ERROR "third-party sources are missing: run third_party/fetch ${ORVIN_SOURCES_DIR}")
+endif()
+add_library(orvin_tinyxml2 STATIC ${ORVIN_SOURCES_DIR}/tinyxml2/tinyxml2.cpp)
+target_include_directories(orvin_tinyxml2 SYSTEM PUBLIC ${ORVIN_SOURCES_DIR}/tinyxml2)
+if(ORVIN_SANITIZE MATCHES "address")
+  target_compile_options(orvin_tinyxml2 PRIVATE -fsanitize=address -fno-omit-frame-pointer)
+endif()
+
 if(WIN32)
-  set(ORVIN_SOURCES_DIR ${CMAKE_SOURCE_DIR}/build/third_party CACHE PATH "unpacked Debian source packages")
-  if(NOT EXISTS ${ORVIN_SOURCES_DIR}/glew/src/glew.c)
-    message(FATAL_ERROR "third-party sources are missing: run third_party/fetch ${ORVIN_SOURCES_DIR}")
-  endif()
   target_include_directories(orvin_glew_headers SYSTEM INTERFACE ${ORVIN_SOURCES_DIR}/glew/include)
 
   add_library(orvin_glew STATIC ${ORVIN_SOURCES_DIR}/glew/src/glew.c)
