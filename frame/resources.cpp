@@ -68,8 +68,8 @@ static void MakeFrameSamples() {
 }
 
 static void RestartTimers() {
-    for (CTimer* pTimer : {&g_timerFrame, &g_timerFrameTime, &g_timerData, &g_timerStatus, &g_timerShutter,
-                           &g_timerAnimation, &g_timerUpdate})
+    for (CTimer* pTimer : {&g_timerFrame, &g_timerFPS, &g_timerFrameTime, &g_timerData, &g_timerStatus,
+                           &g_timerShutter, &g_timerAnimation, &g_timerUpdate})
         pTimer->Restart();
     g_iStartTime = platform::CounterNow();
 }

@@ -46,6 +46,7 @@ static void AnimateStatus() {
 void g_fnUpdate_Tavo() {
     g_fnSelectManager();
     UpdateFrameTime();
+    g_fnSampleFPS();
     UpdateData();
     g_bUpdateTime[g_uManagerSlot] = 0;
     AnimateStatus();
