@@ -1,10 +1,16 @@
 #include "shared/exports.h"
+#include "frame/log.h"
 #include "platform/process.h"
 #include "platform/shared_block.h"
 #include "shared/console.h"
+#include "shared/data_report.h"
 #include "shared/hooking.h"
+#include "shared/monitor_data.h"
+#include "shared/offset_tree.h"
 #include "shared/process_records.h"
+#include <atomic>
 #include <cstring>
+#include <vector>
 
 using platform::SharedSegment;
 
@@ -13,13 +19,30 @@ namespace {
 /// Number of the message by which the companion hands over the hook handle.
 constexpr u32 c_uMsgHookHandle = 1280;
 
-u32 CurrentBank() noexcept { return g_fnReadOnce(SharedSegment()->uDataBank) > 0 ? 1 : 0; }
-
 bool FitsRawBank(i32 iSize) noexcept { return iSize >= 0 && iSize <= static_cast<i32>(g_uRawDataBytes); }
 
 void CopyRawData(u32 uBank, const void* pData, i32 iSize) noexcept {
     if (pData && FitsRawBank(iSize))
         std::memcpy(SharedSegment()->RawData[uBank], pData, static_cast<std::size_t>(iSize));
+}
+
+// A tree that does not fit, or for which memory runs out, is written as empty: readers find no name then.
+void WriteDataTable(u32 uBank, const std::map<std::string, u32>& mapOffsets) noexcept {
+    u8* pTable = SharedSegment()->DataTable[uBank];
+    try {
+        const std::vector<u8> vecTree = g_fnSerializeOffsetTree(mapOffsets, g_uDataTableBytes);
+        std::memcpy(pTable, vecTree.data(), vecTree.size());
+    } catch (...) {
+        std::memset(pTable, 0, sizeof(u32));
+    }
+}
+
+void PrintDataReport() noexcept {
+    try {
+        g_fnPrintDataReport();
+    } catch (...) {
+        g_fnLog("GetTavoDataToGWDll() - exception");
+    }
 }
 
 void CopyWhole(void* pTo, const void* pFrom, std::size_t uBytes) noexcept {
@@ -136,17 +159,17 @@ u32 sendCmd_GWDLL_GL(u32 uCommand, u32 uProcessId, u32 uThreadId, i64 iArgument)
 }
 
 void SetMonitorDataFromGWexeToGWDll_GL(const void* pData, i32 iSize) {
-    CopyRawData(CurrentBank(), pData, iSize);
+    CopyRawData(g_fnCurrentDataBank(), pData, iSize);
 }
 
-void SetMonitorDataOffsetFromGWexeToGWDll_GL(const std::map<std::string, u32>&, const void* pData,
+void SetMonitorDataOffsetFromGWexeToGWDll_GL(const std::map<std::string, u32>& mapOffsets, const void* pData,
                                              i32 iSize) {
-    const u32 uBank = CurrentBank() ^ 1;
-    // The head of an empty name tree: readers find no name in this bank.
-    std::memset(SharedSegment()->DataTable[uBank], 0, sizeof(u32));
+    const u32 uBank = g_fnCurrentDataBank() ^ 1;
+    WriteDataTable(uBank, mapOffsets);
     CopyRawData(uBank, pData, iSize);
     // KEEP: the flip comes also when the raw data was refused. It is what publishes the change, so it comes
-    // last.
+    // last, behind all that was written.
+    std::atomic_thread_fence(std::memory_order_release);
     static_cast<volatile u32&>(SharedSegment()->uDataBank) = uBank;
 }
 
@@ -202,11 +225,13 @@ u32 GetAPIVerByTID_GL(u32 uThreadId) {
     return 0;
 }
 
-// No name is known here before documents and monitor names can be read, and 0 is the answer of a failure.
+// Which names a profile shows stands in documents that nothing reads yet, and 0 is the answer of a failure.
 i32 GetDataFullNamesFromProfile_GL(const char16_t*, std::set<std::string>*) { return 0; }
 
 i32 GetTavoDataToGWDll(const char* szSelector) {
-    if (szSelector && szSelector[0] == '1') g_fnPrintExclusionTable();
+    if (!szSelector) return 0;
+    if (szSelector[0] == '0') PrintDataReport();
+    if (szSelector[0] == '1') g_fnPrintExclusionTable();
     return 0;
 }
 

@@ -43,6 +43,8 @@ void g_fnRegisterAppData(const char* szName, u32 uDecimals, u32 uDivisor, const 
 /// list build.
 void g_fnRegisterAllAppData();
 
+/// Bank that is current now, 0 or 1. Read it once and go on with that.
+u32 g_fnCurrentDataBank() noexcept;
 /// Address of a name's value, or null. An address in a data bank stays valid for good but belongs to the bank
 /// that was current now; it may be unaligned: read through g_fnReadData.
 const u32* g_fnGetMonitorDataPtr(const char* szDataFullName) noexcept;

@@ -1,0 +1,93 @@
+#include "shared/monitor_data.h"
+
+#include "frame/log.h"
+#include "frame/statistics.h"
+#include "platform/process.h"
+#include "platform/shared_block.h"
+#include "shared/offset_tree.h"
+#include <cstdio>
+
+std::map<std::string, stAppData, std::less<>> g_mapAppData;
+std::map<std::string, const u32*, std::less<>> g_mapAppDataPtr;
+std::set<std::string, std::less<>> g_setAppDataNames;
+u32 g_uPID = 0;
+u32 g_uTID = 0;
+
+// Of the frame count the low half is shown.
+const stAppDataRow g_astAppDataRows[g_uAppDataRows] = {
+    {"FPS", {0, 1, &g_uFPS}},
+    {"FPS_AVG", {0, 1, &g_uFPS_Avg}},
+    {"FPS_MAX", {0, 1, &g_uFPS_Max}},
+    {"FPS_MIN", {0, 1, &g_uFPS_Min}},
+    {"FPS_50P", {0, 1, &g_uFPS_50P}},
+    {"FPS_1P", {0, 1, &g_uFPS_1P}},
+    {"FPS_01P", {0, 1, &g_uFPS_01P}},
+    {"FRAME_TIME", {2, 100, reinterpret_cast<const u32*>(&g_iFrameTime)}},
+    {"FRAME_CNT", {0, 1, reinterpret_cast<const u32*>(&g_uFrameCnt)}},
+    {"PID", {0, 1, &g_uPID}},
+    {"TID", {0, 1, &g_uTID}},
+};
+
+namespace {
+
+/// Longer names than this are formed by nobody.
+constexpr std::size_t c_uDataFullNameBytes = 512;
+
+/// The log shows the low half of an address.
+u32 Low32(const void* p) noexcept { return static_cast<u32>(reinterpret_cast<std::uintptr_t>(p)); }
+
+const u32* InRawData(const char* szName, u32 uBank, u32 uOffset) noexcept {
+    if (uOffset > g_uMaxRawDataOffset) {
+        g_fnLog("g_fnGetMonitorDataPtr szDataFullName: %s / pData: <error> - RV5 Data / DataOffset: %d",
+                szName, static_cast<i32>(uOffset));
+        return nullptr;
+    }
+    const void* pData = platform::SharedSegment()->RawData[uBank] + uOffset;
+    g_fnLog("g_fnGetMonitorDataPtr szDataFullName: %s / pData: %#x - RV5 Data / DataOffset: %d", szName,
+            Low32(pData), static_cast<i32>(uOffset));
+    return static_cast<const u32*>(pData);
+}
+
+} // namespace
+
+u32 g_fnCurrentDataBank() noexcept { return g_fnReadOnce(platform::SharedSegment()->uDataBank) > 0 ? 1 : 0; }
+
+void g_fnRegisterAppData(const char* szName, u32 uDecimals, u32 uDivisor, const u32* pData) {
+    g_mapAppData.insert_or_assign(szName, stAppData{uDecimals, uDivisor, pData});
+    g_mapAppDataPtr.insert_or_assign(szName, pData);
+    g_setAppDataNames.insert(szName);
+}
+
+void g_fnRegisterAllAppData() {
+    for (const auto& [szName, st] : g_astAppDataRows)
+        g_fnRegisterAppData(szName, st.m_uDecimals, st.m_uDivisor, st.m_pData);
+    g_uPID = platform::CurrentProcessId();
+    g_uTID = platform::CurrentThreadId();
+}
+
+const u32* g_fnGetMonitorDataPtr(const char* szDataFullName) noexcept {
+    const u32 uBank = g_fnCurrentDataBank();
+    if (!szDataFullName) return nullptr;
+    if (const auto it = g_mapAppDataPtr.find(szDataFullName); it != g_mapAppDataPtr.end()) {
+        g_fnLog("g_fnGetMonitorDataPtr szDataFullName: %s / pData: %#x - APP Data", szDataFullName,
+                Low32(it->second));
+        return it->second;
+    }
+    u32 uOffset = 0;
+    if (g_fnFindInOffsetTree(platform::SharedSegment()->DataTable[uBank], g_uDataTableBytes, szDataFullName,
+                             uOffset))
+        return InRawData(szDataFullName, uBank, uOffset);
+    g_fnLog("g_fnGetMonitorDataPtr szDataFullName: %s / pData: NULL - ???", szDataFullName);
+    return nullptr;
+}
+
+bool g_fnGetDataFullName(i32 iIndex, const char* szBaseName, char* szBuffer, std::size_t uBytes) noexcept {
+    const int iLength = std::snprintf(szBuffer, uBytes, "%s#%d", szBaseName, iIndex);
+    return iLength >= 0 && static_cast<std::size_t>(iLength) < uBytes;
+}
+
+const u32* g_fnGetMonitorDataPtrByIndex(i32 iIndex, const char* szBaseName) noexcept {
+    char szName[c_uDataFullNameBytes];
+    if (!szBaseName || !g_fnGetDataFullName(iIndex, szBaseName, szName)) return nullptr;
+    return g_fnGetMonitorDataPtr(szName);
+}
