@@ -3,6 +3,7 @@
 #include "draw/data_path.h"
 #include "draw/matrix.h"
 #include "draw/shape_meshes.h"
+#include "draw/texture_gl.h"
 #include "frame/frame_driver.h"
 #include "platform/gl_api.h"
 
@@ -109,24 +110,6 @@ void CDrawBasic_GL::StartProgram(const GLProgram& program) const {
     program.m_fnSetUniformMatrix4fv("mView", mView, false);
 }
 
-/// Full detail, no comparison, and nothing but black beyond the edge.
-static void SetBackdropSampling() {
-    static const GLfloat afBorder[4] = {0.0f, 0.0f, 0.0f, 1.0f};
-    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MIN_LOD, -1000.0f);
-    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MAX_LOD, 1000.0f);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAX_LEVEL, 1000);
-    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_LOD_BIAS, 0.0f);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_BASE_LEVEL, 0);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_COMPARE_FUNC, GL_ALWAYS);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_COMPARE_MODE, GL_NONE);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_BORDER);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_BORDER);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_R, GL_CLAMP_TO_BORDER);
-    glTexParameterfv(GL_TEXTURE_2D, GL_TEXTURE_BORDER_COLOR, afBorder);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
-}
-
 void CDrawBasic_GL::m_fnRender() {
     if (g_bCaptureBackdrop && m_uBlurProgramCount != 0) RenderBlur();
     RenderColor();
@@ -140,7 +123,7 @@ void CDrawBasic_GL::RenderBlur() {
         program.m_fnSetUniform1i("tex", 0);
         glActiveTexture(GL_TEXTURE0);
         glBindTexture(GL_TEXTURE_2D, g_uCopyTexture);
-        SetBackdropSampling();
+        g_fnSetDrawSampling(GL_LINEAR);
         m_uPass = g_uPassBlur;
         m_uBlurProgramIndex = i;
         m_fnDrawList(g_keyBlurByDiameter[m_uBlurDiameters[i]]);

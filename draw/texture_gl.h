@@ -12,6 +12,10 @@ struct stGLFormat {
 /// False, with zeros, for a code that is not in the table.
 bool g_fnFindGLFormat(u32 uFormat, stGLFormat* pOut) noexcept;
 
+/// Sets on the texture bound to GL_TEXTURE_2D what drawing relies on: all levels, no comparison, and nothing
+/// but black beyond the edge.
+void g_fnSetDrawSampling(u32 uMinFilter);
+
 class CTexture2D_GL : public virtual CTexture_Base {
   public:
     /// Deletes former texture objects first. A format unknown to OpenGL does not stop the creation.
@@ -32,7 +36,8 @@ class CTexture2D_GL : public virtual CTexture_Base {
   private:
     u32 m_uNameCount = 0;
     u32 ShownName() const;
-    void SetFilters() const;
+    u32 MinFilter() const;
+    void SetUploadSampling() const;
     void SpecifyLevel(const void* pPixels, u32 uLevel) const;
 };
 
