@@ -2,8 +2,10 @@
 
 #include "controls/panel.h"
 #include "draw/draw_basic_gl.h"
+#include "draw/draw_text_gl.h"
 #include "draw/entity_gl.h"
 #include "draw/mesh_gl.h"
+#include "draw/texture_gl.h"
 
 stCreationTable g_stCreationTable;
 
@@ -14,6 +16,8 @@ void g_fnFillCreationTable_GL() noexcept {
     g_stCreationTable = {};
     g_stCreationTable.m_fnCreateMesh = CreateMesh_GL;
     g_stCreationTable.m_fnCreateEntity = CreateEntity_GL;
+    g_stCreationTable.m_fnCreateTexture = CreateTexture_GL;
     g_stCreationTable.m_fnCreatePanel = CreatePanel;
     g_stCreationTable.m_fnCreateDrawBasic = CreateDrawBasic_GL;
+    g_stCreationTable.m_fnCreateDrawText = CreateDrawText_GL;
 }

@@ -56,7 +56,9 @@ class CDrawText_Base : public virtual CDraw_Base {
     void Walk();
 
   private:
+    u32 m_uVertexRoom = 0, m_uIndexRoom = 0; ///< bytes of the merged arrays
     void AddFont(CFontUniCode* pFont);
+    void MergeControl(CControl* pControl, u32* puBaseVertex, u32* puBaseIndex);
 };
 
 /// Fonts that stay in the lists without controls, because a control that comes and goes uses them; one set

@@ -3,13 +3,9 @@
 #include "config/fixed_layout.h"
 #include "controls/control_ids.h"
 #include "controls/osd_manager.h"
-#include "controls/panel.h"
 #include "draw/creation_table.h"
 #include "draw/draw_basic.h"
-#include "draw/draw_basic_gl.h"
 #include "draw/draw_text.h"
-#include "draw/entity_gl.h"
-#include "draw/mesh_gl.h"
 #include "frame/frame_driver.h"
 #include "frame/log.h"
 #include "frame/statistics.h"
@@ -36,14 +32,8 @@ char16_t g_wzApiName[32] = u"";
 static platform::ThreadHandle g_ahWorkers[2] = {};
 static bool g_bWorkersRun = false;
 
-static CPanel_Base* CreatePanel() { return new (std::nothrow) CPanel_Base; }
-
 bool g_fnInitGL_Resource() noexcept {
-    g_stCreationTable = {};
-    g_stCreationTable.m_fnCreateMesh = CreateMesh_GL;
-    g_stCreationTable.m_fnCreateEntity = CreateEntity_GL;
-    g_stCreationTable.m_fnCreatePanel = CreatePanel;
-    g_stCreationTable.m_fnCreateDrawBasic = CreateDrawBasic_GL;
+    g_fnFillCreationTable_GL();
     g_stCreationTable.m_fnReleaseHook = [] { g_fnTavo_GL_Release(); };
     static constexpr char16_t wzName[] = u"OpenGL";
     std::memcpy(g_wzApiName, wzName, sizeof wzName);
