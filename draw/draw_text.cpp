@@ -101,7 +101,7 @@ template <class Box> static void AddBytes(Box* const* ppBoxes, u32 uEntries, u32
     }
 }
 
-static void Allocate(std::unique_ptr<u8[]>& pBytes, u32* puRoom, u32 uBytes) {
+static void AllocateOnce(std::unique_ptr<u8[]>& pBytes, u32* puRoom, u32 uBytes) {
     if (pBytes) return;
     pBytes.reset(new (std::nothrow) u8[uBytes]());
     *puRoom = pBytes ? uBytes : 0;
@@ -113,8 +113,8 @@ void CDrawText_Base::m_fnAllocMergedBuffers() {
     // KEEP: of text boxes only, and counted as 16-bit indices, which no text control has.
     m_uMergedIndexCount = m_uMergedIndexBytes / sizeof(u16);
     AddBytes(g_ppNumBox, g_uNumBoxEntries, &m_uMergedVertexBytes, &m_uMergedIndexBytes);
-    Allocate(m_pMergedVertices, &m_uVertexRoom, m_uMergedVertexBytes);
-    Allocate(m_pMergedIndices, &m_uIndexRoom, m_uMergedIndexBytes);
+    AllocateOnce(m_pMergedVertices, &m_uVertexRoom, m_uMergedVertexBytes);
+    AllocateOnce(m_pMergedIndices, &m_uIndexRoom, m_uMergedIndexBytes);
 }
 
 /// 16-bit indices, each raised to where the control's vertices stand.

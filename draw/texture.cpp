@@ -1,12 +1,11 @@
 #include "draw/texture.h"
 
 #include "frame/update.h"
+#include "platform/folders.h"
 
 #include <algorithm>
-#include <exception>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <cstdio>
+#include <memory>
 #include <new>
 
 /// Runs of format codes with one pixel size, in ascending order.
@@ -144,31 +143,33 @@ bool CTexture_Base::m_fnLoadTexture(const char16_t*) { return false; }
 
 bool CTexture_Base::m_fnLoadCache() { return false; }
 
-/// A path that the file system can't take opens nothing.
-template <class Stream> static Stream Open(const char16_t* wzPath) {
-    try {
-        if (wzPath) return Stream(std::filesystem::path(wzPath), std::ios::binary);
-    } catch (const std::exception&) {
-    }
-    return Stream();
+/// Closes on every way out.
+struct CFileCloser {
+    void operator()(std::FILE* pFile) const { std::fclose(pFile); }
+};
+using FilePtr = std::unique_ptr<std::FILE, CFileCloser>;
+
+static FilePtr OpenForWrite(const char16_t* wzPath) {
+    char szPath[1024];
+    if (!platform::NarrowPath(wzPath, szPath, sizeof szPath)) return nullptr;
+    return FilePtr(std::fopen(szPath, "wb"));
 }
 
 bool CTexture_Base::m_fnReadHeader(const char16_t* wzPath) {
-    auto file = Open<std::ifstream>(wzPath);
-    char acHeader[12];
-    return file.is_open() && file.read(acHeader, sizeof acHeader).good();
+    const FilePtr pFile(wzPath ? platform::OpenFileForRead(wzPath) : nullptr);
+    u8 au8Header[12];
+    return pFile && std::fread(au8Header, sizeof au8Header, 1, pFile.get()) == 1;
 }
 
 bool CTexture_Base::m_fnWriteHeader(const char16_t* wzPath) {
-    auto file = Open<std::ofstream>(wzPath);
-    if (!file.is_open()) return false;
+    const FilePtr pFile = wzPath ? OpenForWrite(wzPath) : nullptr;
+    if (!pFile) return false;
     // KEEP: 12 bytes, without the format code that a raw picture has behind its height.
     const u32 auValues[] = {m_uWidth, m_uHeight, static_cast<u32>(m_uFrameCount)};
-    char acHeader[12];
-    for (u32 i = 0; i < sizeof acHeader; ++i)
-        acHeader[i] = static_cast<char>(auValues[i / 4] >> (8 * (i % 4)) & 0xFF);
-    file.write(acHeader, sizeof acHeader).flush();
-    return file.good();
+    u8 au8Header[12];
+    for (u32 i = 0; i < sizeof au8Header; ++i)
+        au8Header[i] = static_cast<u8>(auValues[i / 4] >> (8 * (i % 4)));
+    return std::fwrite(au8Header, sizeof au8Header, 1, pFile.get()) == 1 && std::fflush(pFile.get()) == 0;
 }
 
 void CTexture_Base::m_fnAdvance() {
