@@ -19,3 +19,5 @@ bool g_fnReadPanelItems(const tinyxml2::XMLElement* pParent);
 
 /// Works out the percentage and reports what is wrong; a panel is kept all the same.
 void g_fnValidatePanel(CItemProperty_Panel& item);
+/// Reports a percentage above 100; the item is kept.
+void g_fnCheckPanelOpacity(const CItemProperty_Base& item, u32 uPercent);

@@ -1,9 +1,8 @@
 #pragma once
 // Text items: the elements "TextBox" and "Memo".
 #include "config/item_property.h"
-#include "config/item_style.h"
 
-class CItemProperty_TextBox : public virtual CItemProperty_Base, public stItemColors {
+class CItemProperty_TextBox : public virtual CItemProperty_Base {
   public:
     CItemProperty_TextBox();
     void m_fnAttachComplete() override;
@@ -16,6 +15,13 @@ class CItemProperty_TextBox : public virtual CItemProperty_Base, public stItemCo
     char m_szStringFullName[64] = ""; ///< program value shown in place of the text
     f32 m_fTextSize = 0;              ///< line height
     f32 m_fTextSpacingX = 0, m_fTextSpacingY = 0;
+    /// Byte alphas go through whole percent and back: 128 becomes 127, 1 becomes 0.
+    u8 m_u8TextR = 0, m_u8TextG = 0, m_u8TextB = 0;
+    u8 m_u8TextOpacity = 0; ///< percent
+    u8 m_u8TextA = 0;
+    u8 m_u8ShadowR = 0, m_u8ShadowG = 0, m_u8ShadowB = 0;
+    u8 m_u8ShadowOpacity = 0; ///< percent
+    u8 m_u8ShadowA = 0;
     u32 m_bMemoFlagA = 0, m_bMemoFlagB = 0; ///< both 1 for a memo
 };
 

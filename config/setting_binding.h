@@ -68,7 +68,7 @@ struct stSettingRow {
     eSettingKind uKind;
     eSettingTarget uType;
     void* pTarget;
-    u32 uUnits = 0;
+    std::size_t uUnits = 0;
 };
 
 /// The same for a wide table; null wzName means the key itself.
@@ -78,7 +78,7 @@ struct stSettingRowW {
     eSettingKind uKind;
     eSettingTarget uType;
     void* pTarget;
-    u32 uUnits = 0;
+    std::size_t uUnits = 0;
     const char16_t* wzName = nullptr;
 };
 

@@ -1,0 +1,20 @@
+#include "config/item_reader.h"
+
+#include "config/item_report.h"
+#include "frame/log.h"
+#include "platform/utf.h"
+
+void g_fnCheckShadowOpacity(const CItemProperty_Base& item, u32 uPercent) {
+    if (uPercent > 100) g_fnReportError("item \"%s\" m_u8ShadowOpacity", item.m_szItemName);
+}
+
+void g_fnPrintColor(const char* szTitle, u8 uR, u8 uG, u8 uB, u8 uA) {
+    g_fnLog("%s", szTitle);
+    g_fnLog("RGBA %i %i %i %i", uR, uG, uB, uA);
+}
+
+void g_fnPrintWide(const char* szTitle, const char16_t* wzText) {
+    char szText[1024 * 3 + 1];
+    g_fnLog("%s", szTitle);
+    if (platform::Utf16ToUtf8(wzText, szText, sizeof szText)) g_fnLog("%s", szText);
+}

@@ -1,0 +1,60 @@
+#pragma once
+// What the readers of item elements share.
+#include "config/interner.h"
+#include "config/item_map.h"
+#include "config/item_property.h"
+#include "config/panel_records.h"
+#include "config/setting_binding.h"
+
+#include <tinyxml2.h>
+
+/// Reads each child of that element name into a fresh record: fnRead(element, record) applies the class's own
+/// keys and validates, false for a record that must not be kept. After the first such record the walk reads
+/// and reports on, but registers nothing more; the names of those items stay free.
+template <class T, class Read>
+void g_fnReadItems(const tinyxml2::XMLElement* pParent, const char* szElement, Read fnRead) {
+    bool bFailed = false;
+    const tinyxml2::XMLElement* pElement = pParent ? pParent->FirstChildElement(szElement) : nullptr;
+    for (; pElement; pElement = pElement->NextSiblingElement(szElement)) {
+        T item;
+        if (!g_fnParseItemBase(pElement, &item)) continue;
+        if (!fnRead(*pElement, item)) bFailed = true;
+        // KEEP: one bad item takes all later ones of its kind along.
+        if (bFailed) continue;
+        if (const char* szData = g_fnItemDataName(item)) g_fnInternName(szData);
+        g_fnRegisterItemProperty(&item);
+    }
+}
+
+/// The colour keys that texts and numbers share.
+template <class T> void g_fnAddColorSettings(SettingTable& table, T& item) {
+    const stSettingRow aRows[] = {
+        {"TextColorR", "255", SETTING_DECIMAL, TARGET_U8, &item.m_u8TextR},
+        {"TextColorG", "255", SETTING_DECIMAL, TARGET_U8, &item.m_u8TextG},
+        {"TextColorB", "255", SETTING_DECIMAL, TARGET_U8, &item.m_u8TextB},
+        {"TextColorA", "255", SETTING_DECIMAL, TARGET_U8, &item.m_u8TextA},
+        {"ShadowColorR", "0", SETTING_DECIMAL, TARGET_U8, &item.m_u8ShadowR},
+        {"ShadowColorG", "0", SETTING_DECIMAL, TARGET_U8, &item.m_u8ShadowG},
+        {"ShadowColorB", "0", SETTING_DECIMAL, TARGET_U8, &item.m_u8ShadowB},
+        {"ShadowColorA", "255", SETTING_DECIMAL, TARGET_U8, &item.m_u8ShadowA},
+    };
+    g_fnAddSettings(table, aRows);
+}
+
+/// KEEP: alphas go through whole percent and back, so 128 becomes 127 and 1 becomes 0.
+template <class T> void g_fnAlphasToPercent(T& item) {
+    item.m_u8TextOpacity = static_cast<u8>(g_fnAlphaToPercent(item.m_u8TextA));
+    item.m_u8ShadowOpacity = static_cast<u8>(g_fnAlphaToPercent(item.m_u8ShadowA));
+}
+
+template <class T> void g_fnAlphasFromPercent(T& item) {
+    item.m_u8TextA = g_fnPercentToAlpha(item.m_u8TextOpacity);
+    item.m_u8ShadowA = g_fnPercentToAlpha(item.m_u8ShadowOpacity);
+}
+
+/// Reports a shadow percentage above 100; the item is kept.
+void g_fnCheckShadowOpacity(const CItemProperty_Base& item, u32 uPercent);
+
+/// Log lines of a colour and of a wide text.
+void g_fnPrintColor(const char* szTitle, u8 uR, u8 uG, u8 uB, u8 uA);
+void g_fnPrintWide(const char* szTitle, const char16_t* wzText);
