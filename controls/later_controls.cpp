@@ -1,8 +1,6 @@
 #include "controls/later_controls.h"
 
 CFontUniCode::~CFontUniCode() = default;
-CTextBox_Base::~CTextBox_Base() = default;
-CNumBox_Base::~CNumBox_Base() = default;
 CFlipBox_Base::~CFlipBox_Base() = default;
 CImgBox_Base::~CImgBox_Base() = default;
 CVideoBox_Base::~CVideoBox_Base() = default;

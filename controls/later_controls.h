@@ -1,22 +1,14 @@
 #pragma once
-// Roots of the kinds of objects that the manager owns beside panels. Each says only what ownership needs:
-// that it is a control (but for fonts) and how it is deleted. A kind's full class takes the place of its root
-// here.
+// All kinds of objects that the manager owns beside panels: text and number boxes, and roots of the others.
+// Each says only what ownership needs: that it is a control (but for fonts) and how it is deleted. A kind's
+// full class takes the place of its root here.
 #include "controls/control.h"
+#include "controls/num_box.h"
+#include "controls/text_box.h"
 
 class CFontUniCode {
   public:
     virtual ~CFontUniCode() = 0;
-};
-
-class CTextBox_Base : public virtual CControl {
-  public:
-    virtual ~CTextBox_Base() = 0;
-};
-
-class CNumBox_Base : public virtual CControl {
-  public:
-    virtual ~CNumBox_Base() = 0;
 };
 
 class CFlipBox_Base : public virtual CControl {

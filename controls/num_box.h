@@ -141,8 +141,11 @@ class CNumBox_Base : public virtual CControl {
   private:
     f32 ScaledSize() const;
     u32 QuadCount() const;
+    f32 GlyphLeft(f32 fScaled, f32 fRelativeWidth) const;
     void BuildGlyph(u32 uGlyph, f32 fScaled);
+    void BuildShadows();
+    void ColorGlyphs(u32 uGlyphs);
     void CopyCells(f32 fScaled);
-    void ColorGlyphs();
     void PutGlyph(u32 uCell, u32 uGlyph);
+    void FreeEntities(std::unique_ptr<CEntity_Base*[]>& ppEntities);
 };

@@ -116,8 +116,7 @@ class CTextBox_Base : public virtual CControl {
     u32 m_uTextRoom; ///< UTF-16 units that m_wzText, and code points that m_pCodePoints can hold
 
   private:
-    bool ReserveText(u32 uUnits);
-    void StoreText(const char16_t* wzText, u32 uUnits);
+    bool MakeTextRoom(u32 uUnits, std::unique_ptr<char16_t[]>& wzFormer);
     f32 ClipStart() const;
     void ColorLayers();
     void BuildShadow();

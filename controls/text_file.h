@@ -1,12 +1,11 @@
 #pragma once
 // Text files that a profile names.
-#include "platform/types.h"
+#include "draw/data_path.h"
 
 #include <memory>
-#include <string_view>
 
 /// Room for the path of a file in the profile folder, with its terminator, in units.
-constexpr u32 g_uProfilePathCapacity = 520;
+constexpr u32 g_uProfilePathCapacity = g_uDataPathCapacity;
 /// A text file above this many bytes is refused: no picture has room for that much text.
 constexpr u32 g_uTextFileBytesMax = 256 * 1024;
 

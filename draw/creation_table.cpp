@@ -1,6 +1,8 @@
 #include "draw/creation_table.h"
 
+#include "controls/num_box_gl.h"
 #include "controls/panel.h"
+#include "controls/text_box_gl.h"
 #include "draw/draw_basic_gl.h"
 #include "draw/draw_text_gl.h"
 #include "draw/entity_gl.h"
@@ -17,6 +19,8 @@ void g_fnFillCreationTable_GL() noexcept {
     g_stCreationTable.m_fnCreateMesh = CreateMesh_GL;
     g_stCreationTable.m_fnCreateEntity = CreateEntity_GL;
     g_stCreationTable.m_fnCreateTexture = CreateTexture_GL;
+    g_stCreationTable.m_fnCreateTextBox = CreateTextBox_GL;
+    g_stCreationTable.m_fnCreateNumBox = CreateNumBox_GL;
     g_stCreationTable.m_fnCreatePanel = CreatePanel;
     g_stCreationTable.m_fnCreateDrawBasic = CreateDrawBasic_GL;
     g_stCreationTable.m_fnCreateDrawText = CreateDrawText_GL;

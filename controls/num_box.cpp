@@ -1,0 +1,255 @@
+#include "controls/num_box.h"
+
+#include "draw/creation_table.h"
+#include "draw/upload.h"
+#include "font/font_unicode.h"
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+#include <new>
+
+namespace {
+
+constexpr char16_t g_wzCharset[] = u"0123456789.-% ";
+
+} // namespace
+
+CNumBox_Base::CNumBox_Base()
+    : m_uCellCount(8), m_uIndicesPerGlyph(6), m_uVerticesPerGlyph(4), m_uTrianglesPerGlyph(2), m_fTextSize(0),
+      m_fSpacingX(0), m_fSpacingY(0), m_fNumberW(0), m_fNumberH(0),
+      m_bShadow(false), m_afTextColor{0.5f, 0.5f, 0.5f, 1}, m_afShadowColor{0, 0, 0, 1},
+      m_pFont(nullptr), m_au8Digits{}, m_wzCharset(new (std::nothrow) char16_t[std::size(g_wzCharset)]),
+      m_uGlyphCount(14), m_uCharsetSize(15), m_uCharsetRows(1), m_fCellWidth(1), m_fValue(0), m_iValue(0),
+      m_uIntDigits(0), m_uDecimals(0), m_bNegative(false), m_bPercent(false), m_auDrawIndex{},
+      m_bColorDirty(true), m_bPositionDirty(true), m_bLayoutDirty(true), m_uDataKind(7), m_pDataSource(0),
+      m_uDataArg(0), m_u8DataFlag(0) {
+    m_uType = g_uTypeNumBox;
+    m_bAutoSize = true;
+    m_fnSetPosition(0, 0, 0);
+    CNumBox_Base::m_fnSetAlign(g_uAlignRight);
+    CNumBox_Base::m_fnClear();
+    CNumBox_Base::m_fnSetDigitPad(0, true);
+    CNumBox_Base::m_fnSetMaxValue(99999.0f);
+    CNumBox_Base::m_fnSetMinValue(-99.0f);
+    if (m_wzCharset) std::copy(std::begin(g_wzCharset), std::end(g_wzCharset), m_wzCharset.get());
+    m_uVertexBase = m_uIndexBase = 0;
+}
+
+CNumBox_Base::~CNumBox_Base() { CNumBox_Base::m_fnRelease(); }
+
+u32 CNumBox_Base::QuadCount() const { return m_uGlyphCount * m_uCellCount * (m_bShadow ? 2 : 1); }
+
+bool CNumBox_Base::m_fnAllocBuffers() {
+    m_uVertexBytes = QuadCount() * g_uQuadVertexBytes;
+    m_uIndexBytes = QuadCount() * g_uQuadIndexBytes;
+    const u32 uFloats = m_uVertexBytes / sizeof(f32);
+    m_pVertices.reset(new (std::nothrow) f32[uFloats]());
+    m_pIndices.reset(new (std::nothrow) u32[m_uIndexBytes / sizeof(u32)]());
+    m_pVerticesOut.reset(new (std::nothrow) f32[uFloats]());
+    // KEEP: as many entries as m_uIndexBytes says bytes, four times what is used.
+    m_pIndicesOut.reset(new (std::nothrow) u32[m_uIndexBytes]());
+    if (!m_pVertices || !m_pIndices || !m_pVerticesOut || !m_pIndicesOut) return false;
+    g_fnWriteQuadIndices(m_pIndices.get(), QuadCount());
+    std::memcpy(m_pIndicesOut.get(), m_pIndices.get(), m_uIndexBytes);
+    return true;
+}
+
+bool CNumBox_Base::m_fnCreateEntities() {
+    if (!g_stCreationTable.m_fnCreateEntity) return false;
+    FreeEntities(m_ppEntities);
+    m_ppEntities.reset(new (std::nothrow) CEntity_Base* [m_uCellCount] {});
+    if (!m_ppEntities) return false;
+    for (u32 i = 0; i < m_uCellCount; ++i)
+        if (!(m_ppEntities[i] = g_stCreationTable.m_fnCreateEntity())) return false;
+    return true;
+}
+
+bool CNumBox_Base::m_fnCreateMesh() {
+    m_pMesh.reset(g_stCreationTable.m_fnCreateMesh ? g_stCreationTable.m_fnCreateMesh() : nullptr);
+    return m_pMesh && m_pMesh->m_fnCreate(sizeof(stTextVertex), m_uVertexBytes, m_uIndexBytes, sizeof(u32));
+}
+
+bool CNumBox_Base::m_fnUploadMesh() {
+    return m_pMesh && m_pMesh->m_fnUpload(m_pVertices.get(), m_pIndices.get());
+}
+
+void CNumBox_Base::m_fnSetQuadTex(stTextVertex* pQuad, f32 u0, f32 v0, f32 u1, f32 v1) {
+    g_fnSetQuadTexture(pQuad, u0, v0, u1, v1);
+}
+
+void CNumBox_Base::m_fnRefreshVertices() {
+    if (!m_pVertices || !m_pVerticesOut) return;
+    const u32 uVertices = m_uVertexBytes / sizeof(stTextVertex);
+    stTextVertex* const pIn = g_fnVertexAt(m_pVertices.get(), 0);
+    stTextVertex* const pOut = g_fnVertexAt(m_pVerticesOut.get(), 0);
+    if (m_bLayoutDirty) m_fnBuildGlyphs();
+    m_bLayoutDirty = false;
+    if (m_bColorDirty) {
+        ColorGlyphs(m_uGlyphCount * m_uCellCount);
+        if (!m_bPositionDirty) g_fnCopyColors(pOut, pIn, uVertices);
+    }
+    m_bColorDirty = false;
+    if (m_bPositionDirty) {
+        std::memcpy(pOut, pIn, m_uVertexBytes);
+        g_fnMoveVertices(pOut, uVertices, m_fPosX, m_fPosY);
+    }
+    m_bPositionDirty = false;
+}
+
+void CNumBox_Base::m_fnFlush() {
+    if (!m_pVertices || !m_pVerticesOut) return;
+    if (!m_bColorDirty && !m_bPositionDirty && !m_bLayoutDirty) return;
+    m_fnRefreshVertices();
+    m_fnUploadMesh();
+    g_fnUploadControlVertices(m_pVerticesOut.get(), m_uVertexBase * static_cast<u32>(sizeof(stTextVertex)),
+                              m_uVertexBytes);
+}
+
+void CNumBox_Base::m_fnMarkPositionDirty() {
+    m_bPositionDirty = true;
+    m_fnFlush();
+}
+
+void CNumBox_Base::m_fnSetPercent(bool bPercent) { m_bPercent = bPercent; }
+void CNumBox_Base::m_fnSetMaxValue(f32 fValue) { m_fMaxValue = fValue; }
+void CNumBox_Base::m_fnSetMinValue(f32 fValue) { m_fMinValue = fValue; }
+void CNumBox_Base::m_fnClear() { m_iDrawCount = -1; }
+
+void CNumBox_Base::m_fnSetFont(CFontUniCode* pFont) {
+    if (!pFont) return;
+    m_pFont = pFont;
+    if (m_wzCharset)
+        pFont->m_fnGetCharInfo(m_wzCharset[0], nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                               &m_fCellWidth, nullptr);
+}
+
+CFontUniCode* CNumBox_Base::m_fnGetFont(CFontUniCode** ppOut) {
+    if (ppOut) *ppOut = m_pFont;
+    return m_pFont;
+}
+
+void CNumBox_Base::m_fnSetShadow(bool bShadow) {
+    if (!m_pVertices) m_bShadow = bShadow;
+}
+
+void CNumBox_Base::m_fnSetDigitPad(u32 uDigits, bool bHide) {
+    m_uPadDigits = std::min(uDigits, g_uNumBoxPlaces);
+    m_bPadBlank = bHide;
+}
+
+void CNumBox_Base::m_fnMarkColorDirty() {
+    m_bColorDirty = true;
+    m_fnFlush();
+}
+
+void CNumBox_Base::m_fnSetTextColor(u32 uRGB, u8 a) {
+    g_fnStoreColor(m_afTextColor, uRGB, a);
+    m_fnMarkColorDirty();
+}
+
+void CNumBox_Base::m_fnSetTextColorB(u8 r, u8 g, u8 b, u8 a) {
+    g_fnStoreColorB(m_afTextColor, r, g, b, a);
+    m_fnMarkColorDirty();
+}
+
+void CNumBox_Base::m_fnSetTextColorF(f32 r, f32 g, f32 b, f32 a) {
+    g_fnStoreColorF(m_afTextColor, r, g, b, a);
+    m_fnMarkColorDirty();
+}
+
+void CNumBox_Base::m_fnSetShadowColor(u32 uRGB, u8 a) {
+    g_fnStoreColor(m_afShadowColor, uRGB, a);
+    m_fnMarkColorDirty();
+}
+
+void CNumBox_Base::m_fnSetShadowColorB(u8 r, u8 g, u8 b, u8 a) {
+    g_fnStoreColorB(m_afShadowColor, r, g, b, a);
+    m_fnMarkColorDirty();
+}
+
+void CNumBox_Base::m_fnSetShadowColorF(f32 r, f32 g, f32 b, f32 a) {
+    g_fnStoreColorF(m_afShadowColor, r, g, b, a);
+    m_fnMarkColorDirty();
+}
+
+void CNumBox_Base::m_fnGetTextColor(f32* pR, f32* pG, f32* pB, f32* pA) {
+    g_fnLoadColor(m_afTextColor, pR, pG, pB, pA);
+}
+
+void CNumBox_Base::m_fnGetShadowColor(f32* pR, f32* pG, f32* pB, f32* pA) {
+    g_fnLoadColor(m_afShadowColor, pR, pG, pB, pA);
+}
+
+void CNumBox_Base::m_fnSetTextSize(f32 fSize) {
+    m_fTextSize = fSize;
+    if (m_iDrawCount > 0) m_fnBuildDrawList();
+    m_bPositionDirty = m_bLayoutDirty = true;
+    m_fnUpdateSize();
+    m_fnFlush();
+}
+
+f32 CNumBox_Base::m_fnGetTextSize(f32* pOut) {
+    if (pOut) *pOut = m_fTextSize;
+    return m_fTextSize;
+}
+
+void CNumBox_Base::m_fnSetSpacing(f32 x, f32 y) {
+    m_fSpacingX = x;
+    m_fSpacingY = y;
+    m_bPositionDirty = m_bLayoutDirty = true;
+    m_fnUpdateSize(); // KEEP: a size given before is lost
+    m_fnFlush();
+}
+
+void CNumBox_Base::m_fnGetSpacing(f32* pX, f32* pY) {
+    if (pX) *pX = m_fSpacingX;
+    if (pY) *pY = m_fSpacingY;
+}
+
+void CNumBox_Base::m_fnSetAlign(u32 uAlign) { m_uAlign = uAlign; }
+
+void CNumBox_Base::m_fnDrawDigits(CDraw_Base*, CEntity_Base**, const f32*) {}
+
+void CNumBox_Base::FreeEntities(std::unique_ptr<CEntity_Base*[]>& ppEntities) {
+    for (u32 i = 0; ppEntities && i < m_uCellCount; ++i) delete ppEntities[i];
+    ppEntities.reset();
+}
+
+void CNumBox_Base::m_fnRelease() {
+    m_pVertices.reset();
+    m_pIndices.reset();
+    m_pVerticesOut.reset();
+    m_pIndicesOut.reset();
+    m_uVertexBytes = m_uIndexBytes = 0;
+    FreeEntities(m_ppEntities);
+    FreeEntities(m_ppShadowEntities);
+    m_wzCharset.reset();
+    m_pMesh.reset();
+}
+
+void* CNumBox_Base::m_fnGetVertexData() { return m_pVertices.get(); }
+void* CNumBox_Base::m_fnGetIndexData() { return m_pIndices.get(); }
+
+f32 CNumBox_Base::ScaledSize() const { return m_pFont ? m_fTextSize * m_pFont->m_fnGetScale() : m_fTextSize; }
+
+void CNumBox_Base::m_fnOnMoved() {
+    if (!m_ppEntities) return;
+    const f32 fStep = ScaledSize() * m_fCellWidth + m_fSpacingX;
+    f32 x = m_fPosX;
+    for (u32 i = 0; i < m_uCellCount; ++i, x += fStep)
+        if (m_ppEntities[i]) m_ppEntities[i]->m_fnSetPosition(x, m_fPosY, m_fPosZ);
+}
+
+const void* CNumBox_Base::m_fnGetDrawKey() { return m_pFont; }
+
+void CNumBox_Base::m_fnRender(CDraw_Base* pBatcher) {
+    if (!m_fnIsRenderable() || !m_ppEntities || !m_ppEntities[0]) return;
+    m_fnDrawDigits(pBatcher, m_ppEntities.get(), m_afTextColor);
+}
+
+bool CNumBox_Base::m_fnInitialize() {
+    if (!m_fnIsRenderable()) return true;
+    return m_pFont && m_fnAllocBuffers() && m_fnBuildGlyphs() && m_fnCreateEntities() && m_fnCreateMesh() &&
+           m_fnUploadMesh();
+}

@@ -1,0 +1,17 @@
+#include "controls/text_box_gl.h"
+
+#include "draw/draw_base.h"
+#include "platform/gl_api.h"
+
+void CTextBox_GL::m_fnDrawText(CDraw_Base* pBatcher, const f32* pWorld, const f32* pColor) {
+    if (!m_pMesh) return;
+    const stDrawConstants stConstants{pWorld, pColor};
+    pBatcher->m_fnSetDrawConstants(&stConstants);
+    m_pMesh->m_fnBind();
+    pBatcher->m_fnBindVertexLayout(nullptr);
+    m_pMesh->m_fnDraw(m_uIndexCount, 0, 0);
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
+}
+
+CTextBox_Base* CreateTextBox_GL() { return new CTextBox_GL; }
