@@ -115,7 +115,8 @@ static bool MakeRoom() noexcept {
     }
 }
 
-/// The mean without rounding drift: what a division leaves goes into the next sum. The product has 32 bits.
+/// The mean without rounding drift: what a division leaves goes into the next sum.
+// KEEP: the product has 32 bits and wraps around after some 30 million samples of 144.
 static void UpdateMean() {
     const u64 u64Count = static_cast<u64>(g_uFPSMeanCount) + 1;
     const u64 u64Total = static_cast<u64>(g_uFPSMeanCount * g_uFPS_Avg) + g_uFPS + g_u64FPSMeanRemainder;
