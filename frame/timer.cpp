@@ -2,10 +2,24 @@
 
 #include "platform/clock.h"
 
+static bool g_bReadingHeld = false;
+static i64 g_iHeldReading = 0;
+
+static i64 Reading() noexcept { return g_bReadingHeld ? g_iHeldReading : platform::CounterNow(); }
+
+CTimerReading::CTimerReading() noexcept : m_bOuter(!g_bReadingHeld) {
+    if (m_bOuter) g_iHeldReading = platform::CounterNow();
+    g_bReadingHeld = true;
+}
+
+CTimerReading::~CTimerReading() {
+    if (m_bOuter) g_bReadingHeld = false;
+}
+
 CTimer::CTimer() noexcept : m_fTotal(0.0f), m_bStopped(1), m_iFrequency(platform::CounterFrequency()) {}
 
 f32 CTimer::Tick() noexcept {
-    const i64 iNow = platform::CounterNow();
+    const i64 iNow = Reading();
     f32 fDelta = 0.0f;
     if (!m_bStopped) {
         // One rounding only: the division runs in double precision, the total in single.
@@ -24,18 +38,18 @@ f32 CTimer::Elapsed() noexcept {
 void CTimer::Reset() noexcept {
     m_fTotal = 0.0f;
     m_bStopped = 1;
-    m_iLast = platform::CounterNow();
+    m_iLast = Reading();
 }
 
 void CTimer::Restart() noexcept {
     m_fTotal = 0.0f;
     m_bStopped = 0;
-    m_iLast = platform::CounterNow();
+    m_iLast = Reading();
 }
 
 f32 CTimer::Start() noexcept {
     m_bStopped = 0;
-    m_iLast = platform::CounterNow();
+    m_iLast = Reading();
     return m_fTotal;
 }
 

@@ -28,3 +28,17 @@ class CTimer {
     i64 m_iLast;
     i64 m_iFrequency;
 };
+
+/// While one lives, all timers share one reading of the counter, taken when it was made: what happens in
+/// between takes no time for them. One inside another shares the outer one's. For the render thread, around
+/// steps that wait for nothing.
+class CTimerReading {
+  public:
+    CTimerReading() noexcept;
+    ~CTimerReading();
+    CTimerReading(const CTimerReading&) = delete;
+    CTimerReading& operator=(const CTimerReading&) = delete;
+
+  private:
+    bool m_bOuter;
+};

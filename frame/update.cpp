@@ -1,25 +1,45 @@
+// The order of an update, its flags and its timers. What the steps do stands in update_steps.cpp.
 #include "frame/update.h"
 
 #include "controls/osd_manager.h"
-#include "frame/status_items.h"
+#include "frame/mixed_items.h"
+#include "frame/update_boxes.h"
+#include "frame/update_steps.h"
+#include "shared/monitor_data.h"
+#include "shared/overlay_state.h"
 
 #include <cstring>
 
 u8 g_bUpdateFPS[20], g_bUpdateTime[20], g_bUpdateData[20], g_bUpdateFrameTime[20];
-CTimer g_timerData, g_timerAnimation, g_timerUpdate;
+CTimer g_timerData, g_timerAnimation, g_timerUpdate, g_timerWarning, g_timerStopWatch, g_timerClock;
 f32 g_fLastFrameSeconds = 0.0f;
 
-static void Raise(u8 (&abFlags)[20]) { std::memset(abFlags, 1, sizeof abFlags); }
+void g_fnRaiseUpdateFlag(u8 (&abFlags)[20]) noexcept { std::memset(abFlags, 1, sizeof abFlags); }
 
 void g_fnRaiseUpdateFlags() noexcept {
-    Raise(g_bUpdateFPS);
-    Raise(g_bUpdateTime);
-    Raise(g_bUpdateData);
-    Raise(g_bUpdateFrameTime);
+    g_fnRaiseUpdateFlag(g_bUpdateFPS);
+    g_fnRaiseUpdateFlag(g_bUpdateTime);
+    g_fnRaiseUpdateFlag(g_bUpdateData);
+    g_fnRaiseUpdateFlag(g_bUpdateFrameTime);
 }
 
-void g_fnBuildUpdateLists(u32) noexcept {}
+void g_fnBeginUpdateBuild() {
+    g_fnClearUpdateLists();
+    boxes::g_stDirect = {};
+    g_fnRegisterAllAppData();
+    if (!g_bStopWatchOn) g_fnReadLocalTime();
+}
 
+void g_fnResetUpdate() {
+    if (g_uLayoutStyle > 2) return;
+    g_fnRaiseUpdateFlags();
+    if (g_uLayoutStyle == 0) return g_fnBuildUpdateClassic();
+    if (g_uLayoutStyle == 1) return g_fnBuildUpdateRV5();
+    g_fnHideMixedItems();
+    g_fnBuildUpdateCustom();
+}
+
+/// The frame timer is read and started again in every update, whether or not a sample is taken.
 static void UpdateFrameTime() {
     const f32 fSeconds = g_timerFrame.Elapsed();
     g_timerFrame.Restart();
@@ -27,29 +47,22 @@ static void UpdateFrameTime() {
     g_bUpdateFrameTime[g_uManagerSlot] = 0;
 }
 
-static void UpdateData() {
-    if (g_timerData.Elapsed() >= fDataInterval) {
-        Raise(g_bUpdateData);
-        g_timerData.Restart();
-    }
-    g_bUpdateFPS[g_uManagerSlot] = 0;
-    g_bUpdateData[g_uManagerSlot] = 0;
-}
-
-static void AnimateStatus() {
-    const f32 fSeconds = g_timerAnimation.Elapsed();
-    if (!(fSeconds >= 0.025f)) return;
-    g_fnStatusStep(fSeconds);
-    g_timerAnimation.Restart();
-}
-
 void g_fnUpdate_Tavo() {
+    const CTimerReading reading;
     g_fnSelectManager();
     UpdateFrameTime();
+    update::CheckWarnings();
     g_fnSampleFPS();
-    UpdateData();
-    g_bUpdateTime[g_uManagerSlot] = 0;
-    AnimateStatus();
+    update::CheckDataInterval();
+    update::ShowFPS();
+    update::ShowData();
+    update::KeepTime();
+    update::ShowTime();
+    update::TransferVideo();
+    update::PollControlBlock();
+    update::AnimateShutter();
+    update::AnimateStatus();
+    update::MoveShutter();
     g_fLastFrameSeconds = g_timerUpdate.Tick();
     g_timerUpdate.Restart();
 }

@@ -30,6 +30,10 @@ extern i32 g_iInfoAnchor, g_iInfoPositionX, g_iInfoPositionY;
 /// Anchor code of the RV5 style's resolution row: 7, 8 or 9.
 extern i32 g_iRowAlignRV5;
 
+/// The companion's per-adapter block: the segment's own, or with several managers a copy taken at each data
+/// interval, so that all of them see the same.
+extern const u8* g_pMonitorVGA;
+
 /// A value that shows a mark in the layer uLayer while it is not 0. Null: not watched.
 struct stWarningSlot {
     const u32* m_pWatched = nullptr;
@@ -46,25 +50,34 @@ extern u32 g_auWarningColor[2];
 extern bool g_bWarningTwinkle;
 extern f32 g_fWarningTwinkleSeconds;
 
-/// One update, ahead of drawing.
+/// Steps of an update that belong to other parts of the overlay: pictures for the video boxes (asked only
+/// while one exists), the control block, the shutter animation. Null: the step does nothing.
+extern void (*g_fnTransferVideoHook)();
+extern void (*g_fnPollControlBlockHook)();
+extern void (*g_fnShutterHook)();
+
+/// One update, ahead of drawing. Reads the counter once.
 void g_fnUpdate_Tavo();
+/// Takes date and time of day from the local clock.
+void g_fnReadLocalTime();
 /// Raises all four flags for all slots.
 void g_fnRaiseUpdateFlags() noexcept;
 /// Raises one flag for all slots.
 void g_fnRaiseUpdateFlag(u8 (&abFlags)[20]) noexcept;
 
-/// List builders by layout style; each starts from empty lists and resolves the boxes that the steps of an
-/// update write directly.
+/// List builders by layout style; each starts from empty lists, resolves the boxes that the steps of an
+/// update write directly, and puts its FPS updater in force.
 void g_fnBuildUpdateClassic();
 void g_fnBuildUpdateRV5();
 void g_fnBuildUpdateCustom();
+/// Head of every build: empty lists, no boxes resolved, the names of the process's own figures registered,
+/// the local clock read (its first reading may read files, which no frame should).
+void g_fnBeginUpdateBuild();
 /// Raises all flags and builds the lists of the current style anew; any other style than 0 Classic, 1 RV5 and
 /// 2 Custom does nothing.
 void g_fnResetUpdate();
-/// Runs the list builder of a layout style; any other style than the three does nothing.
-void g_fnBuildUpdateLists(u32 uStyle) noexcept;
 
-/// FPS updater of the layout style, set by the layout build; null: none.
+/// FPS updater of the layout style, set by its list builder; null: none.
 extern void (*g_fnUpdateFPS)();
 void g_fnUpdateFPSClassic();
 void g_fnUpdateFPSRV5();

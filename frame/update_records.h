@@ -59,9 +59,9 @@ class stUpdateMixedData final {
     i32 m_aiTextBox[2] = {g_iNoIndex, g_iNoIndex};
     i32 m_iPanel = g_iNoIndex;
     u32 m_uAlignX = 7;       ///< 7 left, 8 centre, 9 right
-    u32 m_uAlignOffsetX = 0; ///< canvas units, two's complement
-    u32 m_uAlignOffsetY = 0; ///< likewise
-    u32 m_uAlignGap = 0;     ///< likewise
+    i32 m_uAlignOffsetX = 0; ///< canvas units, like the next two
+    i32 m_uAlignOffsetY = 0;
+    f32 m_uAlignGap = 0;
     void (*m_fn)(stUpdateMixedData& record) = nullptr;
 };
 

@@ -39,10 +39,7 @@ void Release(stSharedCommand& stBlock) {
 
 void Rebuild(stSharedCommand& stBlock) {
     stBlock.bRebuildUpdate = 0;
-    if (g_uLayoutStyle > c_uStyleCustom) return;
-    g_fnRaiseUpdateFlags();
-    if (g_uLayoutStyle == c_uStyleCustom) g_fnHideForShot();
-    g_fnBuildUpdateLists(g_uLayoutStyle);
+    g_fnResetUpdate();
 }
 
 void ReloadCamera(stSharedCommand& stBlock) {

@@ -45,6 +45,14 @@ i64 CounterFrequency() noexcept { return Get().m_iFrequency; }
 
 i64 SteadyNanoseconds() noexcept { return ReadNanoseconds(); }
 
+stLocalTime LocalTime() noexcept {
+    auto& st = Get();
+    ++st.m_uLocalTimeReads;
+    return st.m_stLocalTime;
+}
+
+i64 UnixMilliseconds() noexcept { return Get().m_iUnixMilliseconds; }
+
 void (*g_fnSleepMilliseconds)(u32) noexcept = &Sleep;
 
 namespace headless {
@@ -69,6 +77,9 @@ void UseRealClock() { Get().m_bVirtualClock = false; }
 void SetCounterFrequency(i64 iTicksPerSecond) {
     Get().m_iFrequency = iTicksPerSecond > 0 ? iTicksPerSecond : 1;
 }
+void SetLocalTime(const stLocalTime& stTime) { Get().m_stLocalTime = stTime; }
+u32 LocalTimeReads() { return Get().m_uLocalTimeReads; }
+void SetUnixMilliseconds(i64 iMilliseconds) { Get().m_iUnixMilliseconds = iMilliseconds; }
 u64 ClockReads() { return Get().m_uClockReads; }
 u32 SleepCalls() { return Get().m_uSleeps; }
 u64 SleptMilliseconds() { return Get().m_uSlept; }

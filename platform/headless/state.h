@@ -67,6 +67,9 @@ struct State {
     i64 m_iClockStep = 0;
     i64 m_iFrequency = 1000000000;
     u64 m_uClockReads = 0;
+    stLocalTime m_stLocalTime = {2024, 2, 29, 13, 5, 9};
+    u32 m_uLocalTimeReads = 0;
+    i64 m_iUnixMilliseconds = 1709211909123;
     u32 m_uSleeps = 0;
     u64 m_uSlept = 0;
 

@@ -103,6 +103,11 @@ void UseRealClock();
 void SetCounterFrequency(i64 iTicksPerSecond);
 /// Readings of the counter or of the steady clock since the last reset.
 u64 ClockReads();
+/// What LocalTime() answers, until changed; default 2024-02-29 13:05:09. Calls of it since the last reset.
+void SetLocalTime(const stLocalTime& stTime);
+u32 LocalTimeReads();
+/// What UnixMilliseconds() answers; default 1709211909123.
+void SetUnixMilliseconds(i64 iMilliseconds);
 /// Sleeps asked for: how many, and the sum in milliseconds.
 u32 SleepCalls();
 u64 SleptMilliseconds();

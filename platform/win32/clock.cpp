@@ -28,6 +28,20 @@ i64 CounterFrequency() noexcept {
     return iFrequency;
 }
 
+stLocalTime LocalTime() noexcept {
+    SYSTEMTIME st{};
+    GetLocalTime(&st);
+    return {st.wYear, st.wMonth, st.wDay, st.wHour, st.wMinute, st.wSecond};
+}
+
+i64 UnixMilliseconds() noexcept {
+    FILETIME st{};
+    GetSystemTimeAsFileTime(&st);
+    const u64 uTicks = (static_cast<u64>(st.dwHighDateTime) << 32) | st.dwLowDateTime;
+    // Ticks of 100 ns since 1601, which is 11644473600 seconds before 1970.
+    return static_cast<i64>(uTicks / 10000) - 11644473600000;
+}
+
 i64 SteadyNanoseconds() noexcept { return TicksToNanoseconds(CounterNow(), CounterFrequency()); }
 
 } // namespace platform
