@@ -2,7 +2,9 @@
 #include "companion/os.h"
 #include "companion/reports.h"
 #include "companion/segment_view.h"
+#include "companion/top.h"
 #include "companion/utf.h"
+#include "companion/values.h"
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
@@ -187,6 +189,32 @@ Result DoDoctor(Context& st) {
     return {};
 }
 
+Result DoFeed(Context& st) {
+    const Result stFed = Feed(st.stLibrary, st.stOptions);
+    return stFed && st.stOptions.bOnce ? NeedPrograms(st.stLibrary) : stFed;
+}
+
+Result DoSensors(Context& st) {
+    PrintSensors(st.stOptions);
+    return {};
+}
+
+Result DoNames(Context& st) {
+    PrintNames(st.stLibrary, st.stOptions);
+    return {};
+}
+
+Result DoSet(Context& st) {
+    const Result stSet =
+        SetValue(sensors::TargetOf(st.stLibrary), st.stOptions.strTarget, st.stOptions.iValue);
+    return stSet ? NeedPrograms(st.stLibrary) : stSet;
+}
+
+Result DoTop(Context& st) {
+    Watch(st.stLibrary, st.stOptions);
+    return {};
+}
+
 struct Action {
     Verb eVerb;
     bool bLoadsLibrary; ///< the library is loaded before the action runs
@@ -208,6 +236,11 @@ constexpr Action kActions[] = {
     {Verb::ProfileName, true, DoProfileName},
     {Verb::Dump, true, DoDump},
     {Verb::Doctor, true, DoDoctor},
+    {Verb::Feed, true, DoFeed},
+    {Verb::Sensors, false, DoSensors},
+    {Verb::Names, true, DoNames},
+    {Verb::Set, true, DoSet},
+    {Verb::Top, true, DoTop},
 };
 
 Result Perform(Context& st) {

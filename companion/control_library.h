@@ -18,6 +18,8 @@ struct ControlLibrary {
     decltype(&::SetMonitorScreenshotDataFromGWexeToGWDll_GL) fnSetScreenshot = nullptr;
     decltype(&::SetMonitorTimerDataFromGWexeToGWDll_GL) fnSetTimer = nullptr;
     decltype(&::SetOSDGlobalProfileNameFromGWexeToGWDll_GL) fnSetGlobalProfile = nullptr;
+    decltype(&::SetMonitorDataFromGWexeToGWDll_GL) fnSetData = nullptr;
+    decltype(&::SetMonitorDataOffsetFromGWexeToGWDll_GL) fnSetOffsets = nullptr;
     decltype(&::GetAPIVerByTID_GL) fnRearmApiCode = nullptr;
     decltype(&::Hook_CB_ProcGetMSGOfGL) fnHookCallback = nullptr;
     /// The live segment; others write it at any time.

@@ -1,5 +1,6 @@
 #include "companion/options.h"
 #include "companion/result.h"
+#include "companion/sensors/publisher.h"
 #include "companion/utf.h"
 #include "shared/segment.h"
 #include <CLI/CLI.hpp>
@@ -83,6 +84,35 @@ void AddControls(CLI::App& app, Options& st) {
         ->check(CLI::IsMember({"on", "off"}));
 }
 
+void AddInterval(CLI::App* pVerb, Options& st, const char* szHelp) {
+    pVerb->add_option("--interval", st.uInterval, szHelp)
+        ->type_name("MS")
+        ->check(CLI::Range(g_uShortestInterval, g_uLongestInterval));
+}
+
+void AddValues(CLI::App& app, Options& st) {
+    CLI::App* pFeed =
+        AddVerb(app, st, Verb::Feed, "feed",
+                "publish this machine's sensors to every program that carries the overlay, until "
+                "Ctrl-C; the values then vanish again");
+    AddInterval(pFeed, st, "milliseconds between two publications; default 500");
+    pFeed->add_flag("--once", st.bOnce, "publish once, leave the values and end");
+    CLI::App* pSensors =
+        AddVerb(app, st, Verb::Sensors, "sensors", "list the sensors of this machine with their values");
+    pSensors->add_flag("--json", st.bJson, "as JSON");
+    CLI::App* pNames = AddVerb(app, st, Verb::Names, "names",
+                               "list the data names that a layout may use, with current values");
+    pNames->add_flag("--json", st.bJson, "as JSON");
+    CLI::App* pSet = AddVerb(app, st, Verb::Set, "set",
+                             "publish one value by hand, beside those that are published already");
+    pSet->add_option("name", st.strTarget, "data name, such as GPU_CLK#0")->required()->type_name("NAME");
+    pSet->add_option("value", st.iValue, "whole number of 32 bits")->required()->type_name("VALUE");
+    CLI::App* pTop =
+        AddVerb(app, st, Verb::Top, "top", "watch the programs that carry the overlay: frame time and rate");
+    AddInterval(pTop, st, "milliseconds between two tables; default 1000");
+    pTop->add_flag("--once", st.bOnce, "print one table and end");
+}
+
 void AddSend(CLI::App& app, Options& st) {
     CLI::App* pSend = AddVerb(
         app, st, Verb::Send, "send",
@@ -155,6 +185,10 @@ Result CheckOptions(Options& st) {
     if (st.eVerb == Verb::ProfileName) {
         return CheckProfile(st.strTarget, "the profile name", g_uProfileNameUnits - 1);
     }
+    if (st.eVerb == Verb::Set) {
+        const std::string strFault = sensors::NameFault(st.strTarget);
+        if (!strFault.empty()) return Result::Usage("set: the name " + st.strTarget + " " + strFault);
+    }
     if (st.eVerb == Verb::Send) {
         return CheckProfile(st.strFilterProfile, "the filter's profile", g_uTargetProfileUnits - 1);
     }
@@ -189,6 +223,7 @@ Parsed ParseArguments(std::vector<std::string> listArguments) {
     AddReports(app, stParsed.stOptions);
     AddControls(app, stParsed.stOptions);
     AddSend(app, stParsed.stOptions);
+    AddValues(app, stParsed.stOptions);
     if (listArguments.empty()) return Leave(kUsage, "a command is required");
     if (!listArguments.front().starts_with("-") && !IsCommand(app, listArguments.front())) {
         return Leave(kUsage, "unknown command " + listArguments.front());

@@ -23,14 +23,22 @@ enum class Verb {
     ProfileName,
     FrameTime,
     Dump,
-    Doctor
+    Doctor,
+    Feed,
+    Sensors,
+    Names,
+    Set,
+    Top
 };
+
+constexpr u32 g_uShortestInterval = 50; ///< milliseconds
+constexpr u32 g_uLongestInterval = 60000;
 
 /// What was asked for. A field belongs to the verbs that its option is offered for.
 struct Options {
     Verb eVerb = Verb::None;
     std::string strLibrary;
-    std::string strTarget; ///< program, process name or id, profile name
+    std::string strTarget; ///< program, process name or id, profile name, data name
     std::vector<std::string> listArguments;
     bool bYes = false;
     bool bInit = false;
@@ -40,6 +48,9 @@ struct Options {
     bool bAll = false;
     bool bRaw = false;
     bool bEnable = false;
+    bool bOnce = false;
+    u32 uInterval = 0; ///< milliseconds; 0: the command's own default
+    i32 iValue = 0;
     u32 uCommand = 0;
     u32 uPid = 0;
     u32 uTid = 0;

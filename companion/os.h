@@ -31,6 +31,14 @@ void* FindExport(void* hModule, const char* szName);
 const void* MapSegment(void* hModule, size_t uBytes, std::string& strError);
 
 void SleepMilliseconds(u32 uMilliseconds);
+/// From now on Ctrl-C, termination and the closing of the console only ask to stop; see WaitForStop.
+void CatchStop();
+/// Waits; true as soon as a stop was asked for, also before the call.
+bool WaitForStop(u32 uMilliseconds);
+/// True if standard output is a terminal that obeys escape sequences.
+bool IsTerminal();
+/// The NVML library of the installed graphics driver, which then stays open; null without one.
+void* OpenNvmlLibrary();
 ProcessFacts InspectProcess(u32 uProcessId);
 /// Processes whose file name equals strName, case folded, with or without ".exe". Never the companion itself.
 std::vector<u32> FindProcesses(const std::string& strName);

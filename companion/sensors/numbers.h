@@ -2,6 +2,7 @@
 // Which index a piece of hardware has in its data names.
 #include "platform/types.h"
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,19 +12,23 @@ namespace companion::sensors {
 /// while it is unplugged, so that a name never changes what it means.
 class Numbers {
   public:
-    /// Index of hardware strKey ("0000:03:00.0") among its kind ("gpu"); new hardware takes the lowest free
-    /// one.
-    u32 IndexOf(const std::string& strKind, const std::string& strKey);
+    /// Proposes hardware strKey ("0000:03:00.0") of a kind ("gpu"). uRank decides among what comes new in one
+    /// round: the higher rank gets the lower index, equal ones keep the order of their proposals.
+    void Propose(const std::string& strKind, const std::string& strKey, u64 uRank = 0);
+    /// Ends the round: new hardware gets its index.
+    void Settle();
 
-    struct Adapter {
-        std::string strKey;
-        u64 uOwnMemory = 0; ///< bytes; 0 for those that use the machine's
-    };
-    /// Numbers adapters that come new: the largest own memory first, equal ones by key. The card meant for
-    /// pictures is index 0 thus, not the graphics part of the processor.
-    void Enter(const std::string& strKind, std::vector<Adapter> listAdapters);
+    std::optional<u32> IndexOf(const std::string& strKind, const std::string& strKey) const;
+    /// How many of a kind have an index.
+    u32 Count(const std::string& strKind) const;
 
   private:
+    struct Proposal {
+        std::string strKind;
+        std::string strKey;
+        u64 uRank;
+    };
+    std::vector<Proposal> m_listNew;
     std::map<std::string, std::map<std::string, u32>> m_mapKinds;
 };
 

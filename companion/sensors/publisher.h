@@ -30,7 +30,7 @@ class Publisher {
   public:
     explicit Publisher(const PublishTarget& stTarget);
 
-    enum class Outcome { Nothing, Values, Names };
+    enum class Outcome { Values, Names }; ///< what was written: values in place, or all anew
     /// Publishes all readings that have a value; of several with one name the first counts. Names that cannot
     /// stand in the tree, and those beyond its room, are left out.
     Outcome Publish(const std::vector<Reading>& listReadings);
@@ -41,6 +41,7 @@ class Publisher {
 
   private:
     bool IsOursInPlace() const;
+    void FillValues();
     void PublishNames();
     void PublishValues();
 
@@ -51,6 +52,10 @@ class Publisher {
     std::vector<u8> m_aTree; ///< the bank of the name tree as it was published
     bool m_bPublished = false;
 };
+
+/// Names of what the overlay measures in each program itself; a published value of such a name would never be
+/// seen.
+const std::vector<std::string>& OwnNames();
 
 /// Why a name cannot be published; empty if it can: 1 to 255 printable characters of ASCII, no blank, not one
 /// of the overlay's own names.

@@ -10,15 +10,14 @@ namespace companion::sensors {
 struct Reading {
     std::string strName;       ///< data full name, "GPU_CLK#0"
     const char* szUnit = "";   ///< "MHz", "C", "%", "MB", "RPM", "mV", "W"; a literal
-    u32 uDecimals = 0;         ///< the value counts in units of 10^-uDecimals
     std::string strSource;     ///< where it comes from, for people
     std::optional<i32> iValue; ///< empty: not to be had at present
 };
 
 /// "BASE#INDEX".
-std::string FullName(const char* szBase, u32 uIndex);
+std::string FullName(const std::string& strBase, u32 uIndex);
 
-/// Value held to what an i32 can carry and to the plausible range of its kind; empty outside of it.
+/// iValue if it lies in the range that is plausible for its kind (itself within an i32), else empty.
 std::optional<i32> Plausible(i64 iValue, i64 iLowest, i64 iHighest);
 
 /// uPart of uWhole in whole percent, halves up; empty for a whole of 0 or a part above it.

@@ -8,15 +8,18 @@
 
 namespace companion::sensors {
 
-/// A family of sensors. Probe looks for the hardware and fills the list of readings; Read takes their values.
-/// Neither throws for what hardware or files do: what cannot be found or read is left out or without value.
+/// A family of sensors. None of its operations throws for what hardware or files do: what cannot be found is
+/// not listed, and what cannot be read has no value.
 class Source {
   public:
     virtual ~Source() = default;
 
-    /// Rebuilds Readings() from what is there now. Values of counters that need two looks stay empty.
+    /// Looks for the hardware and proposes what needs an index.
     virtual void Probe(Numbers& numbers) = 0;
-    /// Takes the values of all readings anew. The list itself does not change.
+    /// Rebuilds Readings() from what Probe found, without values.
+    virtual void List(const Numbers& numbers) = 0;
+    /// Takes all values anew; the list itself does not change. Loads counted between two looks have a value
+    /// from the second Read on.
     virtual void Read() = 0;
 
     const std::vector<Reading>& Readings() const { return m_listReadings; }

@@ -1,0 +1,49 @@
+// Linux: being asked to stop, the terminal, and the driver's library.
+#include "companion/os.h"
+#include <chrono>
+#include <csignal>
+#include <cstring>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
+
+namespace companion::os {
+namespace {
+
+/// The handler writes a byte; whoever waits sees it, however early it came.
+int g_aiStopPipe[2] = {-1, -1};
+
+void OnSignal(int) {
+    const char cByte = 1;
+    [[maybe_unused]] const ssize_t iWritten = write(g_aiStopPipe[1], &cByte, 1);
+}
+
+i64 Milliseconds() {
+    const auto sinceStart = std::chrono::steady_clock::now().time_since_epoch();
+    return std::chrono::duration_cast<std::chrono::milliseconds>(sinceStart).count();
+}
+
+} // namespace
+
+void CatchStop() {
+    if (g_aiStopPipe[0] < 0 && pipe2(g_aiStopPipe, O_CLOEXEC | O_NONBLOCK) != 0) return;
+    struct sigaction stAction {};
+    stAction.sa_handler = OnSignal;
+    for (const int iSignal : {SIGINT, SIGTERM, SIGHUP}) sigaction(iSignal, &stAction, nullptr);
+}
+
+bool WaitForStop(u32 uMilliseconds) {
+    const i64 iEnd = Milliseconds() + uMilliseconds;
+    pollfd stPipe{g_aiStopPipe[0], POLLIN, 0};
+    for (i64 iLeft = uMilliseconds; iLeft >= 0; iLeft = iEnd - Milliseconds()) {
+        if (poll(&stPipe, 1, static_cast<int>(iLeft)) > 0) return true; // the byte stays: later waits end too
+    }
+    return false;
+}
+
+bool IsTerminal() { return isatty(STDOUT_FILENO) != 0; }
+
+void* OpenNvmlLibrary() { return dlopen("libnvidia-ml.so.1", RTLD_NOW | RTLD_LOCAL); }
+
+} // namespace companion::os

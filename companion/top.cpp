@@ -1,0 +1,91 @@
+#include "companion/top.h"
+#include "companion/os.h"
+#include "companion/segment_view.h"
+#include "companion/table.h"
+#include <cstdio>
+
+namespace companion {
+namespace {
+
+constexpr u32 kTopInterval = 1000; ///< milliseconds
+constexpr const char* kHomeAndClear = "\x1b[H\x1b[J";
+constexpr const char* kNobody = "No running program carries the overlay.\n";
+
+/// Turns the report of frame times on, and back to what it was.
+class FrameTimeReport {
+  public:
+    explicit FrameTimeReport(const ControlLibrary& st)
+        : m_stLibrary(st), m_u8Before(g_fnReadOnce(st.pSegment->bEnableQueryFrameTime)) {}
+    ~FrameTimeReport() { m_stLibrary.fnEnableQueryFrameTime(m_u8Before); }
+    FrameTimeReport(const FrameTimeReport&) = delete;
+    FrameTimeReport& operator=(const FrameTimeReport&) = delete;
+    /// On, also if another companion has turned it off meanwhile.
+    void Keep() { m_stLibrary.fnEnableQueryFrameTime(1); }
+
+  private:
+    const ControlLibrary& m_stLibrary;
+    u8 m_u8Before;
+};
+
+std::vector<StatusRow> Programs(const stSharedSegment& stSegment) {
+    std::vector<StatusRow> listRows;
+    for (const Instance& st : Instances(stSegment)) {
+        if (!IsCompanion(st.uProcessId)) listRows.push_back({st, os::InspectProcess(st.uProcessId)});
+    }
+    return listRows;
+}
+
+/// Resets the programs' API codes: a code that is back at the next look tells that frames have passed, and
+/// that the frame time beside it is not an old one.
+void ResetCodes(const ControlLibrary& stLibrary) {
+    for (const Instance& st : Instances(*Snapshot(stLibrary.pSegment))) {
+        if (st.uStatusSlot) stLibrary.fnRearmApiCode(st.uThreadId);
+    }
+}
+
+std::string NameOf(const ProcessFacts& st) {
+    if (!st.bExists) return "(gone)";
+    return st.strName.empty() ? "?" : st.strName;
+}
+
+} // namespace
+
+std::string RateText(f32 fMilliseconds) {
+    if (FrameTimeText(fMilliseconds) == "-") return "-";
+    char szText[32];
+    std::snprintf(szText, sizeof(szText), "%.1f", 1000.0 / static_cast<f64>(fMilliseconds));
+    return szText;
+}
+
+std::string TopTable(const std::vector<StatusRow>& listRows) {
+    std::vector<std::vector<std::string>> listCells;
+    for (const StatusRow& st : listRows) {
+        const bool bFrames = st.stProcess.bExists && st.stInstance.uApiCode != g_uApiCodeUnseen;
+        const f32 fTime = bFrames ? st.stInstance.fFrameTime : 0.0f;
+        listCells.push_back({NameOf(st.stProcess), std::to_string(st.stInstance.uProcessId),
+                             bFrames ? ApiName(st.stInstance.uApiCode) : "-", FrameTimeText(fTime),
+                             RateText(fTime)});
+    }
+    return FormatTable(
+        {{"PROCESS"}, {"PID", Align::Right}, {"API"}, {"FRAME MS", Align::Right}, {"FPS", Align::Right}},
+        listCells);
+}
+
+void Watch(const ControlLibrary& stLibrary, const Options& stOptions) {
+    const u32 uInterval = stOptions.uInterval != 0 ? stOptions.uInterval : kTopInterval;
+    const bool bInPlace = !stOptions.bOnce && os::IsTerminal();
+    os::CatchStop();
+    FrameTimeReport report(stLibrary);
+    for (bool bDone = false; !bDone; bDone = stOptions.bOnce) {
+        report.Keep();
+        ResetCodes(stLibrary);
+        if (os::WaitForStop(uInterval)) return;
+        const auto listRows = Programs(*Snapshot(stLibrary.pSegment));
+        std::string strText = (bInPlace ? kHomeAndClear : "") + TopTable(listRows);
+        if (listRows.empty()) strText += kNobody;
+        std::fwrite(strText.data(), 1, strText.size(), stdout);
+        std::fflush(stdout);
+    }
+}
+
+} // namespace companion
