@@ -36,6 +36,8 @@ constexpr std::size_t c_uDataFullNameBytes = 512;
 /// The log shows the low half of an address.
 u32 Low32(const void* p) noexcept { return static_cast<u32>(reinterpret_cast<std::uintptr_t>(p)); }
 
+// KEEP: the address belongs to this bank, also after a flip; lists built from it show its values until they
+// are built again.
 const u32* InRawData(const char* szName, u32 uBank, u32 uOffset) noexcept {
     if (uOffset > g_uMaxRawDataOffset) {
         g_fnLog("g_fnGetMonitorDataPtr szDataFullName: %s / pData: <error> - RV5 Data / DataOffset: %d",
