@@ -50,6 +50,12 @@ else()
   endif()
   target_link_libraries(orvin_glew INTERFACE ${glew_archive})
   target_compile_definitions(orvin_glew INTERFACE GLEW_STATIC)
+
+  # Headers only: both libraries are opened at run time, so that the overlay loads where they are missing.
+  find_package(Freetype REQUIRED)
+  find_package(Fontconfig REQUIRED)
+  add_library(orvin_font_headers INTERFACE)
+  target_include_directories(orvin_font_headers SYSTEM INTERFACE ${FREETYPE_INCLUDE_DIRS} ${Fontconfig_INCLUDE_DIRS})
   if(ORVIN_BUILD_TESTS)
     find_package(GTest REQUIRED)
     target_link_libraries(orvin_gtest INTERFACE GTest::gtest GTest::gtest_main)

@@ -1,6 +1,5 @@
 #include "controls/later_controls.h"
 
-CFontUniCode::~CFontUniCode() = default;
 CFlipBox_Base::~CFlipBox_Base() = default;
 CImgBox_Base::~CImgBox_Base() = default;
 CVideoBox_Base::~CVideoBox_Base() = default;

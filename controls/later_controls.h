@@ -1,15 +1,11 @@
 #pragma once
-// All kinds of objects that the manager owns beside panels: text and number boxes, and roots of the others.
-// Each says only what ownership needs: that it is a control (but for fonts) and how it is deleted. A kind's
-// full class takes the place of its root here.
+// All kinds of objects that the manager owns beside panels: fonts, text and number boxes, and roots of the
+// others. A root says only what ownership needs: that it is a control and how it is deleted. A kind's full
+// class takes the place of its root here.
 #include "controls/control.h"
 #include "controls/num_box.h"
 #include "controls/text_box.h"
-
-class CFontUniCode {
-  public:
-    virtual ~CFontUniCode() = 0;
-};
+#include "font/font_unicode.h"
 
 class CFlipBox_Base : public virtual CControl {
   public:

@@ -1,0 +1,285 @@
+// Glyphs by FreeType, in two levels, hinted as for classic black and white screens: boxes and advances come
+// out as GDI has them.
+#include "platform/glyph_rasterizer.h"
+
+#include "platform/linux/font_catalogue.h"
+#include "platform/utf.h"
+
+#include <ft2build.h>
+#include FT_FREETYPE_H
+
+#include <algorithm>
+#include <dlfcn.h>
+#include <map>
+#include <mutex>
+#include <new>
+
+namespace platform {
+
+/// The functions in use, looked up in the library itself as those of fontconfig are.
+struct stFreeType {
+    decltype(&FT_Init_FreeType) InitFreeType;
+    decltype(&FT_Done_FreeType) DoneFreeType;
+    decltype(&FT_New_Face) NewFace;
+    decltype(&FT_Done_Face) DoneFace;
+    decltype(&FT_Set_Pixel_Sizes) SetPixelSizes;
+    decltype(&FT_Get_Char_Index) GetCharIndex;
+    decltype(&FT_Load_Glyph) LoadGlyph;
+    decltype(&FT_Render_Glyph) RenderGlyph;
+};
+
+template <typename T> static bool Load(void* hLibrary, T& fn, const char* szName) {
+    fn = reinterpret_cast<T>(dlsym(hLibrary, szName));
+    return fn != nullptr;
+}
+
+static bool LoadAll(void* h, stFreeType& st) {
+    return h && Load(h, st.InitFreeType, "FT_Init_FreeType") &&
+           Load(h, st.DoneFreeType, "FT_Done_FreeType") && Load(h, st.NewFace, "FT_New_Face") &&
+           Load(h, st.DoneFace, "FT_Done_Face") && Load(h, st.SetPixelSizes, "FT_Set_Pixel_Sizes") &&
+           Load(h, st.GetCharIndex, "FT_Get_Char_Index") && Load(h, st.LoadGlyph, "FT_Load_Glyph") &&
+           Load(h, st.RenderGlyph, "FT_Render_Glyph");
+}
+
+/// Null without the library, which stays open for the life of the process.
+static const stFreeType* FreeType() {
+    static stFreeType st;
+    static const bool bLoaded = LoadAll(dlopen("libfreetype.so.6", RTLD_NOW | RTLD_LOCAL), st);
+    return bLoaded ? &st : nullptr;
+}
+
+/// What all fonts share. It lives as long as one of them.
+struct stFontSystem {
+    stFontSystem() = default;
+    ~stFontSystem() {
+        if (m_hLibrary) FreeType()->DoneFreeType(m_hLibrary);
+    }
+    stFontSystem(const stFontSystem&) = delete;
+    stFontSystem& operator=(const stFontSystem&) = delete;
+
+    FT_Library m_hLibrary = nullptr;
+    std::shared_ptr<CFontCatalogue> m_pCatalogue;
+};
+
+struct GlyphBitmap {
+    i32 m_iWidth, m_iHeight;
+    u8* m_pPixels; ///< 0 or 255, rows packed
+};
+
+struct GlyphDevice {
+    GlyphBitmap* m_pBitmap;
+};
+
+struct GlyphFont {
+    std::shared_ptr<stFontSystem> m_pSystem;
+    const CFaceList* m_pList = nullptr;
+    i32 m_iEmHeight = 0;
+    FT_Face m_hMain = nullptr;
+    std::map<u32, FT_Face> m_mapOthers; ///< by place in the list; null: cannot be used
+};
+
+/// Held wherever the system or its library's faces are made or given back.
+static std::mutex g_mutexSystem;
+/// Pixels of the em that are still rasterised; far above any cell.
+static constexpr i32 g_iMostEm = 16384;
+
+GlyphDevice* CreateGlyphDevice() noexcept { return new (std::nothrow) GlyphDevice{}; }
+
+void DestroyGlyphDevice(GlyphDevice* pDevice) noexcept { delete pDevice; }
+
+void GlyphDeviceDpi(GlyphDevice*, i32* piX, i32* piY) noexcept { *piX = *piY = 96; }
+
+GlyphBitmap* CreateGlyphBitmap(GlyphDevice* pDevice, i32 iWidth, i32 iHeight) noexcept {
+    if (!pDevice || iWidth < 1 || iHeight < 1) return nullptr;
+    const u64 uPixels = static_cast<u64>(iWidth) * static_cast<u64>(iHeight);
+    auto* const pBitmap = new (std::nothrow) GlyphBitmap{iWidth, iHeight, new (std::nothrow) u8[uPixels]()};
+    if (!pBitmap || !pBitmap->m_pPixels) {
+        delete pBitmap;
+        return nullptr;
+    }
+    pDevice->m_pBitmap = pBitmap;
+    return pBitmap;
+}
+
+void DestroyGlyphBitmap(GlyphBitmap* pBitmap) noexcept {
+    if (!pBitmap) return;
+    delete[] pBitmap->m_pPixels;
+    delete pBitmap;
+}
+
+void ClearGlyphBitmap(GlyphDevice* pDevice) noexcept {
+    if (!pDevice || !pDevice->m_pBitmap) return;
+    const GlyphBitmap& st = *pDevice->m_pBitmap;
+    std::fill_n(st.m_pPixels, static_cast<u64>(st.m_iWidth) * static_cast<u64>(st.m_iHeight), u8{0});
+}
+
+void ReadGlyphBitmap(GlyphDevice* pDevice, i32 iWidth, i32 iHeight, u8* pRows) noexcept {
+    if (!pDevice || !pDevice->m_pBitmap) return;
+    const GlyphBitmap& st = *pDevice->m_pBitmap;
+    const i64 iPitch = (static_cast<i64>(iWidth) * 3 + 3) / 4 * 4;
+    for (i32 y = 0; y < std::min(iHeight, st.m_iHeight); ++y)
+        for (i32 x = 0; x < std::min(iWidth, st.m_iWidth); ++x)
+            std::fill_n(pRows + y * iPitch + x * 3, 3, st.m_pPixels[static_cast<i64>(y) * st.m_iWidth + x]);
+}
+
+/// A face at the font's size; null if its file cannot be opened or has no outlines.
+static FT_Face OpenFace(const GlyphFont& font, const stFaceFile& stFile) {
+    FT_Face hFace = nullptr;
+    if (stFile.m_path.empty() ||
+        FreeType()->NewFace(font.m_pSystem->m_hLibrary, stFile.m_path.c_str(), stFile.m_iIndex, &hFace))
+        return nullptr;
+    if (FT_IS_SCALABLE(hFace) && !FreeType()->SetPixelSizes(hFace, 0, static_cast<FT_UInt>(font.m_iEmHeight)))
+        return hFace;
+    FreeType()->DoneFace(hFace);
+    return nullptr;
+}
+
+/// The one in use, or a new one; null without one of the libraries.
+static std::shared_ptr<stFontSystem> OpenSystem() {
+    // Never destroyed: the host may still draw while the process ends.
+    static auto* const pCurrent = new std::weak_ptr<stFontSystem>;
+    if (auto pOpen = pCurrent->lock()) return pOpen;
+    if (!FreeType()) return nullptr;
+    auto pNew = std::make_shared<stFontSystem>();
+    pNew->m_pCatalogue = CFontCatalogue::Open();
+    if (!pNew->m_pCatalogue || FreeType()->InitFreeType(&pNew->m_hLibrary)) return nullptr;
+    *pCurrent = pNew;
+    return pNew;
+}
+
+static bool OpenFont(GlyphFont& font, const stGlyphFontRequest& stRequest) {
+    char szFamily[256] = "";
+    if (stRequest.m_wzFace && !Utf16ToUtf8(stRequest.m_wzFace, szFamily, sizeof szFamily)) return false;
+    font.m_pSystem = OpenSystem();
+    if (!font.m_pSystem) return false;
+    font.m_iEmHeight = std::clamp(stRequest.m_iEmHeight, 1, g_iMostEm);
+    const i32 iWeight = stRequest.m_iWeight == 0 ? 400 : std::clamp(stRequest.m_iWeight, 1, 1000);
+    font.m_pList = &font.m_pSystem->m_pCatalogue->Find(szFamily, iWeight);
+    font.m_hMain = OpenFace(font, font.m_pList->Main());
+    return font.m_hMain != nullptr;
+}
+
+static void CloseFont(GlyphFont& font) {
+    for (const auto& [uPlace, hFace] : font.m_mapOthers)
+        if (hFace) FreeType()->DoneFace(hFace);
+    if (font.m_hMain) FreeType()->DoneFace(font.m_hMain);
+    font.m_pSystem.reset();
+}
+
+GlyphFont* CreateGlyphFont(GlyphDevice*, const stGlyphFontRequest& stRequest) noexcept {
+    auto* const pFont = new (std::nothrow) GlyphFont;
+    if (!pFont) return nullptr;
+    bool bOpen = false;
+    try {
+        const std::lock_guard lock(g_mutexSystem);
+        bOpen = OpenFont(*pFont, stRequest);
+    } catch (...) { // out of memory
+    }
+    if (bOpen) return pFont;
+    DestroyGlyphFont(pFont);
+    return nullptr;
+}
+
+void DestroyGlyphFont(GlyphFont* pFont) noexcept {
+    if (!pFont) return;
+    {
+        const std::lock_guard lock(g_mutexSystem);
+        CloseFont(*pFont);
+    }
+    delete pFont;
+}
+
+/// The face at a place of the list, opened at its first use.
+static FT_Face OtherFace(GlyphFont& font, u32 uPlace) {
+    const auto [it, bNew] = font.m_mapOthers.try_emplace(uPlace, nullptr);
+    if (bNew) {
+        const std::lock_guard lock(g_mutexSystem);
+        it->second = OpenFace(font, font.m_pList->Others()[uPlace]);
+    }
+    return it->second;
+}
+
+struct stGlyph {
+    FT_Face m_hFace;
+    FT_UInt m_uIndex; ///< 0: the box for a missing glyph
+};
+
+/// The main face's glyph, or that of the first other face that has one, or the main face's box.
+static stGlyph FindGlyph(GlyphFont& font, u32 uCode) {
+    if (const FT_UInt u = FreeType()->GetCharIndex(font.m_hMain, uCode)) return {font.m_hMain, u};
+    const std::vector<stFaceFile>& aOthers = font.m_pList->Others();
+    for (u32 i = 0; i < aOthers.size(); ++i) {
+        if (!CFaceList::Covers(aOthers[i], uCode)) continue;
+        const FT_Face hFace = OtherFace(font, i);
+        const FT_UInt u = hFace ? FreeType()->GetCharIndex(hFace, uCode) : 0;
+        if (u) return {hFace, u};
+    }
+    return {font.m_hMain, 0};
+}
+
+/// Takes one code point off a text of uUnits units; a surrogate without its partner counts as a code.
+static u32 NextCode(const char16_t*& wz, u32& uUnits) {
+    const u32 c = *wz++;
+    --uUnits;
+    if (c < 0xD800 || c >= 0xDC00 || uUnits == 0 || *wz < 0xDC00 || *wz >= 0xE000) return c;
+    --uUnits;
+    return 0x10000 + ((c - 0xD800) << 10) + (*wz++ - 0xDC00u);
+}
+
+/// Blends a two-level glyph in, clipped at the bitmap.
+static void Blit(const GlyphBitmap& to, const FT_Bitmap& from, i32 iLeft, i32 iTop) {
+    if (from.pixel_mode != FT_PIXEL_MODE_MONO || from.pitch < 0) return;
+    const i32 iWidth = static_cast<i32>(from.width), iHeight = static_cast<i32>(from.rows);
+    const i32 iEndX = std::min(iWidth, to.m_iWidth - iLeft), iEndY = std::min(iHeight, to.m_iHeight - iTop);
+    for (i32 y = std::max(0, -iTop); y < iEndY; ++y) {
+        const u8* const pRow = from.buffer + static_cast<i64>(y) * from.pitch;
+        u8* const pTo = to.m_pPixels + static_cast<i64>(iTop + y) * to.m_iWidth;
+        for (i32 x = std::max(0, -iLeft); x < iEndX; ++x)
+            if (pRow[x >> 3] >> (7 - (x & 7)) & 1) pTo[iLeft + x] = 255;
+    }
+}
+
+/// Goes through a text glyph by glyph, drawing where there is a bitmap. Gives the pen's end.
+static i32 Walk(GlyphFont& font, const char16_t* wzText, u32 uUnits, const GlyphBitmap* pBitmap,
+                i32 iBaseline) {
+    i32 iPen = 0;
+    while (uUnits) {
+        const stGlyph st = FindGlyph(font, NextCode(wzText, uUnits));
+        if (FreeType()->LoadGlyph(st.m_hFace, st.m_uIndex, FT_LOAD_TARGET_MONO | FT_LOAD_NO_BITMAP)) continue;
+        const FT_GlyphSlot pSlot = st.m_hFace->glyph;
+        const i32 iAdvance = static_cast<i32>((pSlot->advance.x + 32) >> 6);
+        if (pBitmap && !FreeType()->RenderGlyph(pSlot, FT_RENDER_MODE_MONO))
+            Blit(*pBitmap, pSlot->bitmap, iPen + pSlot->bitmap_left, iBaseline - pSlot->bitmap_top);
+        iPen += iAdvance;
+    }
+    return iPen;
+}
+
+/// As Walk; nothing and 0 when memory runs out.
+static i32 WalkSafely(GlyphFont* pFont, const char16_t* wzText, u32 uUnits, const GlyphBitmap* pBitmap,
+                      i32 iBaseline) {
+    try {
+        return pFont ? Walk(*pFont, wzText, uUnits, pBitmap, iBaseline) : 0;
+    } catch (...) {
+        return 0;
+    }
+}
+
+void DrawGlyphs(GlyphDevice* pDevice, GlyphFont* pFont, const char16_t* wzText, u32 uUnits,
+                i32 iBaseline) noexcept {
+    if (pDevice && pDevice->m_pBitmap) WalkSafely(pFont, wzText, uUnits, pDevice->m_pBitmap, iBaseline);
+}
+
+i32 GlyphExtent(GlyphDevice*, GlyphFont* pFont, const char16_t* wzText, u32 uUnits) noexcept {
+    return WalkSafely(pFont, wzText, uUnits, nullptr, 0);
+}
+
+bool FontHasGlyph(GlyphDevice*, GlyphFont* pFont, const char16_t* wzText, u32 uUnits) noexcept {
+    return pFont && uUnits && FreeType()->GetCharIndex(pFont->m_hMain, NextCode(wzText, uUnits)) != 0;
+}
+
+bool FontCoversCode(GlyphDevice*, GlyphFont* pFont, u32 uCode) noexcept {
+    return pFont && FreeType()->GetCharIndex(pFont->m_hMain, uCode) != 0;
+}
+
+} // namespace platform
