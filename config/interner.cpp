@@ -15,7 +15,7 @@ u64 g_u64NextId = 1;
 std::size_t BucketOf(std::string_view szText) {
     i64 iSum = 0;
     for (const char c : szText) iSum += static_cast<i8>(c);
-    // KEEP: a negative remainder shares the fourth bucket with 0.
+    // A negative remainder shares the fourth bucket with 0.
     const i64 iRest = iSum % static_cast<i64>(g_uBuckets);
     return iRest > 0 ? static_cast<std::size_t>(iRest - 1) : g_uBuckets - 1;
 }

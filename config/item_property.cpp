@@ -87,6 +87,7 @@ void CItemProperty_Base::m_fnPrintData() const {
     g_fnLog("FRAME_ANCHOR: %i\n", m_iFrameAnchor);
     g_fnLog("FRAME_ANCHOR_X: %i\n", m_iFrameAnchorX);
     g_fnLog("FRAME_ANCHOR_Y: %i\n", m_iFrameAnchorY);
+    // KEEP: not for memos and mixed items, which have a content as well.
     if (m_uItemType >= ITEM_TEXTBOX && m_uItemType <= ITEM_LINEGRAPH) {
         g_fnLog("CONTENT_ANCHOR: %i\n", m_iContentAnchor);
         g_fnLog("CONTENT_ANCHOR_X: %i\n", m_iContentAnchorX);
