@@ -2,7 +2,8 @@
 """Runs all tests from cheap to dear and prints one closing line "N passed, N failed".
 
 Stages: house (rules of the code base), unit (both compilers; Linux under address and undefined-behaviour
-sanitizers, Windows under Wine), gl (real contexts), e2e (host programs with the overlay on both platforms).
+sanitizers, with bounded fuzz runs, Windows under Wine), gl (real contexts), e2e (host programs with the overlay on
+both platforms).
 A stage with a failure ends the run.
 """
 import os
@@ -69,13 +70,23 @@ SANITIZER = {"ASAN_OPTIONS": "detect_leaks=1:allocator_may_return_null=1",
              "LSAN_OPTIONS": f"suppressions={ROOT}/tests/support/leaks.supp"}
 
 
+def fuzz(program):
+    code, output = run([str(program)], STATE / f"{program.name}.log", SANITIZER)
+    return report(f"linux-asan-{program.name}", int(code == 0), int(code != 0), output)
+
+
+def executable(path):
+    return path.is_file() and os.access(path, os.X_OK)
+
+
 def unit():
     build("linux-asan")
     build("win64")
     with Display() as display:
         env = {"DISPLAY": display, "LIBGL_ALWAYS_SOFTWARE": "1"}
-        for program in [p for p in programs("linux-asan", "unit_*") if p.is_file() and os.access(p, os.X_OK)]:
+        for program in filter(executable, programs("linux-asan", "unit_*")):
             yield gtest(f"linux-asan {program.name}".replace(" ", "-"), [str(program)], {**env, **SANITIZER})
+        yield from map(fuzz, filter(executable, programs("linux-asan", "fuzz_*")))
         for program in programs("win64", "unit_*", ".exe"):
             yield gtest(f"win64-{program.stem}", ["cmake/wine-run", str(program)], env)
 
