@@ -120,6 +120,11 @@ TEST(TextureReduce, GainKeeps255AndRaises170To255) {
     EXPECT_EQ(Reduce(Bytes(25, 255), 5, 5, 1, true), Bytes(4, 255));
 }
 
+TEST(TextureReduce, AtOddSidesRoundingMayLeave254Of170) {
+    // First span of 13 columns: weights 1, 1 and a sixth, which single precision can't hold.
+    EXPECT_EQ(Reduce(Bytes(13, 170), 13, 1, 1, true)[0], 254);
+}
+
 TEST(TextureReduce, FourChannelsStandAloneAndTakeNoGain) {
     const Bytes source = {10, 200, 3, 255, 20, 101, 4, 0,  //
                           30, 50,  5, 99,  90, 90,  9, 90, //
