@@ -1,10 +1,13 @@
 #include "config/fixed_layout.h"
 
+#include "config/fixed_text.h"
+#include "config/item_map.h"
 #include "controls/control_ids.h"
 #include "controls/link_controls.h"
 #include "controls/panel.h"
 #include "draw/draw_keys.h"
 #include "frame/frame_driver.h"
+#include "frame/update.h"
 #include "shared/overlay_state.h"
 #include "shared/process_records.h"
 
@@ -31,6 +34,9 @@ constexpr stPanelInit Flat(u64 id, stBox b, stColor c, u32 uShape = g_uShapeRect
 constexpr stPanelInit Frosted(u64 id, stBox b, stColor c, u32 uScatter) {
     return {id,       b.iCode,      b.x,  b.y, b.w, b.h, c.r, c.g, c.b, c.a, PANEL_TYPE_FROSTED,
             uScatter, g_uShapeRect, false};
+}
+constexpr stPanelInit Unseen(u64 id, stBox b) {
+    return {id, b.iCode, b.x, b.y, b.w, b.h, 0, 0, 0, 0, PANEL_TYPE_INVISIBLE, 0, g_uShapeRect, false};
 }
 
 // Margins of 24 on all sides; the width is counted on a canvas of 1440, the narrowest in use, where nothing
@@ -60,7 +66,12 @@ constexpr stPanelInit g_aDefault[] = {
     // Bottom right.
     Flat(14, {9, 24, 24, 6, 168}, g_stWarm),
     Flat(15, {9, 24, 24, 288, 168}, g_stDark),
+    // Frames of clock and resolution, on the tinted glass.
+    Unseen(16, {3, 24, 42, 360, 84}),
+    Unseen(17, {3, 24, 132, 360, 42}),
 };
+/// The shapes alone.
+constexpr std::span<const stPanelInit> g_aShapes{g_aDefault, 15};
 
 /// Twenty equal panels, five in a row.
 constexpr std::array<stPanelInit, 20> MakeGrid(u32 uPanelType) {
@@ -88,12 +99,22 @@ constexpr stPanelInit g_aStatusStylePanels[] = {
     Flat(5, {9, 24, 24, 96, 96}, {255, 255, 255, 0}),
 };
 
+/// One panel behind all writing.
+constexpr stPanelInit g_aSheet[] = {Flat(1, {1, 24, 24, 1392, 720}, g_stDeep)};
+constexpr stPanelInit g_aWritingA[] = {Flat(1, {1, 24, 24, 264, 144}, g_stDark)};
+constexpr stPanelInit g_aWritingB[] = {Flat(1, {1, 24, 24, 264, 564}, g_stDark)};
+
 constexpr stFixedLayout g_aLayouts[] = {
-    {u"Default", g_uStyleCustom, g_aDefault, {}},
-    {u"Panels20", g_uStyleCustom, g_aPanels20, {}},
-    {u"Frosted20", g_uStyleCustom, g_aFrosted20, {}},
-    {u"Status", g_uStyleClassic, g_aStatus, g_aStatusStylePanels},
-    {u"Empty", g_uStyleCustom, {}, {}},
+    {u"Default", g_uStyleCustom, g_aDefault, {}, &g_stDefaultWriting},
+    {u"Shapes", g_uStyleCustom, g_aShapes, {}, nullptr},
+    {u"Panels20", g_uStyleCustom, g_aPanels20, {}, nullptr},
+    {u"Frosted20", g_uStyleCustom, g_aFrosted20, {}, nullptr},
+    {u"Boxes8", g_uStyleCustom, g_aWritingA, {}, &g_stWritingA},
+    {u"Boxes37", g_uStyleCustom, g_aWritingB, {}, &g_stWritingB},
+    {u"Boxes80", g_uStyleCustom, g_aPanels20, {}, &g_stBoxes80Writing},
+    {u"TextSheet", g_uStyleCustom, g_aSheet, {}, &g_stTextSheetWriting},
+    {u"Status", g_uStyleClassic, g_aStatus, g_aStatusStylePanels, nullptr},
+    {u"Empty", g_uStyleCustom, {}, {}, nullptr},
 };
 
 /// A build that failed later on leaves its controls; the next try must not stand on them.
@@ -115,6 +136,13 @@ bool MakeStylePanels(std::span<const stPanelInit> records) {
     return true;
 }
 
+void BuildUpdateLists(u32 uLayoutStyle) {
+    if (uLayoutStyle == g_uStyleCustom)
+        g_fnBuildUpdateCustom();
+    else
+        g_fnBuildUpdateClassic();
+}
+
 /// The panels of these layouts have no owner, so each hangs from the root.
 void HangFromRoot(std::span<const stPanelInit> records) {
     for (const stPanelInit& st : records)
@@ -132,6 +160,7 @@ const stFixedLayout& g_fnFindFixedLayout(std::u16string_view wzProfile) {
 
 void g_fnClearConfiguration() {
     g_fnClearControlIds();
+    g_fnClearItems();
     g_mapBlurDiameters.clear();
     g_bCaptureBackdrop = false;
 }
@@ -142,7 +171,10 @@ bool g_fnBuildFixedLayout() {
     const stFixedLayout& st = g_fnFindFixedLayout(g_wzProfileName);
     g_uLayoutStyle = st.uLayoutStyle;
     if (!g_fnCreatePanels(st.panels) || !MakeStylePanels(st.stylePanels)) return false;
+    if (st.pWriting && !g_fnMakeFixedWriting(*st.pWriting)) return false;
     if (st.uLayoutStyle == g_uStyleCustom) HangFromRoot(st.panels);
+    if (st.pWriting) g_fnHangFixedWriting(*st.pWriting);
     g_fnLinkControls();
+    BuildUpdateLists(st.uLayoutStyle);
     return true;
 }

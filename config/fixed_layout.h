@@ -1,6 +1,6 @@
 #pragma once
-// The layouts that are built in code, from tables. The profile's name chooses: "Default", "Panels20",
-// "Frosted20", "Status", "Empty"; any other name gives "Default".
+// The layouts that are built in code, from tables. The profile's name chooses; any name that none of them has
+// gives "Default".
 #include "config/panel_records.h"
 
 #include <string_view>
@@ -10,6 +10,7 @@ struct stFixedLayout {
     u32 uLayoutStyle;                    ///< 0 Classic, 2 Custom
     std::span<const stPanelInit> panels; ///< in drawing order of records: later ones lie under earlier ones
     std::span<const stPanelInit> stylePanels; ///< u64LB_ID is the place in the style panel array
+    const struct stFixedWriting* pWriting;    ///< null: none
 };
 
 /// Layout of a profile.

@@ -8,6 +8,7 @@
 #include "draw/entity_gl.h"
 #include "draw/mesh_gl.h"
 #include "draw/texture_gl.h"
+#include "font/font_uc_gl.h"
 
 stCreationTable g_stCreationTable;
 
@@ -19,6 +20,7 @@ void g_fnFillCreationTable_GL() noexcept {
     g_stCreationTable.m_fnCreateMesh = CreateMesh_GL;
     g_stCreationTable.m_fnCreateEntity = CreateEntity_GL;
     g_stCreationTable.m_fnCreateTexture = CreateTexture_GL;
+    g_stCreationTable.m_fnCreateFont = CreateFontUC_GL;
     g_stCreationTable.m_fnCreateTextBox = CreateTextBox_GL;
     g_stCreationTable.m_fnCreateNumBox = CreateNumBox_GL;
     g_stCreationTable.m_fnCreatePanel = CreatePanel;

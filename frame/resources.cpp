@@ -58,8 +58,9 @@ static void MakeFrameSamples() {
 }
 
 static void RestartTimers() {
-    for (CTimer* pTimer : {&g_timerFrame, &g_timerFPS, &g_timerFrameTime, &g_timerData, &g_timerStatus,
-                           &g_timerShutter, &g_timerAnimation, &g_timerUpdate})
+    for (CTimer* pTimer :
+         {&g_timerFrame, &g_timerFPS, &g_timerFrameTime, &g_timerData, &g_timerStatus, &g_timerShutter,
+          &g_timerAnimation, &g_timerWarning, &g_timerStopWatch, &g_timerClock, &g_timerUpdate})
         pTimer->Restart();
     g_iStartTime = platform::CounterNow();
 }
@@ -82,6 +83,18 @@ static bool InitializeBatcher(CDraw_Base* pBatcher) {
         g_fnLog("GLGraphics: %s", error.what());
         return false;
     }
+}
+
+/// A flavour without text has no such batcher.
+static bool MakeTextBatcher() {
+    CDrawText_Base*& pSlot = g_apDrawText[g_uManagerSlot];
+    if (!pSlot && g_stCreationTable.m_fnCreateDrawText) {
+        std::unique_ptr<CDrawText_Base> pBatcher(g_stCreationTable.m_fnCreateDrawText());
+        if (!pBatcher || !InitializeBatcher(pBatcher.get())) return false;
+        pSlot = pBatcher.release();
+    }
+    g_pDrawText = pSlot;
+    return true;
 }
 
 static bool MakeBasicBatcher() {
@@ -113,7 +126,7 @@ bool g_fnTavo_Init_Resource() {
     g_fnSetupIntervals();
     RestartTimers();
     MarkStatusDue();
-    if (!ReadConfiguration() || !MakeBasicBatcher()) return Abandon();
+    if (!ReadConfiguration() || !MakeBasicBatcher() || !MakeTextBatcher()) return Abandon();
     g_pOSDManager->m_fnOnResize();
     // The first update shows all data at once.
     std::memset(g_bUpdateData, 1, sizeof g_bUpdateData);
@@ -149,6 +162,7 @@ static void FreeFrameSamples() {
 
 void g_fnReleaseResources() noexcept {
     g_fnClearControlIds();
+    g_fnClearUpdateLists();
     EndWorkers();
     DestroyBatchers();
     FreeFrameSamples();

@@ -123,8 +123,8 @@ class Hooks(WineCase):
 
     def test_system_hook_reaches_programs_until_another_companion_ends_it(self):
         self.assertFalse(self.drawn_over())
-        hook = self.programs.wine(self.companion, "hook", "--yes")
-        wait_until(lambda: "every program" in hook.log.read_text(errors="replace"))
+        hook = self.programs.wine(self.programs.companion, "hook", "--yes")
+        wait_until(lambda: "hooked" in hook.log.read_text(errors="replace"))
         time.sleep(2)
         self.assertTrue(self.drawn_over())
         code, output = self.programs.ask("unhook")
