@@ -19,7 +19,7 @@ void ExpectAt(CControl* p, f32 x, f32 y) {
 
 TEST_F(ControlAlone, ConstructionWithoutAManager) {
     ASSERT_EQ(g_pOSDManager, nullptr);
-    auto p = std::make_unique<TestControl>();
+    auto p = std::make_unique<CCounted<CImgBox_Base>>(); // a kind that sets nothing of its own
     i32 iCode = 0;
     f32 x = 9, y = 9, w = 9, h = 9;
     p->m_fnGetAnchor(&iCode, &x, &y);
