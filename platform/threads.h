@@ -2,6 +2,8 @@
 // Threads and the one lock of the hook state.
 #include "platform/types.h"
 
+#include <atomic>
+
 namespace platform {
 
 using ThreadHandle = void*;
@@ -15,12 +17,15 @@ void KillThread(ThreadHandle hThread) noexcept;
 /// True in a thread that KillThread was called for (always false on Win32).
 bool StopRequested() noexcept;
 
-/// Non-recursive lock with an explicit life, since it is made at process attach.
+/// Non-recursive lock with an explicit life, since it is made at process attach. Before Initialize it locks
+/// nothing.
 struct CriticalSection {
-    void* m_pImpl = nullptr;
+    std::atomic<void*> m_pImpl{nullptr};
     void Initialize(u32 uSpinCount) noexcept;
     void Enter() noexcept;
     void Leave() noexcept;
+    /// Ends its life. Where a thread can't be killed, one that was told to stop may still stand at the lock,
+    /// so its memory stays, for the next Initialize.
     void Delete() noexcept;
 };
 

@@ -52,24 +52,21 @@ bool StopRequested() noexcept {
 }
 
 void CriticalSection::Initialize(u32 uSpinCount) noexcept {
-    m_pImpl = new std::mutex;
+    if (!m_pImpl) m_pImpl = new std::mutex;
     Get().m_uSpinCount = uSpinCount;
     ++Get().m_uSections;
 }
 
 void CriticalSection::Enter() noexcept {
-    if (m_pImpl) static_cast<std::mutex*>(m_pImpl)->lock();
+    if (void* const pMutex = m_pImpl) static_cast<std::mutex*>(pMutex)->lock();
 }
 
 void CriticalSection::Leave() noexcept {
-    if (m_pImpl) static_cast<std::mutex*>(m_pImpl)->unlock();
+    if (void* const pMutex = m_pImpl) static_cast<std::mutex*>(pMutex)->unlock();
 }
 
 void CriticalSection::Delete() noexcept {
-    if (!m_pImpl) return;
-    delete static_cast<std::mutex*>(m_pImpl);
-    m_pImpl = nullptr;
-    --Get().m_uSections;
+    if (Get().m_uSections) --Get().m_uSections;
 }
 
 namespace headless {

@@ -145,6 +145,7 @@ bool StopRequested() noexcept {
 }
 
 void CriticalSection::Initialize(u32) noexcept {
+    if (m_pImpl) return;
     auto* const pMutex = new (std::nothrow) pthread_mutex_t(PTHREAD_MUTEX_INITIALIZER);
     m_pImpl = pMutex;
     Lock lock;
@@ -156,22 +157,13 @@ void CriticalSection::Initialize(u32) noexcept {
 }
 
 void CriticalSection::Enter() noexcept {
-    if (m_pImpl) pthread_mutex_lock(static_cast<pthread_mutex_t*>(m_pImpl));
+    if (void* const pMutex = m_pImpl) pthread_mutex_lock(static_cast<pthread_mutex_t*>(pMutex));
 }
 
 void CriticalSection::Leave() noexcept {
-    if (m_pImpl) pthread_mutex_unlock(static_cast<pthread_mutex_t*>(m_pImpl));
+    if (void* const pMutex = m_pImpl) pthread_mutex_unlock(static_cast<pthread_mutex_t*>(pMutex));
 }
 
-void CriticalSection::Delete() noexcept {
-    auto* const pMutex = static_cast<pthread_mutex_t*>(m_pImpl);
-    if (!pMutex) return;
-    m_pImpl = nullptr;
-    Lock lock;
-    for (pthread_mutex_t*& pSection : g_apSections)
-        if (pSection == pMutex) pSection = nullptr;
-    pthread_mutex_destroy(pMutex);
-    delete pMutex;
-}
+void CriticalSection::Delete() noexcept {}
 
 } // namespace platform

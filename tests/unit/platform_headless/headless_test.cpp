@@ -181,7 +181,7 @@ TEST_F(Headless, KilledThreadSeesTheStopRequest) {
 }
 
 TEST_F(Headless, CriticalSectionsAreCounted) {
-    platform::CriticalSection section;
+    static platform::CriticalSection section; // its memory stays
     const u32 uBefore = headless::LiveCriticalSections();
     section.Initialize(1024);
     section.Enter();

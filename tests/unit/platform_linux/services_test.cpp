@@ -134,8 +134,26 @@ TEST(LinuxThreads, LockHeldAtAForkIsFreeInTheChild) {
               0);
     section.Leave();
     section.Delete();
-    EXPECT_EQ(section.m_pImpl, nullptr);
-    section.Delete();
+}
+
+TEST(LinuxThreads, ThreadThatComesLateToADeletedLockFindsItWhole) {
+    platform::CriticalSection section;
+    section.Initialize(1024);
+    section.Enter();
+    std::atomic<bool> bPassed{false};
+    std::thread late([&] {
+        section.Enter();
+        bPassed = true;
+        section.Leave();
+    });
+    section.Delete(); // as the library does at its end, while a thread that was told to stop is on its way
+    EXPECT_FALSE(bPassed);
+    section.Leave();
+    late.join();
+    EXPECT_TRUE(bPassed);
+    section.Initialize(1024);
+    section.Enter();
+    section.Leave();
 }
 
 class LinuxFolders : public testing::Test {

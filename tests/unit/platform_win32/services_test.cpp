@@ -236,7 +236,7 @@ TEST(CriticalSection, KeepsOthersOutUntilLeft) {
     section.Enter(); // before its life begins: nothing to wait for
     section.Leave();
     section.Initialize(1024);
-    ASSERT_NE(section.m_pImpl, nullptr);
+    ASSERT_NE(section.m_pImpl.load(), nullptr);
     std::atomic<bool> bInside{false};
     section.Enter();
     std::thread other([&] {
@@ -250,7 +250,7 @@ TEST(CriticalSection, KeepsOthersOutUntilLeft) {
     other.join();
     EXPECT_TRUE(bInside);
     section.Delete();
-    EXPECT_EQ(section.m_pImpl, nullptr);
+    EXPECT_EQ(section.m_pImpl.load(), nullptr);
     section.Delete();
 }
 
