@@ -36,8 +36,8 @@ void CFontUniCode::ReadCanvas(const u8* pTable) {
     const u64 uPixels = static_cast<u64>(m_iCanvasW) * static_cast<u64>(m_iCanvasH);
     std::memset(m_pCanvas, 0, uPixels);
     platform::ReadGlyphBitmap(m_hDC, m_iCharBuffW, m_iCharBuffH, m_pDib);
-    // Pixels are taken one after the other, without regard to the padding of rows: a cell width that four
-    // does not divide gives slanted glyphs.
+    // KEEP: pixels are taken one after the other, without regard to the padding of rows: a cell width that
+    // four does not divide gives slanted glyphs.
     for (u64 i = 0; i < uPixels; ++i) m_pCanvas[i] = pTable ? pTable[m_pDib[i * 3]] : m_pDib[i * 3];
 }
 

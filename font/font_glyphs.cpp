@@ -176,6 +176,7 @@ void g_fnFontAddCodes(CFontUniCode* pFont, const std::u32string& codes) { AddBat
 void g_fnFontAddSet(CFontUniCode* pFont, const std::set<u32>& codes) { AddBatch(pFont, codes); }
 
 bool g_fnFontRemoveChar(CFontUniCode* pFont, u32 uCode) {
+    // KEEP: the blanks too; added again, one takes an ordinary cell.
     const i32 iIndex = pFont->m_fnFindChar(uCode);
     if (iIndex < 0) return false;
     pFont->m_pChars[iIndex].m_u32_Char_UTF32_LE = 0;
