@@ -128,6 +128,7 @@ bool g_fnFillChain(CTexture_Base& texture, const u8* pSource, u32 uFrame) {
     if (!pLevel) return false;
     if (pLevel != pSource) std::memcpy(pLevel, pSource, texture.m_uFrameBytes);
     u32 uWidth = texture.m_uWidth, uHeight = texture.m_uHeight;
+    // KEEP: the width alone ends the walk; what is left of a tall chain stays as it is.
     for (u32 uLevel = 1; uWidth >= 2; ++uLevel) {
         u8* pNext = nullptr;
         texture.m_fnGetLevel(&pNext, uFrame, uLevel);

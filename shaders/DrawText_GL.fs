@@ -10,7 +10,7 @@ in vec4 textColour;
 out vec4 colour;
 
 void main() {
-    // The control's tint is a filter: it lets through no more than itself, and white changes nothing.
+    // KEEP: the control's tint filters its shadow too. It lets through no more than itself, so white changes nothing.
     vec4 tinted = min(textColour, vFontColor);
     colour = vec4(tinted.rgb, tinted.a * texture(tex, texCoord).r);
 }

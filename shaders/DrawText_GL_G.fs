@@ -14,27 +14,28 @@ out vec4 colour;
 const float reach = 1.0 / 6.0;
 const float limit = 0.5;
 const float gain = 1.6;
-
-// Eight directions; the odd ones are the diagonals.
-const vec2 around[8] = vec2[8](vec2(1.0, 0.0), vec2(0.7071, 0.7071), vec2(0.0, 1.0), vec2(-0.7071, 0.7071),
-                               vec2(-1.0, 0.0), vec2(-0.7071, -0.7071), vec2(0.0, -1.0), vec2(0.7071, -0.7071));
+const int taps = 32;
+// By the golden angle, so that the taps fill the disc evenly.
+const mat2 turn = mat2(-0.7373688, 0.6754903, -0.6754903, -0.7373688);
 
 void main() {
     vec4 tinted = min(textColour, vFontColor);
-    vec2 dx = dFdx(texCoord);
-    vec2 dy = dFdy(texCoord);
+    vec2 texels = abs(dFdx(texCoord)) + abs(dFdy(texCoord));
     // What the quad covers of the atlas; its sides are parallel to those of the window.
-    vec2 span = (abs(dx) + abs(dy)) / max(abs(dFdx(place)) + abs(dFdy(place)), vec2(1.0e-9));
+    vec2 span = texels / max(abs(dFdx(place)) + abs(dFdy(place)), vec2(1.0e-9));
+    // Large glyphs are read from a coarser level, half as fine as the taps lie apart.
+    vec2 size = max(texels, vec2(min(span.x, span.y) * reach * 0.1));
     float halo = 0.0;
     float weights = 0.0;
-    for (int ring = 1; ring <= 3; ++ring) {
-        float weight = 4.0 - float(ring);
-        for (int i = 0; i < 8; ++i) {
-            // Held inside the quad: what lies beyond belongs to other glyphs.
-            vec2 there = clamp(place + around[i] * (reach * float(ring) / 3.0), 0.0, 1.0);
-            halo += weight * textureGrad(tex, texCoord + (there - place) * span, dx, dy).r;
-            weights += weight;
-        }
+    vec2 direction = vec2(1.0, 0.0);
+    for (int i = 0; i < taps; ++i) {
+        float part = (float(i) + 0.5) / float(taps);
+        // Held inside the quad: what lies beyond belongs to other glyphs.
+        vec2 there = clamp(place + direction * (reach * sqrt(part)), 0.0, 1.0);
+        vec2 at = texCoord + (there - place) * span;
+        halo += (1.0 - part) * textureGrad(tex, at, vec2(size.x, 0.0), vec2(0.0, size.y)).r;
+        weights += 1.0 - part;
+        direction = turn * direction;
     }
     halo = min(limit, gain * halo / weights);
     colour = vec4(tinted.rgb, tinted.a * max(texture(tex, texCoord).r, halo));
