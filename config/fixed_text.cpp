@@ -3,6 +3,7 @@
 #include "config/item_map.h"
 #include "config/item_number.h"
 #include "config/item_text.h"
+#include "config/sensor_table.h"
 #include "controls/control_ids.h"
 #include "controls/num_box.h"
 #include "controls/panel.h"
@@ -103,10 +104,16 @@ void Hang(u64 u64Panel, CControl* pControl) {
     if (pControl) g_pOSDManager->m_fnAddChild(pPanel, pControl);
 }
 
+/// What a sensor file would say of names that the program does not know by itself.
+void NameSensors() {
+    for (const char* szName : {"RAM_USAGE_MB", "RAM_USAGE_P"}) g_mapSensorFormat.try_emplace(szName);
+}
+
 } // namespace
 
 bool g_fnMakeFixedWriting(const stFixedWriting& st) {
     if (!g_stCreationTable.m_fnCreateFont) return true;
+    NameSensors();
     if (!MakeFonts(st) || !MakeTexts(st.texts) || !MakeNumbers(st.numbers)) return false;
     MakeMixed(st.mixed, st.numbers.size() + 1);
     return true;

@@ -16,7 +16,8 @@ struct stRect {
 
 void PrintTo(const stRect& st, std::ostream* p) { *p << st.l << ' ' << st.t << ' ' << st.r << ' ' << st.b; }
 
-constexpr const char16_t* g_awzProfiles[] = {u"Default", u"Panels20", u"Frosted20", u"Status", u"Empty"};
+constexpr const char16_t* g_awzProfiles[] = {u"Default", u"Shapes",  u"Panels20",  u"Frosted20", u"Boxes8",
+                                             u"Boxes37", u"Boxes80", u"TextSheet", u"Status",    u"Empty"};
 
 class FixedLayout : public ManagerTest {
   protected:
@@ -76,7 +77,7 @@ TEST_F(FixedLayout, EveryLayoutLiesInsideTheCanvasWithItsMargins) {
 
 TEST_F(FixedLayout, DefaultStandsWhereItShouldAt16To9) {
     ASSERT_TRUE(Build(u"Default"));
-    EXPECT_EQ(CountPanels(), 15u);
+    EXPECT_EQ(CountPanels(), 17u);
     EXPECT_EQ(Place(Find(2)), (stRect{24, 24, 444, 96}));
     EXPECT_EQ(Place(Find(4)), (stRect{24, 120, 444, 384}));
     EXPECT_EQ(Place(Find(6)), (stRect{1536, 24, 1896, 192}));
@@ -130,7 +131,7 @@ TEST_F(FixedLayout, DefaultHasTwoKindsOfGlassUnderItsFlatPanels) {
     ASSERT_EQ(flat.size(), 13u);
     EXPECT_EQ(flat.front(), Find(15));
     EXPECT_EQ(flat.back(), Find(1));
-    EXPECT_EQ(m_pManager->m_fnGetChildren(nullptr)->size(), 15u);
+    EXPECT_EQ(m_pManager->m_fnGetChildren(nullptr)->size(), 17u);
 }
 
 TEST_F(FixedLayout, DefaultShowsEachShape) {
