@@ -82,9 +82,12 @@ bool FindParts(const CItemProperty_Base& item, const stMixedKind& kind, stUpdate
     return FindPart(c_stPanelWords, g_fnItemControlName(item, "_F"), record.m_uPanelBID, record.m_iPanel);
 }
 
+/// Rows have a column only: the anchor's.
+u32 ColumnMode(u32 uAnchor) { return uAnchor >= 1 && uAnchor <= 9 ? 7 + (uAnchor - 1) % 3 : 7; }
+
 void TakeAlignment(const CItemProperty_NumBox& item, stUpdateMixedData& record) {
     const stItemAlign st = g_fnItemAlign(item);
-    record.m_uAlignX = st.m_uAlignX;
+    record.m_uAlignX = ColumnMode(st.m_uAlignX);
     record.m_uAlignOffsetX = st.m_uAlignOffsetX;
     record.m_uAlignOffsetY = st.m_uAlignOffsetY;
     record.m_uAlignGap = st.m_uAlignGap;
