@@ -106,7 +106,13 @@ void AddValues(CLI::App& app, Options& st) {
     CLI::App* pSet = AddVerb(app, st, Verb::Set, "set",
                              "publish one value by hand, beside those that are published already");
     pSet->add_option("name", st.strTarget, "data name, such as GPU_CLK#0")->required()->type_name("NAME");
-    pSet->add_option("value", st.iValue, "whole number of 32 bits")->required()->type_name("VALUE");
+    const auto fnNotEmpty = [](const std::string& str) {
+        return std::string(str.empty() ? "VALUE is empty" : "");
+    };
+    pSet->add_option("value", st.iValue, "whole number of 32 bits")
+        ->required()
+        ->type_name("VALUE")
+        ->check(fnNotEmpty);
     CLI::App* pTop =
         AddVerb(app, st, Verb::Top, "top", "watch the programs that carry the overlay: frame time and rate");
     AddInterval(pTop, st, "milliseconds between two tables; default 1000");

@@ -7,6 +7,7 @@ namespace {
 
 /// iNumber / iDivisor, halves away from 0, if that is within the quantity's range.
 std::optional<i32> Scaled(i64 iNumber, const Quantity& st) {
+    if (iNumber < 0 && st.iLowest >= 0) return std::nullopt; // would be rounded to a made-up 0
     const i64 iWhole = iNumber / st.iDivisor;
     if (!Plausible(iWhole, st.iLowest, st.iHighest)) return std::nullopt;
     const i64 iTwice = iNumber % st.iDivisor * 2;
@@ -19,8 +20,8 @@ std::optional<i32> ReadShare(const std::string& strFile, const std::string& strW
     auto iWhole = ReadNumber(strWhole);
     if (!iWhole && st.iDivisor > 1 && !Exists(strWhole)) iWhole = st.iDivisor;
     if (!iPart || !iWhole || *iPart < 0 || *iWhole <= 0) return std::nullopt;
-    const f64 fPercent = static_cast<f64>(*iPart) * 100.0 / static_cast<f64>(*iWhole) + 0.5;
-    return fPercent < st.iHighest + 1.0 ? std::optional(static_cast<i32>(fPercent)) : std::nullopt;
+    const f64 fPercent = static_cast<f64>(*iPart) * 100.0 / static_cast<f64>(*iWhole);
+    return fPercent <= st.iHighest ? std::optional(static_cast<i32>(fPercent + 0.5)) : std::nullopt;
 }
 
 std::string FaultFile(const std::string& strFile) {
