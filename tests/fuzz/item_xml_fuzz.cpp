@@ -1,13 +1,17 @@
-// The input as the item list of a profile: whatever is registered holds together.
+// The input once as the text of a profile's item list, once as the attribute values of four elements, since
+// few changes of a text leave it well formed. Whatever is registered holds together.
 #include "config/item_map.h"
 #include "config/item_number.h"
 #include "config/item_panel.h"
 #include "config/item_text.h"
 #include "frame/log.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
+#include <string>
 
 #include <tinyxml2.h>
 
@@ -49,16 +53,47 @@ void CheckItem(const std::string& szName, const CItemProperty_Base& item) {
     g_fnItemControlName(item, "_F");
 }
 
-} // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const u8* pData, std::size_t uBytes) {
-    g_fnLogSink = [](const char* szLine) { Require(std::strlen(szLine) < 1024); };
-    tinyxml2::XMLDocument document;
-    document.Parse(reinterpret_cast<const char*>(pData), uBytes);
-    const tinyxml2::XMLElement* pInfo = document.RootElement();
+void ReadAndCheck(const tinyxml2::XMLElement* pInfo) {
     g_fnClearItems();
     Require(g_fnReadTextBoxItems(pInfo, false) && g_fnReadTextBoxItems(pInfo, true));
     Require(g_fnReadNumBoxItems(pInfo) && g_fnReadPanelItems(pInfo));
     for (const auto& [szName, pItem] : g_mapItemByName) CheckItem(szName, *pItem);
+}
+
+constexpr const char* c_aszElements[] = {"TextBox", "Memo", "NumBox", "Panel"};
+constexpr const char* c_aszKeys[] = {
+    "Name",      "FontName",        "DataFullName", "Text",        "FileName",       "StringFullName",
+    "TextSize",  "TextSpacingX",    "TextSpacingY", "TextColorA",  "ShadowColorA",   "PanelColorA",
+    "PanelType", "PanelScattering", "FrameSizeW",   "FrameAnchor", "ContentAnchorX", "IsShow"};
+
+/// Values end at line ends of the input; keys go round until there are no more values.
+void Fill(tinyxml2::XMLElement& info, const std::string& szInput) {
+    tinyxml2::XMLElement* pElement = nullptr;
+    std::size_t uKey = 0;
+    for (std::size_t uFrom = 0; uFrom <= szInput.size(); ++uKey) {
+        const std::size_t uTo = std::min(szInput.find('\n', uFrom), szInput.size());
+        if (uKey % std::size(c_aszKeys) == 0) {
+            pElement = info.InsertNewChildElement(
+                c_aszElements[uKey / std::size(c_aszKeys) % std::size(c_aszElements)]);
+            pElement->SetAttribute("IsShow", 1);
+        }
+        pElement->SetAttribute(c_aszKeys[uKey % std::size(c_aszKeys)],
+                               szInput.substr(uFrom, uTo - uFrom).c_str());
+        uFrom = uTo + 1;
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const u8* pData, std::size_t uBytes) {
+    g_fnLogSink = [](const char* szLine) { Require(std::strlen(szLine) < 1024); };
+    tinyxml2::XMLDocument asText, asValues;
+    asText.Parse(reinterpret_cast<const char*>(pData), uBytes);
+    ReadAndCheck(asText.RootElement());
+    tinyxml2::XMLElement* pInfo = asValues.NewElement("Info");
+    asValues.InsertEndChild(pInfo);
+    Fill(*pInfo, {reinterpret_cast<const char*>(pData), uBytes});
+    ReadAndCheck(pInfo);
+    g_fnClearItems();
     return 0;
 }
