@@ -78,7 +78,7 @@ void ShowSizeByStyle() {
     if (g_uLayoutStyle == c_uRV5) ShowSize(g_iRowAlignRV5);
 }
 
-/// The fields count from the smallest: hundredths where seconds stood, minutes where hours stood.
+/// KEEP: the fields count from the smallest: hundredths where seconds stood, minutes where hours stood.
 void ReadStopWatch() {
     const u32 uHundredths = static_cast<u32>(g_timerStopWatch.Elapsed() * 100.0f);
     g_uSecond = uHundredths % 100;

@@ -7,11 +7,13 @@
 #include "config/sensor_table.h"
 #include "frame/align_row.h"
 #include "frame/log.h"
+#include "frame/status_items.h"
 #include "frame/update.h"
 #include "frame/update_boxes.h"
 #include "platform/headless/test_controls.h"
 #include "shared/exports.h"
 #include "shared/monitor_data.h"
+#include "shared/overlay_state.h"
 #include "tests/unit/controls/text_fixture.h"
 
 #include <algorithm>
@@ -32,8 +34,9 @@ class UpdateTest : public TextTest {
         fFPSInterval = 0.1f;
         fDataInterval = 0.5f;
         for (CTimer* p : {&g_timerFrame, &g_timerFPS, &g_timerFrameTime, &g_timerData, &g_timerAnimation,
-                          &g_timerWarning, &g_timerStopWatch, &g_timerClock, &g_timerUpdate})
+                          &g_timerWarning, &g_timerStopWatch, &g_timerClock, &g_timerUpdate, &g_timerStatus})
             p->Restart();
+        std::memset(g_abStatusDue, 0, sizeof g_abStatusDue);
     }
     void TearDown() override {
         // The stopwatch's last state outlives a test: bring it back.
