@@ -42,7 +42,8 @@ std::set<std::string> Listed(const char* szMap) {
 bool NeedsOnlyTheSystem(const char* szProduct) {
     std::istringstream lines(Output("readelf -d '" + Product(szProduct) + "' | grep NEEDED"));
     for (std::string strLine; std::getline(lines, strLine);)
-        for (const char* const szForeign : {"libGL", "libEGL", "libOpenGL", "libX", "libxcb", "libGLEW"})
+        for (const char* const szForeign :
+             {"libGL", "libEGL", "libOpenGL", "libX", "libxcb", "libGLEW", "libfreetype", "libfontconfig"})
             if (strLine.find(szForeign) != std::string::npos) return false;
     return true;
 }
