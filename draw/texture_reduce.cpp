@@ -3,7 +3,6 @@
 #include "draw/texture.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <vector>
 
@@ -70,43 +69,46 @@ void ReduceAny(const stPicture& source, u32 uNewWidth, u32 uNewHeight, bool bGai
             ReducePixel(source, across[x], down[y], bGain, pOut);
 }
 
-/// Of a sum of uCount bytes: what the general road gives for uCount pixels that weigh 1.
-template <u32 uCount> constexpr std::array<u8, 255 * uCount + 1> MakeMeans(bool bGain) {
-    std::array<u8, 255 * uCount + 1> au{};
-    for (u32 uSum = 0; uSum <= 255 * uCount; ++uSum) {
-        const f32 fMean = static_cast<f32>(uSum) / static_cast<f32>(uCount);
-        au[uSum] = static_cast<u8>(bGain ? std::min(fMean * s_fGain, 255.0f) : fMean);
-    }
-    return au;
+/// Mean of uCount bytes, as the general road gives it for pixels that weigh 1. Single precision holds all of
+/// these quotients exactly, so whole numbers do.
+template <u32 uCount, bool bGain> u8 Mean(u32 uSum) {
+    return static_cast<u8>(bGain ? std::min(uSum * 3 / (2 * uCount), 255u) : uSum / uCount);
 }
 
-/// Means of one, two and four pixels.
-struct stMeans {
-    std::array<u8, 255 + 1> au1;
-    std::array<u8, 2 * 255 + 1> au2;
-    std::array<u8, 4 * 255 + 1> au4;
-};
-constexpr stMeans s_astMeans[2] = {{MakeMeans<1>(false), MakeMeans<2>(false), MakeMeans<4>(false)},
-                                   {MakeMeans<1>(true), MakeMeans<2>(true), MakeMeans<4>(true)}};
+/// Two rows into one; the last column stands alone, as its right neighbour weighs nothing.
+template <bool bGain> void ReduceRows(const u8* pUpper, const u8* pLower, u32 uNewWidth, u8* pOut) {
+    const u32 uLast = uNewWidth - 1;
+    for (u32 x = 0; x < uLast; ++x) {
+        const u32 uSum = 0u + pUpper[2 * x] + pUpper[2 * x + 1] + pLower[2 * x] + pLower[2 * x + 1];
+        pOut[x] = Mean<4, bGain>(uSum);
+    }
+    pOut[uLast] = Mean<2, bGain>(0u + pUpper[2 * uLast] + pLower[2 * uLast]);
+}
+
+/// The last row, which stands alone too.
+template <bool bGain> void ReduceLastRow(const u8* pUpper, u32 uNewWidth, u8* pOut) {
+    const u32 uLast = uNewWidth - 1;
+    for (u32 x = 0; x < uLast; ++x) pOut[x] = Mean<2, bGain>(0u + pUpper[2 * x] + pUpper[2 * x + 1]);
+    pOut[uLast] = Mean<1, bGain>(pUpper[2 * uLast]);
+}
+
+/// Compares the run with itself, one byte on: as fast as memory is read.
+bool IsBlank(const u8* pBytes, std::size_t uBytes) {
+    return pBytes[0] == 0 && std::memcmp(pBytes, pBytes + 1, uBytes - 1) == 0;
+}
 
 /// A glyph atlas, one byte a pixel and even sides, is reduced in the middle of a frame when a text brings a
-/// new character. All weights are then 1 or 0: blocks of 2 by 2, of which those at the right and lower edge
-/// lose their second column and row.
-void ReduceEven(const stPicture& source, const stMeans& means, u8* pOut) {
-    const u32 uWidth = source.uWidth, uNewWidth = uWidth / 2, uNewHeight = source.uHeight / 2;
-    for (u32 y = 0; y < uNewHeight; ++y, pOut += uNewWidth) {
-        const u8* pUpper = source.pPixels + static_cast<std::size_t>(y) * 2 * uWidth;
-        const u8* pLower = pUpper + uWidth;
-        const u8 u8Corner = pUpper[uWidth - 2];
-        if (y + 1 == uNewHeight) {
-            for (u32 x = 0; x + 1 < uNewWidth; ++x) pOut[x] = means.au2[pUpper[2 * x] + pUpper[2 * x + 1]];
-            pOut[uNewWidth - 1] = means.au1[u8Corner];
-            continue;
-        }
-        for (u32 x = 0; x + 1 < uNewWidth; ++x)
-            pOut[x] = means.au4[pUpper[2 * x] + pUpper[2 * x + 1] + pLower[2 * x] + pLower[2 * x + 1]];
-        pOut[uNewWidth - 1] = means.au2[u8Corner + pLower[uWidth - 2]];
-    }
+/// new character. All weights are then 1 or 0, and much of the atlas is still blank.
+template <bool bGain> void ReduceEven(const stPicture& source, u8* pOut) {
+    const std::size_t uWidth = source.uWidth;
+    const u32 uNewWidth = source.uWidth / 2, uNewHeight = source.uHeight / 2;
+    const u8* pRow = source.pPixels;
+    for (u32 y = 0; y + 1 < uNewHeight; ++y, pRow += 2 * uWidth, pOut += uNewWidth)
+        if (IsBlank(pRow, 2 * uWidth))
+            std::memset(pOut, 0, uNewWidth);
+        else
+            ReduceRows<bGain>(pRow, pRow + uWidth, uNewWidth, pOut);
+    ReduceLastRow<bGain>(pRow, uNewWidth, pOut);
 }
 
 } // namespace
@@ -114,8 +116,11 @@ void ReduceEven(const stPicture& source, const stMeans& means, u8* pOut) {
 void g_fnReduceLevel(const u8* pSource, u32 uWidth, u32 uHeight, u32 uChannels, bool bGain, u8* pOut) {
     if (uWidth == 0 || uHeight == 0 || uChannels == 0 || uChannels > 4) return;
     const stPicture source{pSource, uWidth, uHeight, uChannels};
-    if (uChannels == 1 && uWidth % 2 == 0 && uHeight % 2 == 0)
-        ReduceEven(source, s_astMeans[bGain], pOut);
+    const bool bEven = uChannels == 1 && uWidth % 2 == 0 && uHeight % 2 == 0;
+    if (bEven && bGain)
+        ReduceEven<true>(source, pOut);
+    else if (bEven)
+        ReduceEven<false>(source, pOut);
     else
         ReduceAny(source, g_fnLevelSide(uWidth, 1), g_fnLevelSide(uHeight, 1), bGain, pOut);
 }

@@ -148,6 +148,16 @@ TEST(TextureReduce, EvenSidesAgreeWithThePlainRule) {
         }
 }
 
+TEST(TextureReduce, ASinglePixelOnABlankPictureAgreesWithThePlainRule) {
+    for (u32 uPixel = 0; uPixel < 8 * 6; ++uPixel) {
+        Bytes source(8 * 6, 0);
+        source[uPixel] = 201;
+        const Bytes out = Reduce(source, 8, 6, 1, true);
+        for (u32 i = 0; i < out.size(); ++i)
+            ASSERT_EQ(out[i], PlainPixel(source, 8, 6, i % 4, i / 4, true)) << uPixel << " at " << i;
+    }
+}
+
 TEST(TextureReduce, OddSidesAgreeWithThePlainRule) {
     const std::pair<u32, u32> aSizes[] = {{3, 5}, {9, 4}, {4, 9}, {11, 13}, {1, 7}, {21, 1}, {33, 17}};
     for (const auto& [uWidth, uHeight] : aSizes)
