@@ -3,13 +3,18 @@
 Every run is a fresh process. A holder process keeps the shared segment alive, so that the companion's settings
 (profile, on or off) are there when a measured program starts.
 """
+import contextlib
+import mmap
 import os
 import pathlib
+import random
 import re
 import shutil
 import statistics
+import struct
 import subprocess
 import tempfile
+import threading
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
@@ -20,7 +25,11 @@ SIXTIETH = "16666667"
 # Name, overlay in the process, profile, switched on.
 MODES = {"bare": (False, "Empty", True), "off": (True, "Panels20", False), "Empty": (True, "Empty", True),
          "Default": (True, "Default", True), "Panels20": (True, "Panels20", True),
-         "Frosted20": (True, "Frosted20", True)}
+         "Frosted20": (True, "Frosted20", True), "Boxes8": (True, "Boxes8", True),
+        "Boxes37": (True, "Boxes37", True), "Boxes80": (True, "Boxes80", True)}
+# What number boxes show, published once; eight of these names recur in the layouts with boxes.
+PUBLISHED = {"GPU_CLK#0": 1755, "GPU_TEMP#0": 71, "CPU_USAGE#0": 38, "GPU_USAGE#0": 97, "CPU_CLK#0": 4650}
+RAW_DATA, RAW_BANK = 0xBFA0, 16384  # in the shared segment: two banks of values
 DRIVERS = {"null": {}, "noop": {"GALLIUM_NOOP": "1"}, "llvmpipe": {"LP_NUM_THREADS": "0"}}
 
 
@@ -73,7 +82,33 @@ class Bench:
                 self.__exit__()
                 raise SystemExit("bench: the host program does not start")
             time.sleep(0.05)
+        for name, value in PUBLISHED.items():
+            self.ask("set", name, str(value))
         return self
+
+    @contextlib.contextmanager
+    def changing_values(self):
+        """Writes other values into the published data all the time, as a companion would."""
+        path = next(pathlib.Path("/dev/shm").glob(f"*Shared*{self.folder.name}*"))
+        done = threading.Event()
+
+        def churn():
+            noise = random.Random(1)
+            with open(path, "r+b") as file, mmap.mmap(file.fileno(), 0) as segment:
+                while not done.wait(0.0005):
+                    for bank in (RAW_DATA, RAW_DATA + RAW_BANK):
+                        for place in range(len(PUBLISHED)):
+                            struct.pack_into("<i", segment, bank + 4 * place, noise.randrange(10000))
+
+        thread = threading.Thread(target=churn)
+        thread.start()
+        try:
+            yield
+        finally:
+            done.set()
+            thread.join()
+            for name, value in PUBLISHED.items():
+                self.ask("set", name, str(value))
 
     def __exit__(self, *_):
         self.stop.touch()

@@ -131,22 +131,44 @@ constexpr auto g_aNumbersB = MakeValues<18>(1);
 constexpr auto g_aTexts80 = MakeLabels<40>(20);
 constexpr auto g_aNumbers80 = MakeValues<40>(20);
 
+/// Lines that wrap at iWidth.
+constexpr stFixedText Wrapped(u64 u64Panel, stAt at, f32 fSize, i32 iWidth, const char16_t* wz) {
+    stFixedText st = Text(u64Panel, at, g_uRegular, fSize, g_stWhite, wz);
+    st.stText.iWidth = iWidth;
+    st.stText.iHeight = static_cast<i32>(fSize);
+    st.stText.bAutoSize = false;
+    return st;
+}
+/// Cut off at a window of iWidth.
+constexpr stFixedText Clipped(u64 u64Panel, stAt at, f32 fSize, i32 iWidth, const char16_t* wz) {
+    stFixedText st = Text(u64Panel, at, g_uRegular, fSize, g_stWhite, wz);
+    st.stText.iWidth = iWidth;
+    st.stText.iHeight = static_cast<i32>(fSize);
+    st.stText.bFitToText = false;
+    return st;
+}
+
 // Every script, size and weight that text is looked at in; on one dark panel.
+constexpr const char16_t* g_wzPangram = u"The quick brown fox jumps over 13 lazy dogs.";
 constexpr stFixedText g_aSheetTexts[] = {
-    Text(1, {1, 24, 24}, g_uRegular, 40, g_stWhite, u"The quick brown fox jumps over 13 lazy dogs."),
-    Text(1, {1, 24, 76}, g_uBold, 40, g_stWhite, u"The quick brown fox jumps over 13 lazy dogs."),
-    Text(1, {1, 24, 128}, g_uMono, 40, g_stWhite, u"!\"#$%&'()*+,-./:;<=>?@[\\]^_`{|}~"),
-    Text(1, {1, 24, 180}, g_uRegular, 40, g_stBlue, u"Äpfel, Öl, Übung, ß, ñ, ç, é, å, ø, ½, ±, µ, °C"),
-    Text(1, {1, 24, 232}, g_uRegular, 40, g_stBlue, u"Съешь ещё этих мягких французских булок"),
-    Text(1, {1, 24, 284}, g_uRegular, 40, g_stBlue, u"Ξεσκεπάζω την ψυχοφθόρα βδελυγμία"),
-    Text(1, {1, 24, 336}, g_uRegular, 40, g_stAmber, u"中文字形 日本語かな 한국어"),
-    Text(1, {1, 24, 388}, g_uRegular, 40, g_stAmber, u"\U0001D6D4 \U0001D538 \u2588 \u25B2 \u2192"),
-    Text(1, {1, 24, 440}, g_uRegular, 8, g_stWhite, u"Size 8: frame time 16.67 ms"),
-    Text(1, {1, 24, 452}, g_uRegular, 12, g_stWhite, u"Size 12: frame time 16.67 ms"),
-    Text(1, {1, 24, 470}, g_uRegular, 16, g_stWhite, u"Size 16: frame time 16.67 ms"),
-    Text(1, {1, 24, 492}, g_uRegular, 24, g_stWhite, u"Size 24: frame time 16.67 ms"),
-    Text(1, {1, 24, 524}, g_uRegular, 48, g_stWhite, u"Size 48: 16.67 ms"),
-    Text(1, {1, 24, 580}, g_uBold, 96, g_stWhite, u"Size 96: 60"),
+    Text(1, {1, 24, 24}, g_uRegular, 34, g_stWhite, g_wzPangram),
+    Text(1, {1, 24, 76}, g_uBold, 34, g_stWhite, g_wzPangram),
+    Text(1, {1, 24, 128}, g_uMono, 34, g_stWhite, u"!\"#$%&'()*+,-./:;<=>?@[\\]^_`{|}~"),
+    Text(1, {1, 24, 180}, g_uRegular, 34, g_stBlue, u"Äpfel, Öl, Übung, ß, ñ, ç, é, å, ø, ½, ±, µ, °C"),
+    Text(1, {1, 24, 232}, g_uRegular, 34, g_stBlue, u"Съешь ещё этих мягких французских булок"),
+    Text(1, {1, 24, 284}, g_uRegular, 34, g_stBlue, u"Ξεσκεπάζω την ψυχοφθόρα βδελυγμία"),
+    Text(1, {1, 24, 336}, g_uRegular, 34, g_stAmber, u"中文字形 日本語かな 한국어"),
+    Text(1, {1, 24, 388}, g_uRegular, 34, g_stAmber, u"\U0001D6D4 \U0001D538 \u25B2 \u2192"),
+    Text(1, {1, 24, 444}, g_uRegular, 8, g_stWhite, u"Size 8: frame time 16.67 ms"),
+    Text(1, {1, 24, 462}, g_uRegular, 12, g_stWhite, u"Size 12: frame time 16.67 ms"),
+    Text(1, {1, 24, 486}, g_uRegular, 16, g_stWhite, u"Size 16: frame time 16.67 ms"),
+    Text(1, {1, 24, 516}, g_uRegular, 24, g_stWhite, u"Size 24: frame time 16.67 ms"),
+    Text(1, {1, 24, 556}, g_uRegular, 48, g_stWhite, u"Size 48: 16.67 ms"),
+    Text(1, {1, 24, 616}, g_uBold, 96, g_stWhite, u"Size 96: 60"),
+    Text(1, {1, 840, 388}, g_uRegular, 34, g_stAmber, u"\u2588\u2588"),
+    Wrapped(1, {1, 840, 450}, 24, 420,
+            u"With a width of its own a text wraps at the glyph that would pass the edge."),
+    Clipped(1, {7, 840, 100}, 24, 300, u"Cut off at the right edge of its window."),
 };
 
 } // namespace

@@ -16,7 +16,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 sys.path.insert(0, str(ROOT / "tests"))
 from e2e.environment import Display, STATE  # noqa: E402
 
-STAGES = ["house", "unit", "gl", "e2e"]
+STAGES = ["house", "unit", "gl", "cost", "e2e"]
 GTEST_PASSED = re.compile(r"\[  PASSED  \] (\d+) test")
 GTEST_FAILED = re.compile(r"^\[  FAILED  \] [\w/.]+(?:, where.*)?(?: \(\d+ ms\))?$", re.M)
 
@@ -97,6 +97,13 @@ def gl():
     env = {"LIBGL_ALWAYS_SOFTWARE": "1", "EGL_PLATFORM": "surfaceless", **SANITIZER,
            "ASAN_OPTIONS": SANITIZER["ASAN_OPTIONS"].replace("detect_leaks=1", "detect_leaks=0")}
     yield gtest("linux-asan-gl_tests", [str(ROOT / "build/linux-asan/tests/gl_tests")], env)
+
+
+def cost():
+    build("linux-release")
+    code, output = run(["/usr/bin/python3", "bench/check", "build/linux-release"], STATE / "cost.log")
+    failed = len(re.findall(r"^FAIL ", output, re.M))
+    yield report("cost", len(re.findall(r"^ok ", output, re.M)), failed or int(code != 0), output)
 
 
 def e2e():
