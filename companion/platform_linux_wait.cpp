@@ -30,7 +30,8 @@ void CatchStop() {
     if (g_aiStopPipe[0] < 0 && pipe2(g_aiStopPipe, O_CLOEXEC | O_NONBLOCK) != 0) return;
     struct sigaction stAction {};
     stAction.sa_handler = OnSignal;
-    for (const int iSignal : {SIGINT, SIGTERM, SIGHUP}) sigaction(iSignal, &stAction, nullptr);
+    // A reader of the output that has gone is a reason to stop too, with everything put back.
+    for (const int iSignal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) sigaction(iSignal, &stAction, nullptr);
 }
 
 bool WaitForStop(u32 uMilliseconds) {

@@ -2,6 +2,11 @@
 #include "companion/options.h"
 #include "companion/top.h"
 #include "companion/values.h"
+#include "platform/headless/test_controls.h"
+#include "platform/shared_block.h"
+#include "shared/exports.h"
+#include "shared/process_records.h"
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <limits>
 #include <nlohmann/json.hpp>
@@ -24,6 +29,41 @@ std::string Refused(Words listWords) {
     EXPECT_EQ(st.strText.find('\n'), std::string::npos);
     return st.strText;
 }
+
+std::vector<u8> g_listSwitches; ///< what the report of frame times was set to
+
+/// The library's exports as this program has them itself, over a segment in memory.
+class CompanionOverSegment : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        platform::headless::ResetAll();
+        g_listSwitches.clear();
+    }
+    void TearDown() override { platform::headless::ResetAll(); }
+
+    static ControlLibrary Library() {
+        ControlLibrary st;
+        st.fnEnableQueryFrameTime = [](u8 b) { g_listSwitches.push_back(b), EnableQueryFrameTime_GL(b); };
+        st.fnSendCommand = sendCmd_GWDLL_GL;
+        st.fnSetFilter = SetMonitorFilterDataFromGWexeToGWDll_GL;
+        st.fnSetData = SetMonitorDataFromGWexeToGWDll_GL;
+        st.fnSetOffsets = SetMonitorDataOffsetFromGWexeToGWDll_GL;
+        st.fnRearmApiCode = GetAPIVerByTID_GL;
+        st.pSegment = platform::SharedSegment();
+        return st;
+    }
+    static Options Once() {
+        Options st;
+        st.bOnce = true;
+        st.uInterval = 50;
+        return st;
+    }
+    static std::string WatchOnce() {
+        ::testing::internal::CaptureStdout();
+        Watch(Library(), Once());
+        return ::testing::internal::GetCapturedStdout();
+    }
+};
 
 StatusRow Row(const std::string& strName, u32 uPid, u32 uApiCode, f32 fFrameTime) {
     StatusRow st;
@@ -143,4 +183,48 @@ TEST(CompanionTop, OnlyProgramsWithFramesShowTimes) {
               "idle        7  -              -     -\n"
               "(gone)      8  -              -     -\n"
               "young       9  OpenGL         -     -\n");
+}
+
+TEST_F(CompanionOverSegment, TopTurnsTheReportOnAndBackToWhatItWas) {
+    WatchOnce();
+    EXPECT_EQ(g_listSwitches, (std::vector<u8>{1, 0}));
+    g_listSwitches.clear();
+    platform::SharedSegment()->bEnableQueryFrameTime = 1;
+    WatchOnce();
+    EXPECT_EQ(g_listSwitches, (std::vector<u8>{1, 1}));
+}
+
+TEST_F(CompanionOverSegment, TopWithoutPrograms) {
+    EXPECT_EQ(WatchOnce(), "PROCESS  PID  API  FRAME MS  FPS\nNo running program carries the overlay.\n");
+}
+
+TEST_F(CompanionOverSegment, TopResetsTheCodesSoThatOldTimesAreNotShown) {
+    constexpr u32 uGone = 0x7FFFFFF0; // no process has this id
+    RegisterProcess(uGone, 42);
+    stProcessRecord& stRecord = platform::SharedSegment()->StatusTable[0];
+    stRecord.Command.uApiCode = 1024;
+    stRecord.Command.fFrameTime = 16.0f;
+    EXPECT_NE(WatchOnce().find("(gone)   2147483632  -           -    -\n"), std::string::npos);
+    EXPECT_EQ(stRecord.Command.uApiCode, 9527u);
+}
+
+TEST_F(CompanionOverSegment, FeedOnceLeavesThisMachinesValues) {
+    ::testing::internal::CaptureStdout();
+    EXPECT_TRUE(Feed(Library(), Once()));
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "");
+    const auto listPublished = sensors::ReadPublished(*platform::SharedSegment());
+    const auto it =
+        std::find_if(listPublished.begin(), listPublished.end(),
+                     [](const sensors::PublishedValue& st) { return st.strName == "RAM_USAGE_MB#0"; });
+    ASSERT_NE(it, listPublished.end());
+    EXPECT_TRUE(it->bWhole);
+    EXPECT_GT(it->iValue, 0);
+}
+
+TEST_F(CompanionOverSegment, NamesAreReadFromTheSegment) {
+    SetValue(sensors::TargetOf(Library()), "GPU_CLK#0", 1905);
+    ::testing::internal::CaptureStdout();
+    PrintNames(Library(), {});
+    EXPECT_NE(::testing::internal::GetCapturedStdout().find("GPU_CLK#0    1905  published\n"),
+              std::string::npos);
 }
