@@ -168,7 +168,7 @@ constexpr stFixedText g_aSheetTexts[] = {
     Text(1, {1, 840, 388}, g_uRegular, 34, g_stAmber, u"\u2588\u2588"),
     Wrapped(1, {1, 840, 450}, 24, 420,
             u"With a width of its own a text wraps at the glyph that would pass the edge."),
-    Clipped(1, {7, 840, 100}, 24, 300, u"Cut off at the right edge of its window."),
+    Clipped(1, {1, 840, 580}, 24, 300, u"Cut off at the right edge of its window."),
 };
 
 } // namespace

@@ -27,3 +27,16 @@ def roughness(picture, box):
     shifted = ImageChops.offset(part, 1, 0)
     inner = (1, 0, part.width, part.height)
     return sum(ImageStat.Stat(ImageChops.difference(part, shifted).crop(inner)).mean)
+
+
+def ink_box(picture, box, level=120):
+    """Box of the pixels inside a region whose brightest channel exceeds level, in the picture's coordinates, or None."""
+    red, green, blue = picture.crop(box).split()
+    brightest = ImageChops.lighter(ImageChops.lighter(red, green), blue)
+    found = brightest.point(lambda v: 255 if v > level else 0).getbbox()
+    return found and (found[0] + box[0], found[1] + box[1], found[2] + box[0], found[3] + box[1])
+
+
+def holds_color(picture, box, color):
+    """Whether a pixel of the region has exactly this colour."""
+    return color in picture.crop(box).getdata()

@@ -10,8 +10,9 @@ import unittest
 
 from PIL import Image
 
+from e2e import sheet
 from e2e.environment import LINUX, Display, LinuxPrograms, screenshot, wait_until
-from e2e.pictures import difference_box, differing_inside, differing_outside, roughness
+from e2e.pictures import difference_box, differing_inside, differing_outside, holds_color, roughness
 from e2e.panels import boxes, frosted_boxes
 
 SEGMENT_BYTES = 0xCB170
@@ -22,7 +23,7 @@ class LinuxCase(unittest.TestCase):
 
     @classmethod
     def setUpClass(cls):
-        cls.screen = Display()
+        cls.screen = Display("1920x1080")
         cls.display = cls.screen.__enter__()
         cls.addClassCleanup(cls.screen.__exit__)
 
@@ -94,6 +95,78 @@ class Picture(LinuxCase):
         self.assertIsNone(difference_box(before, shown))
 
 
+class Writing(LinuxCase):
+    def test_sheet_is_written_in_every_script_size_and_weight(self):
+        self.choose("TextSheet")
+        for name in ("host_glx", "host_egl"):
+            with self.subTest(host=name):
+                before, shown = self.pictures("--size", sheet.SIZE, frame=10, name=name)
+                self.assertEqual(sheet.faults(shown), [])
+                self.assertEqual(differing_outside(before, shown, [sheet.PANEL]), 0)
+
+    def test_a_published_value_stands_on_the_picture_and_follows_its_changes(self):
+        stop = self.folder / "stop"
+        process = self.programs.with_overlay([LINUX / "host_glx", "--frames", "1000000", "--size", "1280x720",
+                                              "--stop-file", stop, "--fps-cap", "60"])
+        wait_until(lambda: self.programs.ask("set", "GPU_USAGE#0", "11")[0] == 0)
+        left, top, right, bottom = boxes("Default", 1280, 720)[8]
+        number = (left + 20, top + 44, right - 20, bottom - 46)  # the big figure of the box at the right
+        pictures = []
+        for value in ("11", "88", "11"):
+            self.assertEqual(self.programs.ask("set", "GPU_USAGE#0", value)[0], 0)
+            time.sleep(2.5)
+            pictures.append(screenshot(self.display, self.folder / f"{len(pictures)}.png").crop(number))
+        stop.touch()
+        self.assertEqual(process.wait(60), 0)
+        self.assertTrue(holds_color(pictures[0], (0, 0, *pictures[0].size), sheet.WHITE))
+        self.assertIsNotNone(difference_box(pictures[0], pictures[1]))
+        self.assertIsNone(difference_box(pictures[0], pictures[2]))
+
+
+class Pace(LinuxCase):
+    def test_frame_time_agrees_with_the_hosts_own_stamps(self):
+        stamps, stop = self.folder / "stamps", self.folder / "stop"
+        process = self.programs.with_overlay([LINUX / "host_glx", "--frames", "100000", "--fps-cap", "25", "--stamps",
+                                              stamps, "--stop-file", stop, "--size", "320x240"])
+        wait_until(lambda: self.programs.ask("frametime", "on")[0] == 0)
+        time.sleep(3)
+        shown = []
+        for _ in range(10):
+            row = re.search(r"host_glx .*OpenGL +([0-9.]+)", self.programs.ask("status")[1])
+            shown.append(float(row.group(1)))
+            time.sleep(0.15)
+        stop.touch()
+        self.assertEqual(process.wait(60), 0)
+        times = [int(line) for line in stamps.read_text().split()]
+        intervals = sorted((b - a) / 1e6 for a, b in zip(times[-60:], times[-59:]))
+        self.assertGreater(intervals[0], 40)  # what the host sleeps
+        for value in shown:  # each is the median of a tenth of a second, so it lies among the intervals
+            self.assertGreaterEqual(value, intervals[0] - 1)
+            self.assertLessEqual(value, intervals[-1] + 1)
+
+
+class Feeding(LinuxCase):
+    def test_companion_killed_while_it_publishes_and_started_again(self):
+        stop = self.folder / "stop"
+        process = self.programs.with_overlay([LINUX / "host_glx", "--frames", "1000000", "--stop-file", stop,
+                                              "--fps-cap", "200"])
+        wait_until(lambda: self.programs.ask("status")[0] == 0)
+        for _ in range(5):
+            feed = self.programs.start([self.programs.companion, "feed", "--interval", "50"])
+            time.sleep(0.4)
+            self.assertIsNone(feed.poll(), feed.log.read_text(errors="replace"))
+            feed.kill()
+            feed.wait(10)
+        self.assertEqual(self.programs.ask("set", "GPU_CLK#0", "1755")[0], 0)
+        code, names = self.programs.ask("names")
+        self.assertEqual(code, 0, names)
+        self.assertIn("GPU_CLK#0", names)
+        self.assertIn("1755", names)
+        self.assertIsNone(process.poll())
+        stop.touch()
+        self.assertEqual(process.wait(60), 0)
+
+
 class Robustness(LinuxCase):
     def test_hosts_of_every_kind_run_to_their_end(self):
         kinds = (["--second-window"], ["--second-context"], ["--two-threads"], ["--resize-storm"],
@@ -150,6 +223,7 @@ class Commands(LinuxCase):
         return screenshot(self.display, self.folder / name)
 
     def test_off_and_on_again_and_release_for_everyone(self):
+        self.choose("Shapes")  # nothing on it moves by itself
         stop = self.folder / "stop"
         process = self.programs.with_overlay([LINUX / "host_glx", "--frames", "1000000", "--stop-file", stop])
         area = (0, 0, 640, 480)

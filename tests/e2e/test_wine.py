@@ -5,7 +5,9 @@ import unittest
 
 from PIL import Image
 
-from e2e.environment import WIN64, Display, WinePrograms, glfw_examples, screenshot, wait_until
+from e2e import sheet
+from e2e.environment import (LINUX, WIN64, Display, LinuxPrograms, WinePrograms, glfw_examples, screenshot,
+                             wait_until)
 from e2e.panels import boxes
 from e2e.pictures import difference_box, differing_outside
 
@@ -16,9 +18,11 @@ SIMPLE_CORNER = (120, 110)  # pixels that its triangle never reaches, window fra
 
 
 class WineCase(unittest.TestCase):
+    screen_size = "1280x1024"
+
     @classmethod
     def setUpClass(cls):
-        cls.screen = Display()
+        cls.screen = Display(cls.screen_size)
         cls.display = cls.screen.__enter__()
         cls.addClassCleanup(cls.screen.__exit__)
 
@@ -42,6 +46,41 @@ class WineCase(unittest.TestCase):
         self.host("--frames", str(frame + 5), "--dump-ppm", f"{shown}@{frame}", "--dump-before", str(before),
                   *switches, **env)
         return Image.open(before).convert("RGB"), Image.open(shown).convert("RGB")
+
+
+    def choose(self, profile):
+        """Profile of the programs that start from now on; a host that waits keeps the section alive."""
+        ready = self.folder / "holder-ready"
+        self.programs.with_overlay([WIN64 / "host_wgl.exe", "--frames", "1", "--ready-file", ready, "--wait-file",
+                                    self.folder / "never"])
+        wait_until(ready.exists)
+        self.assertEqual(self.programs.ask("profile-name", profile)[0], 0)
+
+
+class Writing(WineCase):
+    screen_size = "1920x1080"
+
+    def test_sheet_is_written_as_on_linux(self):
+        self.choose("TextSheet")
+        before, shown = self.pictures("--size", sheet.SIZE, frame=10)
+        self.assertEqual(sheet.faults(shown), [])
+        self.assertEqual(differing_outside(before, shown, [sheet.PANEL]), 0)
+        here, there = sheet.ink_boxes(shown), sheet.ink_boxes(self.linux_sheet())
+        for name in sheet.SAME_FACE:
+            with self.subTest(line=name):
+                self.assertLessEqual(max(abs(a - b) for a, b in zip(here[name], there[name])), 3)
+
+    def linux_sheet(self):
+        with LinuxPrograms(self.display) as linux:
+            ready, shown = self.folder / "linux-ready", self.folder / "linux.ppm"
+            linux.with_overlay([LINUX / "host_glx", "--frames", "1", "--ready-file", ready, "--wait-file",
+                                self.folder / "never"])
+            wait_until(ready.exists)
+            self.assertEqual(linux.ask("profile-name", "TextSheet")[0], 0)
+            process = linux.with_overlay([LINUX / "host_glx", "--frames", "12", "--size", sheet.SIZE, "--dump-ppm",
+                                          f"{shown}@10"])
+            self.assertEqual(process.wait(120), 0)
+        return Image.open(shown).convert("RGB")
 
 
 class Picture(WineCase):
@@ -135,6 +174,7 @@ class Hooks(WineCase):
 
 class Commands(WineCase):
     def test_off_and_on_again(self):
+        self.choose("Shapes")  # nothing on it moves by itself
         process = self.programs.with_overlay([WIN64 / "host_wgl.exe", "--frames", "1000000"])
         time.sleep(6)
         area = (0, 0, 640, 480)
