@@ -4,6 +4,16 @@
 #include "frame/log.h"
 #include "platform/utf.h"
 
+#include <tinyxml2.h>
+
+const tinyxml2::XMLElement* g_fnFirstElement(const tinyxml2::XMLElement* pParent, const char* szElement) {
+    return pParent ? pParent->FirstChildElement(szElement) : nullptr;
+}
+
+const tinyxml2::XMLElement* g_fnNextElement(const tinyxml2::XMLElement* pElement, const char* szElement) {
+    return pElement ? pElement->NextSiblingElement(szElement) : nullptr;
+}
+
 void g_fnCheckShadowOpacity(const CItemProperty_Base& item, u32 uPercent) {
     if (uPercent > 100) g_fnReportError("item \"%s\" m_u8ShadowOpacity", item.m_szItemName);
 }

@@ -6,7 +6,9 @@
 #include "config/panel_records.h"
 #include "config/setting_binding.h"
 
-#include <tinyxml2.h>
+/// First child of that name, or the next sibling; null if there is none or the argument is null.
+const tinyxml2::XMLElement* g_fnFirstElement(const tinyxml2::XMLElement* pParent, const char* szElement);
+const tinyxml2::XMLElement* g_fnNextElement(const tinyxml2::XMLElement* pElement, const char* szElement);
 
 /// Reads each child of that element name into a fresh record: fnRead(element, record) applies the class's own
 /// keys and validates, false for a record that must not be kept. After the first such record the walk reads
@@ -14,8 +16,8 @@
 template <class T, class Read>
 void g_fnReadItems(const tinyxml2::XMLElement* pParent, const char* szElement, Read fnRead) {
     bool bFailed = false;
-    const tinyxml2::XMLElement* pElement = pParent ? pParent->FirstChildElement(szElement) : nullptr;
-    for (; pElement; pElement = pElement->NextSiblingElement(szElement)) {
+    const tinyxml2::XMLElement* pElement = g_fnFirstElement(pParent, szElement);
+    for (; pElement; pElement = g_fnNextElement(pElement, szElement)) {
         T item;
         if (!g_fnParseItemBase(pElement, &item)) continue;
         if (!fnRead(*pElement, item)) bFailed = true;
