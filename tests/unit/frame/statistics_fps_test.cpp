@@ -149,7 +149,11 @@ TEST_F(Statistics, OneSampleIsAllThreePercentiles) {
 
 TEST_F(Statistics, PercentilesAreTheElementsAtTheirIndexes) {
     ShowPercentiles();
-    for (u32 u = 2000; u >= 1; --u) TakeSample(u);
+    for (u32 u = 2000; u >= 2; --u) TakeSample(u);
+    EXPECT_EQ(g_uFPS_01P, 3u) << "1999 samples: index 1 of 2, 3, 4 ...";
+    EXPECT_EQ(g_uFPS_1P, 21u) << "index 19";
+    EXPECT_EQ(g_uFPS_50P, 1001u) << "index 999";
+    TakeSample(1);
     ASSERT_EQ(g_vecFPSSamples.size(), 2000u);
     EXPECT_EQ(g_uFPS_01P, 3u) << "index 2 of 1, 2, 3 ...";
     EXPECT_EQ(g_uFPS_1P, 21u) << "index 20";

@@ -349,6 +349,13 @@ TEST(OffsetTree, TheSkipBehindAChainToAValueNeedsNoCharacter) {
     EXPECT_FALSE(ExactBank(dump.vec).Has("A"));
 }
 
+TEST(OffsetTree, BehindItsZeroANameHasNoCharacters) {
+    Dump dump;
+    dump.U32(13).U8(0).U8(3).Text("A").U8(0).U8(0).U32(13).U32(5);
+    EXPECT_FALSE(ExactBank(dump.vec).Has("A")) << "the chain is longer by one";
+    EXPECT_TRUE(ExactBank(dump.vec).Has({"A\0", 2}));
+}
+
 TEST(OffsetTree, ValuesMayBeUnalignedAndAnywhereBehindTheStart) {
     Dump dump;
     dump.U32(12).U8(0).U8(2).Text("A").U8(0).U32(15).U8(1).U8(2).U8(3).U32(0xCAFE);
