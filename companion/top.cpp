@@ -30,7 +30,9 @@ class FrameTimeReport {
 std::vector<StatusRow> Programs(const stSharedSegment& stSegment) {
     std::vector<StatusRow> listRows;
     for (const Instance& st : Instances(stSegment)) {
-        if (!IsCompanion(st.uProcessId)) listRows.push_back({st, os::InspectProcess(st.uProcessId)});
+        ProcessFacts stProcess = os::InspectProcess(st.uProcessId);
+        // Programs that ended without warning leave their records behind.
+        if (stProcess.bExists && !IsCompanion(st.uProcessId)) listRows.push_back({st, std::move(stProcess)});
     }
     return listRows;
 }
@@ -41,11 +43,6 @@ void ResetCodes(const ControlLibrary& stLibrary) {
     for (const Instance& st : Instances(*Snapshot(stLibrary.pSegment))) {
         if (st.uStatusSlot) stLibrary.fnRearmApiCode(st.uThreadId);
     }
-}
-
-std::string NameOf(const ProcessFacts& st) {
-    if (!st.bExists) return "(gone)";
-    return st.strName.empty() ? "?" : st.strName;
 }
 
 } // namespace
@@ -60,9 +57,10 @@ std::string RateText(f32 fMilliseconds) {
 std::string TopTable(const std::vector<StatusRow>& listRows) {
     std::vector<std::vector<std::string>> listCells;
     for (const StatusRow& st : listRows) {
-        const bool bFrames = st.stProcess.bExists && st.stInstance.uApiCode != g_uApiCodeUnseen;
+        const std::string& strName = st.stProcess.strName;
+        const bool bFrames = st.stInstance.uApiCode != g_uApiCodeUnseen;
         const f32 fTime = bFrames ? st.stInstance.fFrameTime : 0.0f;
-        listCells.push_back({NameOf(st.stProcess), std::to_string(st.stInstance.uProcessId),
+        listCells.push_back({strName.empty() ? "?" : strName, std::to_string(st.stInstance.uProcessId),
                              bFrames ? ApiName(st.stInstance.uApiCode) : "-", FrameTimeText(fTime),
                              RateText(fTime)});
     }
