@@ -167,5 +167,6 @@ void g_fnReleaseResources() noexcept {
     DestroyBatchers();
     FreeFrameSamples();
     g_fnClearConfiguration();
+    g_fnClearFontsToStay();
     g_fnDestroyManagers();
 }

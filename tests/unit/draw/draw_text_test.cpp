@@ -5,6 +5,7 @@
 #include "controls/osd_manager.h"
 #include "controls/text_box.h"
 #include "font/font_unicode.h"
+#include "frame/resources.h"
 
 #include <gtest/gtest.h>
 
@@ -177,6 +178,12 @@ TEST_F(DrawText, FontsToStayAreASetThatForgetsOnClear) {
     EXPECT_TRUE(g_fnIsFontToStay(m_apFonts[0].get()));
     EXPECT_FALSE(g_fnIsFontToStay(m_apFonts[1].get()));
     g_fnClearFontsToStay();
+    EXPECT_FALSE(g_fnIsFontToStay(m_apFonts[0].get()));
+}
+
+TEST_F(DrawText, ReleasingTheResourcesForgetsTheFontsToStay) {
+    g_fnSetFontToStay(m_apFonts[0].get());
+    g_fnReleaseResources();
     EXPECT_FALSE(g_fnIsFontToStay(m_apFonts[0].get()));
 }
 
