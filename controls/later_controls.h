@@ -1,9 +1,11 @@
 #pragma once
-// All kinds of objects that the manager owns beside panels: fonts, text and number boxes, and roots of the
-// others. A root says only what ownership needs: that it is a control and how it is deleted. A kind's full
-// class takes the place of its root here.
+// All kinds of objects that the manager owns beside panels: fonts, text and number boxes, graphs and charts,
+// and roots of the others. A root says only what ownership needs: that it is a control and how it is deleted.
+// A kind's full class takes the place of its root here.
 #include "controls/control.h"
+#include "controls/line_graph.h"
 #include "controls/num_box.h"
+#include "controls/pie_chart.h"
 #include "controls/text_box.h"
 #include "font/font_unicode.h"
 
@@ -20,14 +22,4 @@ class CImgBox_Base : public virtual CControl {
 class CVideoBox_Base : public virtual CControl {
   public:
     virtual ~CVideoBox_Base() = 0;
-};
-
-class CLineGraph_Base : public virtual CControl {
-  public:
-    virtual ~CLineGraph_Base() = 0;
-};
-
-class CPieChart_Base : public virtual CControl {
-  public:
-    virtual ~CPieChart_Base() = 0;
 };
