@@ -1,6 +1,7 @@
 #pragma once
 // The one state behind the headless services and their test controls.
 #include "platform/headless/test_controls.h"
+#include "platform/settings_tree.h"
 #include <map>
 #include <memory>
 #include <mutex>
@@ -110,6 +111,10 @@ struct State {
     std::vector<std::pair<std::u16string, std::string>> m_vecBoxes;
     std::u16string m_wstrFolder = u"/headless/data";
     std::vector<std::string> m_vecOpened;
+
+    std::shared_ptr<CSettingsTree> m_pSettings = std::make_shared<CSettingsTree>();
+    std::vector<std::u16string> m_vecAskedKeys;
+    u32 m_uOpenKeys = 0;
 };
 
 /// The sleep that g_fnSleepMilliseconds starts with.

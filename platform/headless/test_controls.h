@@ -3,6 +3,7 @@
 // operating system beyond the C++ library. ResetAll() brings everything back to the state at start.
 #include "platform/clock.h"
 #include "platform/minhook.h"
+#include "platform/settings_store.h"
 #include "platform/surface.h"
 #include "platform/threads.h"
 #include "platform/types.h"
@@ -172,6 +173,18 @@ void SetCommonDataFolder(const char16_t* wzFolder);
 void SetCommonDataFolder(const std::string& strUtf8);
 /// Paths given to OpenFileForRead(), in UTF-8.
 std::vector<std::string> OpenedFiles();
+
+// --- settings store
+// ---------------------------------------------------------------------------------------------
+/// Makes a key, or a value in a key that is made if missing; a value there already is replaced.
+void AddSettingsKey(const char16_t* wzPath);
+void SetSettingsNumber(const char16_t* wzPath, const char16_t* wzName, u32 uValue);
+void SetSettingsText(const char16_t* wzPath, const char16_t* wzName, const char16_t* wzValue);
+void SetSettingsBytes(const char16_t* wzPath, const char16_t* wzName, SettingsType eType,
+                      std::vector<u8> vecBytes);
+/// Paths given to OpenSettingsKey(), found or not; and how many keys are open now.
+std::vector<std::u16string> AskedSettingsKeys();
+u32 OpenSettingsKeys();
 
 // --- segment
 // --------------------------------------------------------------------------------------------------
