@@ -1,7 +1,9 @@
 #include "config/item_map.h"
 
+#include "config/item_graph.h"
 #include "config/item_number.h"
 #include "config/item_panel.h"
+#include "config/item_pie.h"
 #include "config/item_text.h"
 
 #include <cstring>
@@ -23,9 +25,10 @@ template <class T> std::unique_ptr<CItemProperty_Base> Clone(const CItemProperty
 
 /// Record classes by type code.
 constexpr std::pair<u32, CloneFunction> g_aClones[] = {
-    {ITEM_TEXTBOX, Clone<CItemProperty_TextBox>}, {ITEM_MEMO, Clone<CItemProperty_TextBox>},
-    {ITEM_NUMBOX, Clone<CItemProperty_NumBox>},   {ITEM_MIXED, Clone<CItemProperty_NumBox>},
-    {ITEM_PANEL, Clone<CItemProperty_Panel>},
+    {ITEM_TEXTBOX, Clone<CItemProperty_TextBox>},   {ITEM_MEMO, Clone<CItemProperty_TextBox>},
+    {ITEM_NUMBOX, Clone<CItemProperty_NumBox>},     {ITEM_MIXED, Clone<CItemProperty_NumBox>},
+    {ITEM_PANEL, Clone<CItemProperty_Panel>},       {ITEM_LINEGRAPH, Clone<CItemProperty_LineGraph>},
+    {ITEM_PIECHART, Clone<CItemProperty_PieChart>},
 };
 
 CloneFunction CloneOf(u32 uType) {
@@ -85,9 +88,21 @@ const CItemProperty_Panel* g_fnAsPanel(const CItemProperty_Base* pItem) {
     return static_cast<const CItemProperty_Panel*>(pItem->m_pComplete);
 }
 
+const CItemProperty_LineGraph* g_fnAsLineGraph(const CItemProperty_Base* pItem) {
+    if (!pItem || pItem->m_uItemType != ITEM_LINEGRAPH) return nullptr;
+    return static_cast<const CItemProperty_LineGraph*>(pItem->m_pComplete);
+}
+
+const CItemProperty_PieChart* g_fnAsPieChart(const CItemProperty_Base* pItem) {
+    if (!pItem || pItem->m_uItemType != ITEM_PIECHART) return nullptr;
+    return static_cast<const CItemProperty_PieChart*>(pItem->m_pComplete);
+}
+
 const char* g_fnItemDataName(const CItemProperty_Base& item) {
-    const CItemProperty_NumBox* pNumber = g_fnAsNumBox(&item);
-    return pNumber ? pNumber->m_szDataFullName : nullptr;
+    if (const auto* pNumber = g_fnAsNumBox(&item)) return pNumber->m_szDataFullName;
+    if (const auto* pGraph = g_fnAsLineGraph(&item)) return pGraph->m_szDataFullName;
+    if (const auto* pChart = g_fnAsPieChart(&item)) return pChart->m_szDataFullName;
+    return nullptr;
 }
 
 std::string g_fnItemStem(const CItemProperty_Base& item) {

@@ -7,8 +7,10 @@
 #include <string>
 #include <vector>
 
+class CItemProperty_LineGraph;
 class CItemProperty_NumBox;
 class CItemProperty_Panel;
+class CItemProperty_PieChart;
 class CItemProperty_TextBox;
 
 /// Owns the records; byte order of the names.
@@ -28,10 +30,12 @@ void g_fnEnumItemsOfType(std::vector<CItemProperty_Base*>& list, u32 uType);
 void g_fnClearItems();
 
 /// The complete record if its type code belongs to that class (numbers and mixed items; texts and memos;
-/// panels), else null.
+/// panels; line graphs; pie charts), else null.
 const CItemProperty_NumBox* g_fnAsNumBox(const CItemProperty_Base* pItem);
 const CItemProperty_TextBox* g_fnAsTextBox(const CItemProperty_Base* pItem);
 const CItemProperty_Panel* g_fnAsPanel(const CItemProperty_Base* pItem);
+const CItemProperty_LineGraph* g_fnAsLineGraph(const CItemProperty_Base* pItem);
+const CItemProperty_PieChart* g_fnAsPieChart(const CItemProperty_Base* pItem);
 
 /// Data name of an item ("GPU_CLK#0"), null for types that show no data.
 const char* g_fnItemDataName(const CItemProperty_Base& item);

@@ -9,6 +9,7 @@
 #include "frame/mixed_items.h"
 #include "frame/update.h"
 #include "frame/update_boxes.h"
+#include "frame/update_graphs.h"
 #include "shared/monitor_data.h"
 
 #include <algorithm>
@@ -56,11 +57,6 @@ void BindNumber(const CItemProperty_NumBox& item) {
     g_listUpdateData_N.emplace_back(itName->second, iNumBox, pData, stFormat.uDecimals, stFormat.uDivisor);
 }
 
-/// Graphs and charts have no class that could take a value: their items make no record.
-void PassOverGraph(const CItemProperty_Base& item) {
-    g_fnLog("item \"%s\" of type %s shows no data", item.m_szItemName, item.m_szItemType);
-}
-
 void BindMixed(CItemProperty_Base& item) {
     stUpdateMixedData record;
     if (!g_fnGetUpdateMixedDataByCustomStyle(&item, record)) {
@@ -79,8 +75,10 @@ void BindItem(CItemProperty_Base& item) {
         if (const CItemProperty_NumBox* pItem = g_fnAsNumBox(&item)) BindNumber(*pItem);
         break;
     case ITEM_LINEGRAPH:
+        g_fnBindLineGraph(item);
+        break;
     case ITEM_PIECHART:
-        PassOverGraph(item);
+        g_fnBindPieChart(item);
         break;
     case ITEM_MIXED:
         BindMixed(item);

@@ -1,10 +1,12 @@
 #pragma once
-// Boxes that the steps of an update reach without a record: by place, and the ones that a style names.
+// Controls that the steps of an update reach without a record: by place, and the ones that a style names.
 #include "frame/update_records.h"
 #include "platform/types.h"
 
+class CLineGraph_Base;
 class CNumBox_Base;
 class CPanel_Base;
+class CPieChart_Base;
 class CTextBox_Base;
 
 namespace boxes {
@@ -14,11 +16,15 @@ namespace boxes {
 CNumBox_Base* NumBox(i32 iNumBox);
 CTextBox_Base* TextBox(i32 iTextBox);
 CPanel_Base* Panel(i32 iPanel);
+CLineGraph_Base* LineGraph(i32 iLineGraph);
+CPieChart_Base* PieChart(i32 iPieChart);
 
 /// Place of an element's instance; g_iNoIndex if the layout has none.
 i32 FindNumBox(u64 u64LB_ID);
 i32 FindTextBox(u64 u64LB_ID);
 i32 FindPanel(u64 u64LB_ID);
+i32 FindLineGraph(u64 u64LB_ID);
+i32 FindPieChart(u64 u64LB_ID);
 
 /// Places of a row's parts. Absent parts are g_iNoIndex.
 struct stRow {
