@@ -116,6 +116,8 @@ void g_fnReadClockSetting();
 /// Both intervals, then what follows from them.
 void g_fnReadIntervals();
 void g_fnReadLimiterSettings();
+/// All of the last six, in their order.
+void g_fnReadSettingsBatch(u32 uPhotoW, u32 uPhotoH);
 
 /// Number of physical cards.
 u32 g_fnReadCardNum();

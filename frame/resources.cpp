@@ -1,6 +1,7 @@
 #include "frame/resources.h"
 
 #include "config/fixed_layout.h"
+#include "config/settings.h"
 #include "controls/control_ids.h"
 #include "controls/osd_manager.h"
 #include "draw/creation_table.h"
@@ -70,8 +71,15 @@ static void MarkStatusDue() {
     g_auStatus[g_uManagerSlot] = 0;
 }
 
+/// Size of the photo of a layout that says nothing of it, pixels.
+static constexpr u32 g_uPhotoSide = 200;
+
 static bool ReadConfiguration() {
+    g_fnProbeWowKeys();
     g_fnSelectProfile();
+    g_fnLoadGlobalSettings();
+    g_fnReadFeatureSwitches();
+    g_fnReadSettingsBatch(g_uPhotoSide, g_uPhotoSide);
     return g_fnBuildFixedLayout();
 }
 
