@@ -135,7 +135,9 @@ TEST_F(TextBoxesGL, TextShowsInsideItsWindowOnly) {
         },
         u"HHHHHHHHHH");
     text.m_fnMoveTo(20, 40, 0);
-    const std::array<i32, 4> aInk = Ink(DrawText(0));
+    const Picture picture = DrawText(0);
+    picture.Save("text_window");
+    const std::array<i32, 4> aInk = Ink(picture);
     EXPECT_GE(aInk[0], 20);
     EXPECT_LT(aInk[2], 120);
     EXPECT_GT(aInk[2], 80);
@@ -153,7 +155,9 @@ TEST_F(TextBoxesGL, LongTextWrapsAtItsBoxsWidth) {
         u"HHHHHHHHHH");
     text.m_fnMoveTo(20, 40, 0);
     EXPECT_GE(text.m_fSizeH, 64);
-    const std::array<i32, 4> aInk = Ink(DrawText(0));
+    const Picture picture = DrawText(0);
+    picture.Save("text_wrap");
+    const std::array<i32, 4> aInk = Ink(picture);
     EXPECT_LT(aInk[2], 130);
     EXPECT_GT(aInk[3], 40 + 32);
     EXPECT_LE(aInk[3], 40 + static_cast<i32>(text.m_fSizeH) + 4);
@@ -174,6 +178,34 @@ TEST_F(TextBoxesGL, ARightAnchoredNumberKeepsItsRightEdgeFrom9To10) {
     EXPECT_EQ(aTwo[2], aOne[2]);
     EXPECT_NEAR(aOne[0] - aTwo[0], number.m_fNumberW / 2, 1);
     EXPECT_EQ(aTwo[1], aOne[1]);
+}
+
+TEST_F(TextBoxesGL, NumbersShowPaddingSignDecimalsAndPercent) {
+    CFontUniCode& font = AddFont(u"DejaVu Sans Mono");
+    AddNumber(font, 0, 20, 10, 32, s_white).m_fnSetIntEx(5, 3, false);
+    AddNumber(font, 0, 20, 45, 32, s_white).m_fnSetInt(5, 3);
+    AddNumber(font, 0, 20, 80, 32, s_white).m_fnSetFloat(-0.5f, 1);
+    CNumBox_Base& percent = AddNumber(font, 0, 20, 115, 32, s_white);
+    percent.m_fnSetPercent(true);
+    percent.m_fnSetFloat(0.25f, 0);
+    AddNumber(font, 0, 20, 150, 32, s_white).m_fnSetInt(123456789, 0);
+    const Picture picture = DrawText(0);
+    picture.Save("numbers");
+    const f32 fCell = percent.m_fCellWidth * 32;
+    // Whether a cell of a row holds ink: its glyph stands well inside it.
+    const auto HasInk = [&](u32 uRow, u32 uCell) {
+        const u32 uLeft = static_cast<u32>(20 + fCell * static_cast<f32>(uCell)) + 3;
+        for (u32 y = 10 + 35 * uRow; y < 45 + 35 * uRow; ++y)
+            for (u32 x = uLeft; x < uLeft + static_cast<u32>(fCell) - 6; ++x)
+                if (picture.At(x, y)[0] > 128) return true;
+        return false;
+    };
+    const char* const aszExpected[] = {"###     ", "  #     ", "####    ", "###     ", "########"};
+    for (u32 uRow = 0; uRow < 5; ++uRow) {
+        std::string strShown;
+        for (u32 uCell = 0; uCell < 8; ++uCell) strShown += HasInk(uRow, uCell) ? '#' : ' ';
+        EXPECT_EQ(strShown, aszExpected[uRow]) << "row " << uRow;
+    }
 }
 
 } // namespace
