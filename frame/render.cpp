@@ -24,7 +24,6 @@ bool g_bCaptureBackdrop = false;
 CDrawBasic_Base* g_pDrawBasic = nullptr;
 CDrawText_Base* g_pDrawText = nullptr;
 u8 g_bShotPending = 0;
-u32 g_uCapMode = 2;
 void (*g_fnSaveScreenshotHook)() = nullptr;
 
 static const char* VersionString() {
