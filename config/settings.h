@@ -2,8 +2,8 @@
 // Machine-wide settings: OSD.ini of the data folder, and the values that the companion writes to the
 // settings store. Read on the render thread while a layout is made; nothing watches them. A file, key or
 // value that is missing is normal: its default applies and nobody is told. Those that the frame works by
-// stand where they are used: the limiter's, the intervals, debug mode and time, the clock's hours, the
-// warning colours.
+// stand where they are used: the limiter's, the intervals, debug mode and time, the clock's hours, the moment
+// of a screenshot, the warning colours.
 #include "config/setting_binding.h"
 #include "draw/data_path.h"
 #include "platform/types.h"
@@ -59,7 +59,6 @@ struct stCameraPhoto {
 };
 extern stCameraPhoto g_stCameraPhoto;
 extern char16_t g_wzShotFolder[g_uDataPathCapacity]; ///< folder of screenshots; the data folder by default
-extern u32 g_uCapMode;                               ///< what a screenshot holds
 extern u32 g_uCapType;                               ///< file type of a screenshot
 
 /// Panel of the debug rows; kept, nothing reads it further.

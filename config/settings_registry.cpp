@@ -1,5 +1,6 @@
 // What the companion tells every process through the settings store.
 #include "config/settings.h"
+#include "frame/frame_driver.h"
 #include "frame/limiter.h"
 #include "frame/statistics.h"
 #include "frame/update.h"
@@ -13,7 +14,6 @@ bool g_bVideoEnable = false, g_bGraphEnable = false;
 stVideoSource g_aVideoSource[g_uVideoSources] = {};
 stCameraPhoto g_stCameraPhoto = {};
 char16_t g_wzShotFolder[g_uDataPathCapacity] = {};
-u32 g_uCapMode = 2;
 u32 g_uCapType = 2;
 stDebugPanel g_stDebugPanel = {};
 char16_t g_wzLanguageFileName[g_uRegistryTextUnits] = u"X";
