@@ -14,6 +14,7 @@ bool g_bVideoEnable = false, g_bGraphEnable = false;
 stVideoSource g_aVideoSource[g_uVideoSources] = {};
 stCameraPhoto g_stCameraPhoto = {};
 char16_t g_wzShotFolder[g_uDataPathCapacity] = {};
+u32 g_uCapMode = 2;
 u32 g_uCapType = 2;
 stDebugPanel g_stDebugPanel = {};
 char16_t g_wzLanguageFileName[g_uRegistryTextUnits] = u"X";
