@@ -61,6 +61,11 @@ void SetSettingsBytes(const char16_t* wzPath, const char16_t* wzName, SettingsTy
     Store(wzPath, wzName, {eType, std::move(vecBytes)});
 }
 
+void ClearSettings() {
+    std::lock_guard lock(Get().m_lock);
+    Get().m_pSettings = std::make_shared<CSettingsTree>();
+}
+
 std::vector<std::u16string> AskedSettingsKeys() { return Get().m_vecAskedKeys; }
 
 u32 OpenSettingsKeys() { return Get().m_uOpenKeys; }

@@ -182,6 +182,7 @@ void SetSettingsNumber(const char16_t* wzPath, const char16_t* wzName, u32 uValu
 void SetSettingsText(const char16_t* wzPath, const char16_t* wzName, const char16_t* wzValue);
 void SetSettingsBytes(const char16_t* wzPath, const char16_t* wzName, SettingsType eType,
                       std::vector<u8> vecBytes);
+void ClearSettings();
 /// Paths given to OpenSettingsKey(), found or not; and how many keys are open now.
 std::vector<std::u16string> AskedSettingsKeys();
 u32 OpenSettingsKeys();
