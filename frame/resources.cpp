@@ -121,6 +121,29 @@ static bool MakeBasicBatcher() {
     return true;
 }
 
+/// Set by a build whose batchers failed, for want of readable shaders.
+static bool g_bBatchersFailed = false;
+
+template <class Batcher> static bool TryBatcher(Batcher* (*fnCreate)()) {
+    if (!fnCreate) return true;
+    const std::unique_ptr<Batcher> pBatcher(fnCreate());
+    return pBatcher && InitializeBatcher(pBatcher.get());
+}
+
+/// The next try comes with the next frame. A host whose overlay can't be drawn must not pay for a layout and
+/// its fonts each time, so those wait until batchers can be made.
+static bool AreBatchersHopeless() {
+    if (!g_bBatchersFailed) return false;
+    g_bBatchersFailed = !TryBatcher(g_stCreationTable.m_fnCreateDrawBasic) ||
+                        !TryBatcher(g_stCreationTable.m_fnCreateDrawText);
+    return g_bBatchersFailed;
+}
+
+static bool MakeBatchers() {
+    g_bBatchersFailed = !MakeBasicBatcher() || !MakeTextBatcher();
+    return !g_bBatchersFailed;
+}
+
 /// What a failed build left would stand twice after the next try.
 static bool Abandon() {
     g_fnReleaseResources();
@@ -128,13 +151,13 @@ static bool Abandon() {
 }
 
 bool g_fnTavo_Init_Resource() {
-    if (!MakeManager()) return false;
+    if (AreBatchersHopeless() || !MakeManager()) return false;
     g_fnSelectManager();
     MakeFrameSamples();
     g_fnSetupIntervals();
     RestartTimers();
     MarkStatusDue();
-    if (!ReadConfiguration() || !MakeBasicBatcher() || !MakeTextBatcher()) return Abandon();
+    if (!ReadConfiguration() || !MakeBatchers()) return Abandon();
     g_pOSDManager->m_fnOnResize();
     // The first update shows all data at once.
     std::memset(g_bUpdateData, 1, sizeof g_bUpdateData);

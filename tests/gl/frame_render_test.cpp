@@ -235,6 +235,23 @@ TEST_F(FrameRender, FailedBuildsKeepNothing) {
     EXPECT_TRUE(g_bInitGL) << "the next frame succeeds once the files are there";
 }
 
+TEST_F(FrameRender, RetriesWithoutShadersMakeNoFontsAgain) {
+    UseShaders(false);
+    ASSERT_TRUE(Begin(true));
+    Swap();
+    gl_recorder::Start();
+    for (int i = 0; i < 3; ++i) Swap();
+    for (const std::string& strCall : gl_recorder::Stop())
+        EXPECT_FALSE(strCall.starts_with("glGenTextures")) << strCall;
+    UseShaders(true);
+    gl_recorder::Start();
+    Swap();
+    const std::vector<std::string> vecCalls = gl_recorder::Stop();
+    EXPECT_TRUE(g_bInitGL);
+    EXPECT_TRUE(std::any_of(vecCalls.begin(), vecCalls.end(),
+                            [](const std::string& str) { return str.starts_with("glGenTextures"); }));
+}
+
 namespace {
 class ThrowingBatcher : public CDrawBasic_Base {
   public:
