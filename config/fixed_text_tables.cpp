@@ -16,11 +16,13 @@ struct stAt {
     i32 iCode, x, y;
 };
 
-constexpr u32 g_uRegular = 0, g_uBold = 1, g_uMono = 2;
+constexpr u32 g_uRegular = 0, g_uBold = 1, g_uMono = 2, g_uIdeographs = 3;
 constexpr stFixedFont g_aFonts[] = {{u"DejaVu Sans", 400, 16, 2048}, {u"DejaVu Sans", 700, 16, 2048}};
 constexpr stFixedFont g_aSmallFonts[] = {{u"DejaVu Sans", 400, 16, 1024}};
-constexpr stFixedFont g_aSheetFonts[] = {
-    {u"DejaVu Sans", 400, 16, 2048}, {u"DejaVu Sans", 700, 16, 2048}, {u"DejaVu Sans Mono", 400, 16, 2048}};
+constexpr stFixedFont g_aSheetFonts[] = {{u"DejaVu Sans", 400, 16, 2048},
+                                         {u"DejaVu Sans", 700, 16, 2048},
+                                         {u"DejaVu Sans Mono", 400, 16, 2048},
+                                         {u"WenQuanYi Micro Hei", 400, 16, 2048}};
 
 constexpr stFixedText Text(u64 u64Panel, stAt at, u32 uFont, f32 fSize, stInk c, const char16_t* wz,
                            const char* szValue = nullptr, const char* szName = nullptr) {
@@ -157,7 +159,7 @@ constexpr stFixedText g_aSheetTexts[] = {
     Text(1, {1, 24, 180}, g_uRegular, 34, g_stBlue, u"Äpfel, Öl, Übung, ß, ñ, ç, é, å, ø, ½, ±, µ, °C"),
     Text(1, {1, 24, 232}, g_uRegular, 34, g_stBlue, u"Съешь ещё этих мягких французских булок"),
     Text(1, {1, 24, 284}, g_uRegular, 34, g_stBlue, u"Ξεσκεπάζω την ψυχοφθόρα βδελυγμία"),
-    Text(1, {1, 24, 336}, g_uRegular, 34, g_stAmber, u"中文字形 日本語かな 한국어"),
+    Text(1, {1, 24, 336}, g_uIdeographs, 34, g_stAmber, u"中文字形 日本語かな 한국어"),
     Text(1, {1, 24, 388}, g_uRegular, 34, g_stAmber, u"\U0001D6D4 \U0001D538 \u25B2 \u2192"),
     Text(1, {1, 24, 444}, g_uRegular, 8, g_stWhite, u"Size 8: frame time 16.67 ms"),
     Text(1, {1, 24, 462}, g_uRegular, 12, g_stWhite, u"Size 12: frame time 16.67 ms"),

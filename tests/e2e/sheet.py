@@ -10,7 +10,7 @@ LINES = [("regular", 24, 34, WHITE), ("bold", 76, 34, WHITE), ("mono", 128, 34, 
          ("size 8", 444, 8, WHITE), ("size 12", 462, 12, WHITE), ("size 16", 486, 16, WHITE), ("size 24", 516, 24, WHITE),
          ("size 48", 556, 48, WHITE), ("size 96", 616, 96, WHITE)]
 # Which lines have the same glyphs on both platforms: one face, no help from others, no pairs of code units.
-SAME_FACE = {"regular", "bold", "mono", "Latin-1", "Cyrillic", "Greek", "size 12", "size 16", "size 24", "size 48", "size 96"}
+SAME_FACE = {"regular", "bold", "mono", "Latin-1", "Cyrillic", "Greek", "CJK", "size 12", "size 16", "size 24", "size 48", "size 96"}
 BLOCKS = (864, 412, 930, 446)
 WRAPPED, WRAP_WIDTH = (840, 470, 1416, 610), 420
 CLIPPED, CLIP_WIDTH = (840, 600, 1416, 650), 300

@@ -68,7 +68,7 @@ class Writing(WineCase):
         here, there = sheet.ink_boxes(shown), sheet.ink_boxes(self.linux_sheet())
         for name in sheet.SAME_FACE:
             with self.subTest(line=name):
-                self.assertLessEqual(max(abs(a - b) for a, b in zip(here[name], there[name])), 3)
+                self.assertLessEqual(max(abs(a - b) for a, b in zip(here[name], there[name])), 6)
 
     def linux_sheet(self):
         with LinuxPrograms(self.display) as linux:
@@ -163,8 +163,7 @@ class Hooks(WineCase):
     def test_system_hook_reaches_programs_until_another_companion_ends_it(self):
         self.assertFalse(self.drawn_over())
         hook = self.programs.wine(self.programs.companion, "hook", "--yes")
-        wait_until(lambda: "hooked" in hook.log.read_text(errors="replace"))
-        time.sleep(2)
+        wait_until(lambda: "laid" in self.programs.ask("status")[1])  # the desktop's own process is the first to be entered
         self.assertTrue(self.drawn_over())
         code, output = self.programs.ask("unhook")
         self.assertEqual(code, 0, output)
