@@ -8,6 +8,7 @@
 #include <cstring>
 #include <string_view>
 
+// KEEP: the 32-bit view counts until somebody has looked.
 u32 g_uWowKeys = 1;
 
 namespace {
@@ -78,6 +79,7 @@ void ApplyRegistryRow(platform::SettingsKey hKey, stSettingBindingW& row) {
     ValueText wzText;
     const bool bNumber = row.uKind == SETTING_DECIMAL;
     row.uFound = 0;
+    // KEEP: rows of any other kind keep what their target held.
     if (!bNumber && row.uKind != SETTING_TEXT_LOCAL) return;
     const bool bFound = bNumber ? QueryNumber(hKey, row.wzName, wzText) : QueryText(hKey, row.wzName, wzText);
     row.uFound = bFound;

@@ -111,18 +111,19 @@ CIniFile CIniFile::Parse(std::string_view bytes) {
 bool CIniFile::AddSection(std::u16string_view line) {
     const std::size_t uClose = line.rfind(u']');
     if (line.front() != u'[' || uClose == line.npos) return false;
-    m_vecSections.push_back({line.substr(1, uClose - 1), static_cast<u32>(m_vecEntries.size())});
+    m_vecSections.push_back({Trim(line.substr(1, uClose - 1)), static_cast<u32>(m_vecEntries.size())});
     return true;
 }
 
 void CIniFile::AddLine(std::u16string_view line) {
     if (line.empty() || line.front() == u';' || AddSection(line) || m_vecSections.empty()) return;
-    const std::size_t uEquals = line.find(u'=');
-    if (uEquals == line.npos || uEquals == 0) return;
-    std::u16string_view value = Trim(line.substr(uEquals + 1));
+    const std::size_t uEquals = std::min(line.find(u'='), line.size());
+    if (uEquals == 0) return;
+    const bool bHasValue = uEquals < line.size();
+    std::u16string_view value = bHasValue ? Trim(line.substr(uEquals + 1)) : line.substr(uEquals);
     const bool bQuoted = IsQuoted(value);
     if (bQuoted) value = value.substr(1, value.size() - 2);
-    m_vecEntries.push_back({Trim(line.substr(0, uEquals)), value, bQuoted});
+    m_vecEntries.push_back({Trim(line.substr(0, uEquals)), value, bHasValue, bQuoted});
 }
 
 u32 CIniFile::EndEntry(u32 uSection) const noexcept {
@@ -134,7 +135,8 @@ const IniEntry* CIniFile::Find(std::u16string_view wzSection, std::u16string_vie
     for (u32 uSection = 0; uSection < Sections(); ++uSection) {
         if (!EqualNoCase(SectionName(uSection), wzSection)) continue;
         for (u32 u = FirstEntry(uSection); u < EndEntry(uSection); ++u)
-            if (EqualNoCase(m_vecEntries[u].m_wzKey, wzKey)) return &m_vecEntries[u];
+            if (EqualNoCase(m_vecEntries[u].m_wzKey, wzKey))
+                return m_vecEntries[u].m_bHasValue ? &m_vecEntries[u] : nullptr;
         return nullptr;
     }
     return nullptr;

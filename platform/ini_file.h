@@ -12,11 +12,12 @@ namespace platform {
 
 constexpr u32 g_uIniBytesMax = 1 << 20; ///< what lies beyond in a file is not seen
 
-/// A line that gives a key a value. Views into the file's text.
+/// A key's line. Views into the file's text.
 struct IniEntry {
     std::u16string_view m_wzKey;
     std::u16string_view m_wzValue;
-    bool m_bQuoted; ///< the value stood in quotes, which are gone
+    bool m_bHasValue; ///< false without '=': the key has no value, and hides later ones of its name
+    bool m_bQuoted;   ///< the value stood in quotes, which are gone
 };
 
 struct IniSection {
@@ -35,8 +36,8 @@ class CIniFile {
     CIniFile(CIniFile&&) = default;
     CIniFile& operator=(CIniFile&&) = default;
 
-    /// First entry of a name in the first section of a name; null if the file has none. Valid as long as this
-    /// object.
+    /// First entry of a name in the first section of a name; null if there is none, or it has no value. Valid
+    /// as long as this object.
     const IniEntry* Find(std::u16string_view wzSection, std::u16string_view wzKey) const noexcept;
 
     u32 Sections() const noexcept { return static_cast<u32>(m_vecSections.size()); }

@@ -86,7 +86,7 @@ void CSettingsTree::Take(const CIniFile& file) {
         SettingsNode* const pNode = AddKey(file.SectionName(uSection));
         if (!pNode) continue;
         for (u32 u = file.FirstEntry(uSection); u < file.EndEntry(uSection); ++u)
-            AddValue(*pNode, file.Entry(u).m_wzKey, ValueOf(file.Entry(u)));
+            if (file.Entry(u).m_bHasValue) AddValue(*pNode, file.Entry(u).m_wzKey, ValueOf(file.Entry(u)));
     }
 }
 

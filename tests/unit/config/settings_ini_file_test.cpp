@@ -55,7 +55,7 @@ TEST(IniFile, FirstSectionAndFirstKeyCount) {
 }
 
 TEST(IniFile, BlanksAroundNamesAndValuesGo) {
-    EXPECT_EQ(Value("  \t[s] \n  k \t=\t  a b  \x1A\n", u"s", u"k"), u"a b");
+    EXPECT_EQ(Value("  \t[ s\t] \n  k \t=\t  a b  \x1A\n", u"s", u"k"), u"a b");
 }
 
 TEST(IniFile, OnePairOfQuotesGoes) {
@@ -78,7 +78,11 @@ TEST(IniFile, TheFirstEqualsSignDivides) {
     EXPECT_EQ(InS("k=a=b"), u"a=b");
     EXPECT_EQ(InS("k="), u"");
     EXPECT_EQ(InS("=1"), std::nullopt);
+}
+
+TEST(IniFile, AKeyWithoutAValueHidesLaterOnes) {
     EXPECT_EQ(InS("k"), std::nullopt);
+    EXPECT_EQ(InS("k\nk=2"), std::nullopt);
 }
 
 TEST(IniFile, KeysBeforeAnySectionAreNobodys) { EXPECT_EQ(Value("k=1\n[s]\n", u"", u"k"), std::nullopt); }

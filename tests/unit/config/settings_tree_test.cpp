@@ -91,7 +91,7 @@ TEST(SettingsTree, SubkeysAreListedOnceInOrderWhateverTheIndexBefore) {
 }
 
 TEST(SettingsTree, SectionsOfOneNameAreOneKeyAndTheFirstValueCounts) {
-    const KeyHandle pKey = Open("[k]\nv=1\nv=2\n[K]\nV=3\nw=4\n", u"k");
+    const KeyHandle pKey = Open("[k]\nw\nv=1\nv=2\n[K]\nV=3\nw=4\n", u"k");
     ASSERT_TRUE(pKey);
     u32 uValue = 0, uBytes = 4;
     SettingsType eType{};

@@ -167,6 +167,16 @@ TEST(IniAgainstTheSystem, BothReadTheSame) {
         "[s\nk=1\n",
         "[a]b]\nk=1\n",
         "[s]\nk=1\x1A\n",
+        "[ s ]\nk=1\n",
+        "[s]\nk\nk=2\n",
+        "[s]\rk=1\r",
+        "[s]\nk=1\vj=2\n",
+        "k=1\n[s]\n",
+        "[s]\nk=''\n",
+        "x[s]\nk=1\n",
+        "[s]\n\"k\"=1\n",
+        "[s]\n=1\nk=2\n",
+        "[s]\nk=1\n\x1A\nj=2\n",
     };
     for (const std::string& strFile : aFiles) {
         const std::filesystem::path path = FileOf(strFile);
