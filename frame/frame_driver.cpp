@@ -15,6 +15,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <optional>
 
 bool g_bPipelineIdle = true;
 u32 g_iInitFailCount = 0;
@@ -175,8 +176,11 @@ static void RunPipeline(platform::SurfaceHandle hdc) {
     g_fnLog("PreSwapBuffers() #%i Call", static_cast<i32>(++g_uCallCount));
     if (g_uApiCode != 0 && g_uApiCode != g_uApiCodeOpenGL) return;
     if (!AcceptDeviceContext(hdc)) return;
+    const bool bBuilt = g_bInitGL && g_bInitGLEW;
+    std::optional<CTimerReading> reading; // one for the whole frame, but a build takes its time
+    if (bBuilt) reading.emplace();
     CheckSize();
-    if (!g_bInitGL || !g_bInitGLEW) RefreshContext(hdc);
+    if (!bBuilt) RefreshContext(hdc);
     g_fnTavo_GL_Render();
 }
 

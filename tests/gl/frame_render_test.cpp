@@ -57,6 +57,17 @@ TEST_F(FrameRender, DisabledMakesExactlyOneGLCallAndReadsNoClock) {
     EXPECT_EQ(headless::ClockReads(), uReads);
 }
 
+TEST_F(FrameRender, BuiltFrameReadsTheClockOnce) {
+    ASSERT_TRUE(Begin(false));
+    ASSERT_TRUE(RunUntilBuilt());
+    Swap();
+    for (int i = 0; i < 3; ++i) {
+        const u64 uBefore = platform::headless::ClockReads();
+        Swap();
+        EXPECT_EQ(platform::headless::ClockReads(), uBefore + 1);
+    }
+}
+
 TEST_F(FrameRender, TurningItOnAgainResumesWithoutARebuild) {
     ASSERT_TRUE(Begin(true));
     ASSERT_TRUE(RunUntilBuilt());
