@@ -1,8 +1,10 @@
-// The input once as the text of a profile's item list, once as the attribute values of four elements, since
+// The input once as the text of a profile's item list, once as the attribute values of six elements, since
 // few changes of a text leave it well formed. Whatever is registered holds together.
+#include "config/item_graph.h"
 #include "config/item_map.h"
 #include "config/item_number.h"
 #include "config/item_panel.h"
+#include "config/item_pie.h"
 #include "config/item_text.h"
 #include "frame/log.h"
 
@@ -40,6 +42,21 @@ void CheckNumber(const CItemProperty_NumBox& item) {
     g_fnItemAlign(item);
 }
 
+void CheckGraph(const CItemProperty_LineGraph& item) {
+    Require(Ends(item.m_szDataFullName) && *item.m_szDataFullName && Ends(item.m_szZIndex));
+    Require(std::isfinite(item.m_fDataWidth) && std::isfinite(item.m_fMinValue) &&
+            std::isfinite(item.m_fMaxValue));
+    Require(item.m_uLineType < 4 && item.m_uDataNum != 0 && item.m_u8LineOpacity <= 100);
+}
+
+void CheckChart(const CItemProperty_PieChart& item) {
+    Require(Ends(item.m_szDataFullName) && *item.m_szDataFullName && Ends(item.m_szZIndex));
+    Require(std::isfinite(item.m_fMinValue) && std::isfinite(item.m_fMaxValue));
+    Require(item.m_uChartType < 2 && item.m_uSlotNum != 0 && item.m_uShapeSegNum != 0);
+    Require(item.m_fSlotFillRatio > 0 && item.m_fSlotFillRatio <= 100);
+    Require(item.m_fChartFillRatio > 0 && item.m_fChartFillRatio <= 100 && item.m_u8ChartOpacity <= 100);
+}
+
 void CheckItem(const std::string& szName, const CItemProperty_Base& item) {
     Require(Ends(item.m_szItemName) && Ends(item.m_szItemOwner));
     Require(!szName.empty() && szName == item.m_szItemName && item.m_bIsShow);
@@ -47,6 +64,8 @@ void CheckItem(const std::string& szName, const CItemProperty_Base& item) {
     if (const auto* pText = g_fnAsTextBox(&item)) CheckText(*pText);
     if (const auto* pNumber = g_fnAsNumBox(&item)) CheckNumber(*pNumber);
     if (const auto* pPanel = g_fnAsPanel(&item)) Require(pPanel->m_u8PanelOpacity <= 100);
+    if (const auto* pGraph = g_fnAsLineGraph(&item)) CheckGraph(*pGraph);
+    if (const auto* pChart = g_fnAsPieChart(&item)) CheckChart(*pChart);
     std::u16string wz;
     item.m_fnQueryString("TEXT_STRING", wz);
     item.m_fnPrintData();
@@ -57,14 +76,17 @@ void ReadAndCheck(const tinyxml2::XMLElement* pInfo) {
     g_fnClearItems();
     Require(g_fnReadTextBoxItems(pInfo, false) && g_fnReadTextBoxItems(pInfo, true));
     Require(g_fnReadNumBoxItems(pInfo) && g_fnReadPanelItems(pInfo));
+    Require(g_fnReadLineGraphItems(pInfo) && g_fnReadPieChartItems(pInfo));
     for (const auto& [szName, pItem] : g_mapItemByName) CheckItem(szName, *pItem);
 }
 
-constexpr const char* c_aszElements[] = {"TextBox", "Memo", "NumBox", "Panel"};
+constexpr const char* c_aszElements[] = {"TextBox", "Memo", "NumBox", "Panel", "LineGraph", "PieChart"};
 constexpr const char* c_aszKeys[] = {
-    "Name",      "FontName",        "DataFullName", "Text",        "FileName",       "StringFullName",
-    "TextSize",  "TextSpacingX",    "TextSpacingY", "TextColorA",  "ShadowColorA",   "PanelColorA",
-    "PanelType", "PanelScattering", "FrameSizeW",   "FrameAnchor", "ContentAnchorX", "IsShow"};
+    "Name",      "FontName",        "DataFullName",   "Text",        "FileName",       "StringFullName",
+    "TextSize",  "TextSpacingX",    "TextSpacingY",   "TextColorA",  "ShadowColorA",   "PanelColorA",
+    "PanelType", "PanelScattering", "FrameSizeW",     "FrameAnchor", "ContentAnchorX", "IsShow",
+    "LineType",  "DataNum",         "DataWidth",      "MinValue",    "MaxValue",       "ChartType",
+    "SlotNum",   "SlotFillRatio",   "ChartFillRatio", "StartDegree", "ZIndex"};
 
 /// Values end at line ends of the input; keys go round until there are no more values.
 void Fill(tinyxml2::XMLElement& info, const std::string& szInput) {
