@@ -2,6 +2,7 @@
 
 #include "config/fixed_layout.h"
 #include "config/settings.h"
+#include "config/settings_sensors.h"
 #include "controls/control_ids.h"
 #include "controls/osd_manager.h"
 #include "draw/creation_table.h"
@@ -80,6 +81,7 @@ static bool ReadConfiguration() {
     g_fnLoadGlobalSettings();
     g_fnReadFeatureSwitches();
     g_fnReadSettingsBatch(g_uPhotoSide, g_uPhotoSide);
+    g_fnReadSensorDefinitions();
     return g_fnBuildFixedLayout();
 }
 
