@@ -54,6 +54,13 @@ class LinuxCase(unittest.TestCase):
         wait_until(ready.exists)
         self.assertEqual(self.programs.ask("profile-name", profile)[0], 0)
 
+    def settings(self, key, *lines):
+        """Adds a key of the overlay's own to the settings file."""
+        folder = self.programs.data.parent / "Settings"
+        folder.mkdir(exist_ok=True)
+        with open(folder / "settings.ini", "a") as file:
+            file.write("\n".join([f"[SOFTWARE\\Zarn\\ORVIN-OSD\\{key}]", *lines, ""]))
+
     def segment(self):
         """The shared segment as bytes that can be written."""
         path = wait_until(lambda: next(pathlib.Path("/dev/shm").glob(f"*Shared*{self.folder.name}*"), None), 10)
@@ -125,6 +132,7 @@ class Writing(LinuxCase):
 
 class Pace(LinuxCase):
     def test_frame_time_agrees_with_the_hosts_own_stamps(self):
+        self.settings("Information Option", "UpdateFrameDataInterval=100")
         stamps, stop = self.folder / "stamps", self.folder / "stop"
         process = self.programs.with_overlay([LINUX / "host_glx", "--frames", "100000", "--fps-cap", "25", "--stamps",
                                               stamps, "--stop-file", stop, "--size", "320x240"])
@@ -143,6 +151,14 @@ class Pace(LinuxCase):
         for value in shown:  # each is the median of a tenth of a second, so it lies among the intervals
             self.assertGreaterEqual(value, intervals[0] - 1)
             self.assertLessEqual(value, intervals[-1] + 1)
+
+    def test_the_settings_file_limits_the_frame_rate(self):
+        self.settings("FPSLimiter", "Enable=1", "FPSTarget=50")
+        stamps = self.folder / "stamps"
+        self.host("--frames", "150", "--stamps", stamps, "--size", "320x240")
+        times = [int(line) for line in stamps.read_text().split()]
+        intervals = sorted((b - a) / 1e6 for a, b in zip(times[70:], times[71:]))  # it waits from the 60th frame on
+        self.assertGreater(intervals[len(intervals) // 2], 15)  # a few without the limiter
 
 
 class Feeding(LinuxCase):
