@@ -64,6 +64,14 @@ TEST_F(LineGraphVertices, ALineThatFallsPutsTheUpperPointFirstToo) {
     ExpectPair(1, {36, 75.5f}, {24, 84.5f});
 }
 
+TEST_F(LineGraphVertices, ALineThatGrowsToTheLeftPutsTheUpperPointFirstToo) {
+    Feed(LINEGRAPH_TYPE_CLASSIC, 0, {});
+    m_pGraph->m_fnSetGraphSize(-120, 100);
+    Add({20, 60});
+    ExpectPair(0, {6, 75.5f}, {-6, 84.5f});
+    ExpectPair(1, {-24, 35.5f}, {-36, 44.5f});
+}
+
 TEST_F(LineGraphVertices, JoinsOfALineAreMitred) {
     Feed(LINEGRAPH_TYPE_CLASSIC, 0, {20, 60, 60});
     ExpectPair(0, {-6, 75.5f}, {6, 84.5f});
@@ -199,6 +207,28 @@ TEST_F(LineGraphVertices, BarsAtTheLastColumnMoveLeftBeforeTheirRingIsFull) {
     ExpectQuads({{60, 80, 100}, {90, 40, 100}});
     Add({10});
     ExpectQuads({{30, 80, 100}, {60, 40, 100}, {90, 90, 100}});
+}
+
+TEST_F(LineGraphVertices, AFullRingMovesHeightsAlsoWhereTheColumnStillGrows) {
+    CLineGraph_Base& line = Feed(LINEGRAPH_TYPE_CLASSIC, 0, {20, 60, 60});
+    line.m_fnScroll(true, true, false);
+    ExpectVertices(line.m_pDataVertices, 0, {{-3.75f, 32.5f}, {3.75f, 47.5f}, {30, 32.5f}, {30, 47.5f}});
+    CLineGraph_Base& area = Feed(LINEGRAPH_TYPE_MOUNTAIN, 0, {20, 60, 10});
+    area.m_fnScroll(true, true, false);
+    ExpectVertices(area.m_pDataVertices, 0, {{0, 40}, {0, 100}, {30, 90}, {30, 100}});
+    CLineGraph_Base& bars = Feed(LINEGRAPH_TYPE_BAR, 0, {20, 60, 10});
+    bars.m_iColumn = 100;
+    bars.m_fnScroll(true, true, false);
+    ExpectVertices(bars.m_pDataVertices, 0, {{0, 40}, {4, 40}, {0, 100}, {4, 100}, {30, 90}});
+}
+
+TEST_F(LineGraphVertices, ScrollingAGraphWithoutSamplesTouchesNothing) {
+    for (u32 uType = 0; uType < 4; ++uType) {
+        Feed(uType, 0, {}).m_fnScroll(true, true, true);
+        for (u32 i = 0; i < 10; ++i) ExpectVertices(m_pGraph->m_pDataVertices, i, {{0, 0}});
+        CLineGraph_Base bare;
+        bare.m_fnScroll(true, true, true);
+    }
 }
 
 TEST_F(LineGraphVertices, TheStartIndexIsTheColumnOfTheFirstSample) {

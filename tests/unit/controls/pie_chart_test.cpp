@@ -307,6 +307,8 @@ TEST_F(PieChart, BuffersEndAt65536Vertices) {
         p->m_fnSetRange(0, 1);
         EXPECT_FALSE(p->m_fnAllocBuffers());
         p->m_fnSetValue(1);
+        p->m_fnSetSlotNum(0x80000000);
+        EXPECT_FALSE(p->m_fnAllocBuffers()) << "twice this many points are a power that wraps to none";
     }
 }
 
