@@ -1,4 +1,5 @@
-// Looking at a font from outside: pictures in the log, the atlas as a file. And the cache files' operations.
+// Looking at a font from outside: pictures in the log, the atlas as a file.
+#include "font/atlas_bitmap.h"
 #include "font/font_unicode.h"
 #include "frame/log.h"
 #include "platform/utf.h"
@@ -61,26 +62,20 @@ static std::string Narrow(const char16_t* wzText) {
     return platform::Utf16ToUtf8(wzText, szText, sizeof szText) ? szText : "";
 }
 
-bool CFontUniCode::m_fnExportAtlas(const char16_t* wzPrefix) {
+std::string g_fnNarrowFace(const CFontUniCode& font) { return Narrow(font.m_wzFontName.c_str()); }
+
+bool g_fnSaveAtlasBitmap(const CFontUniCode& font, const std::string& szName) {
     constexpr u64 uMostPixels = 0x7FFFFFFF / 4 - 64; // the file's sizes are 32 bits wide
-    if (!m_pAtlas || static_cast<u64>(m_uTexW) * m_uTexH > uMostPixels) return false;
-    const std::string prefix = wzPrefix && *wzPrefix ? Narrow(wzPrefix) + "-" : "";
-    const std::string name = prefix + Narrow(m_wzFontName.c_str()) + "-" + std::to_string(m_uTexW) + "x" +
-                             std::to_string(m_uTexH) + ".bmp";
-    const std::string file = BitmapFile(m_pAtlas, m_uTexW, m_uTexH);
-    std::FILE* const pFile = std::fopen(name.c_str(), "wb");
+    if (!font.m_pAtlas || static_cast<u64>(font.m_uTexW) * font.m_uTexH > uMostPixels) return false;
+    const std::string file = BitmapFile(font.m_pAtlas, font.m_uTexW, font.m_uTexH);
+    std::FILE* const pFile = std::fopen(szName.c_str(), "wb");
     if (!pFile) return false;
     const bool bWritten = std::fwrite(file.data(), file.size(), 1, pFile) == 1;
     return std::fclose(pFile) == 0 && bWritten;
 }
 
-// No cache files in this version.
-bool CFontUniCode::m_fnSaveToStream(std::FILE*) { return false; }
-bool CFontUniCode::m_fnSaveToFile(const char16_t*) { return false; }
-bool CFontUniCode::m_fnSaveToFileA(const char*) { return false; }
-u32 CFontUniCode::m_fnGetFileSize() { return 0; }
-bool CFontUniCode::m_fnLoadFromMemory(stMemoryStream*) { return false; }
-bool CFontUniCode::m_fnLoadFromStream(std::FILE*) { return false; }
-bool CFontUniCode::m_fnLoadFromFile(const char16_t*) { return false; }
-bool CFontUniCode::m_fnLoadFromFileA(const char*) { return false; }
-i32 CFontUniCode::m_fnCheckMemoryFile(stMemoryStream* pStream, const char16_t*) { return pStream ? -4 : -1; }
+bool CFontUniCode::m_fnExportAtlas(const char16_t* wzPrefix) {
+    const std::string prefix = wzPrefix && *wzPrefix ? Narrow(wzPrefix) + "-" : "";
+    return g_fnSaveAtlasBitmap(*this, prefix + g_fnNarrowFace(*this) + "-" + std::to_string(m_uTexW) + "x" +
+                                          std::to_string(m_uTexH) + ".bmp");
+}

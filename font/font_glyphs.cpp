@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <vector>
 
 /// Blanks have records of their own behind those of the grid.
 static constexpr u32 g_uSpace = 32, g_uWideSpace = 12288;
@@ -143,7 +142,7 @@ bool g_fnFontAddChar(CFontUniCode* pFont, u32 uCode) {
     return x != -1.0f && y != -1.0f && z != -1.0f;
 }
 
-static bool IsSkipped(u32 uCode) {
+bool g_fnIsBlankCode(u32 uCode) {
     return uCode == 0 || uCode == 9 || uCode == 10 || uCode == 13 || uCode == g_uSpace ||
            uCode == g_uWideSpace;
 }
@@ -152,23 +151,28 @@ static bool IsSkipped(u32 uCode) {
 template <typename T> static void AddBatch(CFontUniCode* pFont, const T& codes) {
     pFont->m_bAutoUpload = false;
     for (const u32 uCode : codes)
-        if (!IsSkipped(uCode)) g_fnFontAddChar(pFont, uCode);
+        if (!g_fnIsBlankCode(uCode)) g_fnFontAddChar(pFont, uCode);
     pFont->m_bAutoUpload = true;
     if (!pFont->m_bDirty) return;
     pFont->m_fnUploadAtlas();
     pFont->m_bDirty = false;
 }
 
-void g_fnFontAddText(CFontUniCode* pFont, const char16_t* wzText) {
-    std::vector<u32> aCodes;
+bool g_fnToCodes(const char16_t* wzText, std::u32string& codes) {
+    codes.clear();
     for (; wzText && *wzText; ++wzText) {
         const bool bPair = *wzText >= 0xD800 && *wzText < 0xDC00 && wzText[1] >= 0xDC00 && wzText[1] < 0xE000;
         if (bPair)
-            aCodes.push_back(0x10000 + ((wzText[0] - 0xD800u) << 10) + (wzText[1] - 0xDC00u)), ++wzText;
+            codes += 0x10000 + ((wzText[0] - 0xD800u) << 10) + (wzText[1] - 0xDC00u), ++wzText;
         else
-            aCodes.push_back(*wzText);
+            codes += *wzText;
     }
-    AddBatch(pFont, aCodes);
+    return !codes.empty();
+}
+
+void g_fnFontAddText(CFontUniCode* pFont, const char16_t* wzText) {
+    std::u32string codes;
+    if (g_fnToCodes(wzText, codes)) AddBatch(pFont, codes);
 }
 
 void g_fnFontAddCodes(CFontUniCode* pFont, const std::u32string& codes) { AddBatch(pFont, codes); }

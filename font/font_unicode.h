@@ -95,19 +95,27 @@ class CFontUniCode {
     /// Frees everything; flavours override it to give back their texture and leave the rest.
     virtual void m_fnRelease();
     virtual ~CFontUniCode();
-    // Font cache files: there are none in this version, so nothing is written, read or found valid.
+    // Font cache files; see font/font_file.h.
+    /// Writes a font that has its glyphs. False without buffers or if the file does not take all.
     virtual bool m_fnSaveToStream(std::FILE* pFile);
     virtual bool m_fnSaveToFile(const char16_t* wzPath);
     virtual bool m_fnSaveToFileA(const char* szPath);
+    /// Bytes of the file without the 64 of the blanks' records.
     virtual u32 m_fnGetFileSize();
+    /// Takes everything over from a file, from its beginning on: sizes, name, metrics, glyphs and atlas.
+    /// False for a file that no font can be made of; the font is then to be set up anew. Pixels that are
+    /// missing are black.
     virtual bool m_fnLoadFromMemory(stMemoryStream* pStream);
+    /// For makers of files: the same from where the stream stands, with a report in the log and a bitmap of
+    /// the atlas, "FACE-WEIGHT-WxH.bmp", in the working directory. The blanks are left out.
     virtual bool m_fnLoadFromStream(std::FILE* pFile);
     virtual bool m_fnLoadFromFile(const char16_t* wzPath);
     virtual bool m_fnLoadFromFileA(const char* szPath);
     /// Writes the atlas as a bitmap of four equal bytes a pixel into the working directory, named
     /// "PREFIX-FACE-WxH.bmp", without a prefix (null or empty) "FACE-WxH.bmp".
     virtual bool m_fnExportAtlas(const char16_t* wzPrefix);
-    /// -1 for a null stream, else -4 (not readable): see above.
+    /// Looks whether a file holds what its header says: one of eFontFileCheck. With a text also whether it
+    /// has a cell that the text does not need.
     virtual i32 m_fnCheckMemoryFile(stMemoryStream* pStream, const char16_t* wzRequired);
     /// Draws a code, measures it, fills its record if it has one, and leaves the glyph in the glyph buffer.
     virtual void m_fnRasterizeChar(u32 uCode);
@@ -183,8 +191,12 @@ class CFontUniCode {
 
 /// True if the code has a cell now; also for code 0, which gets none.
 bool g_fnFontAddChar(CFontUniCode* pFont, u32 uCode);
-/// These add many characters at the cost of one upload. 0, 9, 10, 13, 32 and 12288 are skipped. A text is
-/// terminated UTF-16, taken in its order; a surrogate without its partner counts as a code of its own.
+/// Code points of a terminated UTF-16 text; a surrogate without its partner counts as a code of its own.
+/// False if there are none.
+bool g_fnToCodes(const char16_t* wzText, std::u32string& codes);
+/// 0, 9, 10, 13, 32 and 12288: codes that get no cell.
+bool g_fnIsBlankCode(u32 uCode);
+/// These add many characters at the cost of one upload. Blanks are skipped. A text is taken in its order.
 void g_fnFontAddText(CFontUniCode* pFont, const char16_t* wzText);
 void g_fnFontAddCodes(CFontUniCode* pFont, const std::u32string& codes);
 /// In ascending order.

@@ -14,5 +14,9 @@ extern const char16_t g_cPathSeparator;
 bool NarrowPath(const char16_t* wzPath, char* szOut, u32 uCapacity) noexcept;
 /// Opens a file for binary reading; null on failure.
 std::FILE* OpenFileForRead(const char16_t* wzPath) noexcept;
+/// The same; on Win32 nobody else may open the file meanwhile.
+std::FILE* OpenFileForReadAlone(const char16_t* wzPath) noexcept;
+/// Opens a file for binary writing and reading, empty; null on failure.
+std::FILE* OpenFileForWrite(const char16_t* wzPath) noexcept;
 
 } // namespace platform

@@ -28,6 +28,13 @@ std::FILE* OpenFileForRead(const char16_t* wzPath) noexcept {
     return std::fopen(szPath, "rb");
 }
 
+std::FILE* OpenFileForReadAlone(const char16_t* wzPath) noexcept { return OpenFileForRead(wzPath); }
+
+std::FILE* OpenFileForWrite(const char16_t* wzPath) noexcept {
+    char szPath[4096];
+    return NarrowPath(wzPath, szPath, sizeof szPath) ? std::fopen(szPath, "wb+") : nullptr;
+}
+
 namespace headless {
 
 void SetCommonDataFolder(const char16_t* wzFolder) { Get().m_wstrFolder = wzFolder ? wzFolder : u""; }

@@ -49,4 +49,11 @@ std::FILE* OpenFileForRead(const char16_t* wzPath) noexcept {
     return pFile;
 }
 
+std::FILE* OpenFileForReadAlone(const char16_t* wzPath) noexcept { return OpenFileForRead(wzPath); }
+
+std::FILE* OpenFileForWrite(const char16_t* wzPath) noexcept {
+    char szPath[4096];
+    return NarrowPath(wzPath, szPath, sizeof szPath) ? std::fopen(szPath, "wb+") : nullptr;
+}
+
 } // namespace platform

@@ -1,6 +1,7 @@
 #include "platform/folders.h"
 #include "platform/win32/windows_api.h"
 #include <cwchar>
+#include <share.h>
 #include <shlobj.h>
 
 namespace platform {
@@ -28,6 +29,14 @@ bool NarrowPath(const char16_t* wzPath, char* szOut, u32 uCapacity) noexcept {
 
 std::FILE* OpenFileForRead(const char16_t* wzPath) noexcept {
     return _wfopen(reinterpret_cast<const wchar_t*>(wzPath), L"rb");
+}
+
+std::FILE* OpenFileForReadAlone(const char16_t* wzPath) noexcept {
+    return _wfsopen(reinterpret_cast<const wchar_t*>(wzPath), L"rb", _SH_DENYRW);
+}
+
+std::FILE* OpenFileForWrite(const char16_t* wzPath) noexcept {
+    return _wfopen(reinterpret_cast<const wchar_t*>(wzPath), L"wb+");
 }
 
 } // namespace platform

@@ -285,15 +285,3 @@ TEST(FontLife, ResultIsTheTexturesOrFromAFileTheCalibrationFonts) {
     EXPECT_FALSE(font.m_fnInitialize(true));
     EXPECT_EQ(font.m_aSizes, (std::vector<u32>{16, 16, 20, 20}));
 }
-
-TEST(FontFiles, ThereAreNoneInThisVersion) {
-    CTestFont font;
-    u8 auData[256] = {5};
-    stMemoryStream st = {auData, sizeof auData, 0};
-    EXPECT_EQ(font.m_fnCheckMemoryFile(nullptr, nullptr), -1);
-    EXPECT_LT(font.m_fnCheckMemoryFile(&st, nullptr), 0);
-    EXPECT_FALSE(font.m_fnLoadFromMemory(&st));
-    EXPECT_FALSE(font.m_fnLoadFromFile(u"a.fnt"));
-    EXPECT_FALSE(font.m_fnSaveToFile(u"a.fnt"));
-    EXPECT_EQ(font.m_fnGetFileSize(), 0u);
-}

@@ -1,0 +1,199 @@
+// Fonts out of cache files. Nothing in a file is trusted: sizes are compared with what there is before
+// anything is made, and numbers that text is laid out with are held to what glyphs have.
+#include "font/atlas_bitmap.h"
+#include "font/font_file.h"
+#include "frame/log.h"
+#include "platform/folders.h"
+#include "platform/utf.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace {
+
+/// Nominal sizes and baselines beyond it are of no font.
+constexpr i64 g_iMetricMost = g_uFontFileSideMost;
+/// Lengths in multiples of the nominal size, likewise.
+constexpr f32 g_fGlyphMost = 1024.0f;
+
+using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+
+u64 Cells(const stFontFileHeader& st) { return static_cast<u64>(st.m_uLayoutW) * st.m_uLayoutH; }
+
+/// Sides of which a grid of cells with at least one pixel can be made.
+bool GridHolds(const stFontFileHeader& st) {
+    const auto isSide = [](u32 u) { return u > 0 && u <= g_uFontFileSideMost; };
+    return isSide(st.m_uLayoutW) && isSide(st.m_uLayoutH) && isSide(st.m_uTexW) && isSide(st.m_uTexH) &&
+           st.m_uTexW >= st.m_uLayoutW && st.m_uTexH >= std::max(st.m_uLayoutW, st.m_uLayoutH);
+}
+
+bool MetricsHold(const stFontFileHeader& st) {
+    return st.m_uFontSize > 0 && st.m_uFontSize <= g_iMetricMost && st.m_uCalibSize <= g_iMetricMost &&
+           std::abs(static_cast<i64>(st.iGDI_DrawRefY)) <= g_iMetricMost;
+}
+
+/// A header of this version, with its records behind it, that a font can be made of.
+bool CanBeLoaded(const stFontFileHeader& st, u32 uFileBytes) {
+    return st.m_uVersion == g_uFontFileVersion && GridHolds(st) && MetricsHold(st) &&
+           (Cells(st) + 2) * sizeof(stFontChar) <= uFileBytes - sizeof st;
+}
+
+/// Gives the font the sizes, name and metrics of the file, and its buffers.
+bool Prepare(CFontUniCode& font, const stFontFileHeader& st) {
+    font.m_fnSetFontName(st.m_wzFontName);
+    font.m_fnSetFontWeight(st.m_iFontWeight);
+    font.m_fnSetLayout(st.m_uLayoutW, st.m_uLayoutH, 0);
+    font.m_fnSetTexSize(st.m_uTexW, st.m_uTexH);
+    std::copy_n(st.m_uBlockBox, 4, font.m_uBlockBox);
+    font.m_uFontSize = st.m_uFontSize;
+    font.m_uCalibSize = st.m_uCalibSize;
+    font.iGDI_DrawRefY = st.iGDI_DrawRefY;
+    font.m_fnInitialize(true); // without its fonts or texture there still are glyphs
+    return font.m_pChars && font.m_pAtlas;
+}
+
+/// NaN too becomes 0.
+void HoldNumbers(stFontChar& st) {
+    for (f32* p : {&st.m_fYOffset, &st.m_fTexX, &st.m_fTexY, &st.m_fTexZ, &st.m_fWScale, &st.m_fHScale})
+        if (!(std::fabs(*p) <= g_fGlyphMost)) *p = 0.0f;
+}
+
+bool ReadRecords(CFontUniCode& font, stMemoryStream* pStream, u32 uCount) {
+    if (g_fnReadStream(font.m_pChars, sizeof(stFontChar), uCount, pStream) != uCount) return false;
+    for (u32 u = 0; u < uCount; ++u) HoldNumbers(font.m_pChars[u]);
+    return true;
+}
+
+/// Takes the first level, black where the file ends, and passes over the others: the upload makes its own.
+void ReadLevels(CFontUniCode& font, stMemoryStream* pStream) {
+    const u32 uPixels = font.m_uTexW * font.m_uTexH;
+    const u32 uRead = g_fnReadStream(font.m_pAtlas, 1, uPixels, pStream);
+    std::memset(font.m_pAtlas + uRead, 0, uPixels - uRead);
+    const u64 uRest = g_fnFontLevelsBytes(font.m_uTexW, font.m_uTexH) - uPixels;
+    pStream->m_uPosition += static_cast<u32>(std::min<u64>(uRest, pStream->m_uSize - pStream->m_uPosition));
+    font.m_fnUploadAtlasAll(nullptr);
+    font.m_bDirty = false;
+}
+
+void IndexUsedCells(CFontUniCode& font) {
+    u32 uUsed = 0;
+    font.m_mapCharIndex.clear();
+    // KEEP: counted, not placed: behind a hole every code gets the record before its own.
+    for (u32 u = 0; u < font.m_uNum_Characters; ++u)
+        if (const u32 uCode = font.m_pChars[u].m_u32_Char_UTF32_LE) font.m_mapCharIndex[uCode] = uUsed++;
+    font.m_mapCharIndex[32] = font.m_uNum_Characters;
+    font.m_mapCharIndex[12288] = font.m_uNum_Characters + 1;
+}
+
+void IndexFirstCells(CFontUniCode& font) {
+    font.m_mapCharIndex.clear();
+    // KEEP: up to the first hole, and without the blanks.
+    for (u32 u = 0; u < font.m_uNum_Characters && font.m_pChars[u].m_u32_Char_UTF32_LE; ++u)
+        font.m_mapCharIndex[font.m_pChars[u].m_u32_Char_UTF32_LE] = u;
+}
+
+void ReportDashes() { g_fnLog("%s\n", std::string(128, '-').c_str()); }
+
+void ReportSizes(const CFontUniCode& font) {
+    g_fnLog("m_wzFontName\t\t\t: %s\n", g_fnNarrowFace(font).c_str());
+    g_fnLog("m_iFontWeight\t\t\t: %i\n", font.m_iFontWeight);
+    g_fnLog("m_uLayoutW\t\t\t: %i\n", static_cast<i32>(font.m_uLayoutW));
+    g_fnLog("m_uLayoutH\t\t\t: %i\n", static_cast<i32>(font.m_uLayoutH));
+    g_fnLog("m_uTexW\t\t\t\t: %i\n", static_cast<i32>(font.m_uTexW));
+    g_fnLog("m_uTexH\t\t\t\t: %i\n", static_cast<i32>(font.m_uTexH));
+    g_fnLog("m_uNum_Characters\t\t: %i\n", static_cast<i32>(font.m_uNum_Characters));
+}
+
+std::string CodeAsText(u32 uCode) {
+    const char16_t wzPair[3] = {static_cast<char16_t>(0xD7C0 + (uCode >> 10)),
+                                static_cast<char16_t>(0xDC00 + (uCode & 0x3FF)), 0};
+    const char16_t wzOne[2] = {static_cast<char16_t>(uCode), 0};
+    char szText[8] = "";
+    if (uCode > 0x10FFFF) return "";
+    platform::Utf16ToUtf8(uCode > 0xFFFF ? wzPair : wzOne, szText, sizeof szText);
+    return szText;
+}
+
+void ReportCells(const CFontUniCode& font) {
+    g_fnLog("Char [####]\tm_u32_Char_UTF32_LE\t\"\"\tm_fTexX\tm_fTexY\tm_fTexZ\t\tm_fWScale\tm_fHScale\n");
+    for (u32 u = 0; u < font.m_uNum_Characters; ++u) {
+        const stFontChar& st = font.m_pChars[u];
+        if (st.m_u32_Char_UTF32_LE == 0) continue;
+        g_fnLog("Char [%04i]\t%#x\t\"%s\"\t%2.4f\t%2.4f\t%2.4f\t\t%2.4f\t\t%2.4f\n", static_cast<i32>(u),
+                st.m_u32_Char_UTF32_LE, CodeAsText(st.m_u32_Char_UTF32_LE).c_str(), st.m_fTexX, st.m_fTexY,
+                st.m_fTexZ, st.m_fWScale, st.m_fHScale);
+    }
+}
+
+void ExportAtlas(const CFontUniCode& font) {
+    std::string szFace = g_fnNarrowFace(font);
+    // The name is a file's: it must not lead out of the folder.
+    std::replace_if(
+        szFace.begin(), szFace.end(), [](char c) { return c == '/' || c == '\\' || c == ':'; }, '_');
+    const std::string szName = szFace + "-" + std::to_string(font.m_iFontWeight) + "-" +
+                               std::to_string(font.m_uTexW) + "x" + std::to_string(font.m_uTexH) + ".bmp";
+    g_fnLog("Export texture file to \"%s\"\n", szName.c_str());
+    g_fnSaveAtlasBitmap(font, szName);
+}
+
+/// A file's bytes as far as its header asks for them; they come piece by piece, so that a header that lies
+/// about a short file takes no memory. Empty if there is no header.
+std::vector<u8> ReadClaimed(std::FILE* pFile) {
+    std::vector<u8> bytes(sizeof(stFontFileHeader));
+    stFontFileHeader st;
+    if (std::fread(bytes.data(), bytes.size(), 1, pFile) != 1) return {};
+    std::memcpy(&st, bytes.data(), sizeof st);
+    if (!GridHolds(st)) return bytes;
+    const u64 uWanted =
+        bytes.size() + (Cells(st) + 2) * sizeof(stFontChar) + g_fnFontLevelsBytes(st.m_uTexW, st.m_uTexH);
+    for (u64 uWhole = std::min<u64>(uWanted, g_uFontFileBytesMost); bytes.size() < uWhole;) {
+        const std::size_t uHad = bytes.size(), uPiece = std::min<u64>(uWhole - uHad, 1u << 20);
+        bytes.resize(uHad + uPiece);
+        const std::size_t uRead = std::fread(bytes.data() + uHad, 1, uPiece, pFile);
+        bytes.resize(uHad + uRead);
+        if (uRead < uPiece) break;
+    }
+    return bytes;
+}
+
+} // namespace
+
+bool CFontUniCode::m_fnLoadFromMemory(stMemoryStream* pStream) {
+    stFontFileHeader st;
+    if (!pStream || !g_fnReadFontFileHeader(pStream, &st) || !CanBeLoaded(st, pStream->m_uSize)) return false;
+    if (!Prepare(*this, st) || !ReadRecords(*this, pStream, m_uNum_Characters + 2)) return false;
+    ReadLevels(*this, pStream);
+    IndexUsedCells(*this);
+    return true;
+}
+
+bool CFontUniCode::m_fnLoadFromStream(std::FILE* pFile) {
+    if (!pFile) return false;
+    const std::vector<u8> bytes = ReadClaimed(pFile);
+    stMemoryStream stream = {bytes.data(), static_cast<u32>(bytes.size()), 0};
+    stFontFileHeader st;
+    if (!g_fnReadFontFileHeader(&stream, &st) || !CanBeLoaded(st, stream.m_uSize)) return false;
+    if (!Prepare(*this, st) || !ReadRecords(*this, &stream, m_uNum_Characters)) return false;
+    stream.m_uPosition += 2 * sizeof(stFontChar); // KEEP: the blanks' records stay out
+    ReportDashes();
+    ReportSizes(*this);
+    ReportCells(*this);
+    ReportDashes();
+    ReadLevels(*this, &stream);
+    ExportAtlas(*this);
+    IndexFirstCells(*this);
+    return true;
+}
+
+bool CFontUniCode::m_fnLoadFromFile(const char16_t* wzPath) {
+    const File pFile(wzPath ? platform::OpenFileForRead(wzPath) : nullptr, std::fclose);
+    return m_fnLoadFromStream(pFile.get());
+}
+
+bool CFontUniCode::m_fnLoadFromFileA(const char* szPath) {
+    const File pFile(szPath ? std::fopen(szPath, "rb") : nullptr, std::fclose);
+    return m_fnLoadFromStream(pFile.get());
+}

@@ -1,0 +1,91 @@
+// Which cache file a font is looked for in, and whether it may be used.
+#include "draw/data_path.h"
+#include "font_file_test.h"
+#include "tests/support/test_data_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace {
+
+struct FontFilePlace : testing::Test {
+    void SetUp() override { std::filesystem::create_directories(m_folder.Path("Profiles/Mine")); }
+    /// The rest of a path behind the data folder.
+    std::string Tail(bool bResolved, const char16_t* wzPath) const {
+        const std::string path = std::filesystem::path(wzPath).string(), root = m_folder.Path("");
+        return bResolved && path.starts_with(root) ? path.substr(root.size()) : "(none)";
+    }
+    std::string FixedTail(const char16_t* wzFolder, u32 uStyle, u32 uId) const {
+        char16_t wzPath[g_uDataPathCapacity];
+        return Tail(g_fnFontFilePath(wzPath, {wzFolder, uStyle}, uId), wzPath);
+    }
+    std::string FaceTail(const char16_t* wzFolder, u32 uStyle, const char16_t* wzFace) const {
+        char16_t wzPath[g_uDataPathCapacity];
+        return Tail(g_fnFontFilePath(wzPath, {wzFolder, uStyle}, wzFace), wzPath);
+    }
+    /// Whether a file of these bytes is taken for "Face".
+    bool Takes(const std::string& bytes, const u32* pNeeded = nullptr) {
+        m_folder.Write("Profiles/Mine/2-Face.fnt", bytes);
+        char16_t wzPath[g_uDataPathCapacity];
+        CTestFont font;
+        return g_fnFontFilePath(wzPath, {u"Profiles\\Mine", 2}, u"Face") &&
+               g_fnLoadFontFile(&font, wzPath, u"Face", pNeeded);
+    }
+    CTestDataFolder m_folder{false};
+};
+
+} // namespace
+
+TEST_F(FontFilePlace, FixedFontsGoByStyleAndId) {
+    EXPECT_EQ(FixedTail(u"Profiles\\Mine", 0, 7), "Profiles/Mine/0-7.fnt");
+    EXPECT_EQ(FixedTail(u"", 1, 15), "1-15.fnt");
+    EXPECT_EQ(FixedTail(nullptr, 1, 15), "1-15.fnt");
+}
+
+TEST_F(FontFilePlace, DynamicFontsGoByStyleAndFace) {
+    EXPECT_EQ(FaceTail(u"Profiles\\Mine", 2, u"DejaVu Sans"), "Profiles/Mine/2-DejaVu Sans.fnt");
+    EXPECT_EQ(FaceTail(nullptr, 2, u"Face"), "/2-Face.fnt");
+}
+
+TEST_F(FontFilePlace, FaceThatLeadsOutOfTheFolderHasNoFile) {
+    for (const char16_t* wzFace : {u"/../../a", u"\\..\\a", u"C:a"})
+        EXPECT_EQ(FaceTail(u"P", 2, wzFace), "(none)");
+    EXPECT_EQ(FaceTail(u"P", 2, std::u16string(300, u'n').c_str()), "(none)");
+}
+
+TEST_F(FontFilePlace, SoundFileOfTheFaceIsTaken) { EXPECT_TRUE(Takes(SmallFile())); }
+
+TEST_F(FontFilePlace, FontWithoutAFileIsRebuiltWithoutAWord) {
+    char16_t wzPath[g_uDataPathCapacity];
+    CTestFont font;
+    ASSERT_TRUE(g_fnFontFilePath(wzPath, {u"Profiles\\Mine", 2}, u"Face"));
+    EXPECT_FALSE(g_fnLoadFontFile(&font, wzPath, u"Face"));
+    EXPECT_EQ(font.m_pChars, nullptr);
+}
+
+TEST_F(FontFilePlace, DamagedFilesAndVersionFourAreRebuilt) {
+    std::string bytes = SmallFile();
+    EXPECT_FALSE(Takes(""));
+    EXPECT_FALSE(Takes(bytes.substr(0, bytes.size() - 1)));
+    SetWord(bytes, 0, 4);
+    EXPECT_FALSE(Takes(bytes));
+}
+
+TEST_F(FontFilePlace, NameThatDiffersOnlyInCaseIsRebuilt) {
+    EXPECT_FALSE(Takes(SmallFile(u"face")));
+    EXPECT_FALSE(Takes(SmallFile(u"Face ")));
+    EXPECT_FALSE(Takes(SmallFile(u"Fac")));
+}
+
+TEST_F(FontFilePlace, FileWhoseCountIsTheWholeGridServesNoText) {
+    std::string bytes = SmallFile();
+    const u32 uNone = 0, uOne = 1, uTwo = 2;
+    EXPECT_TRUE(Takes(bytes, &uNone));
+    EXPECT_FALSE(Takes(bytes, &uOne));
+    SetWord(bytes, 180, 3);
+    EXPECT_TRUE(Takes(bytes, &uOne));
+    EXPECT_FALSE(Takes(bytes, &uTwo));
+    SetWord(bytes, 180, 5);
+    EXPECT_FALSE(Takes(bytes, &uNone));
+}
