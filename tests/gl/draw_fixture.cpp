@@ -119,6 +119,7 @@ void DrawFixture::SetUpDrawing() {
     glDisable(GL_DITHER);
     glEnable(GL_BLEND);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 1); // small levels have rows of one or two bytes
 }
 
 void DrawFixture::TearDown() {
