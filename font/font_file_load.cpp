@@ -14,8 +14,8 @@
 
 namespace {
 
-/// Nominal sizes and baselines beyond it are of no font.
-constexpr i64 g_iMetricMost = g_uFontFileSideMost;
+/// Baselines further from the top of a cell are of no font.
+constexpr i64 g_iBaselineMost = g_uFontFileSideMost;
 /// Lengths in multiples of the nominal size, likewise.
 constexpr f32 g_fGlyphMost = 1024.0f;
 
@@ -30,9 +30,11 @@ bool GridHolds(const stFontFileHeader& st) {
            st.m_uTexW >= st.m_uLayoutW && st.m_uTexH >= std::max(st.m_uLayoutW, st.m_uLayoutH);
 }
 
+/// A nominal size is half a cell when a font is drawn, so one above the whole atlas is a lie, and a costly
+/// one.
 bool MetricsHold(const stFontFileHeader& st) {
-    return st.m_uFontSize > 0 && st.m_uFontSize <= g_iMetricMost && st.m_uCalibSize <= g_iMetricMost &&
-           std::abs(static_cast<i64>(st.iGDI_DrawRefY)) <= g_iMetricMost;
+    return st.m_uFontSize > 0 && st.m_uFontSize <= st.m_uTexW && st.m_uCalibSize <= st.m_uTexW &&
+           std::abs(static_cast<i64>(st.iGDI_DrawRefY)) <= g_iBaselineMost;
 }
 
 /// A header of this version, with its records behind it, that a font can be made of.

@@ -150,6 +150,8 @@ TEST(FontFileLoad, GridsWithoutPixelsAndHugeOnesAreRefused) {
     EXPECT_FALSE(loads({{144, 16385}})) << "no texture is that wide";
     EXPECT_FALSE(loads({{136, 0x10000}, {140, 0x10000}})) << "2 to the power 32 cells";
     EXPECT_FALSE(loads({{168, 0}})) << "no nominal size";
+    EXPECT_TRUE(loads({{168, 16}}));
+    EXPECT_FALSE(loads({{168, 17}})) << "larger than the atlas";
     EXPECT_FALSE(loads({{168, 0xFFFFFFFF}}));
     EXPECT_FALSE(loads({{172, 0x80000000}}));
     EXPECT_FALSE(loads({{176, 0x80000000}})) << "a baseline 2 to the power 31 rows up";
