@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <memory>
 #include <string>
 #include <vector>
@@ -115,6 +116,25 @@ TEST_F(FontGL, InitialisingAgainReplacesTheTexture) {
     ASSERT_TRUE(m_pFont->m_fnUploadAtlasAll(nullptr));
     EXPECT_TRUE(glIsTexture(Name()));
     EXPECT_TRUE(Name() == uName || !glIsTexture(uName));
+}
+
+TEST_F(FontGL, FontFromAFileHasTheTextureOfTheOneThatWroteIt) {
+    g_fnFontAddText(m_pFont.get(), u"hello");
+    const std::vector<u8> whole = Level(0), half = Level(1);
+    std::FILE* const pFile = std::tmpfile();
+    ASSERT_NE(pFile, nullptr);
+    ASSERT_TRUE(m_pFont->m_fnSaveToStream(pFile));
+    std::vector<u8> bytes(static_cast<std::size_t>(std::ftell(pFile)));
+    std::rewind(pFile);
+    ASSERT_EQ(std::fread(bytes.data(), 1, bytes.size(), pFile), bytes.size());
+    std::fclose(pFile);
+    m_pFont = std::make_unique<CFontUC_GL>();
+    stMemoryStream stream = {bytes.data(), static_cast<u32>(bytes.size()), 0};
+    EXPECT_EQ(UploadsOf([&] { EXPECT_TRUE(m_pFont->m_fnLoadFromMemory(&stream)); }), 8u)
+        << "once, every level";
+    EXPECT_EQ(Level(0), whole);
+    EXPECT_EQ(Level(1), half) << "with gain, unlike the file's";
+    EXPECT_GT(std::count(whole.begin(), whole.end(), 255), 50);
 }
 
 TEST_F(FontGL, FontAndTextureGoTogether) {
