@@ -3,6 +3,7 @@
 #include "frame/frame_driver.h"
 #include "frame/limiter.h"
 #include "frame/statistics.h"
+#include "platform/clock.h"
 #include "platform/headless/test_controls.h"
 #include "platform/shared_block.h"
 #include "shared/hooking.h"
@@ -34,9 +35,12 @@ static void ResetLibrary() {
     g_stLimiter = stLimiterState();
 }
 
+/// Where the virtual clock stood after the test before: timers of the process must never see it go back.
+static i64 g_iClock = 1'000'000'000;
+
 void FrameFixture::SetUp() {
     headless::ResetAll();
-    headless::SetClock(1'000'000'000);
+    headless::SetClock(g_iClock);
     ResetLibrary();
     m_strFolder = (fs::temp_directory_path() / ("orvin-gl-tests-" + std::to_string(getpid()))).string();
     UseShaders(true);
@@ -45,6 +49,7 @@ void FrameFixture::SetUp() {
 }
 
 void FrameFixture::TearDown() {
+    g_iClock = platform::CounterNow();
     if (m_context.Context()) m_context.MakeCurrent();
     g_fnTavo_GL_Release();
     m_context.Destroy();

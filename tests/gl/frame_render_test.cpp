@@ -4,6 +4,7 @@
 #include "draw/draw_basic.h"
 #include "frame/frame_driver.h"
 #include "frame/resources.h"
+#include "frame/statistics.h"
 #include "platform/gl_api.h"
 #include "platform/headless/test_controls.h"
 #include "platform/shared_block.h"
@@ -66,6 +67,28 @@ TEST_F(FrameRender, BuiltFrameReadsTheClockOnce) {
         Swap();
         EXPECT_EQ(platform::headless::ClockReads(), uBefore + 1);
     }
+}
+
+TEST_F(FrameRender, FiguresOfAHostAtAKnownPaceFollowFromItsOwnStamps) {
+    platform::SharedSegment()->bEnableQueryFrameTime = 1;
+    ASSERT_TRUE(Begin(false, u"Boxes8", 320, 240));
+    ASSERT_TRUE(RunUntilBuilt());
+    for (const i64 iStep : {16'666'667ll, 33'333'334ll, 8'333'334ll}) {
+        i64 iNow = 0;
+        std::vector<i64> aStamps;
+        while (iNow < 4'000'000'000ll) {
+            platform::headless::AdvanceClock(iStep - 16'666'667ll); // Swap adds the rest
+            Swap();
+            aStamps.push_back(iNow += iStep);
+        }
+        const auto uLastSecond =
+            std::count_if(aStamps.begin(), aStamps.end(), [&](i64 i) { return i > iNow - 1'000'000'000ll; });
+        EXPECT_NEAR(g_uFPS, static_cast<f64>(uLastSecond), 1.0) << iStep;
+        EXPECT_NEAR(g_iFrameTime, static_cast<f64>(iStep) / 10'000, 1.0) << iStep;
+        EXPECT_GE(g_uFPS_Max, g_uFPS);
+        EXPECT_LE(g_uFPS_Min, g_uFPS);
+    }
+    EXPECT_GE(g_uFPS_Max, 119u); // of the process, so of all tests before this one
 }
 
 TEST_F(FrameRender, TurningItOnAgainResumesWithoutARebuild) {
