@@ -162,7 +162,7 @@ bool g_fnTavo_Init_Resource() {
     if (!ReadConfiguration() || !MakeBatchers()) return Abandon();
     g_pOSDManager->m_fnOnResize();
     // The first update shows all data at once.
-    std::memset(g_bUpdateData, 1, sizeof g_bUpdateData);
+    g_fnRaiseUpdateFlag(g_bUpdateData);
     return true;
 }
 

@@ -97,7 +97,7 @@ void g_fnSampleFrameTime(f32 fSeconds) noexcept {
     if (!g_pFrameSamples || !(bQueryFrameTime || g_fnIsFrameTimeShown())) return;
     StoreSample(fSeconds);
     if (!(g_timerFrameTime.Elapsed() > fFPSInterval)) return;
-    std::memset(g_bUpdateFrameTime, 1, sizeof g_bUpdateFrameTime);
+    g_fnRaiseUpdateFlag(g_bUpdateFrameTime);
     g_iFrameTime = static_cast<i32>(MedianSample());
     g_fFrameTimeMs = static_cast<f32>(g_iFrameTime) * 0.01f;
     g_uFrameSampleCount = 0;
@@ -164,7 +164,7 @@ void g_fnSampleFPS() noexcept {
     g_uFPS_Max = std::max(g_uFPS_Max, g_uFPS);
     // KEEP: the first sample counts too, though its slot began with the build: mostly it stays the smallest.
     g_uFPS_Min = std::min(g_uFPS_Min, g_uFPS);
-    std::memset(g_bUpdateFPS, 1, sizeof g_bUpdateFPS);
+    g_fnRaiseUpdateFlag(g_bUpdateFPS);
     g_timerFPS.Restart();
     uFrameRing[uFrameRingIndex] = 1;
     UpdatePercentiles();

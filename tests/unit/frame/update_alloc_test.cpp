@@ -2,33 +2,8 @@
 #include "frame/resources.h"
 #include "frame/status_items.h"
 #include "shared/overlay_state.h"
+#include "tests/support/allocation_count.h"
 #include "tests/unit/frame/update_fixture.h"
-
-#include <atomic>
-#include <cstdlib>
-#include <new>
-
-static std::atomic<u64> g_uAllocations{0};
-
-// A sanitizer's own operators must stay in place: they tell one kind of memory from another.
-#ifndef __SANITIZE_ADDRESS__
-static constexpr bool c_bCounting = true;
-
-static void* Take(std::size_t uBytes) {
-    ++g_uAllocations;
-    if (void* p = std::malloc(uBytes ? uBytes : 1)) return p;
-    throw std::bad_alloc();
-}
-
-void* operator new(std::size_t uBytes) { return Take(uBytes); }
-void* operator new[](std::size_t uBytes) { return Take(uBytes); }
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete[](void* p) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t) noexcept { std::free(p); }
-void operator delete[](void* p, std::size_t) noexcept { std::free(p); }
-#else
-static constexpr bool c_bCounting = false;
-#endif
 
 namespace {
 
