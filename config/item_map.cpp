@@ -1,6 +1,7 @@
 #include "config/item_map.h"
 
 #include "config/item_graph.h"
+#include "config/item_image.h"
 #include "config/item_number.h"
 #include "config/item_panel.h"
 #include "config/item_pie.h"
@@ -25,10 +26,10 @@ template <class T> std::unique_ptr<CItemProperty_Base> Clone(const CItemProperty
 
 /// Record classes by type code.
 constexpr std::pair<u32, CloneFunction> g_aClones[] = {
-    {ITEM_TEXTBOX, Clone<CItemProperty_TextBox>},   {ITEM_MEMO, Clone<CItemProperty_TextBox>},
-    {ITEM_NUMBOX, Clone<CItemProperty_NumBox>},     {ITEM_MIXED, Clone<CItemProperty_NumBox>},
-    {ITEM_PANEL, Clone<CItemProperty_Panel>},       {ITEM_LINEGRAPH, Clone<CItemProperty_LineGraph>},
-    {ITEM_PIECHART, Clone<CItemProperty_PieChart>},
+    {ITEM_TEXTBOX, Clone<CItemProperty_TextBox>},     {ITEM_MEMO, Clone<CItemProperty_TextBox>},
+    {ITEM_NUMBOX, Clone<CItemProperty_NumBox>},       {ITEM_MIXED, Clone<CItemProperty_NumBox>},
+    {ITEM_PANEL, Clone<CItemProperty_Panel>},         {ITEM_IMAGE, Clone<CItemProperty_ImgBox>},
+    {ITEM_LINEGRAPH, Clone<CItemProperty_LineGraph>}, {ITEM_PIECHART, Clone<CItemProperty_PieChart>},
 };
 
 CloneFunction CloneOf(u32 uType) {
@@ -86,6 +87,11 @@ const CItemProperty_TextBox* g_fnAsTextBox(const CItemProperty_Base* pItem) {
 const CItemProperty_Panel* g_fnAsPanel(const CItemProperty_Base* pItem) {
     if (!pItem || pItem->m_uItemType != ITEM_PANEL) return nullptr;
     return static_cast<const CItemProperty_Panel*>(pItem->m_pComplete);
+}
+
+const CItemProperty_ImgBox* g_fnAsImgBox(const CItemProperty_Base* pItem) {
+    if (!pItem || pItem->m_uItemType != ITEM_IMAGE) return nullptr;
+    return static_cast<const CItemProperty_ImgBox*>(pItem->m_pComplete);
 }
 
 const CItemProperty_LineGraph* g_fnAsLineGraph(const CItemProperty_Base* pItem) {

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+class CItemProperty_ImgBox;
 class CItemProperty_LineGraph;
 class CItemProperty_NumBox;
 class CItemProperty_Panel;
@@ -30,10 +31,11 @@ void g_fnEnumItemsOfType(std::vector<CItemProperty_Base*>& list, u32 uType);
 void g_fnClearItems();
 
 /// The complete record if its type code belongs to that class (numbers and mixed items; texts and memos;
-/// panels; line graphs; pie charts), else null.
+/// panels; images; line graphs; pie charts), else null.
 const CItemProperty_NumBox* g_fnAsNumBox(const CItemProperty_Base* pItem);
 const CItemProperty_TextBox* g_fnAsTextBox(const CItemProperty_Base* pItem);
 const CItemProperty_Panel* g_fnAsPanel(const CItemProperty_Base* pItem);
+const CItemProperty_ImgBox* g_fnAsImgBox(const CItemProperty_Base* pItem);
 const CItemProperty_LineGraph* g_fnAsLineGraph(const CItemProperty_Base* pItem);
 const CItemProperty_PieChart* g_fnAsPieChart(const CItemProperty_Base* pItem);
 

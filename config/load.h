@@ -1,0 +1,19 @@
+#pragma once
+// The configuration load: settings and the profile's documents become the controls of the current manager.
+#include "platform/types.h"
+
+/// Reads everything anew and builds the layout of the profile's style into the current manager, which must be
+/// initialised. False if a document can't be read or a step of the style's creation fails; what was made by
+/// then stays for the caller to release. Nothing is thrown.
+bool g_fnLoadConfiguration();
+
+/// Forgets what the former configuration set: items, ids, documents, blur diameters, the wish for a backdrop.
+void g_fnClearConfiguration();
+
+/// Takes note that a load that began at iStart (performance-counter ticks) came to nothing.
+void g_fnNoteFailedLoad(i64 iStart) noexcept;
+/// The next build is the first again: it need not wait.
+void g_fnForgetFailedLoad() noexcept;
+/// False while another try is not due: the load failed, the profile of this process has the same name since,
+/// and a second, or twenty times what the try took (10 seconds at most), has not passed.
+bool g_fnIsLoadDue() noexcept;
