@@ -77,7 +77,7 @@ static constexpr u32 g_uPhotoSide = 200;
 
 static bool ReadConfiguration() {
     g_fnProbeWowKeys();
-    g_fnSelectProfile();
+    g_fnSelectProfileName();
     g_fnLoadGlobalSettings();
     g_fnReadFeatureSwitches();
     g_fnReadSettingsBatch(g_uPhotoSide, g_uPhotoSide);

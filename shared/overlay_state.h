@@ -8,8 +8,8 @@ constexpr u32 g_uManagerSlotCount = 20;
 /// Layout style as the profile names it: 0 Classic, 1 RV5, 2 Custom; other values build Classic but count as
 /// none of the three.
 extern u32 g_uLayoutStyle;
-/// Style forced by configuration; -1: none.
-extern i32 g_iForcedStyle;
+/// Style that rules in place of the profile's; -1: the profile decides. Nothing sets it.
+extern i32 g_iLayoutStyleOverride;
 /// The status display of a slot is due, and the value it shows.
 extern u8 g_abStatusDue[g_uManagerSlotCount];
 extern u32 g_auStatus[g_uManagerSlotCount];

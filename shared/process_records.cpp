@@ -198,7 +198,8 @@ bool g_fnIsPlainFolderName(const char16_t* wzName, u32 uCapacity) noexcept {
     return uLength > 0 && !bOnlyDotsAndBlanks;
 }
 
-void g_fnSetProfile(const char16_t* wzName) noexcept {
+void g_fnSetProfileName(const char16_t* wzName) noexcept {
+    if (!wzName) return;
     u32 uLength = 0;
     for (; uLength < g_uProfileNameUnits - 1 && wzName[uLength]; ++uLength)
         g_wzProfileName[uLength] = wzName[uLength];
@@ -210,11 +211,11 @@ void g_fnSetProfile(const char16_t* wzName) noexcept {
     std::copy_n(g_wzProfileName, std::char_traits<char16_t>::length(g_wzProfileName) + 1, pEnd);
 }
 
-void g_fnSelectProfile() noexcept {
+void g_fnSelectProfileName() noexcept {
     const stSharedSegment* pSegment = SharedSegment();
     char16_t wzCopy[g_uProfileNameUnits];
     std::memcpy(wzCopy, pSegment->wzGlobalProfile, sizeof wzCopy);
-    g_fnSetProfile(wzCopy);
+    g_fnSetProfileName(wzCopy);
 
     const u32 uProcessId = platform::CurrentProcessId(), uThreadId = platform::CurrentThreadId();
     for (const stProcessProfile& stEntry : pSegment->ProcessProfile) {
@@ -222,7 +223,7 @@ void g_fnSelectProfile() noexcept {
             continue;
         if (g_fnReadOnce(stEntry.bUseGlobal)) return;
         std::memcpy(wzCopy, stEntry.wzProfileName, sizeof wzCopy);
-        g_fnSetProfile(wzCopy);
+        g_fnSetProfileName(wzCopy);
         return;
     }
 }

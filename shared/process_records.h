@@ -40,9 +40,9 @@ extern char16_t g_wzProfileFolder[g_uProfileNameUnits + 16];
 
 /// Chooses the profile of this process from the shared segment; run at every configuration load. No name at
 /// all gives "Default".
-void g_fnSelectProfile() noexcept;
-/// Makes a name the current profile. At most g_uProfileNameUnits - 1 units are read.
-void g_fnSetProfile(const char16_t* wzName) noexcept;
+void g_fnSelectProfileName() noexcept;
+/// Makes a name the current profile; null changes nothing. At most g_uProfileNameUnits - 1 units are read.
+void g_fnSetProfileName(const char16_t* wzName) noexcept;
 /// True if a name is one plain folder name: not empty, no separator, drive or parent step, no control
 /// character.
 bool g_fnIsPlainFolderName(const char16_t* wzName, u32 uCapacity) noexcept;

@@ -83,7 +83,7 @@ void Poll(Script& script) {
 }
 
 void SelectProfile(Script&) {
-    g_fnSelectProfile();
+    g_fnSelectProfileName();
     Require(std::find(std::begin(g_wzProfileName), std::end(g_wzProfileName), u'\0') !=
             std::end(g_wzProfileName));
     Require(std::find(std::begin(g_wzProfileFolder), std::end(g_wzProfileFolder), u'\0') !=
@@ -149,7 +149,7 @@ constexpr void (*c_afnSteps[])(Script&) = {WriteAnywhere, SendBlock, SendCommand
 extern "C" int LLVMFuzzerTestOneInput(const u8* pData, std::size_t uBytes) {
     platform::headless::ResetSegment();
     g_uLayoutStyle = 0;
-    g_fnSetProfile(u"Default");
+    g_fnSetProfileName(u"Default");
     RegisterProcess(c_uPid, c_uTid);
     Script script(pData, uBytes);
     for (u32 u = 0; u < c_uStepsMax && !script.IsOver(); ++u)

@@ -19,7 +19,7 @@ class TextRecords : public TextTest {
         TextTest::SetUp();
         g_ppFont[3] = m_pFont = new CTestFont;
         std::filesystem::create_directories(m_folder.Path("Profiles/Mine"));
-        g_fnSetProfile(u"Mine");
+        g_fnSetProfileName(u"Mine");
         g_aLines.clear();
         g_fnLogSink = [](const char* szLine) { g_aLines.emplace_back(szLine); };
     }

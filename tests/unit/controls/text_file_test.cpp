@@ -13,7 +13,7 @@ class TextFile : public TextTest {
     void SetUp() override {
         TextTest::SetUp();
         std::filesystem::create_directories(m_folder.Path("Profiles/Mine"));
-        g_fnSetProfile(u"Mine");
+        g_fnSetProfileName(u"Mine");
     }
     void TearDown() override {
         g_wzProfileName[0] = g_wzProfileFolder[0] = 0;
@@ -97,7 +97,7 @@ TEST_F(TextFile, NamesAreThoseOfTheProfileFolder) {
 
 TEST_F(TextFile, AProfileThatIsNoFolderHasNoFiles) {
     char16_t wzPath[g_uProfilePathCapacity];
-    g_fnSetProfile(u"..");
+    g_fnSetProfileName(u"..");
     EXPECT_FALSE(g_fnResolveProfilePath(wzPath, u"memo.txt"));
     EXPECT_FALSE(g_fnCheckMemoFile(u"memo.txt"));
 }

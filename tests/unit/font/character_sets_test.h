@@ -38,7 +38,7 @@ class FontSets : public ManagerTest {
         ManagerTest::SetUp();
         std::filesystem::create_directories(m_folder.Path("Profiles/Mine"));
         std::filesystem::create_directories(m_folder.Path("Profiles/Default"));
-        g_fnSetProfile(u"Mine");
+        g_fnSetProfileName(u"Mine");
         g_stCreationTable.m_fnCreateFont = []() -> CFontUniCode* { return new CFlavourFont; };
         g_aFontLog.clear();
         g_fnLogSink = [](const char* szLine) { g_aFontLog.push_back(szLine); };

@@ -66,22 +66,22 @@ TEST_F(CommandHandler, ObeysByProcessThenThreadThenProfile) {
     stBlock.uTargetTid = 0;
     SetName(stBlock.wzTargetProfile, u"Racing");
     EXPECT_TRUE(g_fnCommandIsForUs(stBlock)); // no profile was chosen here yet
-    g_fnSetProfile(u"Racing");
+    g_fnSetProfileName(u"Racing");
     EXPECT_TRUE(g_fnCommandIsForUs(stBlock));
-    g_fnSetProfile(u"Racing2");
+    g_fnSetProfileName(u"Racing2");
     EXPECT_FALSE(g_fnCommandIsForUs(stBlock));
-    g_fnSetProfile(u"racing");
+    g_fnSetProfileName(u"racing");
     EXPECT_FALSE(g_fnCommandIsForUs(stBlock));
 }
 
 TEST_F(CommandHandler, ProfileWithoutTerminatorEndsAtItsField) {
     stSharedCommand stBlock{};
     std::fill(std::begin(stBlock.wzTargetProfile), std::end(stBlock.wzTargetProfile), u'x');
-    g_fnSetProfile(std::u16string(64, u'x').c_str());
+    g_fnSetProfileName(std::u16string(64, u'x').c_str());
     EXPECT_TRUE(g_fnCommandIsForUs(stBlock));
-    g_fnSetProfile(std::u16string(65, u'x').c_str());
+    g_fnSetProfileName(std::u16string(65, u'x').c_str());
     EXPECT_FALSE(g_fnCommandIsForUs(stBlock));
-    g_fnSetProfile(std::u16string(63, u'x').c_str());
+    g_fnSetProfileName(std::u16string(63, u'x').c_str());
     EXPECT_FALSE(g_fnCommandIsForUs(stBlock));
 }
 
@@ -137,7 +137,7 @@ TEST_F(CommandHandler, ScreenshotCarriesItsValue) {
 }
 
 TEST_F(CommandHandler, ScreenshotForAnotherProfileIsClearedNotQueued) {
-    g_fnSetProfile(u"Mine");
+    g_fnSetProfileName(u"Mine");
     stMonitorFilter stFilter{};
     SetName(stFilter.wzProfileName, u"Other");
     SetMonitorFilterDataFromGWexeToGWDll_GL(&stFilter);
@@ -149,7 +149,7 @@ TEST_F(CommandHandler, ScreenshotForAnotherProfileIsClearedNotQueued) {
     Receive();
     EXPECT_EQ(g_bShotPending, 0);
     EXPECT_EQ(Record().u8Screenshot, 0);
-    g_fnSetProfile(u"Other");
+    g_fnSetProfileName(u"Other");
     SendByte(5);
     Receive();
     EXPECT_EQ(g_bShotPending, 1);

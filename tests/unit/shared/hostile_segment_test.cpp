@@ -33,7 +33,7 @@ class HostileSegment : public SharedTest {
             g_uLayoutStyle = uStyle;
             g_fnTavo_ProcessCommand(*pCommand);
         }
-        g_fnSelectProfile();
+        g_fnSelectProfileName();
         EXPECT_LT(std::u16string(g_wzProfileName).size(), g_uProfileNameUnits);
         UnregisterProcess(c_uPid, c_uTid);
     }

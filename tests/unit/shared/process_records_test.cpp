@@ -301,13 +301,13 @@ TEST_F(ProcessRecords, DropFreesEveryRecordOfAProcess) {
 
 TEST_F(ProfileSelection, GlobalNameUnlessTheProcessHasItsOwn) {
     SetName(Segment().wzGlobalProfile, u"Global");
-    g_fnSelectProfile();
+    g_fnSelectProfileName();
     EXPECT_EQ(std::u16string(g_wzProfileName), u"Global");
     EXPECT_EQ(std::u16string(g_wzProfileFolder), u"Profiles\\Global");
 
     Segment().ProcessProfile[150].uProcessId = c_uPid;
     SetName(Segment().ProcessProfile[150].wzProfileName, u"Own");
-    g_fnSelectProfile();
+    g_fnSelectProfileName();
     EXPECT_EQ(std::u16string(g_wzProfileName), u"Own");
     EXPECT_EQ(std::u16string(g_wzProfileFolder), u"Profiles\\Own");
 }
@@ -319,19 +319,19 @@ TEST_F(ProfileSelection, FirstRecordOfProcessOrThreadDecides) {
     SetName(Segment().ProcessProfile[4].wzProfileName, u"Unused");
     Segment().ProcessProfile[5].uProcessId = c_uPid;
     SetName(Segment().ProcessProfile[5].wzProfileName, u"Later");
-    g_fnSelectProfile();
+    g_fnSelectProfileName();
     EXPECT_EQ(std::u16string(g_wzProfileName), u"Global");
 }
 
 TEST_F(ProfileSelection, EmptyNameBecomesDefault) {
-    g_fnSelectProfile();
+    g_fnSelectProfileName();
     EXPECT_EQ(std::u16string(g_wzProfileName), u"Default");
     EXPECT_EQ(std::u16string(g_wzProfileFolder), u"Profiles\\Default");
 }
 
 TEST_F(ProfileSelection, NameEndsAtItsField) {
     std::fill(std::begin(Segment().wzGlobalProfile), std::end(Segment().wzGlobalProfile), u'x');
-    g_fnSelectProfile();
+    g_fnSelectProfileName();
     EXPECT_EQ(std::u16string(g_wzProfileName), std::u16string(g_uProfileNameUnits - 1, u'x'));
     EXPECT_EQ(std::u16string(g_wzProfileFolder),
               u"Profiles\\" + std::u16string(g_uProfileNameUnits - 1, u'x'));
@@ -341,12 +341,12 @@ TEST_F(ProfileSelection, NameThatIsNoPlainFolderNameDoesNotExist) {
     for (const char16_t* wzName :
          {u"..", u".", u"a\\b", u"a/b", u"..\\..\\x", u"C:", u"a\nb", u"a\x7F", u"*", u" ", u". ."}) {
         SetName(Segment().wzGlobalProfile, wzName);
-        g_fnSelectProfile();
+        g_fnSelectProfileName();
         EXPECT_EQ(std::u16string(g_wzProfileFolder), u"");
     }
     for (const char16_t* wzName : {u"My profile", u"v1.2", u"\u4E2D\u6587", u"..a"}) {
         SetName(Segment().wzGlobalProfile, wzName);
-        g_fnSelectProfile();
+        g_fnSelectProfileName();
         EXPECT_EQ(std::u16string(g_wzProfileFolder), u"Profiles\\" + std::u16string(wzName));
     }
 }
