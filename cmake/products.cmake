@@ -42,7 +42,9 @@ if(NOT WIN32)
   endif()
 endif()
 
-file(COPY ${CMAKE_SOURCE_DIR}/shaders DESTINATION ${CMAKE_BINARY_DIR})
+# The data folder as it is installed: settings, profiles and shaders, beside the programs.
+add_custom_target(orvin_data ALL
+  COMMAND ${CMAKE_COMMAND} -E copy_directory ${CMAKE_SOURCE_DIR}/data ${CMAKE_SOURCE_DIR}/shaders ${CMAKE_BINARY_DIR}/data)
 if(EXISTS ${CMAKE_SOURCE_DIR}/companion/CMakeLists.txt)
   add_subdirectory(companion)
 endif()
