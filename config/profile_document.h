@@ -21,8 +21,9 @@ class XMLElement;
 /// the text.
 constexpr std::size_t g_uDocumentBytesMax = 32 * 1024 * 1024;
 constexpr std::size_t g_uDocumentNodesMax = 2000000;
+constexpr std::size_t g_uDocumentAttributesMax = 4000000;
 /// Attributes of one element; the parser compares each with all before it.
-constexpr std::size_t g_uElementAttributesMax = 4096;
+constexpr std::size_t g_uElementAttributesMax = 128;
 
 /// What is wrong with a profile or with one of its documents. The first three are of one document.
 enum eProfileError : i32 {

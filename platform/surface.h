@@ -16,6 +16,8 @@ ContextHandle CurrentContext() noexcept;
 WindowHandle WindowFromSurface(SurfaceHandle hSurface) noexcept;
 /// Client size in pixels. False if the window cannot be asked; the outputs are then untouched.
 bool ClientSize(WindowHandle hWindow, u32* puWidth, u32* puHeight) noexcept;
+/// Size of the whole desktop in pixels. False, with the outputs untouched, where nobody tells it.
+bool DesktopSize(u32* puWidth, u32* puHeight) noexcept;
 /// Pixel format (Win32) or frame-buffer configuration id, for the log only; 0 when unknown.
 i32 PixelFormat(SurfaceHandle hSurface) noexcept;
 

@@ -94,6 +94,9 @@ struct State {
     u32 m_uWidth = 1280;
     u32 m_uHeight = 720;
     i32 m_iPixelFormat = 1;
+    bool m_bDesktopSizeFails = true;
+    u32 m_uDesktopWidth = 0;
+    u32 m_uDesktopHeight = 0;
     u32 m_uSizeCalls = 0;
 
     ThreadMode m_eThreadMode = ThreadMode::Real;

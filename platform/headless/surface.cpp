@@ -40,6 +40,13 @@ bool ClientSize(WindowHandle hWindow, u32* puWidth, u32* puHeight) noexcept {
     return true;
 }
 
+bool DesktopSize(u32* puWidth, u32* puHeight) noexcept {
+    if (Get().m_bDesktopSizeFails) return false;
+    *puWidth = Get().m_uDesktopWidth;
+    *puHeight = Get().m_uDesktopHeight;
+    return true;
+}
+
 i32 PixelFormat(SurfaceHandle hSurface) noexcept { return hSurface ? Get().m_iPixelFormat : 0; }
 
 namespace headless {
@@ -66,6 +73,11 @@ void SetClientSize(u32 uWidth, u32 uHeight) {
 }
 
 void SetClientSizeFails(bool bFails) { Get().m_bSizeFails = bFails; }
+void SetDesktopSize(u32 uWidth, u32 uHeight) {
+    Get().m_bDesktopSizeFails = false;
+    Get().m_uDesktopWidth = uWidth;
+    Get().m_uDesktopHeight = uHeight;
+}
 void SetPixelFormat(i32 iFormat) { Get().m_iPixelFormat = iFormat; }
 u32 ClientSizeCalls() { return Get().m_uSizeCalls; }
 

@@ -137,6 +137,8 @@ void SetWindow(WindowHandle hWindow);
 void SetClientSize(u32 uWidth, u32 uHeight);
 void SetClientSizeFails(bool bFails);
 void SetPixelFormat(i32 iFormat);
+/// What DesktopSize() answers; unknown by default.
+void SetDesktopSize(u32 uWidth, u32 uHeight);
 u32 ClientSizeCalls();
 /// Drops the overrides above.
 void UseRealSurface();

@@ -74,6 +74,9 @@ bool ClientSize(WindowHandle hWindow, u32* puWidth, u32* puHeight) noexcept {
     return (bEgl ? EglSize : GlxSize)(hDisplay, hWindow, puWidth, puHeight);
 }
 
+// A drawable tells nothing of a desktop, and the overlay opens no connection of its own to ask.
+bool DesktopSize(u32*, u32*) noexcept { return false; }
+
 i32 PixelFormat(SurfaceHandle hSurface) noexcept {
     const auto& st = host::Functions();
     const bool bEgl = host::EglIsCurrent();

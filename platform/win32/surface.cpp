@@ -18,6 +18,14 @@ bool ClientSize(WindowHandle hWindow, u32* puWidth, u32* puHeight) noexcept {
     return true;
 }
 
+bool DesktopSize(u32* puWidth, u32* puHeight) noexcept {
+    RECT area{};
+    if (!GetWindowRect(GetDesktopWindow(), &area)) return false;
+    *puWidth = static_cast<u32>(area.right - area.left);
+    *puHeight = static_cast<u32>(area.bottom - area.top);
+    return true;
+}
+
 i32 PixelFormat(SurfaceHandle hSurface) noexcept { return GetPixelFormat(static_cast<HDC>(hSurface)); }
 
 } // namespace platform
