@@ -24,7 +24,7 @@ SIXTIETH = "16666667"
 
 # Name, overlay in the process, profile, switched on.
 MODES = {"bare": (False, "Empty", True), "off": (True, "Panels20", False), "Empty": (True, "Empty", True),
-         "Default": (True, "Default", True), "Panels20": (True, "Panels20", True),
+         "Bench": (True, "Bench", True), "Panels20": (True, "Panels20", True),
          "Frosted20": (True, "Frosted20", True), "Boxes8": (True, "Boxes8", True),
         "Boxes37": (True, "Boxes37", True), "Boxes80": (True, "Boxes80", True)}
 # What number boxes show, published once; eight of these names recur in the layouts with boxes.
@@ -61,8 +61,8 @@ class Bench:
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="orvin-bench."))
         data = self.folder / DATA
         data.mkdir(parents=True)
-        for shader in (ROOT / "shaders").iterdir():
-            shutil.copy(shader, data)
+        for source, folder in (("data", data), ("shaders", data), ("tests/profiles", data / "Profiles")):
+            shutil.copytree(ROOT / source, folder, dirs_exist_ok=True)
         read, write = os.pipe()
         self.display = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x1024x24", "-nolisten",
                                          "tcp"], pass_fds=[write], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)

@@ -42,11 +42,13 @@ class Display:
 
 
 def install_data(base):
-    """Lays the data folder out under base, the common application data folder of a platform."""
+    """Lays the data folder out under base, the common application data folder of a platform: what is shipped, and the
+    profiles of the tests beside it."""
     folder = pathlib.Path(base) / DATA
-    folder.mkdir(parents=True, exist_ok=True)
-    for shader in (ROOT / "shaders").iterdir():
-        shutil.copy(shader, folder)
+    shutil.rmtree(folder, ignore_errors=True)
+    shutil.copytree(ROOT / "data", folder)
+    shutil.copytree(ROOT / "shaders", folder, dirs_exist_ok=True)
+    shutil.copytree(ROOT / "tests/profiles", folder / "Profiles", dirs_exist_ok=True)
     return folder
 
 
@@ -97,6 +99,13 @@ class Programs:
         self.env = {**os.environ, **env}
         self.started = []
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="orvin-e2e."))
+
+    def show(self, profile):
+        """Puts a profile in the place of the one that is shown where none was chosen; for programs that start from
+        now on."""
+        default = self.data / "Profiles/Default"
+        shutil.rmtree(default)
+        shutil.copytree(self.data / "Profiles" / profile, default)
 
     def start(self, command, **more):
         path = self.folder / f"log{len(self.started)}"
@@ -166,7 +175,9 @@ class WinePrograms(Programs):
         self.env["ORVIN_E2E"] = self.folder.name
         self.mark = f"ORVIN_E2E={self.folder.name}".encode()
         prefix = pathlib.Path(os.environ.get("WINEPREFIX", STATE / "wine"))
-        self.run([ROOT / "cmake/wine-run", "cmd", "/c", "exit"])
+        # Windows has this face, Wine has none of that name; on Linux the same one stands in for it.
+        self.run([ROOT / "cmake/wine-run", "reg", "add", r"HKCU\Software\Wine\Fonts\Replacements", "/v", "Arial", "/d",
+                  "Liberation Sans", "/f"])
         self.data = install_data(prefix / "drive_c/ProgramData")
         for built in ("ORVIN-OSD64-GL.dll", "orvin-osd.exe"):
             shutil.copy(WIN64 / built, self.folder)

@@ -13,7 +13,7 @@ from PIL import Image
 from e2e import sheet
 from e2e.environment import LINUX, Display, LinuxPrograms, screenshot, wait_until
 from e2e.pictures import difference_box, differing_inside, differing_outside, holds_color, roughness
-from e2e.panels import boxes, frosted_boxes
+from e2e.panels import boxes, frosted_boxes, named_boxes
 
 SEGMENT_BYTES = 0xCB170
 
@@ -30,6 +30,7 @@ class LinuxCase(unittest.TestCase):
     def setUp(self):
         self.programs = LinuxPrograms(self.display)
         self.addCleanup(self.programs.close)
+        self.programs.show("Bench")
         self.folder = self.programs.folder
 
     def host(self, *switches, name="host_glx", overlay=True, code=0, **env):
@@ -75,12 +76,12 @@ class Picture(LinuxCase):
                 with self.subTest(host=name, profile=profile):
                     before, shown = self.pictures("--size", "1280x720", "--profile", profile, "--gl", "3.2", name=name)
                     self.assertIsNotNone(difference_box(before, shown))
-                    self.assertEqual(differing_outside(before, shown, boxes("Default", 1280, 720)), 0)
+                    self.assertEqual(differing_outside(before, shown, boxes("Bench", 1280, 720)), 0)
 
     def test_frosted_glass_is_smoother_than_what_lies_behind_it(self):
         self.choose("Shapes")
         before, shown = self.pictures("--size", "1280x720")
-        for box in frosted_boxes("Default", 1280, 720):
+        for box in frosted_boxes("Shapes", 1280, 720):
             self.assertGreater(differing_inside(before, shown, box), 0.3)
             self.assertLess(roughness(shown, box), roughness(before, box) + 0.01)
 
@@ -116,7 +117,7 @@ class Writing(LinuxCase):
         process = self.programs.with_overlay([LINUX / "host_glx", "--frames", "1000000", "--size", "1280x720",
                                               "--stop-file", stop, "--fps-cap", "60"])
         wait_until(lambda: self.programs.ask("set", "GPU_USAGE#0", "11")[0] == 0)
-        left, top, right, bottom = boxes("Default", 1280, 720)[8]
+        left, top, right, bottom = named_boxes("Bench", 1280, 720)["p09"]
         number = (left + 20, top + 44, right - 20, bottom - 46)  # the big figure of the box at the right
         pictures = []
         for value in ("11", "88", "11"):
@@ -297,8 +298,8 @@ class Foreign(LinuxCase):
         time.sleep(3)
         other = screenshot(self.display, self.folder / "bare.png")
         self.programs.end(bare)
-        for box in boxes("Default", 640, 480)[1:2]:
-            self.assertGreater(differing_inside(picture, other, box), 0.9)
+        header = named_boxes("Bench", 640, 480)["p02"]
+        self.assertGreater(differing_inside(picture, other, header), 0.9)
 
     def test_glmark2_runs_its_scene_to_the_end(self):
         process = self.programs.with_overlay(["glmark2", "--size", "640x480", "-b", "build:duration=2"])

@@ -29,6 +29,7 @@ class WineCase(unittest.TestCase):
     def setUp(self):
         self.programs = WinePrograms(self.display)
         self.addCleanup(self.programs.close)
+        self.programs.show("Bench")
         self.folder = self.programs.folder
 
     def host(self, *switches, overlay=True, **env):
@@ -89,7 +90,7 @@ class Picture(WineCase):
             with self.subTest(profile=profile):
                 before, shown = self.pictures("--size", "1280x720", *profile)
                 self.assertIsNotNone(difference_box(before, shown))
-                self.assertEqual(differing_outside(before, shown, boxes("Default", 1280, 720)), 0)
+                self.assertEqual(differing_outside(before, shown, boxes("Bench", 1280, 720)), 0)
 
     def test_context_below_3_2_is_left_alone(self):
         before, shown = self.pictures(MESA_GL_VERSION_OVERRIDE="3.1")
@@ -140,7 +141,7 @@ class Foreign(WineCase):
         bare, overlaid = self.look("simple", False).crop(corner), self.look("simple", True).crop(corner)
         touched = difference_box(bare, overlaid)
         self.assertIsNotNone(touched)
-        panels = boxes("Default", *SIMPLE_SIZE)
+        panels = boxes("Bench", *SIMPLE_SIZE)
         left = touched[0] - min(box[0] for box in panels)
         top = touched[1] - min(box[1] for box in panels)
         outside = [differing_outside(bare, overlaid, [(l + x, t + y, r + x, b + y) for l, t, r, b in panels])

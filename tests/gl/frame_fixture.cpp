@@ -10,6 +10,7 @@
 #include "shared/overlay_state.h"
 #include "shared/process_records.h"
 #include "tests/support/gl_recorder.h"
+#include "tests/support/test_data_folder.h"
 
 #include <algorithm>
 #include <cstring>
@@ -62,8 +63,7 @@ void FrameFixture::TearDown() {
 void FrameFixture::UseShaders(bool bPresent) {
     fs::remove_all(m_strFolder);
     const fs::path data = fs::path(m_strFolder) / "ZARN" / "Orvin Deck" / "ORVIN-OSD" / "Data";
-    fs::create_directories(data);
-    if (bPresent) fs::copy(fs::path(ORVIN_SOURCE_DIR) / "shaders", data, fs::copy_options::recursive);
+    InstallTestData(data.string(), bPresent);
     headless::SetCommonDataFolder(m_strFolder);
 }
 

@@ -17,8 +17,8 @@ class FrameFixture : public ::testing::Test {
 
     /// Makes the context and the data folder. False (with a test failure) if the driver offers no such
     /// context.
-    bool Begin(bool bCore, const char16_t* wzProfile = u"Default", u32 uWidth = 640, u32 uHeight = 480);
-    /// Data folder with the shaders of the source tree, or with nothing in it.
+    bool Begin(bool bCore, const char16_t* wzProfile = u"Bench", u32 uWidth = 640, u32 uHeight = 480);
+    /// Data folder with settings and profiles, and with the shaders of the source tree or without any.
     void UseShaders(bool bPresent);
     /// One swap of the application's current surface.
     i32 Swap();

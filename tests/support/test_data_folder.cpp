@@ -15,12 +15,19 @@ static std::string FreshRoot() {
     return (fs::temp_directory_path() / strName).generic_string();
 }
 
-void CTestDataFolder::Make(bool bWithShaders) {
+void InstallTestData(const std::string& strFolder, bool bWithShaders) {
+    const fs::path source = ORVIN_SOURCE_DIR, profiles = fs::path(strFolder) / "Profiles";
+    fs::create_directories(profiles);
+    fs::copy(source / "data", strFolder, fs::copy_options::recursive);
+    fs::copy(source / "tests/profiles", profiles, fs::copy_options::recursive);
+    if (bWithShaders) fs::copy(source / "shaders", strFolder, fs::copy_options::recursive);
+}
+
+void CTestDataFolder::Make(bool bWhole) {
     m_strRoot = FreshRoot();
     m_strData = m_strRoot + "/ZARN/Orvin Deck/ORVIN-OSD/Data/";
     fs::create_directories(m_strData);
-    if (bWithShaders)
-        fs::copy(fs::path(ORVIN_SOURCE_DIR) / "shaders", m_strData, fs::copy_options::recursive);
+    if (bWhole) InstallTestData(m_strData, true);
 }
 
 CTestDataFolder::~CTestDataFolder() {

@@ -4,11 +4,15 @@
 
 #include <string>
 
+/// Lays a data folder out: the files of data/, the profiles of the tests beside the shipped ones, and the
+/// shaders if they are asked for.
+void InstallTestData(const std::string& strFolder, bool bWithShaders);
+
 class CTestDataFolder {
   public:
-    /// An empty data folder, or one with the shaders of the source tree.
-    explicit CTestDataFolder(bool bWithShaders = true) {
-        Make(bWithShaders);
+    /// A whole data folder, or an empty one.
+    explicit CTestDataFolder(bool bWhole = true) {
+        Make(bWhole);
         platform::headless::SetCommonDataFolder(m_strRoot);
     }
     CTestDataFolder(const CTestDataFolder&) = delete;
@@ -24,7 +28,7 @@ class CTestDataFolder {
     void Remove(const std::string& strName) const;
 
   private:
-    void Make(bool bWithShaders);
+    void Make(bool bWhole);
 
     std::string m_strRoot;
     std::string m_strData;
