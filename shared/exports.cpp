@@ -1,4 +1,5 @@
 #include "shared/exports.h"
+#include "config/profile_names.h"
 #include "frame/log.h"
 #include "platform/process.h"
 #include "platform/shared_block.h"
@@ -225,8 +226,13 @@ u32 GetAPIVerByTID_GL(u32 uThreadId) {
     return 0;
 }
 
-// Which names a profile shows stands in documents that nothing reads yet, and 0 is the answer of a failure.
-i32 GetDataFullNamesFromProfile_GL(const char16_t*, std::set<std::string>*) { return 0; }
+i32 GetDataFullNamesFromProfile_GL(const char16_t* wzProfile, std::set<std::string>* psetNames) {
+    try {
+        return g_fnGetDataFullNames(wzProfile, psetNames);
+    } catch (...) {
+        return 0;
+    }
+}
 
 i32 GetTavoDataToGWDll(const char* szSelector) {
     if (!szSelector) return 0;

@@ -44,7 +44,7 @@ SetProcessID2ProfileNameFromGWexeToGWDll_GL(const void* pTable); ///< 207200 byt
 ORVIN_EXPORT f32 GetFrameTimeByPID_GL(u32 uProcessId);
 /// 9527 if the thread has a status record, else 0.
 ORVIN_EXPORT u32 GetAPIVerByTID_GL(u32 uThreadId);
-/// Data names that a profile shows; 0 on failure.
+/// Adds the data names that a profile shows and answers 1; 0, with nothing added, on failure.
 ORVIN_EXPORT i32 GetDataFullNamesFromProfile_GL(const char16_t* wzProfile, std::set<std::string>* psetNames);
 /// Developer reports on the console, chosen by the first character. Always 0.
 ORVIN_EXPORT i32 GetTavoDataToGWDll(const char* szSelector);

@@ -1,0 +1,15 @@
+#include "config/profile_switches.h"
+
+#include "config/profile_document.h"
+#include "config/settings.h"
+
+stProfileSwitches g_stProfileSwitches = {};
+u32 g_uCardNum = 1;
+
+void g_fnReadProfileSwitches() {
+    g_stProfileSwitches = {g_fnReadIsShow("Info"),      g_fnReadIsShow("Memo"),
+                           g_fnReadIsShow("Watermark"), g_fnReadIsShow("SystemInfo"),
+                           g_fnReadIsShow("Photo"),     g_fnReadIsShow("StopWatch")};
+    g_fnReadFeatureSwitches();
+    g_uCardNum = g_fnReadCardNum();
+}
