@@ -25,7 +25,7 @@ enum eGroupFlow : u32 {
 /// Elements deeper than this below the first are passed over.
 constexpr u32 g_uGroupDepthMost = 128;
 /// A walk ends after so many elements, repeats counted: nested loops multiply.
-constexpr u32 g_uGroupVisitsMost = 1000000;
+constexpr u32 g_uGroupVisitsMost = 100000;
 
 /// Walks an element and all its following siblings. pParent: null is the root. uIndex: instance of the items.
 /// x, y: canvas units. ppLastPlaced, or null, gets the control that this level placed last, and is left alone

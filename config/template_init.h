@@ -20,7 +20,8 @@ struct stPanelLook {
 struct stItemInstance {
     u32 uInstance;
     u32 uBID;
-    u32 uDataIndex = 0; ///< card, CPU or group that the instance shows
+    u32 uDataIndex = 0;               ///< card, CPU or group that the instance shows
+    u32 uTemplateBID = g_uNoTemplate; ///< whose template serves where the item has none
 };
 
 /// One flip box to make. Lengths in canvas units.
@@ -39,7 +40,7 @@ struct stFlipInit {
 };
 
 /// Each writes the record of an item's instance. False, with the record untouched, if the item has no
-/// template, or the template's style does not exist. Texts point into the pool.
+/// template, or the template's style was not read. Texts point into the pool.
 bool g_fnMakeTextInit(const stItemInstance& st, const stItemColors& stColors, bool bShadow,
                       stTextInit& stOut);
 bool g_fnMakeNumInit(const stItemInstance& st, const stItemColors& stColors, bool bShadow, stNumInit& stOut);

@@ -24,7 +24,7 @@ struct stVariable {
 };
 extern std::map<std::string, stVariable, std::less<>> g_mapVariable;
 
-/// Enters the four above; the first step of every load.
+/// Enters the four above and forgets all others, those of files included; the first step of every load.
 void g_fnRegisterVariables();
 /// Enters one more, in place of one of that name.
 void g_fnRegisterVariable(std::string_view szName, const void* pValue, u8 uTargetType);
@@ -48,7 +48,7 @@ void g_fnReadProfileVariables(const tinyxml2::XMLElement* pInfo);
 /// Reads each "Variable" of "Preset" in place of the former list. Nothing but fonts asks for these.
 void g_fnReadPresetVariables(const tinyxml2::XMLElement* pPreset);
 /// Tells the fonts what the lists say of their faces: a variable whose name is a face's is its scale in
-/// percent. The profile's list goes before the presets. Before any font is made.
+/// percent, and the profile's list goes before the presets. Both readers do this too.
 void g_fnHandOverFontScales();
 /// Forgets both lists and the fonts' scales.
 void g_fnClearFileVariables();
