@@ -1,7 +1,7 @@
 #include "config/fixed_layout.h"
 
 #include "config/fixed_text.h"
-#include "config/item_map.h"
+#include "config/load.h"
 #include "controls/control_ids.h"
 #include "controls/link_controls.h"
 #include "controls/panel.h"
@@ -156,13 +156,6 @@ const stFixedLayout& g_fnFindFixedLayout(std::u16string_view wzProfile) {
     for (const stFixedLayout& st : g_aLayouts)
         if (st.wzProfile == wzProfile) return st;
     return g_aLayouts[0];
-}
-
-void g_fnClearConfiguration() {
-    g_fnClearControlIds();
-    g_fnClearItems();
-    g_mapBlurDiameters.clear();
-    g_bCaptureBackdrop = false;
 }
 
 bool g_fnBuildFixedLayout() {

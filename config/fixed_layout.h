@@ -16,9 +16,6 @@ struct stFixedLayout {
 /// Layout of a profile.
 const stFixedLayout& g_fnFindFixedLayout(std::u16string_view wzProfile);
 
-/// Forgets what the former configuration set: ids, blur diameters, the wish for a backdrop.
-void g_fnClearConfiguration();
-
 /// Builds the layout of g_wzProfileName into the current manager, which must be initialised. False if a panel
 /// could not be made.
 bool g_fnBuildFixedLayout();

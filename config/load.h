@@ -10,6 +10,10 @@ bool g_fnLoadConfiguration();
 /// Forgets what the former configuration set: items, ids, documents, blur diameters, the wish for a backdrop.
 void g_fnClearConfiguration();
 
+/// Size of a preview of the profile, pixels, as the last load left it.
+extern u32 g_uPreviewWidth, g_uPreviewHeight;
+extern bool g_bPreviewFixedAspect;
+
 /// Takes note that a load that began at iStart (performance-counter ticks) came to nothing.
 void g_fnNoteFailedLoad(i64 iStart) noexcept;
 /// The next build is the first again: it need not wait.

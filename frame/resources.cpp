@@ -1,8 +1,8 @@
 #include "frame/resources.h"
 
-#include "config/fixed_layout.h"
-#include "config/settings.h"
-#include "config/settings_sensors.h"
+#include "config/custom_layout.h"
+#include "config/load.h"
+#include "config/profile_document.h"
 #include "controls/control_ids.h"
 #include "controls/osd_manager.h"
 #include "draw/creation_table.h"
@@ -72,17 +72,11 @@ static void MarkStatusDue() {
     g_auStatus[g_uManagerSlot] = 0;
 }
 
-/// Size of the photo of a layout that says nothing of it, pixels.
-static constexpr u32 g_uPhotoSide = 200;
-
-static bool ReadConfiguration() {
-    g_fnProbeWowKeys();
-    g_fnSelectProfileName();
-    g_fnLoadGlobalSettings();
-    g_fnReadFeatureSwitches();
-    g_fnReadSettingsBatch(g_uPhotoSide, g_uPhotoSide);
-    g_fnReadSensorDefinitions();
-    return g_fnBuildFixedLayout();
+/// The load, with the word to the user if it comes to nothing.
+static bool LoadConfiguration() {
+    if (g_fnLoadConfiguration()) return true;
+    g_fnReportLoadFailure();
+    return false;
 }
 
 /// What a batcher throws while it builds its programs ends here; the log carries its words.
@@ -116,9 +110,10 @@ static bool MakeBasicBatcher() {
             delete pBatcher;
             return false;
         }
-        pBatcher->m_fnSetColorListOrder({});
         pSlot = pBatcher;
     }
+    // The lists are those of the layout just made, also for a batcher that outlived the last one.
+    pSlot->m_fnSetColorListOrder(g_listColorOrder);
     g_pDrawBasic = pSlot;
     return true;
 }
@@ -152,14 +147,23 @@ static bool Abandon() {
     return false;
 }
 
+/// A host whose profile can't be read must not pay for it with each frame.
+static bool AbandonLoad(i64 iStart) {
+    Abandon();
+    g_fnNoteFailedLoad(iStart);
+    return false;
+}
+
 bool g_fnTavo_Init_Resource() {
-    if (AreBatchersHopeless() || !MakeManager()) return false;
+    if (!g_fnIsLoadDue() || AreBatchersHopeless() || !MakeManager()) return false;
+    const i64 iStart = platform::CounterNow();
     g_fnSelectManager();
     MakeFrameSamples();
     g_fnSetupIntervals();
     RestartTimers();
     MarkStatusDue();
-    if (!ReadConfiguration() || !MakeBatchers()) return Abandon();
+    if (!LoadConfiguration()) return AbandonLoad(iStart);
+    if (!MakeBatchers()) return Abandon();
     g_pOSDManager->m_fnOnResize();
     // The first update shows all data at once.
     g_fnRaiseUpdateFlag(g_bUpdateData);
@@ -202,4 +206,5 @@ void g_fnReleaseResources() noexcept {
     g_fnClearConfiguration();
     g_fnClearFontsToStay();
     g_fnDestroyManagers();
+    g_fnForgetFailedLoad();
 }

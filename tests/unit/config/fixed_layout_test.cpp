@@ -1,4 +1,5 @@
 #include "config/fixed_layout.h"
+#include "config/load.h"
 
 #include "controls/anchor.h"
 #include "draw/draw_keys.h"

@@ -3,6 +3,7 @@
 
 #include "config/fixed_layout.h"
 #include "config/item_map.h"
+#include "config/load.h"
 #include "controls/num_box.h"
 #include "controls/text_box.h"
 #include "font/font_unicode.h"

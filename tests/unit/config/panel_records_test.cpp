@@ -1,6 +1,6 @@
 #include "config/panel_records.h"
 
-#include "config/fixed_layout.h"
+#include "config/load.h"
 #include "draw/draw_keys.h"
 #include "frame/frame_driver.h"
 #include "frame/log.h"

@@ -2,6 +2,7 @@
 #include "frame/status_items.h"
 
 #include "config/fixed_layout.h"
+#include "config/load.h"
 #include "frame/frame_driver.h"
 #include "platform/headless/test_controls.h"
 #include "shared/overlay_state.h"

@@ -1,0 +1,112 @@
+#include "config/load.h"
+
+#include "config/custom_layout.h"
+#include "config/profile_document.h"
+#include "config/settings.h"
+#include "config/settings_sensors.h"
+#include "config/variables.h"
+#include "controls/control_ids.h"
+#include "controls/osd_manager.h"
+#include "draw/draw_keys.h"
+#include "frame/frame_driver.h"
+#include "frame/log.h"
+#include "platform/clock.h"
+#include "shared/process_records.h"
+
+#include <algorithm>
+#include <exception>
+#include <string>
+
+u32 g_uPreviewWidth = 0, g_uPreviewHeight = 0;
+bool g_bPreviewFixedAspect = false;
+
+namespace {
+
+constexpr u32 g_uStyleCustom = 2;
+
+/// Waits after a failed load: so many seconds, or so many times what the try took.
+constexpr f64 g_fLeastWait = 1, g_fMostWait = 10, g_fWaitPerTry = 20;
+
+struct stFailedLoad {
+    bool bFailed = false;
+    char16_t wzProfile[g_uProfileNameUnits] = {};
+    i64 iDue = 0; ///< performance-counter ticks
+};
+stFailedLoad g_stFailedLoad;
+
+/// A build that failed later on leaves its controls; the next try must not stand on them.
+bool EmptyManager() {
+    if (!g_pOSDManager || !g_pOSDManager->m_fnStartOver()) return false;
+    g_fnSelectManager();
+    return true;
+}
+
+bool ReadDocuments() {
+    g_apLayoutRoutine[g_uStyleCustom] = g_fnCreateCustomLayout;
+    if (g_fnRead_OSD_Profile()) return true;
+    g_fnReportProfileFailure();
+    return false;
+}
+
+bool CreateLayout() {
+    if (g_pLayoutRoutine) return g_pLayoutRoutine();
+    g_fnLog("no routine for layout style %i", static_cast<i32>(g_uLayoutStyle));
+    return false;
+}
+
+bool Load() {
+    g_fnClearConfiguration();
+    if (!EmptyManager()) return false;
+    g_fnRegisterVariables();
+    g_fnProbeWowKeys();
+    g_fnSelectProfileName();
+    g_fnReadPreviewSize(g_uPreviewWidth, g_uPreviewHeight, g_bPreviewFixedAspect);
+    g_fnLoadGlobalSettings();
+    if (!ReadDocuments()) return false;
+    g_fnReadSensorDefinitions();
+    g_fnReadPresetVariables(g_pPresetElement);
+    return CreateLayout();
+}
+
+} // namespace
+
+bool g_fnLoadConfiguration() {
+    try {
+        return Load();
+    } catch (const std::exception& error) {
+        g_fnLog("g_fnLoadConfiguration() - %s", error.what());
+    } catch (...) {
+        g_fnLog("g_fnLoadConfiguration() - exception");
+    }
+    return false;
+}
+
+void g_fnClearConfiguration() {
+    g_fnClearControlIds();
+    g_listColorOrder.clear();
+    g_mapAssembleInfo.clear();
+    g_fnClearItems();
+    g_fnClearProfileDocuments();
+    g_fnClearFileVariables();
+    g_mapBlurDiameters.clear();
+    g_bCaptureBackdrop = false;
+}
+
+void g_fnNoteFailedLoad(i64 iStart) noexcept {
+    const i64 iNow = platform::CounterNow();
+    const f64 fFrequency = static_cast<f64>(platform::CounterFrequency());
+    const f64 fTry = static_cast<f64>(iNow - iStart) / fFrequency;
+    const f64 fWait = std::clamp(fTry * g_fWaitPerTry, g_fLeastWait, g_fMostWait);
+    g_stFailedLoad.bFailed = true;
+    g_stFailedLoad.iDue = iNow + static_cast<i64>(fWait * fFrequency);
+    std::copy_n(g_wzProfileName, g_uProfileNameUnits, g_stFailedLoad.wzProfile);
+}
+
+void g_fnForgetFailedLoad() noexcept { g_stFailedLoad.bFailed = false; }
+
+bool g_fnIsLoadDue() noexcept {
+    if (!g_stFailedLoad.bFailed) return true;
+    g_fnSelectProfileName();
+    if (std::u16string_view(g_wzProfileName) != g_stFailedLoad.wzProfile) return true;
+    return platform::CounterNow() >= g_stFailedLoad.iDue;
+}
