@@ -7,6 +7,7 @@
 #include "controls/link_controls.h"
 #include "controls/pie_chart.h"
 #include "draw/draw_keys.h"
+#include "draw/draw_text.h"
 #include "frame/frame_driver.h"
 #include "frame/log.h"
 #include "frame/update.h"
