@@ -109,7 +109,9 @@ TEST_F(ShippedSettings, EachKeyHasAComment) {
     for (std::string strLine; std::getline(file, strLine);) {
         if (strLine.starts_with(';')) bExplained = true;
         if (strLine.empty() || strLine.starts_with('[')) bExplained = false;
-        if (strLine.find('=') != std::string::npos) EXPECT_TRUE(bExplained) << strLine;
+        if (strLine.find('=') != std::string::npos) {
+            EXPECT_TRUE(bExplained) << strLine;
+        }
     }
 }
 
