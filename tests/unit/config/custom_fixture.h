@@ -78,6 +78,12 @@ class CustomTest : public TextTest {
         ReadItems(szItems);
         return g_fnCreateCustomControls();
     }
+    /// Back to a manager without controls.
+    void StartOver() {
+        g_fnClearConfiguration();
+        ASSERT_TRUE(m_pManager->m_fnStartOver());
+        g_fnSelectManager();
+    }
     /// The init records of items.
     stCustomInit Init(const std::string& szItems) {
         ReadItems(szItems);
