@@ -45,6 +45,9 @@ void DrawGlyphs(GlyphDevice* pDevice, GlyphFont* pFont, const char16_t* wzText, 
                 i32 iBaseline) noexcept;
 /// Advance of the text in pixels; 0 for an empty one.
 i32 GlyphExtent(GlyphDevice* pDevice, GlyphFont* pFont, const char16_t* wzText, u32 uUnits) noexcept;
+/// Family name of the face that the font draws with, which is another than asked for where that is not
+/// installed. False, with an empty text, if it is unknown or does not fit.
+bool GlyphFontFamily(GlyphDevice* pDevice, GlyphFont* pFont, char16_t* wzOut, u32 uCapacity) noexcept;
 /// True if the font's own face has a glyph for the text's first character, without help of other faces.
 bool FontHasGlyph(GlyphDevice* pDevice, GlyphFont* pFont, const char16_t* wzText, u32 uUnits) noexcept;
 /// True if the code point lies in the ranges that the font's own face names.

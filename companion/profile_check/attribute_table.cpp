@@ -25,10 +25,10 @@ constexpr stAttribute Percent(const char* szName, const char* szDefault, const c
     return {szName, ValueKind::Number, szDefault, 1, 100, "1 to 100", szMeaning};
 }
 constexpr stAttribute Degree(const char* szName, const char* szMeaning) {
-    return {szName, ValueKind::Number, "0", 0, 359.999, "0 to below 360", szMeaning};
+    return {szName, ValueKind::Number, "0", 0, 359.999, "0 to below 360", szMeaning, true};
 }
 constexpr stAttribute Switch(const char* szName, const char* szMeaning) {
-    return {szName, ValueKind::Whole, "0", 0, 1, "0, 1", szMeaning};
+    return {szName, ValueKind::Whole, "0", 0, 1, "0, 1", szMeaning, true};
 }
 constexpr stAttribute Data(const char* szMeaning) {
     return {"DataFullName", ValueKind::Data, "", 1, 63, "1 to 63 bytes", szMeaning};
@@ -87,7 +87,7 @@ constexpr stAttribute g_aCommon[] = {
 };
 
 constexpr stAttribute g_aTextBox[] = {
-    {"Text", ValueKind::Text, "", 0, 4096, "up to 1023 letters", "the words that are shown"},
+    {"Text", ValueKind::Text, "", 0, 255, "up to 255 bytes", "the words that are shown"},
     {"StringFullName", ValueKind::Text, "", 0, 63, "GL, ARCH, PROFILE_NAME, PID, TID",
      "shows what the program knows of itself in place of the text"},
     g_stFace,

@@ -18,10 +18,11 @@ enum class ValueKind {
 struct stAttribute {
     const char* szName;
     ValueKind eKind;
-    const char* szDefault; ///< as read when the attribute is missing
-    double fLeast, fMost;  ///< both ends belong to the range; Text kinds: least and most bytes
-    const char* szRange;   ///< the range in words
-    const char* szMeaning; ///< one line
+    const char* szDefault;   ///< as read when the attribute is missing
+    double fLeast, fMost;    ///< both ends belong to the range; Text kinds: least and most bytes
+    const char* szRange;     ///< the range in words
+    const char* szMeaning;   ///< one line
+    bool bTolerated = false; ///< what is out of range does no harm: a warning
 };
 
 /// Which element this is, seen from a profile with a custom layout.

@@ -7,6 +7,9 @@
 namespace companion {
 namespace {
 
+/// Nobody reads more, and each is compared with all before it.
+constexpr std::size_t g_uFindingsMost = 2000;
+
 std::string Counted(unsigned uCount, const char* szOne) {
     return std::to_string(uCount) + ' ' + szOne + (uCount == 1 ? "" : "s");
 }
@@ -27,7 +30,10 @@ const char* SeverityName(Severity eSeverity) {
 }
 
 void Findings::Add(Severity eSeverity, int iLine, std::string strText) {
+    if (m_list.size() > g_uFindingsMost) return;
     Finding st{m_strFile, iLine, eSeverity, std::move(strText)};
+    if (m_list.size() == g_uFindingsMost)
+        st = {m_strFile, 0, Severity::Error, "too much is wrong; the rest is left out"};
     if (std::find(m_list.begin(), m_list.end(), st) == m_list.end()) m_list.push_back(std::move(st));
 }
 

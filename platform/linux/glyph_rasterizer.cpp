@@ -274,6 +274,14 @@ i32 GlyphExtent(GlyphDevice*, GlyphFont* pFont, const char16_t* wzText, u32 uUni
     return WalkSafely(pFont, wzText, uUnits, nullptr, 0);
 }
 
+bool GlyphFontFamily(GlyphDevice*, GlyphFont* pFont, char16_t* wzOut, u32 uCapacity) noexcept {
+    if (uCapacity) wzOut[0] = 0;
+    const char* const szFamily = pFont && pFont->m_hMain ? pFont->m_hMain->family_name : nullptr;
+    if (Utf8ToUtf16(szFamily, wzOut, uCapacity)) return true;
+    if (uCapacity) wzOut[0] = 0;
+    return false;
+}
+
 bool FontHasGlyph(GlyphDevice*, GlyphFont* pFont, const char16_t* wzText, u32 uUnits) noexcept {
     return pFont && uUnits && FreeType()->GetCharIndex(pFont->m_hMain, NextCode(wzText, uUnits)) != 0;
 }

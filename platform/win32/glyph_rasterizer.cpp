@@ -172,6 +172,15 @@ i32 GlyphExtent(GlyphDevice* pDevice, GlyphFont* pFont, const char16_t* wzText, 
     return stSize.cx;
 }
 
+bool GlyphFontFamily(GlyphDevice* pDevice, GlyphFont* pFont, char16_t* wzOut, u32 uCapacity) noexcept {
+    if (uCapacity) wzOut[0] = 0;
+    if (!pDevice || !pFont || uCapacity == 0) return false;
+    const CSelectedFont selected(pDevice, pFont);
+    const int iNeeded = GetTextFaceW(pDevice->m_hDC, 0, nullptr);
+    if (iNeeded < 2 || static_cast<u32>(iNeeded) > uCapacity) return false;
+    return GetTextFaceW(pDevice->m_hDC, iNeeded, reinterpret_cast<wchar_t*>(wzOut)) > 1;
+}
+
 bool FontHasGlyph(GlyphDevice* pDevice, GlyphFont* pFont, const char16_t* wzText, u32 uUnits) noexcept {
     if (!pDevice || uUnits == 0 || uUnits > 2) return false;
     const CSelectedFont selected(pDevice, pFont);

@@ -53,6 +53,17 @@ class Glyphs : public ::testing::Test {
     std::vector<GlyphFont*> m_aFonts;
 };
 
+TEST_F(Glyphs, AFontTellsTheFamilyThatItDrawsWith) {
+    char16_t wzFamily[64] = u"x";
+    ASSERT_TRUE(GlyphFontFamily(m_pDevice, Font(u"DejaVu Sans"), wzFamily, 64));
+    EXPECT_EQ(std::u16string(wzFamily), u"DejaVu Sans");
+    ASSERT_TRUE(GlyphFontFamily(m_pDevice, Font(u"No Such Face At All"), wzFamily, 64));
+    EXPECT_NE(std::u16string(wzFamily), u"No Such Face At All") << "the nearest one";
+    EXPECT_FALSE(GlyphFontFamily(m_pDevice, m_aFonts[0], wzFamily, 4)) << "it does not fit";
+    EXPECT_EQ(wzFamily[0], 0);
+    EXPECT_FALSE(GlyphFontFamily(m_pDevice, nullptr, wzFamily, 64));
+}
+
 TEST_F(Glyphs, PixelsAreBlackOrWhite) {
     const auto pixels = Picture(Font(u"DejaVu Sans"), u"Aas");
     EXPECT_GT(Ink(pixels), 200);

@@ -1,0 +1,152 @@
+#include "companion/profile_check/document_check.h"
+
+#include "companion/profile_check/nearest.h"
+#include "config/profile_document.h"
+#include "platform/utf.h"
+
+#include <cstring>
+#include <map>
+#include <tinyxml2.h>
+
+namespace companion {
+namespace {
+
+/// Line of a byte of the text that is no UTF-8; 0 if all is well.
+int LineOfBadByte(std::string_view text) {
+    const std::string str(text);
+    int iLine = 1;
+    for (const char* sz = str.c_str(); *sz;) {
+        if (*sz == '\n') ++iLine;
+        const bool bReplacement = std::strncmp(sz, "\xEF\xBF\xBD", 3) == 0;
+        if (platform::NextUtf8(sz) == 0xFFFD && !bReplacement) return iLine;
+    }
+    return 0;
+}
+
+const tinyxml2::XMLElement* Child(const tinyxml2::XMLElement* p, const char* szName) {
+    return p ? p->FirstChildElement(szName) : nullptr;
+}
+
+std::string Quoted(const char* sz) { return '<' + std::string(sz) + '>'; }
+
+void CheckElementName(const tinyxml2::XMLElement& element, const char* szParent, Findings& findings) {
+    const std::string strNear = NearestElement(element.Name(), szParent);
+    const bool bItemElsewhere = FindElement(element.Name(), "Info") && std::strcmp(szParent, "Info") != 0;
+    std::string strText = "unknown element " + Quoted(element.Name()) + " in " + Quoted(szParent);
+    if (bItemElsewhere)
+        strText += "; items belong into <Info>";
+    else if (!strNear.empty())
+        strText += "; did you mean " + Quoted(strNear.c_str()) + '?';
+    findings.Error(element.GetLineNum(), strText + " It is passed over");
+}
+
+void CheckAttributes(const tinyxml2::XMLElement& element, const stElement& known, Findings& findings) {
+    for (const tinyxml2::XMLAttribute* p = element.FirstAttribute(); p; p = p->Next()) {
+        if (const stAttribute* pKnown = FindAttribute(known, p->Name())) {
+            if (!IsJudgedWithItem(known, *pKnown)) CheckValue(*p, *pKnown, findings);
+            continue;
+        }
+        findings.Warning(p->GetLineNum(), std::string("unknown attribute \"") + p->Name() + "\" of " +
+                                              Quoted(known.szName) + AttributeHint(p->Name(), known));
+    }
+}
+
+/// Only the first of an element that may stand once is read.
+void CheckRepeated(const tinyxml2::XMLElement& element, const stElement& known,
+                   std::map<std::string, int>& first, Findings& findings) {
+    if (known.bRepeats) return;
+    const auto [it, bFirst] = first.emplace(element.Name(), element.GetLineNum());
+    if (!bFirst)
+        findings.Warning(element.GetLineNum(), Quoted(element.Name()) + " stands in line " +
+                                                   std::to_string(it->second) +
+                                                   " already; only the first is read");
+}
+
+void CheckIgnored(const tinyxml2::XMLElement& element, Findings& findings) {
+    findings.Note(element.GetLineNum(), Quoted(element.Name()) +
+                                            " belongs to the built-in layouts; a custom layout "
+                                            "does not show it");
+}
+
+void CheckElement(const tinyxml2::XMLElement& element, const stElement& known, Findings& findings) {
+    CheckAttributes(element, known, findings);
+    std::map<std::string, int> first;
+    for (const tinyxml2::XMLElement* p = element.FirstChildElement(); p; p = p->NextSiblingElement()) {
+        const stElement* pKnown = FindElement(p->Name(), known.szName);
+        if (known.eUse == ElementUse::Item || !pKnown) {
+            CheckElementName(*p, known.szName, findings);
+            continue;
+        }
+        CheckRepeated(*p, *pKnown, first, findings);
+        if (pKnown->eUse == ElementUse::Ignored)
+            CheckIgnored(*p, findings);
+        else
+            CheckElement(*p, *pKnown, findings);
+    }
+}
+
+/// False for a style that nothing can be built of.
+bool CheckStyle(const tinyxml2::XMLElement& root, Findings& findings) {
+    const char* szStyle = root.Attribute("LayoutStyle");
+    const double fStyle = szStyle ? ReadNumber(szStyle, ValueKind::Whole) : 0;
+    if (fStyle == 2) return true;
+    const tinyxml2::XMLAttribute* p = root.FindAttribute("LayoutStyle");
+    const int iLine = p ? p->GetLineNum() : root.GetLineNum();
+    if (!szStyle)
+        findings.Error(
+            iLine, "LayoutStyle is missing and counts as 0, a layout that is not supported by this version; "
+                   "custom layouts have LayoutStyle=\"2\"");
+    else if (fStyle == 0 || fStyle == 1)
+        findings.Error(iLine, std::string("LayoutStyle ") +
+                                  (fStyle == 0 ? "0 (ClassicLayout)" : "1 (ORVINLayout)") +
+                                  " is not supported by this version; custom layouts have LayoutStyle=\"2\"");
+    return false;
+}
+
+/// The chain of elements without which nothing is loaded.
+const tinyxml2::XMLElement* FindSettings(const tinyxml2::XMLElement& root, Findings& findings) {
+    const tinyxml2::XMLElement* pLayout = Child(&root, "CustomLayout");
+    if (!pLayout) {
+        findings.Error(root.GetLineNum(), "<CustomLayout> is missing in <OSD>: the profile is not loaded");
+        return nullptr;
+    }
+    const tinyxml2::XMLElement* pSettings = Child(pLayout, "Settings");
+    if (!pSettings)
+        findings.Error(pLayout->GetLineNum(),
+                       "<Settings> is missing in <CustomLayout>: the profile is not loaded");
+    return pSettings;
+}
+
+} // namespace
+
+bool ParseForCheck(std::string_view text, tinyxml2::XMLDocument& document, Findings& findings) {
+    i32 iCode = PROFILE_OK;
+    const bool bParsed = g_fnParseProfileDocument(text, document, &iCode);
+    if (const char* szProblem = g_fnDocumentProblem(text)) {
+        findings.Error(0, szProblem);
+    } else if (document.Error()) {
+        findings.Error(document.ErrorLineNum(), std::string("not well formed: ") +
+                                                    tinyxml2::XMLDocument::ErrorIDToName(document.ErrorID()));
+    } else if (!bParsed) {
+        const tinyxml2::XMLElement* pRoot = document.RootElement();
+        findings.Error(pRoot ? pRoot->GetLineNum() : 0, "the root element is not <OSD>");
+    } else if (const int iLine = LineOfBadByte(text)) {
+        findings.Error(iLine, "bytes that are no UTF-8; save the file as UTF-8");
+    }
+    return bParsed;
+}
+
+const tinyxml2::XMLElement* CheckDocument(const tinyxml2::XMLDocument& document, Findings& findings) {
+    const tinyxml2::XMLElement* pRoot = document.FirstChildElement("OSD");
+    if (!pRoot) return nullptr;
+    CheckElement(*pRoot, *FindElement("OSD", ""), findings);
+    if (!CheckStyle(*pRoot, findings)) return nullptr;
+    const tinyxml2::XMLElement* pSettings = FindSettings(*pRoot, findings);
+    if (!pSettings) return nullptr;
+    const tinyxml2::XMLElement* pInfo = Child(pSettings, "Info");
+    if (!pInfo)
+        findings.Warning(pSettings->GetLineNum(), "<Info> is missing in <Settings>: nothing is shown");
+    return pInfo;
+}
+
+} // namespace companion

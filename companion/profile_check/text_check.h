@@ -1,0 +1,22 @@
+#pragma once
+// Writing: faces, glyphs, and the text files of memos.
+#include "companion/profile_check/findings.h"
+#include "companion/profile_check/profile_items.h"
+
+#include <filesystem>
+#include <map>
+
+namespace companion {
+
+/// File of a profile, by the name that an attribute holds; empty if the name leaves the profile's folder.
+std::filesystem::path FileInProfile(const std::filesystem::path& pathFolder, const std::string& strName);
+
+/// Files that items name: they must be there and lie in the folder, and a memo's must hold text.
+void CheckFiles(const std::vector<const ProfileItem*>& taken, const std::filesystem::path& pathFolder,
+                Findings& findings);
+
+/// Faces that are not installed, and letters that a face lacks.
+void CheckFaces(const std::vector<const ProfileItem*>& taken, const std::filesystem::path& pathFolder,
+                Findings& findings);
+
+} // namespace companion
