@@ -1,0 +1,291 @@
+// Looks of a profile's parts, key by key.
+#include "draw/draw_text.h"
+#include "profile_fixture.h"
+
+namespace {
+
+struct ProfilePanelKeys : ProfileTest {
+    void Read(const std::string& strSettings) {
+        ReadCustom(strSettings);
+        g_fnReadProfilePanelKeys();
+    }
+};
+
+constexpr const char* c_szPanel =
+    " PanelColorR='1' PanelColorG='2' PanelColorB='3' PanelOpacity='50' PanelType='2'"
+    " PanelScattering='12' PanelThick='1.5'";
+constexpr const char* c_szColors =
+    " TextColorR='11' TextColorG='12' TextColorB='13' TextOpacity='20'"
+    " ShadowColorR='14' ShadowColorG='15' ShadowColorB='16' ShadowOpacity='40'";
+constexpr const char* c_szPlace = " Anchor='-5' PositionX='-20' PositionY='30'";
+
+void ExpectPanel(const stPanelKeys& st) {
+    EXPECT_EQ(st.u8R, 1);
+    EXPECT_EQ(st.u8G, 2);
+    EXPECT_EQ(st.u8B, 3);
+    EXPECT_EQ(st.u8Opacity, 50);
+    EXPECT_EQ(st.u8A, 127); // 50 * 255 / 100 = 127.5
+    EXPECT_EQ(st.uType, 2u);
+    EXPECT_EQ(st.uScattering, 12u);
+    EXPECT_EQ(st.fThick, 1.5f);
+}
+
+void ExpectDefaultPanel(const stPanelKeys& st) {
+    EXPECT_EQ(st.u8R | st.u8G | st.u8B | st.u8Opacity | st.u8A, 0);
+    EXPECT_EQ(st.uType, 0u);
+    EXPECT_EQ(st.uScattering, 30u);
+    EXPECT_EQ(st.fThick, 0.0f);
+}
+
+void ExpectColors(const stTextColors& st) {
+    EXPECT_EQ(st.u8R, 11);
+    EXPECT_EQ(st.u8G, 12);
+    EXPECT_EQ(st.u8B, 13);
+    EXPECT_EQ(st.u8Opacity, 20);
+    EXPECT_EQ(st.u8A, 51);
+    EXPECT_EQ(st.u8ShadowR, 14);
+    EXPECT_EQ(st.u8ShadowG, 15);
+    EXPECT_EQ(st.u8ShadowB, 16);
+    EXPECT_EQ(st.u8ShadowOpacity, 40);
+    EXPECT_EQ(st.u8ShadowA, 102);
+}
+
+void ExpectDefaultColors(const stTextColors& st) {
+    EXPECT_EQ(st.u8R | st.u8G | st.u8B | st.u8ShadowR | st.u8ShadowG | st.u8ShadowB, 0);
+    EXPECT_EQ(st.u8Opacity | st.u8A | st.u8ShadowOpacity | st.u8ShadowA, 0);
+}
+
+void ExpectPlace(const stPartPlace& st, i32 iAnchor, i32 iX, i32 iY) {
+    EXPECT_EQ(st.iAnchor, iAnchor);
+    EXPECT_EQ(st.iX, iX);
+    EXPECT_EQ(st.iY, iY);
+}
+
+std::u16string Wide(const char16_t* wz) { return wz; }
+
+} // namespace
+
+TEST_F(ProfilePanelKeys, InfoTakesItsKeys) {
+    Read(std::string("<Info IsShow='1' FontScale='150'") + c_szPanel + c_szPlace + "/>");
+    EXPECT_EQ(g_stInfoKeys.uIsShow, 1u);
+    EXPECT_EQ(g_stInfoKeys.uFontScale, 150u);
+    ExpectPanel(g_stInfoKeys.stPanel);
+    ExpectPlace(g_stInfoKeys.stPlace, -5, -20, 30);
+}
+
+TEST_F(ProfilePanelKeys, MemoTakesItsKeys) {
+    Read(std::string("<Memo IsShow='1' Title='T' Filename='m\xC3\xA9.txt' FontScale='7' FrameSizeW='300'") +
+         c_szPanel + c_szColors + c_szPlace + "/>");
+    EXPECT_EQ(g_stMemoKeys.uIsShow, 1u);
+    EXPECT_STREQ(g_stMemoKeys.szTitle, "T");
+    EXPECT_EQ(Wide(g_stMemoKeys.wzFilename), u"m\u00e9.txt");
+    EXPECT_EQ(g_stMemoKeys.uFontScale, 7u);
+    EXPECT_EQ(g_stMemoKeys.uFrameSizeW, 300u);
+    ExpectPanel(g_stMemoKeys.stPanel);
+    ExpectColors(g_stMemoKeys.stColors);
+    ExpectPlace(g_stMemoKeys.stPlace, -5, -20, 30);
+}
+
+TEST_F(ProfilePanelKeys, WatermarkAndSystemInfoTakeTheirKeys) {
+    for (const bool bWatermark : {true, false}) {
+        Read(std::string(bWatermark ? "<Watermark" : "<SystemInfo") +
+             " IsShow='1' Title='T' FontName='F\xC3\xA9' Text='X\xC2\xB0' FontScale='7'" + c_szPanel +
+             c_szColors + c_szPlace + "/>");
+        const stCaptionKeys& st = bWatermark ? g_stWatermarkKeys : g_stSystemInfoKeys;
+        EXPECT_EQ(st.uIsShow, 1u);
+        EXPECT_STREQ(st.szTitle, "T");
+        EXPECT_EQ(Wide(st.wzFontName), u"F\u00e9");
+        EXPECT_EQ(Wide(st.wzText), u"X\u00b0");
+        EXPECT_EQ(st.uFontScale, 7u);
+        ExpectPanel(st.stPanel);
+        ExpectColors(st.stColors);
+        ExpectPlace(st.stPlace, -5, -20, 30);
+        EXPECT_EQ((bWatermark ? g_stSystemInfoKeys : g_stWatermarkKeys).uIsShow, 0u);
+    }
+}
+
+TEST_F(ProfilePanelKeys, PhotoTakesItsKeys) {
+    Read(std::string("<Photo IsShow='1' Title='T' Filename='p.png' FrameSizeW='300' FrameSizeH='400'"
+                     " PhotoOpacity='80'") +
+         c_szPanel + c_szPlace + "/>");
+    EXPECT_EQ(g_stPhotoKeys.uIsShow, 1u);
+    EXPECT_STREQ(g_stPhotoKeys.szTitle, "T");
+    EXPECT_EQ(Wide(g_stPhotoKeys.wzFilename), u"p.png");
+    EXPECT_EQ(g_stPhotoKeys.uFrameSizeW, 300u);
+    EXPECT_EQ(g_stPhotoKeys.uFrameSizeH, 400u);
+    EXPECT_EQ(g_stPhotoKeys.u8Opacity, 80);
+    EXPECT_EQ(g_stPhotoKeys.u8A, 204);
+    ExpectPanel(g_stPhotoKeys.stPanel);
+    ExpectPlace(g_stPhotoKeys.stPlace, -5, -20, 30);
+}
+
+/// Elements without attributes, no elements, and no profile at all: the same.
+TEST_F(ProfilePanelKeys, DefaultsOfKeysThatAreLeftOut) {
+    for (const char* szSettings : {"<Info/><Memo/><Watermark/><SystemInfo/><Photo/><Camera/>", "", "none"}) {
+        Read(std::string("<Info IsShow='1' FontScale='1'") + c_szPanel +
+             "/><Camera TextGlow='1' TextShadow='1'/>");
+        if (std::string_view(szSettings) == "none") {
+            g_fnClearProfileDocuments();
+            g_fnReadProfilePanelKeys();
+        } else {
+            Read(szSettings);
+        }
+        EXPECT_EQ(g_stInfoKeys.uIsShow, 0u);
+        EXPECT_EQ(g_stInfoKeys.uFontScale, 100u);
+        ExpectPlace(g_stInfoKeys.stPlace, 1, 0, 0);
+        EXPECT_EQ(g_stMemoKeys.uIsShow, 0u);
+        EXPECT_STREQ(g_stMemoKeys.szTitle, "");
+        EXPECT_EQ(Wide(g_stMemoKeys.wzFilename), u"");
+        EXPECT_EQ(g_stMemoKeys.uFontScale, 5u);
+        EXPECT_EQ(g_stMemoKeys.uFrameSizeW, 200u);
+        ExpectDefaultColors(g_stMemoKeys.stColors);
+        ExpectPlace(g_stMemoKeys.stPlace, 1, 0, 0);
+        for (const stCaptionKeys* p : {&g_stWatermarkKeys, &g_stSystemInfoKeys}) {
+            EXPECT_EQ(p->uIsShow, 0u);
+            EXPECT_STREQ(p->szTitle, "");
+            EXPECT_EQ(Wide(p->wzFontName), u"");
+            EXPECT_EQ(Wide(p->wzText), u"");
+            EXPECT_EQ(p->uFontScale, 5u);
+            ExpectDefaultColors(p->stColors);
+            ExpectPlace(p->stPlace, 7, 0, 0);
+        }
+        EXPECT_EQ(g_stPhotoKeys.uIsShow, 0u);
+        EXPECT_STREQ(g_stPhotoKeys.szTitle, "");
+        EXPECT_EQ(Wide(g_stPhotoKeys.wzFilename), u"");
+        EXPECT_EQ(g_stPhotoKeys.uFrameSizeW, 200u);
+        EXPECT_EQ(g_stPhotoKeys.uFrameSizeH, 200u);
+        EXPECT_EQ(g_stPhotoKeys.u8Opacity | g_stPhotoKeys.u8A, 0);
+        ExpectPlace(g_stPhotoKeys.stPlace, 1, 0, 0);
+        for (const stPanelKeys* p : {&g_stInfoKeys.stPanel, &g_stMemoKeys.stPanel, &g_stWatermarkKeys.stPanel,
+                                     &g_stSystemInfoKeys.stPanel, &g_stPhotoKeys.stPanel})
+            ExpectDefaultPanel(*p);
+        EXPECT_FALSE(g_bTextGlow);
+        EXPECT_FALSE(g_bTextShadow);
+    }
+}
+
+TEST_F(ProfilePanelKeys, GlowAndShadowAreTwoSwitches) {
+    Read("<Camera TextGlow='2'/>");
+    EXPECT_TRUE(g_bTextGlow);
+    EXPECT_FALSE(g_bTextShadow);
+    Read("<Camera TextShadow='1'/>");
+    EXPECT_FALSE(g_bTextGlow);
+    EXPECT_TRUE(g_bTextShadow);
+}
+
+TEST_F(ProfilePanelKeys, ScatteringAndPercentsAreHeldTo100) {
+    Read("<Info PanelScattering='101' PanelOpacity='101'/>"
+         "<Memo PanelScattering='4294967295' TextOpacity='300' ShadowOpacity='-1'/><Photo "
+         "PhotoOpacity='255'/>");
+    EXPECT_EQ(g_stInfoKeys.stPanel.uScattering, 100u);
+    EXPECT_EQ(g_stInfoKeys.stPanel.u8Opacity, 100);
+    EXPECT_EQ(g_stInfoKeys.stPanel.u8A, 255);
+    EXPECT_EQ(g_stMemoKeys.stPanel.uScattering, 100u);
+    EXPECT_EQ(g_stMemoKeys.stColors.u8Opacity, 100);
+    EXPECT_EQ(g_stMemoKeys.stColors.u8ShadowOpacity, 100);
+    EXPECT_EQ(g_stMemoKeys.stColors.u8ShadowA, 255);
+    EXPECT_EQ(g_stPhotoKeys.u8A, 255);
+}
+
+TEST_F(ProfilePanelKeys, LongTextsAreCutTo255Bytes) {
+    Read("<Memo Title='" + std::string(300, 't') + "' Filename='" + std::string(300, 'f') + "'/>");
+    EXPECT_EQ(std::string(g_stMemoKeys.szTitle), std::string(255, 't'));
+    EXPECT_EQ(Wide(g_stMemoKeys.wzFilename), std::u16string(255, u'f'));
+}
+
+TEST_F(ProfilePanelKeys, TheBatchReadsThePanelKeysAndTheSettingsWithThePhotosSize) {
+    ReadCustom("<Photo FrameSizeW='321' FrameSizeH='123'/><Info FontScale='42'/>");
+    Number(u"Debug", u"Debug Num", 7);
+    g_fnReadProfileBatch();
+    EXPECT_EQ(g_stInfoKeys.uFontScale, 42u);
+    EXPECT_EQ(g_stDebugPanel.uRows, 7u);
+    EXPECT_EQ(g_stCameraPhoto.uFrameSizeW, 321u);
+    EXPECT_EQ(g_stCameraPhoto.uFrameSizeH, 123u);
+}
+
+// --- styles
+
+namespace {
+
+struct ProfileTextStyles : ProfileTest {
+    void Read(const std::string& strStyles) {
+        ReadCustom("<Info><CustomSettings>" + strStyles + "</CustomSettings></Info>");
+        g_fnReadProfileTextStyles();
+    }
+};
+
+} // namespace
+
+TEST_F(ProfileTextStyles, AStyleHasColours) {
+    Read(std::string("<TextColor ID='3'") + c_szColors + "/>");
+    ASSERT_EQ(g_mapTextColors.size(), 1u);
+    ExpectColors(g_fnTextColorsOf(3));
+}
+
+TEST_F(ProfileTextStyles, ColoursThatAreLeftOutAre0) {
+    Read("<TextColor ID='0'/>");
+    ASSERT_EQ(g_mapTextColors.size(), 1u);
+    ExpectDefaultColors(g_fnTextColorsOf(0));
+}
+
+TEST_F(ProfileTextStyles, AStyleWithoutColoursIsWhiteOverBlack) {
+    Read("");
+    const stTextColors& st = g_fnTextColorsOf(5);
+    EXPECT_EQ(st.u8R & st.u8G & st.u8B, 255);
+    EXPECT_EQ(st.u8ShadowR | st.u8ShadowG | st.u8ShadowB, 0);
+    EXPECT_EQ(st.u8Opacity, 100);
+    EXPECT_EQ(st.u8ShadowOpacity, 100);
+    EXPECT_EQ(st.u8A & st.u8ShadowA, 255);
+}
+
+TEST_F(ProfileTextStyles, TheIdOrElseTheDigitsOfTheTitleNameTheStyle) {
+    Read("<TextColor ID='3' Title='Style#7' TextColorR='1'/><TextColor Title='Text Color #12b34' "
+         "TextColorR='2'/>"
+         "<TextColor Title='5' TextColorR='3'/>");
+    ASSERT_EQ(g_mapTextColors.size(), 3u);
+    EXPECT_EQ(g_fnTextColorsOf(3).u8R, 1);
+    EXPECT_EQ(g_fnTextColorsOf(12).u8R, 2);
+    EXPECT_EQ(g_fnTextColorsOf(5).u8R, 3);
+}
+
+TEST_F(ProfileTextStyles, NamelessStylesAndThoseAbove63ArePassedOver) {
+    Read("<TextColor/><TextColor Title='none'/><TextColor ID='64'/><TextColor Title='#64'/>"
+         "<TextColor Title='99999999999999999999'/><TextColor ID='63' TextColorR='9'/>");
+    ASSERT_EQ(g_mapTextColors.size(), 1u);
+    EXPECT_EQ(g_fnTextColorsOf(63).u8R, 9);
+}
+
+TEST_F(ProfileTextStyles, ALaterRecordOfAStyleCounts) {
+    Read("<TextColor ID='1' TextColorR='1' TextColorG='1'/><TextColor ID='1' TextColorR='2'/>");
+    EXPECT_EQ(g_fnTextColorsOf(1).u8R, 2);
+    EXPECT_EQ(g_fnTextColorsOf(1).u8G, 0);
+}
+
+TEST_F(ProfileTextStyles, AlignsAre7Or8Or9) {
+    Read("<TextAlign Title='#1' Anchor='8'/><TextAlign Title='#2' Anchor='9'/><TextAlign Title='#3'/>"
+         "<TextAlign Title='#4' Anchor='5'/><TextAlign Title='#5' Anchor='-8'/><TextAlign ID='6' Anchor='8'/>"
+         "<TextAlign Title='#7' Anchor='10'/>");
+    const i32 aiExpected[] = {7, 8, 9, 7, 7, 7, 8, 7, 7};
+    for (u32 u = 0; u < std::size(aiExpected); ++u) EXPECT_EQ(g_fnTextAlignOf(u), aiExpected[u]) << u;
+}
+
+TEST_F(ProfileTextStyles, StylesOfAnEarlierProfileGo) {
+    Read("<TextColor ID='1'/><TextAlign ID='1' Anchor='9'/>");
+    ReadCustom("");
+    g_fnReadProfileTextStyles();
+    EXPECT_TRUE(g_mapTextColors.empty());
+    EXPECT_TRUE(g_mapTextAligns.empty());
+}
+
+TEST_F(ProfileTextStyles, DigitsOfATitle) {
+    u32 u = 77;
+    EXPECT_FALSE(g_fnTitleDigits("", u));
+    EXPECT_FALSE(g_fnTitleDigits("abc", u));
+    EXPECT_EQ(u, 77u);
+    EXPECT_TRUE(g_fnTitleDigits("Font#12", u));
+    EXPECT_EQ(u, 12u);
+    EXPECT_TRUE(g_fnTitleDigits("a-3.5", u));
+    EXPECT_EQ(u, 3u);
+    EXPECT_TRUE(g_fnTitleDigits("99999999999", u));
+    EXPECT_EQ(u, 4294967295u);
+}
