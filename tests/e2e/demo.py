@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
-"""Brings the overlay into real programs on Linux and under Wine and leaves their pictures in out/demo.
+"""Brings the overlay into real programs on Linux and under Wine, shows every shipped profile from its file with live
+sensors, and leaves the pictures in out/demo.
 
-With a display present (DISPLAY set) the window is also shown there for some seconds.
+With a display present (DISPLAY set) the window is also shown there for some seconds a profile.
 """
 import os
 import pathlib
@@ -9,37 +10,51 @@ import sys
 import time
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent))
-from e2e.environment import (LINUX, ROOT, WIN64, Display, LinuxPrograms, WinePrograms, glfw_examples,  # noqa: E402
-                             screenshot)
+from e2e.environment import (LINUX, ROOT, SHIPPED, WIN64, Display, LinuxPrograms, WinePrograms,  # noqa: E402
+                             glfw_examples, screenshot, wait_until)
 
 OUT = ROOT / "out/demo"
-SHOWN_SECONDS = 10
-# Set by hand on a machine without a graphics card that can be read.
-SAMPLES = {"GPU_USAGE#0": 97, "GPU_TEMP#0": 71, "GPU_CLK#0": 1755, "VRAM_USAGE_MB#0": 6421}
+SHOWN_SECONDS = 5
+FEED_MS = "250"
+# Set by hand on a machine without a graphics card, or a processor's thermometer, that can be read.
+SAMPLES = {"GPU_USAGE#0": 97, "GPU_TEMP#0": 71, "CPU_TEMP#0": 58}
 
 
-def publish(programs):
-    """What the machine's sensors say, and samples for a graphics card that it lacks; True if those were needed."""
-    programs.ask("feed", "--once")
-    lacking = "GPU_CLK#0" not in programs.ask("names")[1]
+def publish(programs, name):
+    """Publishes what the machine's sensors say, over and over, and samples for those that it lacks."""
+    command = [*programs.wrapper, programs.companion, "feed", "--interval", FEED_MS]
+    programs.start(command)
+    wait_until(lambda: "CPU_USAGE#0" in programs.ask("names")[1])
+    known = programs.ask("names")[1]
+    lacking = {sensor: value for sensor, value in SAMPLES.items() if sensor not in known}
+    for sensor, value in lacking.items():
+        programs.ask("set", sensor, str(value))
     if lacking:
-        for name, value in SAMPLES.items():
-            programs.ask("set", name, str(value))
-    return lacking
+        print(f"{name}: samples set by hand for {', '.join(lacking)}")
 
 
-def take(programs, display, command, name, seconds):
+def choose(programs, profile):
+    for arguments in (("profile-name", profile), ("reload",)):
+        code, output = programs.ask(*arguments)
+        if code:
+            raise SystemExit(f"orvin-osd {' '.join(arguments)}: {output}")
+
+
+def tour(programs, display, command, name, start_seconds, profiles=SHIPPED, seconds=4, pictures=True):
+    """One program, its profiles in turn, a picture of each."""
     process = programs.with_overlay(command)
-    time.sleep(seconds)
-    if publish(programs):
-        print(f"{name}: no graphics card to read; its values are samples set by hand")
-    time.sleep(2)
-    if process.poll() is not None:
-        print(process.log.read_text(errors="replace"))
-        raise SystemExit(f"{name}: the program ended early with code {process.returncode}")
-    screenshot(display, OUT / f"{name}.png")
+    time.sleep(start_seconds)
+    publish(programs, name)
+    for profile in profiles:
+        choose(programs, profile)
+        time.sleep(seconds)
+        if process.poll() is not None:
+            print(process.log.read_text(errors="replace"))
+            raise SystemExit(f"{name}: the program ended early with code {process.returncode}")
+        if pictures:
+            screenshot(display, OUT / f"{name}-{profile}.png")
+            print(f"out/demo/{name}-{profile}.png", flush=True)
     programs.end(process)
-    print(f"out/demo/{name}.png")
 
 
 def main():
@@ -48,19 +63,17 @@ def main():
         size = f"{width}x{height}"
         with Display(size) as display:
             with LinuxPrograms(display) as linux:
-                take(linux, display, [LINUX / "host_glx", "--size", size, "--frames", "100000"], f"linux-host-{size}", 3)
-                take(linux, display, ["glxgears", "-geometry", f"{size}+0+0"], f"linux-glxgears-{size}", 3)
+                tour(linux, display, [LINUX / "host_glx", "--size", size, "--frames", "1000000"], f"linux-host-{size}", 2)
+            with LinuxPrograms(display) as linux:
+                tour(linux, display, ["glxgears", "-geometry", f"{size}+0+0"], f"linux-glxgears-{size}", 2, ["Default"])
             with WinePrograms(display) as wine:
-                take(wine, display, [WIN64 / "host_wgl.exe", "--size", size, "--frames", "100000"],
-                     f"wine-host-{size}", 8)
-                take(wine, display, [glfw_examples() / "gears.exe"], f"wine-glfw-gears-{size}", 8)
+                tour(wine, display, [WIN64 / "host_wgl.exe", "--size", size, "--frames", "1000000"],
+                     f"wine-host-{size}", 6)
+            with WinePrograms(display) as wine:
+                tour(wine, display, [glfw_examples() / "gears.exe"], f"wine-glfw-gears-{size}", 6, ["Default"])
     if os.environ.get("DISPLAY"):
         with LinuxPrograms(os.environ["DISPLAY"]) as linux:
-            process = linux.with_overlay(["glxgears", "-geometry", "1280x720+0+0"])
-            time.sleep(1)
-            publish(linux)
-            time.sleep(SHOWN_SECONDS)
-            linux.end(process)
+            tour(linux, None, ["glxgears", "-geometry", "1280x720+0+0"], "glxgears", 1, SHIPPED, SHOWN_SECONDS, False)
 
 
 if __name__ == "__main__":

@@ -15,6 +15,7 @@ STATE = pathlib.Path(os.environ.get("ORVIN_STATE") or f"{tempfile.gettempdir()}/
 LINUX = ROOT / "build/linux-release/bin"
 WIN64 = ROOT / "build/win64/bin"
 DATA = pathlib.PurePosixPath("ZARN/Orvin Deck/ORVIN-OSD/Data")
+SHIPPED = sorted(path.name for path in (ROOT / "data/Profiles").iterdir())
 
 
 class Display:
@@ -95,6 +96,8 @@ def glfw_examples():
 class Programs:
     """Starts programs with one environment and ends them all, with their children, by process group."""
 
+    wrapper = ()  # what a program of the platform is started through
+
     def __init__(self, env):
         self.env = {**os.environ, **env}
         self.started = []
@@ -170,13 +173,15 @@ class LinuxPrograms(Programs):
 class WinePrograms(Programs):
     """Programs under Wine. A copy of the library has a shared section of its own, which isolates the test."""
 
+    wrapper = (ROOT / "cmake/wine-run",)
+
     def __init__(self, display):
         super().__init__({"DISPLAY": display, "ORVIN_STATE": str(STATE), "ORVIN_WINE_TIMEOUT": "120"})
         self.env["ORVIN_E2E"] = self.folder.name
         self.mark = f"ORVIN_E2E={self.folder.name}".encode()
         prefix = pathlib.Path(os.environ.get("WINEPREFIX", STATE / "wine"))
         # Windows has this face, Wine has none of that name; on Linux the same one stands in for it.
-        self.run([ROOT / "cmake/wine-run", "reg", "add", r"HKCU\Software\Wine\Fonts\Replacements", "/v", "Arial", "/d",
+        self.run([*self.wrapper, "reg", "add", r"HKCU\Software\Wine\Fonts\Replacements", "/v", "Arial", "/d",
                   "Liberation Sans", "/f"])
         self.data = install_data(prefix / "drive_c/ProgramData")
         for built in ("ORVIN-OSD64-GL.dll", "orvin-osd.exe"):
@@ -184,13 +189,13 @@ class WinePrograms(Programs):
         self.companion = self.folder / "orvin-osd.exe"
 
     def wine(self, *command, **more):
-        return self.start([ROOT / "cmake/wine-run", *command], **more)
+        return self.start([*self.wrapper, *command], **more)
 
     def with_overlay(self, command, **more):
         return self.wine(self.companion, "run", "--", *command, **more)
 
     def ask(self, *arguments):
-        return self.run([ROOT / "cmake/wine-run", self.companion, *arguments])
+        return self.run([*self.wrapper, self.companion, *arguments])
 
     def end(self, process):
         """Wine starts programs outside the group; those carry this test's mark in their environment."""

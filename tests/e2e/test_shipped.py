@@ -1,0 +1,143 @@
+"""Every profile that is shipped, on real programs of both platforms: it shows, looks alike, and takes turns."""
+import time
+import unittest
+
+from PIL import Image, ImageChops
+
+from e2e.environment import (LINUX, SHIPPED, WIN64, Display, LinuxPrograms, WinePrograms, screenshot, wait_until)
+from e2e.panels import named_boxes
+from e2e.pictures import difference_box, differing_inside, differing_outside, ink_box
+
+SIZE = (1280, 720)
+# Early enough that no interval of the overlay's own figures is over: they stand at 0 on both platforms.
+EARLY = 4
+VALUES = {"CPU_USAGE#0": 38, "GPU_USAGE#0": 86, "CPU_TEMP#0": 61, "GPU_TEMP#0": 74}
+INK = 190  # brighter than any ground
+CLOCK = "Streamer"  # shows the time of day, which is never the same twice
+
+
+def host_of(platform):
+    return LINUX / "host_glx" if platform is LinuxPrograms else WIN64 / "host_wgl.exe"
+
+
+class ShippedCase(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.screen = Display("1920x1080")
+        cls.display = cls.screen.__enter__()
+        cls.addClassCleanup(cls.screen.__exit__)
+
+    def programs(self, platform):
+        programs = platform(self.display)
+        self.addCleanup(programs.close)
+        return programs
+
+    def hold(self, programs, platform):
+        """A program that waits keeps published values and the chosen profile alive."""
+        ready = programs.folder / "holder-ready"
+        programs.with_overlay([host_of(platform), "--frames", "1", "--ready-file", ready, "--wait-file",
+                               programs.folder / "never"])
+        wait_until(ready.exists)
+        for name, value in VALUES.items():
+            self.assertEqual(programs.ask("set", name, str(value))[0], 0)
+
+    def pictures(self, programs, platform, profile, frame=EARLY, size=SIZE):
+        """The host's own picture of a frame and what that frame presents."""
+        before, shown = programs.folder / f"{profile}-before.ppm", programs.folder / f"{profile}.ppm"
+        self.assertEqual(programs.ask("profile-name", profile)[0], 0)
+        process = programs.with_overlay([host_of(platform), "--frames", str(frame + 2), "--size", f"{size[0]}x{size[1]}",
+                                         "--dump-ppm", f"{shown}@{frame}", "--dump-before", before])
+        self.assertEqual(process.wait(120), 0, process.log.read_text(errors="replace"))
+        return Image.open(before).convert("RGB"), Image.open(shown).convert("RGB")
+
+
+class Alike(ShippedCase):
+    def test_both_platforms_show_each_profile_alike(self):
+        taken = {}
+        for platform in (LinuxPrograms, WinePrograms):
+            programs = self.programs(platform)
+            self.hold(programs, platform)
+            taken[platform] = {profile: self.pictures(programs, platform, profile) for profile in SHIPPED}
+            programs.close()
+        for profile in SHIPPED:
+            with self.subTest(profile=profile):
+                here, there = taken[LinuxPrograms][profile], taken[WinePrograms][profile]
+                self.assertIsNone(difference_box(here[0], there[0]), "the host's own pictures")
+                self.judge(profile, here, there)
+
+    def judge(self, profile, here, there):
+        grounds = named_boxes(profile, *SIZE)
+        self.assertEqual(difference_box(*here), difference_box(*there), "what the overlay touches")
+        for picture in (here, there):
+            self.assertEqual(differing_outside(*picture, grounds.values()), 0)
+        for name, box in grounds.items():
+            self.assertGreater(differing_inside(*here, box), 0.9, name)
+            self.assertLess(self.far_off(here[1], there[1], box), 0.02, name)
+            if profile == CLOCK:
+                continue
+            inks = [ink_box(picture[1], box, INK) for picture in (here, there)]
+            self.assertIsNotNone(inks[0], name)
+            self.assertLessEqual(max(abs(a - b) for a, b in zip(*inks)), 3, (name, inks))
+
+    @staticmethod
+    def far_off(a, b, box):
+        """Share of pixels in the box whose values are not near each other."""
+        difference = ImageChops.difference(a.crop(box), b.crop(box)).convert("L")
+        return sum(difference.histogram()[64:]) / (difference.width * difference.height)
+
+
+class Change(ShippedCase):
+    def test_profiles_take_turns_on_a_running_program_that_loses_no_frame(self):
+        for platform in (LinuxPrograms, WinePrograms):
+            with self.subTest(platform=platform.__name__):
+                programs = self.programs(platform)
+                stop = programs.folder / "stop"
+                process = programs.with_overlay([host_of(platform), "--frames", "1000000", "--size", "1280x720",
+                                                 "--stop-file", stop, "--fps-cap", "60"])
+                wait_until(lambda: programs.ask("set", "CPU_USAGE#0", "38")[0] == 0)
+                shown = [self.turn(programs, profile) for profile in ("Default", "Gauges", "FPS", "Graphs", "Default")]
+                for one, other in zip(shown, shown[1:]):
+                    self.assertIsNotNone(difference_box(one, other))
+                stop.touch()
+                self.assertEqual(process.wait(60), 0, process.log.read_text(errors="replace"))
+                lines = dict(line.rstrip("\r").split("=", 1)
+                             for line in process.log.read_text(errors="replace").splitlines() if "=" in line)
+                self.assertEqual(lines["frames"], lines["swaps"])
+                programs.close()
+
+    def turn(self, programs, profile):
+        self.assertEqual(programs.ask("profile-name", profile)[0], 0)
+        self.assertEqual(programs.ask("reload")[0], 0)
+        ground = next(iter(named_boxes(profile, *SIZE).values()))
+        bare = self.bare(programs)
+        self.assertEqual(programs.ask("on")[0], 0)
+        return wait_until(lambda: self.with_ground(programs, bare, ground))
+
+    def bare(self, programs):
+        """The program without the overlay."""
+        self.assertEqual(programs.ask("off")[0], 0)
+        time.sleep(1)
+        return screenshot(self.display, programs.folder / "bare.png")
+
+    def with_ground(self, programs, bare, ground):
+        picture = screenshot(self.display, programs.folder / "turn.png")
+        inner = (ground[0] + 4, ground[1] + 4, ground[2] - 4, ground[3] - 4)
+        return picture if differing_inside(bare, picture, inner) > 0.9 else None
+
+
+class Moving(ShippedCase):
+    def test_graphs_grow_while_the_program_runs(self):
+        programs = self.programs(LinuxPrograms)
+        self.hold(programs, LinuxPrograms)
+        before, early = self.pictures(programs, LinuxPrograms, "Graphs")
+        folder = programs.data.parent / "Settings"
+        folder.mkdir()
+        key = "[SOFTWARE\\Zarn\\ORVIN-OSD\\Information Option]"
+        (folder / "settings.ini").write_text(f"{key}\nUpdateFrameDataInterval=20\nUpdateStatisticInterval=20\n")
+        _, late = self.pictures(programs, LinuxPrograms, "Graphs", frame=200)
+        block = next(iter(named_boxes("Graphs", *SIZE).values()))
+        self.assertGreater(differing_inside(early, late, block), 0.02)
+
+
+if __name__ == "__main__":
+    unittest.main()
