@@ -149,6 +149,17 @@ TEST_F(Headless, FailedSizeQueryLeavesItsOutputs) {
     EXPECT_EQ(headless::ClientSizeCalls(), 2u);
 }
 
+TEST_F(Headless, TheDesktopIsUnknownUntilATestTellsItsSize) {
+    u32 uWidth = 1, uHeight = 2;
+    EXPECT_FALSE(platform::DesktopSize(&uWidth, &uHeight));
+    EXPECT_EQ(uWidth, 1u);
+    EXPECT_EQ(uHeight, 2u);
+    headless::SetDesktopSize(640, 480);
+    EXPECT_TRUE(platform::DesktopSize(&uWidth, &uHeight));
+    EXPECT_EQ(uWidth, 640u);
+    EXPECT_EQ(uHeight, 480u);
+}
+
 u32 CountThread(void* pCounter) {
     ++*static_cast<u32*>(pCounter);
     return platform::StopRequested() ? 100 : 7;

@@ -236,7 +236,8 @@ TEST(LinuxGl, WithoutAContextThereIsNoSurface) {
                   u32 uWidth = 3, uHeight = 4;
                   const bool bNone = !platform::CurrentSurface() && !platform::CurrentContext() &&
                                      !platform::ClientSize(nullptr, &uWidth, &uHeight) &&
-                                     !platform::ClientSize(&uWidth, &uWidth, &uHeight);
+                                     !platform::ClientSize(&uWidth, &uWidth, &uHeight) &&
+                                     !platform::DesktopSize(&uWidth, &uHeight);
                   return bNone && uWidth == 3 && uHeight == 4 && platform::ImportedSwapBuffers(&uWidth) == 0
                              ? 0
                              : 1;

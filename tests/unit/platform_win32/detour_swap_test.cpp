@@ -112,6 +112,14 @@ TEST(Surface, SizeOfNoWindowLeavesTheOutputsUntouched) {
     EXPECT_EQ(uHeight, 22u);
 }
 
+TEST(Surface, TheDesktopIsThatOfTheScreen) {
+    if (!GetSystemMetrics(SM_CXSCREEN)) GTEST_SKIP() << "no display";
+    u32 uWidth = 0, uHeight = 0;
+    ASSERT_TRUE(platform::DesktopSize(&uWidth, &uHeight));
+    EXPECT_EQ(uWidth, static_cast<u32>(GetSystemMetrics(SM_CXSCREEN)));
+    EXPECT_EQ(uHeight, static_cast<u32>(GetSystemMetrics(SM_CYSCREEN)));
+}
+
 TEST(Surface, GlewLoadsTheEntryPointsOfTheContext) {
     GlWindow window;
     if (!window.m_hContext) GTEST_SKIP() << "no display";
