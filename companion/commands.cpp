@@ -1,5 +1,6 @@
 #include "companion/commands.h"
 #include "companion/os.h"
+#include "companion/profile_commands.h"
 #include "companion/reports.h"
 #include "companion/segment_view.h"
 #include "companion/top.h"
@@ -14,40 +15,15 @@ namespace companion {
 namespace {
 
 constexpr u32 kCommandEnable = 0;
-constexpr u32 kCommandRelease = 3;
 constexpr u32 kCommandPositions = 4;
-constexpr u32 kCommandReleaseAll = 7;
 constexpr u32 kCommandLast = 9;
 
 struct Context {
     const Options& stOptions;
+    const std::vector<std::string>& listWords; ///< as they were given
     ControlLibrary stLibrary;
     int iExitCode = kOk; ///< exit code of a successful command
 };
-
-/// Processes that hold a record, companions left out.
-std::vector<Instance> Programs(const ControlLibrary& stLibrary) {
-    auto listInstances = Instances(*Snapshot(stLibrary.pSegment));
-    std::erase_if(listInstances, [](const Instance& st) { return IsCompanion(st.uProcessId); });
-    return listInstances;
-}
-
-/// The segment lives as long as a process has the library mapped: a change without one is lost at once.
-Result NeedPrograms(const ControlLibrary& stLibrary) {
-    if (!Programs(stLibrary).empty()) return {};
-    return Result::NotFound("no running program carries the overlay");
-}
-
-void WriteFilter(const ControlLibrary& stLibrary, u32 uPid, u32 uTid, const std::string& strProfile) {
-    stMonitorFilter stFilter{};
-    stFilter.uProcessId = uPid;
-    stFilter.uThreadId = uTid;
-    std::u16string wzProfile;
-    UnitsFromUtf8(strProfile, wzProfile);
-    const size_t uUnits = std::min<size_t>(wzProfile.size(), g_uProfileNameUnits - 1);
-    std::copy_n(wzProfile.begin(), uUnits, stFilter.wzProfileName);
-    stLibrary.fnSetFilter(&stFilter);
-}
 
 Result DoRun(Context& st) {
     if (os::RunNeedsLibrary()) {
@@ -100,16 +76,9 @@ Result DoEnable(Context& st) {
 
 Result DoReload(Context& st) {
     const u32 uPid = st.stOptions.uPid;
-    WriteFilter(st.stLibrary, uPid, 0, "");
-    if (uPid == 0) {
-        st.stLibrary.fnSendCommand(kCommandReleaseAll, 0, 0, 0);
-        return NeedPrograms(st.stLibrary);
-    }
-    const auto pSnapshot = Snapshot(st.stLibrary.pSegment);
-    const auto uSlot = FindRecord(pSnapshot->CommandTable, uPid);
-    if (!uSlot) return Result::NotFound("process " + std::to_string(uPid) + " holds no record");
-    st.stLibrary.fnSendCommand(kCommandRelease, uPid, pSnapshot->CommandTable[*uSlot].uThreadId, 0);
-    return {};
+    if (uPid != 0) return ReloadProcess(st.stLibrary, uPid);
+    ReloadAll(st.stLibrary);
+    return NeedPrograms(st.stLibrary);
 }
 
 /// Thread id to write to: a thread id of 0 would reach everyone, so a process is addressed by its record's
@@ -157,14 +126,9 @@ Result DoSend(Context& st) {
     return bWritesNothing ? Result{} : NeedPrograms(st.stLibrary);
 }
 
-Result DoProfileName(Context& st) {
-    std::u16string wzName;
-    UnitsFromUtf8(st.stOptions.strTarget, wzName);
-    wzName.resize(g_uProfileNameUnits, u'\0'); // the library copies the whole field
-    wzName.back() = 0;
-    st.stLibrary.fnSetGlobalProfile(wzName.c_str());
-    return NeedPrograms(st.stLibrary);
-}
+Result DoProfileName(Context& st) { return UseProfile(st.stLibrary, st.stOptions.strTarget); }
+
+Result DoProfile(Context& st) { return PerformProfile(st.stOptions, st.listWords, st.iExitCode); }
 
 Result DoFrameTime(Context& st) {
     st.stLibrary.fnEnableQueryFrameTime(st.stOptions.bEnable ? 1 : 0);
@@ -241,6 +205,7 @@ constexpr Action kActions[] = {
     {Verb::Names, true, DoNames},
     {Verb::Set, true, DoSet},
     {Verb::Top, true, DoTop},
+    {Verb::Profile, false, DoProfile},
 };
 
 Result Perform(Context& st) {
@@ -286,7 +251,7 @@ int Main(const std::vector<std::string>& listArguments) {
         std::fprintf(stderr, "orvin-osd: %s (see orvin-osd --help)\n", Printable(stParsed.strText).c_str());
         return stParsed.iExitCode;
     }
-    Context st{stParsed.stOptions, {}, kOk};
+    Context st{stParsed.stOptions, listArguments, {}, kOk};
     const Result stResult = Perform(st);
     if (stResult) return st.iExitCode;
     std::fprintf(stderr, "orvin-osd: %s\n", Printable(stResult.strError).c_str());

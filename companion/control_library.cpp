@@ -21,6 +21,7 @@ std::string ResolveAll(ControlLibrary& st) {
     Resolve(st.hModule, "SetMonitorScreenshotDataFromGWexeToGWDll_GL", st.fnSetScreenshot, strMissing);
     Resolve(st.hModule, "SetMonitorTimerDataFromGWexeToGWDll_GL", st.fnSetTimer, strMissing);
     Resolve(st.hModule, "SetOSDGlobalProfileNameFromGWexeToGWDll_GL", st.fnSetGlobalProfile, strMissing);
+    Resolve(st.hModule, "SetProcessID2ProfileNameFromGWexeToGWDll_GL", st.fnSetProcessProfiles, strMissing);
     Resolve(st.hModule, "SetMonitorDataFromGWexeToGWDll_GL", st.fnSetData, strMissing);
     Resolve(st.hModule, "SetMonitorDataOffsetFromGWexeToGWDll_GL", st.fnSetOffsets, strMissing);
     Resolve(st.hModule, "GetAPIVerByTID_GL", st.fnRearmApiCode, strMissing);

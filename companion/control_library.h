@@ -18,6 +18,7 @@ struct ControlLibrary {
     decltype(&::SetMonitorScreenshotDataFromGWexeToGWDll_GL) fnSetScreenshot = nullptr;
     decltype(&::SetMonitorTimerDataFromGWexeToGWDll_GL) fnSetTimer = nullptr;
     decltype(&::SetOSDGlobalProfileNameFromGWexeToGWDll_GL) fnSetGlobalProfile = nullptr;
+    decltype(&::SetProcessID2ProfileNameFromGWexeToGWDll_GL) fnSetProcessProfiles = nullptr;
     decltype(&::SetMonitorDataFromGWexeToGWDll_GL) fnSetData = nullptr;
     decltype(&::SetMonitorDataOffsetFromGWexeToGWDll_GL) fnSetOffsets = nullptr;
     decltype(&::GetAPIVerByTID_GL) fnRearmApiCode = nullptr;

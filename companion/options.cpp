@@ -1,4 +1,5 @@
 #include "companion/options.h"
+#include "companion/profile_folder.h"
 #include "companion/result.h"
 #include "companion/sensors/publisher.h"
 #include "companion/utf.h"
@@ -72,7 +73,7 @@ void AddControls(CLI::App& app, Options& st) {
                                 "release the overlay and build it anew from its files, in every program");
     pReload->add_option("--pid", st.uPid, "only in this process")->type_name("PID");
     CLI::App* pProfile = AddVerb(app, st, Verb::ProfileName, "profile-name",
-                                 "set the profile for all; instances take it at their next reload");
+                                 "the same as 'profile use --force'; the name may be empty for the default");
     pProfile->add_option("name", st.strTarget, "name of a folder under Profiles; empty for the default")
         ->required()
         ->type_name("NAME");
@@ -167,18 +168,19 @@ Result TakeProgram(const CLI::App& run, const std::optional<std::vector<std::str
     return {};
 }
 
-Result CheckProfile(const std::string& strName, const char* szWhat, size_t uMostUnits) {
+/// The filter's field is shorter than a profile's name may be.
+Result CheckFilter(const std::string& strName) {
+    if (strName.empty()) return {};
     std::u16string wzName;
-    if (!UnitsFromUtf8(strName, wzName)) return Result::Usage(std::string(szWhat) + " is not valid text");
-    if (wzName.size() > uMostUnits) {
-        return Result::Usage(std::string(szWhat) + " is longer than " + std::to_string(uMostUnits) +
-                             " units");
-    }
-    const bool bControl = std::any_of(wzName.begin(), wzName.end(), [](char16_t c) { return c < 32; });
-    if (bControl || strName == "." || strName == ".." || strName.find_first_of("/\\:") != std::string::npos) {
-        return Result::Usage(std::string(szWhat) + " must be one plain folder name");
-    }
-    return {};
+    std::string strFault = ProfileNameFault(strName);
+    if (strFault.empty() && UnitsFromUtf8(strName, wzName) && wzName.size() >= g_uTargetProfileUnits)
+        strFault = "is longer than " + std::to_string(g_uTargetProfileUnits - 1) + " units";
+    return strFault.empty() ? Result{} : Result::Usage("the filter's profile " + strFault);
+}
+
+Result CheckProfileName(const std::string& strName) {
+    const std::string strFault = strName.empty() ? strName : ProfileNameFault(strName);
+    return strFault.empty() ? Result{} : Result::Usage("the profile name " + strFault);
 }
 
 Result CheckOptions(Options& st) {
@@ -189,15 +191,16 @@ Result CheckOptions(Options& st) {
             "confirm with --yes");
     }
     if (st.eVerb == Verb::ProfileName) {
-        return CheckProfile(st.strTarget, "the profile name", g_uProfileNameUnits - 1);
+        return CheckProfileName(st.strTarget);
     }
     if (st.eVerb == Verb::Set) {
         const std::string strFault = sensors::NameFault(st.strTarget);
         if (!strFault.empty()) return Result::Usage("set: the name " + st.strTarget + " " + strFault);
     }
     if (st.eVerb == Verb::Send) {
-        return CheckProfile(st.strFilterProfile, "the filter's profile", g_uTargetProfileUnits - 1);
+        return CheckFilter(st.strFilterProfile);
     }
+    if (st.eVerb == Verb::Profile) return CheckProfileOptions(st.stProfile);
     return {};
 }
 
@@ -230,6 +233,7 @@ Parsed ParseArguments(std::vector<std::string> listArguments) {
     AddControls(app, stParsed.stOptions);
     AddSend(app, stParsed.stOptions);
     AddValues(app, stParsed.stOptions);
+    AddProfileVerbs(app, stParsed.stOptions);
     if (listArguments.empty()) return Leave(kUsage, "a command is required");
     if (!listArguments.front().starts_with("-") && !IsCommand(app, listArguments.front())) {
         return Leave(kUsage, "unknown command " + listArguments.front());

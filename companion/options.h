@@ -1,5 +1,6 @@
 #pragma once
 // The command line.
+#include "companion/profile_options.h"
 #include "platform/types.h"
 #include <array>
 #include <optional>
@@ -28,7 +29,8 @@ enum class Verb {
     Sensors,
     Names,
     Set,
-    Top
+    Top,
+    Profile ///< which command about profiles: stProfile.eVerb
 };
 
 constexpr u32 g_uShortestInterval = 50; ///< milliseconds
@@ -60,6 +62,7 @@ struct Options {
     std::string strFilterProfile;
     std::optional<u8> uByte;
     std::vector<u32> listPositions;
+    ProfileOptions stProfile;
 };
 
 /// Outcome of parsing: options, or a text to print and the exit code to leave with.

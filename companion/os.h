@@ -23,6 +23,11 @@ u32 OwnProcessId();
 const char* LibraryName();
 std::string JoinPath(const std::string& strFolder, const std::string& strFile);
 bool FileExists(const std::string& strPath);
+/// Folder of the data that programs share, without a trailing separator; empty if the system tells none. The
+/// library looks there too.
+std::string CommonDataFolder();
+/// Folder for files of a moment, in characters that every file call takes.
+std::string TempFolder();
 
 /// Loads a shared library; null and a reason on failure.
 void* LoadSharedLibrary(const std::string& strPath, std::string& strError);
@@ -53,6 +58,11 @@ struct RunRequest {
 bool RunNeedsLibrary();
 /// Runs a program with the overlay; iExitCode receives the program's exit code. May not return at all.
 Result Run(const RunRequest& stRequest, const ControlLibrary& stLibrary, int& iExitCode);
+
+/// Runs a program that stands beside this one, by its name without an extension, to its end, with this one's
+/// input and output; iExitCode receives its exit code. A stop that is asked for reaches it, and this program
+/// outlives it.
+Result RunBeside(const std::string& strName, const std::vector<std::string>& listArguments, int& iExitCode);
 
 /// Lets the library into a running program; with bStay until it ends or Ctrl-C, else until it is mapped.
 Result Attach(u32 uProcessId, bool bStay, const ControlLibrary& stLibrary);

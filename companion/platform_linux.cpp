@@ -117,6 +117,23 @@ std::string JoinPath(const std::string& strFolder, const std::string& strFile) {
 
 bool FileExists(const std::string& strPath) { return access(strPath.c_str(), F_OK) == 0; }
 
+std::string CommonDataFolder() {
+    std::string strFolder;
+    if (const char* szOwn = std::getenv("ORVIN_OSD_APPDATA"); szOwn != nullptr && *szOwn != '\0')
+        strFolder = szOwn;
+    else if (const char* szData = std::getenv("XDG_DATA_HOME"); szData != nullptr && *szData != '\0')
+        strFolder = szData;
+    else if (const char* szHome = std::getenv("HOME"); szHome != nullptr && *szHome != '\0')
+        strFolder = std::string(szHome) + "/.local/share";
+    while (strFolder.size() > 1 && strFolder.back() == '/') strFolder.pop_back();
+    return strFolder;
+}
+
+std::string TempFolder() {
+    const char* szFolder = std::getenv("TMPDIR");
+    return szFolder != nullptr && *szFolder != '\0' ? szFolder : "/tmp";
+}
+
 void* LoadSharedLibrary(const std::string& strPath, std::string& strError) {
     // A bare file name would send the loader through its search path.
     const std::string strFile = strPath.find('/') == std::string::npos ? "./" + strPath : strPath;

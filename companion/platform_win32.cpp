@@ -113,24 +113,6 @@ BOOL WINAPI OnConsoleEvent(DWORD) {
     return TRUE;
 }
 
-/// Quotes one word so that the usual parsers give it back unchanged.
-std::wstring QuotedWord(const std::wstring& wzWord) {
-    if (!wzWord.empty() && wzWord.find_first_of(L" \t\n\v\"") == std::wstring::npos) return wzWord;
-    std::wstring wzOut = L"\"";
-    size_t uSlashes = 0;
-    for (const wchar_t c : wzWord) {
-        if (c == L'\\') {
-            ++uSlashes;
-            continue;
-        }
-        wzOut.append(c == L'"' ? uSlashes * 2 + 1 : uSlashes, L'\\');
-        uSlashes = 0;
-        wzOut += c;
-    }
-    wzOut.append(uSlashes * 2, L'\\');
-    return wzOut + L"\"";
-}
-
 std::wstring CommandLine(const RunRequest& stRequest) {
     std::wstring wzLine = QuotedWord(ToWide(stRequest.strProgram));
     for (const std::string& strWord : stRequest.listArguments) wzLine += L" " + QuotedWord(ToWide(strWord));
@@ -177,12 +159,29 @@ class Handle {
     HANDLE m_hValue;
 };
 
-void CatchCtrlC() {
+} // namespace
+
+std::wstring QuotedWord(const std::wstring& wzWord) {
+    if (!wzWord.empty() && wzWord.find_first_of(L" \t\n\v\"") == std::wstring::npos) return wzWord;
+    std::wstring wzOut = L"\"";
+    size_t uSlashes = 0;
+    for (const wchar_t c : wzWord) {
+        if (c == L'\\') {
+            ++uSlashes;
+            continue;
+        }
+        wzOut.append(c == L'"' ? uSlashes * 2 + 1 : uSlashes, L'\\');
+        uSlashes = 0;
+        wzOut += c;
+    }
+    wzOut.append(uSlashes * 2, L'\\');
+    return wzOut + L"\"";
+}
+
+void OutliveStops() {
     g_hStopEvent = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
 }
-
-} // namespace
 
 std::vector<std::string> Arguments(int, char**) {
     SetConsoleOutputCP(CP_UTF8);
@@ -281,7 +280,7 @@ ApiClaim ReadApiClaim(u32 uProcessId) {
 bool RunNeedsLibrary() { return true; }
 
 Result Run(const RunRequest& stRequest, const ControlLibrary& stLibrary, int& iExitCode) {
-    CatchCtrlC(); // the program gets the key itself; this one only has to outlive it
+    OutliveStops(); // the program gets the key itself; this one only has to outlive it
     PROCESS_INFORMATION stProcess{};
     const Result stStarted = StartSuspended(stRequest, stProcess);
     if (!stStarted) return stStarted;
@@ -312,7 +311,7 @@ Result Attach(u32 uProcessId, bool bStay, const ControlLibrary& stLibrary) {
         return Result::Fail("cannot open " + strProcess + ": " + ErrorText(uError));
     }
     if (IsForeignBitness(process.Get())) return Result::Fail(strProcess + " is a 32-bit program");
-    CatchCtrlC();
+    OutliveStops();
     ThreadHooks hooks(uProcessId, stLibrary);
     bool bMapped = false;
     const u64 uStart = GetTickCount64();
@@ -336,7 +335,7 @@ Result Hook(const ControlLibrary& stLibrary) {
     if (event.Get() == nullptr)
         return Result::Fail("cannot make the unhook event: " + ErrorText(GetLastError()));
     if (GetLastError() == ERROR_ALREADY_EXISTS) return Result::Fail("another orvin-osd holds the hook");
-    CatchCtrlC();
+    OutliveStops();
     const HHOOK hHook = SetWindowsHookExW(WH_GETMESSAGE, reinterpret_cast<HOOKPROC>(stLibrary.fnHookCallback),
                                           static_cast<HINSTANCE>(stLibrary.hModule), 0);
     if (hHook == nullptr) return Result::Fail("cannot install the hook: " + ErrorText(GetLastError()));

@@ -15,6 +15,11 @@ std::string FromWide(const wchar_t* wzText);
 /// The system's words for an error code on one line, the number behind them.
 std::string ErrorText(DWORD uError);
 
+/// Quotes one word so that the usual parsers give it back unchanged.
+std::wstring QuotedWord(const std::wstring& wzWord);
+/// From now on Ctrl-C and its like do not end this program.
+void OutliveStops();
+
 /// Waits for one of two handles (the second may be null) while the thread's own messages are handled. True if
 /// one was signalled, false after uMilliseconds.
 bool WaitPumping(HANDLE hFirst, HANDLE hSecond, DWORD uMilliseconds);

@@ -1,0 +1,74 @@
+// Win32: folders, and a program beside this one, run to its end.
+#include "companion/os.h"
+#include "companion/platform_win32.h"
+#include <shlobj.h>
+
+namespace companion::os {
+namespace {
+
+class OwnedHandle {
+  public:
+    explicit OwnedHandle(HANDLE hValue) : m_hValue(hValue) {}
+    ~OwnedHandle() {
+        if (m_hValue != nullptr) CloseHandle(m_hValue);
+    }
+    OwnedHandle(const OwnedHandle&) = delete;
+    OwnedHandle& operator=(const OwnedHandle&) = delete;
+    HANDLE Get() const { return m_hValue; }
+
+  private:
+    HANDLE m_hValue;
+};
+
+/// A job that ends its programs when this one is ended.
+HANDLE MakeJob() {
+    const HANDLE hJob = CreateJobObjectW(nullptr, nullptr);
+    JOBOBJECT_EXTENDED_LIMIT_INFORMATION st{};
+    st.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+    if (hJob != nullptr) SetInformationJobObject(hJob, JobObjectExtendedLimitInformation, &st, sizeof st);
+    return hJob;
+}
+
+} // namespace
+
+std::string CommonDataFolder() {
+    wchar_t wzPath[MAX_PATH] = {};
+    if (FAILED(SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, wzPath)))
+        return {};
+    std::string strFolder = FromWide(wzPath);
+    while (!strFolder.empty() && strFolder.back() == '\\') strFolder.pop_back();
+    return strFolder;
+}
+
+std::string TempFolder() {
+    wchar_t wzPath[MAX_PATH + 1] = {}, wzShort[MAX_PATH + 1] = {};
+    const DWORD uLength = GetTempPathW(MAX_PATH, wzPath);
+    if (uLength == 0 || uLength >= MAX_PATH) return ".";
+    const DWORD uShort = GetShortPathNameW(wzPath, wzShort, MAX_PATH);
+    return FromWide(uShort > 0 && uShort < MAX_PATH ? wzShort : wzPath);
+}
+
+Result RunBeside(const std::string& strName, const std::vector<std::string>& listArguments, int& iExitCode) {
+    const std::string strFile = JoinPath(OwnFolder(), strName + ".exe");
+    if (!FileExists(strFile)) return Result::NotFound("there is no " + strFile);
+    std::wstring wzLine = QuotedWord(ToWide(strFile));
+    for (const std::string& strWord : listArguments) wzLine += L" " + QuotedWord(ToWide(strWord));
+    OutliveStops(); // the program gets the key itself
+    const OwnedHandle job(MakeJob());
+    STARTUPINFOW stStart{};
+    stStart.cb = sizeof(stStart);
+    PROCESS_INFORMATION stProcess{};
+    if (!CreateProcessW(ToWide(strFile).c_str(), wzLine.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED,
+                        nullptr, nullptr, &stStart, &stProcess))
+        return Result::Fail("cannot start " + strFile + ": " + ErrorText(GetLastError()));
+    const OwnedHandle process(stProcess.hProcess), thread(stProcess.hThread);
+    AssignProcessToJobObject(job.Get(), process.Get());
+    ResumeThread(thread.Get());
+    WaitForSingleObject(process.Get(), INFINITE);
+    DWORD uCode = 0;
+    GetExitCodeProcess(process.Get(), &uCode);
+    iExitCode = static_cast<int>(uCode);
+    return {};
+}
+
+} // namespace companion::os

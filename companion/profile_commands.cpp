@@ -1,0 +1,183 @@
+#include "companion/profile_commands.h"
+#include "companion/commands.h"
+#include "companion/os.h"
+#include "companion/profile_folder.h"
+#include "companion/reports.h"
+#include "companion/utf.h"
+#include <algorithm>
+#include <cstdio>
+#include <iterator>
+
+namespace companion {
+namespace {
+
+constexpr u32 kCommandRelease = 3;
+constexpr u32 kCommandReleaseAll = 7;
+constexpr const char* kTool = "orvin-profile";
+
+/// The field of a profile's name: cut, terminated, the rest zero.
+void FillName(char16_t (&wzField)[g_uProfileNameUnits], const std::string& strName) {
+    std::u16string wzName;
+    UnitsFromUtf8(strName, wzName);
+    const size_t uUnits = std::min<size_t>(wzName.size(), g_uProfileNameUnits - 1);
+    std::fill(std::begin(wzField), std::end(wzField), u'\0');
+    std::copy_n(wzName.begin(), uUnits, wzField);
+}
+
+bool IsAlive(u32 uProcessId) { return os::InspectProcess(uProcessId).bExists; }
+
+/// Only a profile that passes the check reaches a program, unless the user insists.
+Result NeedGoodProfile(const ProfileOptions& st) {
+    if (st.bForce) return {};
+    std::vector<std::string> listWords{"profile", "check", st.strProfile, "--quiet"};
+    if (!st.strData.empty()) listWords.insert(listWords.end(), {"--data", st.strData});
+    int iExitCode = kOk;
+    const Result stRun = os::RunBeside(kTool, listWords, iExitCode);
+    if (!stRun || iExitCode == kOk) return stRun;
+    if (iExitCode == kNotFound) return Result::NotFound("there is no profile " + st.strProfile);
+    return Result::Fail("the profile " + st.strProfile + " does not pass; --force uses it all the same");
+}
+
+Result DoUse(const Options& stOptions) {
+    const Result stGood = NeedGoodProfile(stOptions.stProfile);
+    if (!stGood) return stGood;
+    ControlLibrary stLibrary;
+    const Result stLoaded = LoadControlLibrary(stOptions.strLibrary, stLibrary);
+    return stLoaded ? UseProfile(stLibrary, stOptions.stProfile.strProfile) : stLoaded;
+}
+
+/// Running programs with the overlay that have this id or file name.
+std::vector<u32> NamedPrograms(const ControlLibrary& stLibrary, const std::string& strProgram) {
+    u32 uProcessId = 0;
+    std::vector<u32> listIds{0};
+    if (ParseProcessId(strProgram, uProcessId))
+        listIds[0] = uProcessId;
+    else
+        listIds = os::FindProcesses(strProgram);
+    const auto listPrograms = Programs(stLibrary);
+    std::erase_if(listIds, [&](u32 uId) {
+        return std::none_of(listPrograms.begin(), listPrograms.end(),
+                            [&](const Instance& st) { return st.uProcessId == uId; });
+    });
+    return listIds;
+}
+
+Result ReloadEach(const ControlLibrary& stLibrary, const std::vector<u32>& listIds) {
+    Result stResult;
+    for (const u32 uId : listIds) {
+        const Result st = ReloadProcess(stLibrary, uId);
+        if (!st) stResult = st;
+    }
+    return stResult;
+}
+
+Result DoFor(const Options& stOptions) {
+    const ProfileOptions& st = stOptions.stProfile;
+    Result stResult = st.bGlobal ? Result{} : NeedGoodProfile(st);
+    ControlLibrary stLibrary;
+    if (stResult) stResult = LoadControlLibrary(stOptions.strLibrary, stLibrary);
+    if (!stResult) return stResult;
+    const std::vector<u32> listIds = NamedPrograms(stLibrary, st.strProgram);
+    if (listIds.empty())
+        return Result::NotFound("no running program " + st.strProgram + " carries the overlay");
+    const auto pSnapshot = Snapshot(stLibrary.pSegment);
+    for (const u32 uId : listIds) {
+        if (!SetProcessProfile(pSnapshot->ProcessProfile, uId, st.bGlobal ? nullptr : &st.strProfile,
+                               IsAlive))
+            return Result::Fail("all records of programs with a profile of their own are taken");
+    }
+    stLibrary.fnSetProcessProfiles(pSnapshot->ProcessProfile);
+    return ReloadEach(stLibrary, listIds);
+}
+
+Result DoNew(const Options& stOptions) {
+    const ProfileOptions& st = stOptions.stProfile;
+    std::filesystem::path pathData;
+    const Result stFound = FindDataFolder(st.strData, pathData);
+    if (!stFound) return stFound;
+    const Result stCopied = CopyProfile(pathData, st.strProfile, st.strFrom);
+    if (stCopied) std::printf("%s\n", Printable(TextOfPath(ProfileFolder(pathData, st.strProfile))).c_str());
+    return stCopied;
+}
+
+} // namespace
+
+std::vector<Instance> Programs(const ControlLibrary& stLibrary) {
+    auto listInstances = Instances(*Snapshot(stLibrary.pSegment));
+    std::erase_if(listInstances, [](const Instance& st) { return IsCompanion(st.uProcessId); });
+    return listInstances;
+}
+
+Result NeedPrograms(const ControlLibrary& stLibrary) {
+    if (!Programs(stLibrary).empty()) return {};
+    return Result::NotFound("no running program carries the overlay");
+}
+
+void WriteFilter(const ControlLibrary& stLibrary, u32 uPid, u32 uTid, const std::string& strProfile) {
+    stMonitorFilter stFilter{};
+    stFilter.uProcessId = uPid;
+    stFilter.uThreadId = uTid;
+    FillName(stFilter.wzProfileName, strProfile);
+    stLibrary.fnSetFilter(&stFilter);
+}
+
+void ReloadAll(const ControlLibrary& stLibrary) {
+    WriteFilter(stLibrary, 0, 0, "");
+    stLibrary.fnSendCommand(kCommandReleaseAll, 0, 0, 0);
+}
+
+Result ReloadProcess(const ControlLibrary& stLibrary, u32 uProcessId) {
+    WriteFilter(stLibrary, uProcessId, 0, "");
+    const auto pSnapshot = Snapshot(stLibrary.pSegment);
+    const auto uSlot = FindRecord(pSnapshot->CommandTable, uProcessId);
+    if (!uSlot) return Result::NotFound("process " + std::to_string(uProcessId) + " holds no record");
+    stLibrary.fnSendCommand(kCommandRelease, uProcessId, pSnapshot->CommandTable[*uSlot].uThreadId, 0);
+    return {};
+}
+
+Result UseProfile(const ControlLibrary& stLibrary, const std::string& strName) {
+    char16_t wzName[g_uProfileNameUnits]; // the library copies the whole field
+    FillName(wzName, strName);
+    stLibrary.fnSetGlobalProfile(wzName);
+    ReloadAll(stLibrary);
+    return NeedPrograms(stLibrary);
+}
+
+const stProcessProfile* FindProcessProfile(const ProfileTable& aTable, u32 uProcessId, u32 uThreadId) {
+    for (const stProcessProfile& st : aTable) {
+        if (st.uProcessId == uProcessId || st.uThreadId == uThreadId)
+            return st.bUseGlobal != 0 ? nullptr : &st;
+    }
+    return nullptr;
+}
+
+bool SetProcessProfile(ProfileTable& aTable, u32 uProcessId, const std::string* pstrName,
+                       bool (*fnIsAlive)(u32 uProcessId)) {
+    for (stProcessProfile& st : aTable) {
+        const bool bStale = st.uProcessId != 0 && !fnIsAlive(st.uProcessId);
+        if (st.uProcessId == uProcessId || bStale) st = {};
+    }
+    if (pstrName == nullptr) return true;
+    const auto it = std::find_if(std::begin(aTable), std::end(aTable), [](const stProcessProfile& st) {
+        return st.uProcessId == 0 && st.uThreadId == 0;
+    });
+    if (it == std::end(aTable)) return false;
+    it->uProcessId = uProcessId;
+    FillName(it->wzProfileName, *pstrName);
+    return true;
+}
+
+Result PerformProfile(const Options& stOptions, const std::vector<std::string>& listWords, int& iExitCode) {
+    switch (stOptions.stProfile.eVerb) {
+    case ProfileVerb::Use:
+        return DoUse(stOptions);
+    case ProfileVerb::For:
+        return DoFor(stOptions);
+    case ProfileVerb::New:
+        return DoNew(stOptions);
+    default:
+        return os::RunBeside(kTool, listWords, iExitCode);
+    }
+}
+
+} // namespace companion

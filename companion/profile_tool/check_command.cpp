@@ -1,0 +1,28 @@
+#include "companion/profile_check/profile_check.h"
+#include "companion/profile_folder.h"
+#include "companion/profile_tool/sample_values.h"
+#include "companion/profile_tool/tool.h"
+#include "companion/utf.h"
+#include <cstdio>
+
+namespace companion {
+
+Result CheckProfileCommand(const Options& stOptions, int& iExitCode) {
+    const ProfileOptions& stWish = stOptions.stProfile;
+    std::filesystem::path pathData;
+    const Result stFound = FindDataFolder(stWish.strData, pathData);
+    if (!stFound) return stFound;
+    CheckOptions st;
+    st.strProfile = stWish.strProfile;
+    st.strDataFolder = TextOfPath(pathData);
+    st.bJson = stWish.bJson;
+    st.bQuiet = stWish.bQuiet;
+    for (const auto& [strName, iValue] : LiveValues(stOptions.strLibrary))
+        st.publishedNames.push_back(strName);
+    std::string strReport;
+    iExitCode = CheckProfile(st, strReport);
+    std::fputs(strReport.c_str(), stdout);
+    return {};
+}
+
+} // namespace companion
