@@ -77,7 +77,12 @@ void DataNameCheck::Check(const ProfileItem& item, Findings& findings) const {
             findings.Error(iLine, ItemTitle(item) + ": " + strName + " can only be shown by a NumBox");
         return;
     }
-    if (IsKnown(strName)) return;
+    if (IsKnown(strName)) {
+        if (!m_listPublished.empty() && !Holds(g_aszProgramNames, strName) &&
+            !m_listPublished.contains(strName))
+            findings.Note(iLine, ItemTitle(item) + ": \"" + strName + "\" is not published at the moment");
+        return;
+    }
     std::string strText = ItemTitle(item) + ": nobody publishes \"" + strName + '"';
     if (m_listPublished.contains(strName) || Holds(g_aszCompanionNames, BaseOf(strName)))
         strText = ItemTitle(item) + ": \"" + strName + "\" is published, but " +

@@ -23,6 +23,26 @@ int LineOfBadByte(std::string_view text) {
     return 0;
 }
 
+struct stParserWords {
+    tinyxml2::XMLError eError;
+    const char* szWords;
+};
+constexpr stParserWords g_aParserWords[] = {
+    {tinyxml2::XML_ERROR_MISMATCHED_ELEMENT, "the element that begins here is not closed by its own end tag"},
+    {tinyxml2::XML_ERROR_PARSING_ATTRIBUTE, "an attribute lacks a quote or an equals sign, or stands twice"},
+    {tinyxml2::XML_ERROR_PARSING_ELEMENT, "an element's tag is not complete"},
+    {tinyxml2::XML_ERROR_PARSING_COMMENT, "a comment is not closed"},
+    {tinyxml2::XML_ERROR_PARSING_TEXT, "an element is not closed before the end of the file"},
+    {tinyxml2::XML_ERROR_EMPTY_DOCUMENT, "the file is empty"},
+    {tinyxml2::XML_ELEMENT_DEPTH_EXCEEDED, "elements stand in each other too deep"},
+};
+
+std::string ParserWords(const tinyxml2::XMLDocument& document) {
+    for (const stParserWords& st : g_aParserWords)
+        if (st.eError == document.ErrorID()) return st.szWords;
+    return tinyxml2::XMLDocument::ErrorIDToName(document.ErrorID());
+}
+
 const tinyxml2::XMLElement* Child(const tinyxml2::XMLElement* p, const char* szName) {
     return p ? p->FirstChildElement(szName) : nullptr;
 }
@@ -37,7 +57,7 @@ void CheckElementName(const tinyxml2::XMLElement& element, const char* szParent,
         strText += "; items belong into <Info>";
     else if (!strNear.empty())
         strText += "; did you mean " + Quoted(strNear.c_str()) + '?';
-    findings.Error(element.GetLineNum(), strText + " It is passed over");
+    findings.Error(element.GetLineNum(), strText);
 }
 
 void CheckAttributes(const tinyxml2::XMLElement& element, const stElement& known, Findings& findings) {
@@ -123,10 +143,9 @@ bool ParseForCheck(std::string_view text, tinyxml2::XMLDocument& document, Findi
     i32 iCode = PROFILE_OK;
     const bool bParsed = g_fnParseProfileDocument(text, document, &iCode);
     if (const char* szProblem = g_fnDocumentProblem(text)) {
-        findings.Error(0, szProblem);
+        findings.Error(0, std::string("the file ") + szProblem);
     } else if (document.Error()) {
-        findings.Error(document.ErrorLineNum(), std::string("not well formed: ") +
-                                                    tinyxml2::XMLDocument::ErrorIDToName(document.ErrorID()));
+        findings.Error(document.ErrorLineNum(), std::string("not well formed: ") + ParserWords(document));
     } else if (!bParsed) {
         const tinyxml2::XMLElement* pRoot = document.RootElement();
         findings.Error(pRoot ? pRoot->GetLineNum() : 0, "the root element is not <OSD>");

@@ -13,6 +13,7 @@
 #include <memory>
 #include <set>
 #include <tinyxml2.h>
+#include <utility>
 
 namespace companion {
 namespace {
@@ -83,26 +84,35 @@ class FaceCheck {
     void Check(const ProfileItem& item);
 
   private:
-    platform::GlyphFont* Open(const std::u16string& wzFace);
-    void CheckInstalled(const ProfileItem& item, const std::u16string& wzFace, platform::GlyphFont* pFont);
-    void CheckLetters(const ProfileItem& item, const std::u16string& wzFace, platform::GlyphFont* pFont);
+    /// A face in use: its font, and which letters it has of those that were asked for.
+    struct stFace {
+        Font pFont;
+        bool bToldInstalled = false;
+        std::map<char32_t, bool> letters;
+    };
+    stFace& Open(const std::u16string& wzFace);
+    void CheckInstalled(const ProfileItem& item, const std::u16string& wzFace, stFace& face);
+    bool HasLetter(stFace& face, char32_t c);
+    void CheckLetters(const ProfileItem& item, const std::u16string& wzFace, stFace& face);
 
     const fs::path& m_pathFolder;
     Findings& m_findings;
     Device m_pDevice;
-    std::map<std::u16string, Font> m_mapFonts;
+    std::map<std::u16string, stFace> m_mapFaces;
 };
 
-platform::GlyphFont* FaceCheck::Open(const std::u16string& wzFace) {
-    const auto [it, bNew] = m_mapFonts.try_emplace(wzFace);
-    if (bNew) it->second.reset(platform::CreateGlyphFont(m_pDevice.get(), {32, 43, 400, wzFace.c_str()}));
-    return it->second.get();
+FaceCheck::stFace& FaceCheck::Open(const std::u16string& wzFace) {
+    const auto [it, bNew] = m_mapFaces.try_emplace(wzFace);
+    if (bNew)
+        it->second.pFont.reset(platform::CreateGlyphFont(m_pDevice.get(), {32, 43, 400, wzFace.c_str()}));
+    return it->second;
 }
 
-void FaceCheck::CheckInstalled(const ProfileItem& item, const std::u16string& wzFace,
-                               platform::GlyphFont* pFont) {
+void FaceCheck::CheckInstalled(const ProfileItem& item, const std::u16string& wzFace, stFace& face) {
+    if (std::exchange(face.bToldInstalled, true)) return;
     char16_t wzDrawn[128];
-    if (!platform::GlyphFontFamily(m_pDevice.get(), pFont, wzDrawn, 128) || EqualNames(wzFace, wzDrawn))
+    if (!platform::GlyphFontFamily(m_pDevice.get(), face.pFont.get(), wzDrawn, 128) ||
+        EqualNames(wzFace, wzDrawn))
         return;
     std::error_code ignored;
     if (fs::exists(m_pathFolder / fs::path(u"2-" + wzFace + u".fnt"), ignored)) return;
@@ -111,17 +121,21 @@ void FaceCheck::CheckInstalled(const ProfileItem& item, const std::u16string& wz
                            "\" is drawn in its place");
 }
 
-void FaceCheck::CheckLetters(const ProfileItem& item, const std::u16string& wzFace,
-                             platform::GlyphFont* pFont) {
+bool FaceCheck::HasLetter(stFace& face, char32_t c) {
+    const auto [it, bNew] = face.letters.try_emplace(c, false);
+    const std::u16string wz = FromCode(c);
+    if (bNew)
+        it->second = platform::FontHasGlyph(m_pDevice.get(), face.pFont.get(), wz.c_str(),
+                                            static_cast<u32>(wz.size()));
+    return it->second;
+}
+
+void FaceCheck::CheckLetters(const ProfileItem& item, const std::u16string& wzFace, stFace& face) {
     std::u32string codes;
     g_fnToCodes(TextOf(item, m_pathFolder).c_str(), codes);
     std::set<char32_t> missing;
-    for (const char32_t c : codes) {
-        if (g_fnIsBlankCode(c)) continue;
-        const std::u16string wz = FromCode(c);
-        if (!platform::FontHasGlyph(m_pDevice.get(), pFont, wz.c_str(), static_cast<u32>(wz.size())))
-            missing.insert(c);
-    }
+    for (const char32_t c : codes)
+        if (!g_fnIsBlankCode(c) && !HasLetter(face, c)) missing.insert(c);
     if (missing.empty()) return;
     std::string strList;
     std::size_t uShown = 0;
@@ -135,13 +149,14 @@ void FaceCheck::CheckLetters(const ProfileItem& item, const std::u16string& wzFa
 }
 
 void FaceCheck::Check(const ProfileItem& item) {
-    const std::u16string wzFace = ToUtf16(AttributeText(item, "FontName"));
-    platform::GlyphFont* const pFont = wzFace.size() < 128 ? Open(wzFace) : nullptr;
-    if (!pFont)
+    // As far as a record has room for it.
+    const std::u16string wzFace = ToUtf16(AttributeText(item, "FontName")).substr(0, 127);
+    stFace& face = Open(wzFace);
+    if (!face.pFont)
         return m_findings.Error(AttributeLine(*item.pElement, "FontName"),
                                 ItemTitle(item) + ": no font can be opened for \"" + ToUtf8(wzFace) + '"');
-    CheckInstalled(item, wzFace, pFont);
-    CheckLetters(item, wzFace, pFont);
+    CheckInstalled(item, wzFace, face);
+    CheckLetters(item, wzFace, face);
 }
 
 } // namespace
@@ -149,6 +164,7 @@ void FaceCheck::Check(const ProfileItem& item) {
 void CheckFaces(const std::vector<const ProfileItem*>& taken, const fs::path& pathFolder,
                 Findings& findings) {
     FaceCheck check(pathFolder, findings);
+    // Items were counted before, so that there are no more than a layout can hold.
     for (const ProfileItem* p : taken)
         if (FindAttribute(*p->pKind, "FontName")) check.Check(*p);
 }

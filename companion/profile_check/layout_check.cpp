@@ -161,12 +161,19 @@ void ReportStanding(const ProfileItem& item, const stStanding& st, Findings& fin
         findings.Warning(iLine, ItemTitle(item) + " reaches out of the picture at " + st.strPartly);
 }
 
+/// Width of a text without its window, which is lost.
+double WholeWidth(CTextBox_Base& box) {
+    box.m_fnSetFitToText(true);
+    box.m_fnBuildText();
+    return static_cast<double>(box.m_fnGetTextWidth());
+}
+
 /// A window that is narrower than its text cuts it between letters.
 void CheckWindow(const ProfileItem& item, const stAssembleInfo& st, Findings& findings) {
     const double fWindow = AttributeNumber(item, "ContentSizeW");
     if (std::string_view(item.pKind->szName) != "TextBox" || fWindow <= 0 || st.listTextBox.empty()) return;
     CTextBox_Base* pBox = g_fnFindCtrlById(st.listTextBox[0], g_stTextBoxIds, g_ppTextBox);
-    const double fText = pBox ? static_cast<double>(pBox->m_fnGetTextWidth()) : 0;
+    const double fText = pBox ? WholeWidth(*pBox) : 0;
     if (fText <= fWindow + 0.5) return;
     findings.Warning(AttributeLine(*item.pElement, "ContentSizeW"),
                      ItemTitle(item) + ": the text is " + std::to_string(std::lround(std::ceil(fText))) +
