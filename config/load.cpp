@@ -8,6 +8,7 @@
 #include "controls/control_ids.h"
 #include "controls/osd_manager.h"
 #include "draw/draw_keys.h"
+#include "frame/canvas.h"
 #include "frame/frame_driver.h"
 #include "frame/log.h"
 #include "platform/clock.h"
@@ -61,6 +62,7 @@ bool Load() {
     g_fnProbeWowKeys();
     g_fnSelectProfileName();
     g_fnReadPreviewSize(g_uPreviewWidth, g_uPreviewHeight, g_bPreviewFixedAspect);
+    g_fnSetCanvasHeight(g_bPreviewFixedAspect ? 0 : g_uPreviewHeight);
     g_fnLoadGlobalSettings();
     if (!ReadDocuments()) return false;
     g_fnReadSensorDefinitions();

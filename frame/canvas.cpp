@@ -8,7 +8,15 @@ bool g_bLayoutDirty = true;
 
 void g_fnRecomputeCanvas() noexcept {
     const i64 iWidth = static_cast<i64>(static_cast<f32>(g_uCanvasH) * g_fAspect);
-    g_uCanvasW = iWidth < 1 ? 1u : static_cast<u32>(iWidth);
+    constexpr i64 c_iMost = 0xFFFFFFFF;
+    g_uCanvasW = iWidth < 1 ? 1u : static_cast<u32>(iWidth > c_iMost ? c_iMost : iWidth);
+}
+
+void g_fnSetCanvasHeight(u32 uHeight) noexcept {
+    constexpr u32 c_uFixed = 1080;
+    g_uCanvasH = uHeight == 0 ? c_uFixed : uHeight;
+    g_bNeedOnResize = true;
+    g_fnRecomputeCanvas();
 }
 
 void g_fnStoreSize(u32 uWidth, u32 uHeight) noexcept {

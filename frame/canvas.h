@@ -16,5 +16,8 @@ extern bool g_bLayoutDirty;
 /// Stores the client size, marks the layout dirty and recomputes aspect and canvas. A size with a 0 side is
 /// stored, but aspect and canvas keep their last values.
 void g_fnStoreSize(u32 uWidth, u32 uHeight) noexcept;
+/// Another reference height, in canvas units; 0 stands for 1080. The width follows, and the next render runs
+/// the resize step.
+void g_fnSetCanvasHeight(u32 uHeight) noexcept;
 /// Recomputes g_uCanvasW from g_uCanvasH and g_fAspect, in single precision, truncated.
 void g_fnRecomputeCanvas() noexcept;

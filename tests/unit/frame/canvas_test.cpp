@@ -29,6 +29,19 @@ TEST_F(Canvas, WidthIsASinglePrecisionProduct) {
     EXPECT_EQ(g_uCanvasW, 2580u);
 }
 
+TEST_F(Canvas, AnotherHeightTakesTheWidthAlong) {
+    g_bNeedOnResize = false;
+    g_fnSetCanvasHeight(720);
+    EXPECT_EQ(g_uCanvasH, 720u);
+    EXPECT_EQ(g_uCanvasW, 1280u);
+    EXPECT_TRUE(g_bNeedOnResize);
+    g_fnSetCanvasHeight(0);
+    EXPECT_EQ(g_uCanvasH, 1080u);
+    EXPECT_EQ(g_uCanvasW, 1920u);
+    g_fnSetCanvasHeight(0xFFFFFFFF);
+    EXPECT_EQ(g_uCanvasW, 0xFFFFFFFFu) << "no size wraps";
+}
+
 TEST_F(Canvas, SizeWithAZeroSideIsStoredButAspectAndCanvasStay) {
     g_fnStoreSize(1920, 1080);
     g_fnStoreSize(0, 600);
