@@ -1,18 +1,19 @@
 // The status panels: moved by command, pulsing, hidden when the display is over, off the picture of a shot.
 #include "frame/status_items.h"
 
-#include "config/fixed_layout.h"
 #include "config/load.h"
+#include "config/panel_records.h"
+#include "controls/panel.h"
 #include "frame/frame_driver.h"
 #include "platform/headless/test_controls.h"
 #include "shared/overlay_state.h"
-#include "shared/process_records.h"
 #include "tests/unit/controls/manager_fixture.h"
 #include "tests/unit/controls/recording_flavour.h"
 
 #include <algorithm>
 #include <cmath>
-#include <string_view>
+#include <memory>
+#include <utility>
 
 namespace {
 
@@ -24,10 +25,7 @@ class StatusItems : public ManagerTest {
         ManagerTest::SetUp();
         recording::Install();
         headless::SetClock(1000000000);
-        constexpr std::u16string_view wz = u"Status";
-        wz.copy(g_wzProfileName, wz.size());
-        g_wzProfileName[wz.size()] = 0;
-        ASSERT_TRUE(g_fnBuildFixedLayout());
+        MakeStatusPanels();
         g_bShotPending = 0;
         std::fill(std::begin(g_abStatusDue), std::end(g_abStatusDue), u8(0));
         std::fill(std::begin(g_auStatus), std::end(g_auStatus), 0u);
@@ -35,11 +33,24 @@ class StatusItems : public ManagerTest {
         g_timerStatus.Restart();
     }
     void TearDown() override {
-        g_wzProfileName[0] = 0;
         g_bShotPending = 0;
         ManagerTest::TearDown();
         g_fnClearConfiguration();
         headless::ResetAll();
+    }
+    /// Those of the styles with fixed tables: they hang in the tree, so that commands move them, and stand in
+    /// no draw list at first.
+    static void MakeStatusPanels() {
+        const std::pair<u32, i32> aCodes[] = {{1, 2}, {3, 3}, {5, 9}};
+        for (const auto& [uPanel, iCode] : aCodes) {
+            const stPanelInit st{
+                uPanel, iCode,        24,   24, 96, 96, 255, 255, 255, 0, PANEL_TYPE_GELLOPHANE,
+                30,     g_uShapeRect, false};
+            std::unique_ptr<CPanel_Base> pPanel;
+            ASSERT_TRUE(g_fnMakePanel(st, pPanel) && pPanel);
+            g_ppStylePanel[uPanel] = pPanel.release();
+            g_pOSDManager->m_fnAddChild(nullptr, g_ppStylePanel[uPanel]);
+        }
     }
     static bool Shown(u32 uPanel) {
         const ControlList* pList = g_pOSDManager->m_fnGetDrawList(g_ppStylePanel[uPanel]->m_fnGetDrawKey());
