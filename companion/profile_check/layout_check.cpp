@@ -140,7 +140,7 @@ const stAssembleInfo* InfoOf(const ProfileItem& item) {
 
 void Judge(const std::vector<CControl*>& controls, const stPictureSize& stSize, stStanding& standing) {
     constexpr f32 c_fSlack = 1; // rounding to whole units is no fault
-    stBox st;
+    stBox st{};
     if (!BoxOf(controls, st)) return;
     const f32 fW = static_cast<f32>(g_uCanvasW), fH = static_cast<f32>(g_uCanvasH);
     if (st.fRight <= 0 || st.fBottom <= 0 || st.fLeft >= fW || st.fTop >= fH) {
