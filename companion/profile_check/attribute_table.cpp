@@ -199,11 +199,12 @@ constexpr stAttribute g_aRoot[] = {
 };
 
 constexpr stAttribute g_aPreview[] = {
-    {"Width", ValueKind::Whole, "0", 0, g_fLength, "0 to 16384", "width of the canvas of a preview"},
+    {"Width", ValueKind::Whole, "0", 0, g_fLength, "0 to 16384",
+     "width of the picture of a preview, canvas pixels"},
     {"Height", ValueKind::Whole, "0", 0, g_fLength, "0 to 16384",
-     "height of the canvas when AspectRatio is empty; 0 takes the screen's"},
+     "height of the canvas, if Width is given too and AspectRatio is empty"},
     {"AspectRatio", ValueKind::Text, "", 0, 255, "two numbers with a colon",
-     "not empty: the canvas is always 1080 high, so that the layout grows with the picture"},
+     "not empty, as without any size: the canvas is 1080 high"},
 };
 
 constexpr stAttribute g_aCamera[] = {

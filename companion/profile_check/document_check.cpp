@@ -123,6 +123,18 @@ bool CheckStyle(const tinyxml2::XMLElement& root, Findings& findings) {
     return false;
 }
 
+/// One side alone counts as none.
+void CheckPreview(const tinyxml2::XMLElement& settings, Findings& findings) {
+    const tinyxml2::XMLElement* p = Child(&settings, "Preview");
+    if (!p || (p->Attribute("AspectRatio") && *p->Attribute("AspectRatio"))) return;
+    const char *szWidth = p->Attribute("Width"), *szHeight = p->Attribute("Height");
+    const bool bWidth = szWidth && ReadNumber(szWidth, ValueKind::Whole) != 0;
+    const bool bHeight = szHeight && ReadNumber(szHeight, ValueKind::Whole) != 0;
+    if (bWidth != bHeight)
+        findings.Warning(p->GetLineNum(),
+                         "Width and Height have an effect only together; the canvas is 1080 units high");
+}
+
 /// The chain of elements without which nothing is loaded.
 const tinyxml2::XMLElement* FindSettings(const tinyxml2::XMLElement& root, Findings& findings) {
     const tinyxml2::XMLElement* pLayout = Child(&root, "CustomLayout");
@@ -162,6 +174,7 @@ const tinyxml2::XMLElement* CheckDocument(const tinyxml2::XMLDocument& document,
     if (!CheckStyle(*pRoot, findings)) return nullptr;
     const tinyxml2::XMLElement* pSettings = FindSettings(*pRoot, findings);
     if (!pSettings) return nullptr;
+    CheckPreview(*pSettings, findings);
     const tinyxml2::XMLElement* pInfo = Child(pSettings, "Info");
     if (!pInfo)
         findings.Warning(pSettings->GetLineNum(), "<Info> is missing in <Settings>: nothing is shown");

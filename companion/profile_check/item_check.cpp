@@ -14,7 +14,6 @@ namespace {
 constexpr double g_fVerticesMost = 65536;
 constexpr unsigned g_uPairColumnsMost = 32767; ///< two vertices a sample, one sample more than columns
 constexpr unsigned g_uQuadColumnsMost = 16384; ///< four a column
-constexpr double g_fTinyText = 15;             ///< canvas pixels: 10 on a screen of 720 rows
 
 bool IsKind(const ProfileItem& item, const char* szElement) {
     return !std::strcmp(item.pKind->szName, szElement);
@@ -135,11 +134,8 @@ void CheckPanel(const ProfileItem& item, const ItemReport& report) {
 }
 
 void CheckTextSize(const ProfileItem& item, const ItemReport& report) {
-    const double fSize = AttributeNumber(item, "TextSize");
     if (!item.pElement->Attribute("TextSize"))
         report.Error("TextSize", "TextSize is missing and counts as 0: nothing can be seen");
-    else if (fSize >= 1 && fSize < g_fTinyText)
-        report.Note("TextSize", "a TextSize below 15 makes less than 10 pixels on a screen of 720 rows");
 }
 
 constexpr const char* g_aszProgramValues[] = {"GL", "ARCH", "PROFILE_NAME", "PID", "TID"};

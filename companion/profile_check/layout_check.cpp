@@ -32,7 +32,11 @@ namespace {
 struct stPictureSize {
     u32 uWidth, uHeight;
 };
-constexpr stPictureSize g_aSizes[] = {{1280, 720}, {1920, 1080}, {3840, 2160}, {2560, 1080}, {3440, 1440}};
+constexpr stPictureSize g_aUsualSizes[] = {
+    {1280, 720}, {1920, 1080}, {3840, 2160}, {2560, 1080}, {3440, 1440}};
+
+/// Rows of the smallest usual screen, and what is hard to read there, pixels.
+constexpr double g_fSmallRows = 720, g_fTinyPixels = 10;
 
 std::string SizeName(const stPictureSize& st) {
     return std::to_string(st.uWidth) + 'x' + std::to_string(st.uHeight);
@@ -46,8 +50,20 @@ struct stBox {
 /// What a control stands like in the pictures of all sizes.
 struct stStanding {
     std::string strPartly, strWholly; ///< names of sizes
-    u32 uWholly = 0;
+    std::size_t uWholly = 0;          ///< how many
 };
+
+/// The usual sizes, and the profile's own one where it names both sides.
+std::vector<stPictureSize> SizesToJudge() {
+    std::vector<stPictureSize> list(std::begin(g_aUsualSizes), std::end(g_aUsualSizes));
+    const bool bOwn = !g_bPreviewFixedAspect && g_uPreviewWidth > 0 && g_uPreviewHeight > 0;
+    const auto Equals = [](const stPictureSize& st) {
+        return st.uWidth == g_uPreviewWidth && st.uHeight == g_uPreviewHeight;
+    };
+    if (bOwn && std::none_of(list.begin(), list.end(), Equals))
+        list.push_back({g_uPreviewWidth, g_uPreviewHeight});
+    return list;
+}
 
 void Append(std::string& strList, const stPictureSize& st) {
     strList += (strList.empty() ? "" : ", ") + SizeName(st);
@@ -74,7 +90,7 @@ BuiltLayout::BuiltLayout() {
     std::memcpy(m_wzFormerProfile, wzGlobal, sizeof m_wzFormerProfile);
     std::memset(wzGlobal, 0, sizeof m_wzFormerProfile);
     std::u16string_view(StagedProfile::c_wzName).copy(wzGlobal, g_uProfileNameUnits - 1);
-    g_fnStoreSize(g_aSizes[0].uWidth, g_aSizes[0].uHeight);
+    g_fnStoreSize(g_aUsualSizes[0].uWidth, g_aUsualSizes[0].uHeight);
     std::unique_ptr<COSDManager> pManager(new (std::nothrow) COSDManager);
     if (!pManager || !pManager->m_fnInitialize() || g_apOSDManager[g_uManagerSlot]) return;
     g_apOSDManager[g_uManagerSlot] = pManager.release();
@@ -152,10 +168,10 @@ void Judge(const std::vector<CControl*>& controls, const stPictureSize& stSize, 
     }
 }
 
-void ReportStanding(const ProfileItem& item, const stStanding& st, Findings& findings) {
+void ReportStanding(const ProfileItem& item, const stStanding& st, std::size_t uSizes, Findings& findings) {
     const int iLine = item.pElement->GetLineNum();
     if (!st.strWholly.empty())
-        findings.Add(st.uWholly == std::size(g_aSizes) ? Severity::Error : Severity::Warning, iLine,
+        findings.Add(st.uWholly == uSizes ? Severity::Error : Severity::Warning, iLine,
                      ItemTitle(item) + " lies outside the picture at " + st.strWholly);
     if (!st.strPartly.empty())
         findings.Warning(iLine, ItemTitle(item) + " reaches out of the picture at " + st.strPartly);
@@ -180,6 +196,16 @@ void CheckWindow(const ProfileItem& item, const stAssembleInfo& st, Findings& fi
                          " wide and is cut at ContentSizeW " + std::to_string(std::lround(fWindow)));
 }
 
+void CheckTextSize(const ProfileItem& item, Findings& findings) {
+    if (!FindAttribute(*item.pKind, "TextSize")) return;
+    const double fSize = AttributeNumber(item, "TextSize");
+    const double fPixels = fSize * g_fSmallRows / static_cast<double>(g_uCanvasH);
+    if (fSize < 1 || fPixels >= g_fTinyPixels) return;
+    findings.Note(AttributeLine(*item.pElement, "TextSize"),
+                  ItemTitle(item) + ": TextSize " + AttributeText(item, "TextSize") + " makes " +
+                      std::to_string(std::lround(std::floor(fPixels))) + " pixels on a screen of 720 rows");
+}
+
 void ShowSamples(const std::vector<const ProfileItem*>& taken) {
     for (const ProfileItem* p : taken) {
         const stAssembleInfo* pInfo = InfoOf(*p);
@@ -191,16 +217,18 @@ void ShowSamples(const std::vector<const ProfileItem*>& taken) {
 }
 
 void JudgeAll(const std::vector<const ProfileItem*>& taken, Findings& findings) {
+    const std::vector<stPictureSize> sizes = SizesToJudge();
     std::vector<stStanding> list(taken.size());
     ShowSamples(taken);
-    for (const stPictureSize& stSize : g_aSizes) {
+    for (const stPictureSize& stSize : sizes) {
         g_fnStoreSize(stSize.uWidth, stSize.uHeight);
         g_pOSDManager->m_fnOnResize();
         for (std::size_t i = 0; i < taken.size(); ++i)
             if (const stAssembleInfo* pInfo = InfoOf(*taken[i])) Judge(ControlsOf(*pInfo), stSize, list[i]);
     }
     for (std::size_t i = 0; i < taken.size(); ++i) {
-        ReportStanding(*taken[i], list[i], findings);
+        ReportStanding(*taken[i], list[i], sizes.size(), findings);
+        CheckTextSize(*taken[i], findings);
         if (const stAssembleInfo* pInfo = InfoOf(*taken[i])) CheckWindow(*taken[i], *pInfo, findings);
     }
 }

@@ -93,6 +93,19 @@ TEST_F(ProfileCheckDocument, WhatTheLoadNeedsMustBeThere) {
     EXPECT_TRUE(m_findings.Passes());
 }
 
+TEST_F(ProfileCheckDocument, ACanvasNeedsBothSides) {
+    const std::string strEnd = "/>\n<Info>" + Text("a") + "</Info></Settings></CustomLayout></OSD>";
+    const std::string strBegin = "<OSD LayoutStyle=\"2\"><CustomLayout><Settings>\n<Preview ";
+    Write(strBegin + "Height=\"720\"" + strEnd);
+    Check();
+    EXPECT_TRUE(SaidWarning(2, "Width and Height have an effect only together"));
+    for (const char* sz : {"Width=\"1280\" Height=\"720\"", "Height=\"720\" AspectRatio=\"16:9\"", ""}) {
+        Write(strBegin + sz + strEnd);
+        Check();
+        EXPECT_TRUE(IsClean()) << sz;
+    }
+}
+
 TEST_F(ProfileCheckDocument, AnEmptyProfileIsAWarning) {
     CheckItems("");
     EXPECT_TRUE(SaidWarning(4, "the profile has no item: nothing is shown"));

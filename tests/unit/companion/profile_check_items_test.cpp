@@ -237,7 +237,7 @@ TEST_F(ProfileCheckItems, WritingWithoutSizeOrWords) {
     EXPECT_TRUE(SaidWarning(6, "TextBox \"b\": Text is empty"));
     EXPECT_TRUE(
         SaidWarning(9, "StringFullName \"Gl\" is none of GL, ARCH, PROFILE_NAME, PID, TID; the text stays"));
-    EXPECT_TRUE(SaidNote(10, "a TextSize below 15 makes less than 10 pixels"));
+    EXPECT_TRUE(SaidNote(10, "TextBox \"e\": TextSize 14 makes 9 pixels on a screen of 720 rows"));
     EXPECT_TRUE(SaidError(11, "Memo \"f\": FileName is missing"));
     EXPECT_EQ(m_findings.All().size(), 5u) << Report();
 }

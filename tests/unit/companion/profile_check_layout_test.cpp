@@ -92,6 +92,19 @@ TEST_F(ProfileCheckLayout, WhatLiesOutsideAtSomeSizesIsAWarning) {
     EXPECT_FALSE(SaidWarning(5, "2560x1080"));
 }
 
+TEST_F(ProfileCheckLayout, AProfilesOwnCanvasCounts) {
+    // 3000 by 500: the panel is inside there alone, and writing of 8 is large.
+    Write("<OSD LayoutStyle=\"2\"><CustomLayout><Settings><Preview Width=\"3000\" Height=\"500\"/><Info>\n" +
+          Panel("far", "FrameAnchorX=\"2800\"") +
+          "\n<TextBox IsShow=\"1\" Name=\"t\" FontName=\"DejaVu Sans\" TextSize=\"8\" Text=\"x\"/>\n" +
+          Panel("gone", "FrameAnchorY=\"501\"") + "</Info></Settings></CustomLayout></OSD>");
+    Check();
+    EXPECT_TRUE(SaidWarning(2, "Panel \"far\" lies outside the picture at 1280x720"));
+    EXPECT_FALSE(SaidWarning(2, "3000x500"));
+    EXPECT_TRUE(SaidError(4, "3440x1440, 3000x500")) << "outside at every size";
+    EXPECT_EQ(m_findings.All().size(), 2u) << Report();
+}
+
 TEST_F(ProfileCheckLayout, WhatReachesOutIsAWarning) {
     CheckItems(Panel("edge", "FrameAnchorX=\"1900\"") + "\n" +
                Graph("low", "DataNum=\"9\" FrameAnchorY=\"1050\"") + "\n" +
