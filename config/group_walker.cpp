@@ -127,19 +127,22 @@ class CGroupWalk {
     u32 m_uDepth = 0, m_uVisits = 0;
 };
 
-/// A container stands for sensors if all its items do; an item by its own name, whatever is below it.
+/// An item stands for sensors by its own name, whatever is below it; a container if all its items do and they
+/// are more than one child's. A container of one such child is what the rows of sensors line up in.
 CGroupWalk::stContents CGroupWalk::m_fnFindExtensions(const tinyxml2::XMLElement& element, u32 uDepth) {
     const char* szId = element.Attribute("ID");
     const bool bItem = szId && *szId;
     stContents st{bItem && g_fnIsExtensionName(szId), bItem && !g_fnIsExtensionName(szId)};
+    u32 uChildren = 0;
     if (uDepth < g_uGroupDepthMost)
         for (auto* p = element.FirstChildElement(); p; p = p->NextSiblingElement()) {
             const stContents stBelow = m_fnFindExtensions(*p, uDepth + 1);
             if (bItem) continue;
+            uChildren += stBelow.bExtension || stBelow.bOther;
             st.bExtension |= stBelow.bExtension;
             st.bOther |= stBelow.bOther;
         }
-    if (st.bExtension && !st.bOther) m_setExtensions.insert(&element);
+    if (st.bExtension && !st.bOther && (bItem || uChildren > 1)) m_setExtensions.insert(&element);
     return st;
 }
 

@@ -35,7 +35,7 @@ using Tree = std::unique_ptr<stTree>;
 
 class CMaker {
   public:
-    CMaker(u32 uSeed, bool bLogic) : m_rng(uSeed), m_bLogic(bLogic) {}
+    explicit CMaker(bool bLogic) : m_bLogic(bLogic) {}
     Tree m_fnMake() { return m_fnRank(m_bLogic ? LOGIC : SUM, g_uLevels); }
     std::string m_fnWrite(const stTree& tree) {
         std::string sz;
@@ -56,7 +56,7 @@ class CMaker {
         if (uRank == RANKS) return m_fnPrimary(uLevels);
         auto p = std::make_unique<stTree>();
         p->uRank = static_cast<eRank>(uRank);
-        const u32 uOperands = m_fnBelow(3) == 0 ? 2 + m_fnBelow(3) : 1;
+        const u32 uOperands = m_fnBelow(5) == 0 ? 2 + m_fnBelow(2) : 1;
         for (u32 u = 0; u < uOperands; ++u) {
             p->operands.push_back(m_fnRank(uRank + 1, uLevels));
             if (u > 0)
@@ -155,8 +155,8 @@ class ExpressionModel : public testing::Test {
     /// How many trees had a value.
     template <class Check> static u32 Compare(bool bLogic, Check fnCheck) {
         u32 uCompared = 0;
+        CMaker maker(bLogic);
         for (u32 uTree = 0; uTree < g_uTrees && !HasFailure(); ++uTree) {
-            CMaker maker(uTree, bLogic);
             const Tree tree = maker.m_fnMake();
             const std::optional<i32> value = CModel().m_fnWorkOut(*tree);
             if (!value) continue;

@@ -1,0 +1,257 @@
+#include "config/template_init.h"
+
+#include "config/chain_report.h"
+#include "config/init_lists.h"
+#include "config/settings.h"
+#include "controls/control_ids.h"
+#include "controls/num_box.h"
+#include "controls/panel.h"
+#include "frame/canvas.h"
+#include "frame/log.h"
+#include "platform/headless/test_controls.h"
+#include "template_fixture.h"
+#include "tests/unit/controls/text_fixture.h"
+
+namespace {
+
+class TemplateInit : public TextTest, public CTemplateText {
+  protected:
+    void SetUp() override {
+        TextTest::SetUp();
+        g_ppFont[5] = new CTestFont;
+        *g_poolTextBoxStyle.m_fnUse(3) = {5, 16, 1, 2};
+        *g_poolNumBoxStyle.m_fnUse(3) = {5, 16, 0, 0};
+        *g_poolFlipBoxStyle.m_fnUse(3) = {5, 16, 1, 2};
+        *g_poolPanelStyle.m_fnUse(3) = {120, 24};
+    }
+    template <class T> static T& Place(T& st) {
+        st.uStyleID = 3;
+        st.iAnchor = -7;
+        st.iAnchorX = 11;
+        st.iAnchorY = 12;
+        return st;
+    }
+    template <class T> static void ExpectPlace(const T& st, u64 u64Id) {
+        EXPECT_EQ(st.u64LB_ID, u64Id);
+        EXPECT_EQ(st.iAnchorCode, -7);
+        EXPECT_EQ(st.iX, 11);
+        EXPECT_EQ(st.iY, 12);
+    }
+    template <class T> static void ExpectLook(const T& st) {
+        EXPECT_EQ(st.uFont, 5u);
+        EXPECT_EQ(st.fTextSize, 16);
+        EXPECT_TRUE(st.bShadow);
+        const u8 aText[4] = {st.u8TextR, st.u8TextG, st.u8TextB, st.u8TextA};
+        const u8 aShadow[4] = {st.u8ShadowR, st.u8ShadowG, st.u8ShadowB, st.u8ShadowA};
+        for (u32 u = 0; u < 4; ++u) {
+            EXPECT_EQ(aText[u], g_stColors.au8Text[u]) << u;
+            EXPECT_EQ(aShadow[u], g_stColors.au8Shadow[u]) << u;
+        }
+    }
+    static constexpr stItemColors g_stColors{{1, 2, 3, 4}, {5, 6, 7, 8}};
+    static constexpr stItemInstance g_stInstance{2, 1085, 17, g_uNoTemplate};
+    static constexpr u64 g_u64Id = (u64{2} << 32) | 1085;
+};
+
+TEST_F(TemplateInit, ATextsRecord) {
+    Place(*g_poolTextBox.m_fnUse(1085)).wzText = u"MHz";
+    stTextInit st{};
+    ASSERT_TRUE(g_fnMakeTextInit(g_stInstance, g_stColors, true, st));
+    ExpectPlace(st, g_u64Id);
+    ExpectLook(st);
+    EXPECT_EQ(st.fSpacingX, 1);
+    EXPECT_EQ(st.fSpacingY, 2);
+    EXPECT_TRUE(st.bAutoSize && st.bFitToText);
+    EXPECT_FALSE(st.bMemo);
+    EXPECT_EQ(std::u16string(st.wzText), u"MHz");
+}
+
+TEST_F(TemplateInit, ANumbersRecord) {
+    stNumTemplate& stTemplate = Place(*g_poolNumBox.m_fnUse(1085));
+    stTemplate.iWidth = 40;
+    stTemplate.iHeight = 20;
+    stTemplate.fDigitSpacing = 0.5f;
+    stTemplate.uDigitPadding = 3;
+    stTemplate.uHideDigitPad = 0;
+    stNumInit st{};
+    ASSERT_TRUE(g_fnMakeNumInit(g_stInstance, g_stColors, true, st));
+    ExpectPlace(st, g_u64Id);
+    ExpectLook(st);
+    EXPECT_EQ(st.fSpacing, 0.5f);
+    EXPECT_EQ(st.iWidth, 40);
+    EXPECT_EQ(st.iHeight, 20);
+    EXPECT_EQ(st.uPadDigits, 3u);
+    EXPECT_EQ(st.uHidePad, 0u);
+    EXPECT_EQ(st.uDataKind, g_uDataKindNone);
+    EXPECT_EQ(st.uDataArg, 17u);
+}
+
+TEST_F(TemplateInit, AFlipsRecord) {
+    stFlipTemplate& stTemplate = Place(*g_poolFlipBox.m_fnUse(1085));
+    stTemplate.awzText[0] = u"zero";
+    stTemplate.awzText[2] = u"two";
+    stFlipInit st{};
+    ASSERT_TRUE(g_fnMakeFlipInit(g_stInstance, g_stColors, true, st));
+    ExpectPlace(st, g_u64Id);
+    ExpectLook(st);
+    EXPECT_EQ(st.fSpacingX, 1);
+    EXPECT_EQ(st.fSpacingY, 2);
+    EXPECT_EQ(st.uDataArg, 17u);
+    EXPECT_EQ(std::u16string(st.awzText[0]), u"zero");
+    EXPECT_EQ(std::u16string(st.awzText[1]), u"");
+    EXPECT_EQ(std::u16string(st.awzText[2]), u"two");
+}
+
+TEST_F(TemplateInit, APanelsRecord) {
+    Place(*g_poolPanel.m_fnUse(1085)).bHidden = true;
+    stPanelInit st{};
+    ASSERT_TRUE(g_fnMakePanelInit(g_stInstance, {10, 20, 30, 40, PANEL_TYPE_FROSTED, 12}, st));
+    ExpectPlace(st, g_u64Id);
+    EXPECT_EQ(st.iWidth, 120);
+    EXPECT_EQ(st.iHeight, 24);
+    EXPECT_EQ(st.u8R, 10);
+    EXPECT_EQ(st.u8G, 20);
+    EXPECT_EQ(st.u8B, 30);
+    EXPECT_EQ(st.u8A, 40);
+    EXPECT_EQ(st.uPanelType, PANEL_TYPE_FROSTED);
+    EXPECT_EQ(st.uScatter, 12u);
+    EXPECT_EQ(st.uShape, g_uShapeRect);
+    EXPECT_TRUE(st.bHidden);
+}
+
+TEST_F(TemplateInit, APanelTakesItsOwnSizeOnlyWhereTheStyleHasNone) {
+    stPanelTemplate& stTemplate = Place(*g_poolPanel.m_fnUse(1));
+    stTemplate.iWidth = 300;
+    stTemplate.iHeight = 40;
+    stPanelInit st{};
+    ASSERT_TRUE(g_fnMakePanelInit({0, 1}, {}, st));
+    EXPECT_EQ(st.iWidth, 120);
+    g_poolPanelStyle.m_fnFind(3)->iWidth = 0;
+    ASSERT_TRUE(g_fnMakePanelInit({0, 1}, {}, st));
+    EXPECT_EQ(st.iWidth, 300);
+    EXPECT_EQ(st.iHeight, 24);
+}
+
+TEST_F(TemplateInit, WithoutATemplateThereIsNoRecord) {
+    stTextInit stText{};
+    stNumInit stNum{};
+    stFlipInit stFlip{};
+    stPanelInit stPanel{};
+    stText.u64LB_ID = stNum.u64LB_ID = stFlip.u64LB_ID = stPanel.u64LB_ID = 99;
+    EXPECT_FALSE(g_fnMakeTextInit(g_stInstance, g_stColors, true, stText));
+    EXPECT_FALSE(g_fnMakeNumInit(g_stInstance, g_stColors, true, stNum));
+    EXPECT_FALSE(g_fnMakeFlipInit(g_stInstance, g_stColors, true, stFlip));
+    EXPECT_FALSE(g_fnMakePanelInit(g_stInstance, {}, stPanel));
+    for (const u64 u64Id : {stText.u64LB_ID, stNum.u64LB_ID, stFlip.u64LB_ID, stPanel.u64LB_ID})
+        EXPECT_EQ(u64Id, 99u);
+}
+
+TEST_F(TemplateInit, WithoutItsStyleThereIsNoRecordEither) {
+    for (const u32 uStyle : {4u, 64u, 0xFFFFFFFFu}) {
+        Place(*g_poolTextBox.m_fnUse(1085)).uStyleID = uStyle;
+        Place(*g_poolNumBox.m_fnUse(1085)).uStyleID = uStyle;
+        Place(*g_poolFlipBox.m_fnUse(1085)).uStyleID = uStyle;
+        Place(*g_poolPanel.m_fnUse(1085)).uStyleID = uStyle;
+        stTextInit stText{};
+        stNumInit stNum{};
+        stFlipInit stFlip{};
+        stPanelInit stPanel{};
+        EXPECT_FALSE(g_fnMakeTextInit(g_stInstance, g_stColors, true, stText));
+        EXPECT_FALSE(g_fnMakeNumInit(g_stInstance, g_stColors, true, stNum));
+        EXPECT_FALSE(g_fnMakeFlipInit(g_stInstance, g_stColors, true, stFlip));
+        EXPECT_FALSE(g_fnMakePanelInit(g_stInstance, {}, stPanel));
+    }
+}
+
+TEST_F(TemplateInit, AnotherItemsTemplateStandsInAndAnOwnOneGoesBefore) {
+    stItemInstance stSensor{9, 70, 9, 60};
+    Place(*g_poolTextBox.m_fnUse(60)).wzText = u"any";
+    stTextInit st{};
+    ASSERT_TRUE(g_fnMakeTextInit(stSensor, g_stColors, true, st));
+    EXPECT_EQ(std::u16string(st.wzText), u"any");
+    EXPECT_EQ(st.u64LB_ID, (u64{9} << 32) | 70);
+    Place(*g_poolTextBox.m_fnUse(70)).wzText = u"own";
+    ASSERT_TRUE(g_fnMakeTextInit(stSensor, g_stColors, true, st));
+    EXPECT_EQ(std::u16string(st.wzText), u"own");
+}
+
+TEST_F(TemplateInit, ColoursAreWhiteOnBlackByDefault) {
+    const stItemColors st;
+    for (u32 u = 0; u < 4; ++u) {
+        EXPECT_EQ(st.au8Text[u], 255);
+        EXPECT_EQ(st.au8Shadow[u], u == 3 ? 255 : 0);
+    }
+    EXPECT_EQ(stPanelLook{}.uScatter, 30u);
+}
+
+TEST_F(TemplateInit, RecordsMakeTheControlsThatTheySay) {
+    Place(*g_poolTextBox.m_fnUse(1085)).wzText = u"ab";
+    Place(*g_poolNumBox.m_fnUse(10)).uDigitPadding = 2;
+    Place(*g_poolPanel.m_fnUse(5));
+    stTextInit stText{};
+    stNumInit stNum{};
+    stPanelInit stPanel{};
+    ASSERT_TRUE(g_fnMakeTextInit(g_stInstance, g_stColors, true, stText));
+    ASSERT_TRUE(g_fnMakeNumInit({3, 10}, g_stColors, false, stNum));
+    ASSERT_TRUE(g_fnMakePanelInit({0, 5}, {0, 0, 0, 128, PANEL_TYPE_GELLOPHANE, 30}, stPanel));
+    ASSERT_TRUE(g_fnCreateTextBoxes({&stText, 1}) && g_fnCreateNumBoxes({&stNum, 1}) &&
+                g_fnCreatePanels({&stPanel, 1}));
+    const CTextBox_Base* pText = g_fnFindCtrl(2, 1085, g_stTextBoxIds, g_ppTextBox);
+    ASSERT_NE(pText, nullptr);
+    EXPECT_EQ(std::u16string(pText->m_wzText.get()), u"ab");
+    EXPECT_EQ(pText->m_iAnchorCode, -7);
+    EXPECT_EQ(pText->m_fSizeW, 8 + 1 + 8);
+    EXPECT_NE(g_fnFindCtrl(3, 10, g_stNumBoxIds, g_ppNumBox), nullptr);
+    const CPanel_Base* pPanel = g_fnFindCtrl(0, 5, g_stPanelIds, g_ppPanel);
+    ASSERT_NE(pPanel, nullptr);
+    EXPECT_EQ(pPanel->m_fPanelW, 120);
+}
+
+TEST_F(TemplateInit, TheThreeTextsOfTheSettingsArePercentOfTheCanvasHeight) {
+    g_uCanvasH = 1080;
+    EXPECT_EQ(g_fnSettingsTextSize(5), 54);
+    EXPECT_EQ(g_fnSettingsTextSize(1), 10.8f);
+    EXPECT_EQ(g_fnSettingsTextSize(0), 0);
+    g_uCanvasH = 720;
+    EXPECT_EQ(g_fnSettingsTextSize(5), 36);
+}
+
+// --- lists of records --------------------------------------------------------------------------------------
+
+std::vector<std::string> g_aLines;
+
+TEST_F(TemplateInit, AListThatIsFullSaysSoAndFailsTheStep) {
+    g_aLines.clear();
+    void (*const fnFormer)(const char*) = g_fnLogSink;
+    g_fnLogSink = [](const char* sz) { g_aLines.emplace_back(sz); };
+    stInitLists st;
+    EXPECT_TRUE(g_fnAppendInit(st.lstPieChartInit, stPieChartInit{}, 2));
+    EXPECT_TRUE(g_fnAppendInit(st.lstPieChartInit, stPieChartInit{}, 2));
+    EXPECT_TRUE(g_aLines.empty());
+    EXPECT_FALSE(g_fnAppendInit(st.lstPieChartInit, stPieChartInit{}, 2));
+    EXPECT_EQ(st.lstPieChartInit.size(), 2u);
+    EXPECT_EQ(g_aLines, std::vector<std::string>{"list too long"});
+    g_fnLogSink = fnFormer;
+}
+
+TEST_F(TemplateInit, AListHoldsTheMostAndNoMore) {
+    std::vector<u32> lst(g_uInitListMost - 1);
+    EXPECT_TRUE(g_fnAppendInit(lst, 1u));
+    EXPECT_FALSE(g_fnAppendInit(lst, 1u));
+}
+
+TEST_F(TemplateInit, AFailedStepIsShownOnlyWhereMessageBoxesAreAskedFor) {
+    platform::headless::ResetAll();
+    g_bDebugMessageBox = false;
+    g_fnReportChainFailure("g_fnCreate_Tavo_ResourceByClassicStyle", 3);
+    EXPECT_TRUE(platform::headless::MessageBoxes().empty());
+    g_bDebugMessageBox = true;
+    g_fnReportChainFailure("g_fnCreate_Tavo_ResourceByClassicStyle", 3);
+    g_bDebugMessageBox = false;
+    ASSERT_EQ(platform::headless::MessageBoxes().size(), 1u);
+    EXPECT_EQ(platform::headless::MessageBoxes()[0].first, u"Error code : 3");
+    EXPECT_EQ(platform::headless::MessageBoxes()[0].second, "g_fnCreate_Tavo_ResourceByClassicStyle");
+    platform::headless::ResetAll();
+}
+
+} // namespace
