@@ -204,6 +204,7 @@ void CGroupWalk::m_fnVisitLoop(const tinyxml2::XMLElement& element, stLevel& lev
         round.uIndex = static_cast<u32>(i);
         round.ppLastPlaced = &pLast;
         m_fnWalk(element.FirstChildElement(), round);
+        // KEEP: of a round that placed several only the last counts, and it goes on this level's cursor.
         if (pLast) ApplyFlow(*pLast, level);
     }
 }
