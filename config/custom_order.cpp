@@ -65,8 +65,9 @@ stStacked StackedOf(const CItemProperty_Base* pItem) {
 std::vector<CControl*> g_fnColorListOrder(const tinyxml2::XMLElement* pInfo) {
     std::vector<stStacked> list;
     std::set<const CControl*> seen;
+    const std::size_t uAll = g_fnControlNames('L')->size() + g_fnControlNames('C')->size();
     const tinyxml2::XMLElement* pElement = pInfo ? pInfo->FirstChildElement() : nullptr;
-    for (; pElement; pElement = pElement->NextSiblingElement()) {
+    for (; pElement && list.size() < uAll; pElement = pElement->NextSiblingElement()) {
         const std::string_view element = pElement->Value();
         if (element != "LineGraph" && element != "PieChart") continue;
         const stStacked st = StackedOf(ItemOf(*pElement));

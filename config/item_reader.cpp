@@ -14,6 +14,12 @@ const tinyxml2::XMLElement* g_fnNextElement(const tinyxml2::XMLElement* pElement
     return pElement ? pElement->NextSiblingElement(szElement) : nullptr;
 }
 
+bool g_fnIsRoomForItem(std::size_t uElement, const char* szElement) {
+    if (uElement < g_uElementsMax && g_mapItemByName.size() < g_uItemsMax) return true;
+    g_fnReportError("too many items, from \"%s\" number %i on", szElement, static_cast<i32>(uElement + 1));
+    return false;
+}
+
 void g_fnCheckShadowOpacity(const CItemProperty_Base& item, u32 uPercent) {
     if (uPercent > 100) g_fnReportError("item \"%s\" m_u8ShadowOpacity", item.m_szItemName);
 }

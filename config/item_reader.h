@@ -10,14 +10,22 @@
 const tinyxml2::XMLElement* g_fnFirstElement(const tinyxml2::XMLElement* pParent, const char* szElement);
 const tinyxml2::XMLElement* g_fnNextElement(const tinyxml2::XMLElement* pElement, const char* szElement);
 
+/// Items beyond so many, and elements of one kind beyond so many, are left out: no layout has room for them,
+/// and the program that the overlay stands in must not wait for them.
+constexpr std::size_t g_uItemsMax = 4096, g_uElementsMax = 65536;
+/// False, with the reason reported, if the element with that place among its kind is one too many.
+bool g_fnIsRoomForItem(std::size_t uElement, const char* szElement);
+
 /// Reads each child of that element name into a fresh record: fnRead(element, record) applies the class's own
 /// keys and validates, false for a record that must not be kept. After the first such record the walk reads
 /// and reports on, but registers nothing more; the names of those items stay free.
 template <class T, class Read>
 void g_fnReadItems(const tinyxml2::XMLElement* pParent, const char* szElement, Read fnRead) {
     bool bFailed = false;
+    std::size_t uElement = 0;
     const tinyxml2::XMLElement* pElement = g_fnFirstElement(pParent, szElement);
     for (; pElement; pElement = g_fnNextElement(pElement, szElement)) {
+        if (!g_fnIsRoomForItem(uElement++, szElement)) return;
         T item;
         if (!g_fnParseItemBase(pElement, &item)) continue;
         if (!fnRead(*pElement, item)) bFailed = true;
