@@ -1,5 +1,6 @@
 #include "frame/frame_driver.h"
 
+#include "config/load.h"
 #include "frame/limiter.h"
 #include "frame/log.h"
 #include "frame/resources.h"
@@ -176,6 +177,7 @@ static void RunPipeline(platform::SurfaceHandle hdc) {
     g_fnLog("PreSwapBuffers() #%i Call", static_cast<i32>(++g_uCallCount));
     if (g_uApiCode != 0 && g_uApiCode != g_uApiCodeOpenGL) return;
     if (!AcceptDeviceContext(hdc)) return;
+    if (!g_bInitGL && !g_fnIsLoadDue()) return;
     const bool bBuilt = g_bInitGL && g_bInitGLEW;
     std::optional<CTimerReading> reading; // one for the whole frame, but a build takes its time
     if (bBuilt) reading.emplace();

@@ -1,5 +1,4 @@
 // One drawn frame: GL set-up once a context, then the sequence around the overlay's drawing.
-#include "config/load.h"
 #include "controls/osd_manager.h"
 #include "draw/draw_basic.h"
 #include "draw/draw_text.h"
@@ -187,7 +186,6 @@ static void DrawOverlay() {
 
 void g_fnTavo_GL_Render() {
     if (!g_bInitGLEW && !SetUpContext()) return;
-    if (!g_bInitGL && !g_fnIsLoadDue()) return;
     g_fnTavo_GL_CaptureState();
     g_fnTavo_GL_SetupState();
     // KEEP: a failed build leaves the state as it stands, is retried on the next frame and counts nowhere.

@@ -36,7 +36,10 @@ static bool g_bWorkersRun = false;
 
 bool g_fnInitGL_Resource() noexcept {
     g_fnFillCreationTable_GL();
-    g_stCreationTable.m_fnReleaseHook = [] { g_fnTavo_GL_Release(); };
+    g_stCreationTable.m_fnReleaseHook = [] {
+        g_fnForgetFailedLoad(); // whoever asks for another build doesn't want to wait for it
+        g_fnTavo_GL_Release();
+    };
     static constexpr char16_t wzName[] = u"OpenGL";
     std::memcpy(g_wzApiName, wzName, sizeof wzName);
     g_uApiCode = g_uApiCodeOpenGL;
@@ -155,7 +158,7 @@ static bool AbandonLoad(i64 iStart) {
 }
 
 bool g_fnTavo_Init_Resource() {
-    if (!g_fnIsLoadDue() || AreBatchersHopeless() || !MakeManager()) return false;
+    if (AreBatchersHopeless() || !MakeManager()) return false;
     const i64 iStart = platform::CounterNow();
     g_fnSelectManager();
     MakeFrameSamples();

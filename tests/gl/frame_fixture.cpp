@@ -1,5 +1,6 @@
 #include "tests/gl/frame_fixture.h"
 
+#include "config/load.h"
 #include "frame/frame_driver.h"
 #include "frame/limiter.h"
 #include "frame/statistics.h"
@@ -34,6 +35,7 @@ static void ResetLibrary() {
     g_fnSaveScreenshotHook = nullptr;
     EnableFPSLimiter = 0;
     g_stLimiter = stLimiterState();
+    g_fnForgetFailedLoad();
 }
 
 /// Where the virtual clock stood after the test before: timers of the process must never see it go back.
