@@ -189,7 +189,8 @@ constexpr stAttribute g_aPieChart[] = {
     Value("MaxValue", "100.0", "value at which all slots are filled"),
     Degree("StartDegree", "angle of the first slot; 0 is on the right, 90 at the top"),
     Degree("EndDegree", "angle behind the last slot; the same as the start makes a full turn"),
-    Switch("Clockwise", "1 takes the other part of the circle, or turns a full circle clockwise"),
+    Switch("Clockwise",
+           "1 turns a full circle clockwise; between two angles the gauge gets as long as the rest"),
     Stack(),
 };
 

@@ -61,7 +61,7 @@ void CheckElementName(const tinyxml2::XMLElement& element, const char* szParent,
 }
 
 void CheckAttributes(const tinyxml2::XMLElement& element, const stElement& known, Findings& findings) {
-    for (const tinyxml2::XMLAttribute* p = element.FirstAttribute(); p; p = p->Next()) {
+    for (const tinyxml2::XMLAttribute* p = element.FirstAttribute(); p && !findings.IsFull(); p = p->Next()) {
         if (const stAttribute* pKnown = FindAttribute(known, p->Name())) {
             if (!IsJudgedWithItem(known, *pKnown)) CheckValue(*p, *pKnown, findings);
             continue;
@@ -91,7 +91,8 @@ void CheckIgnored(const tinyxml2::XMLElement& element, Findings& findings) {
 void CheckElement(const tinyxml2::XMLElement& element, const stElement& known, Findings& findings) {
     CheckAttributes(element, known, findings);
     std::map<std::string, int> first;
-    for (const tinyxml2::XMLElement* p = element.FirstChildElement(); p; p = p->NextSiblingElement()) {
+    for (const tinyxml2::XMLElement* p = element.FirstChildElement(); p && !findings.IsFull();
+         p = p->NextSiblingElement()) {
         const stElement* pKnown = FindElement(p->Name(), known.szName);
         if (known.eUse == ElementUse::Item || !pKnown) {
             CheckElementName(*p, known.szName, findings);

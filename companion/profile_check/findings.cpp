@@ -30,12 +30,14 @@ const char* SeverityName(Severity eSeverity) {
 }
 
 void Findings::Add(Severity eSeverity, int iLine, std::string strText) {
-    if (m_list.size() > g_uFindingsMost) return;
+    if (IsFull()) return;
     Finding st{m_strFile, iLine, eSeverity, std::move(strText)};
     if (m_list.size() == g_uFindingsMost)
         st = {m_strFile, 0, Severity::Error, "too much is wrong; the rest is left out"};
     if (std::find(m_list.begin(), m_list.end(), st) == m_list.end()) m_list.push_back(std::move(st));
 }
+
+bool Findings::IsFull() const { return m_list.size() > g_uFindingsMost; }
 
 unsigned Findings::Count(Severity eSeverity) const {
     return static_cast<unsigned>(std::count_if(

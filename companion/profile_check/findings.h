@@ -29,6 +29,8 @@ class Findings {
     void SetFile(std::string strFile) { m_strFile = std::move(strFile); }
     const std::string& File() const { return m_strFile; }
 
+    /// No more are taken: what is left to look at need not be.
+    bool IsFull() const;
     unsigned Count(Severity eSeverity) const;
     bool Passes() const { return Count(Severity::Error) == 0; }
     const std::vector<Finding>& All() const { return m_list; }

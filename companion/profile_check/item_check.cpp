@@ -161,21 +161,39 @@ void CheckByKind(const ProfileItem& item, const ItemReport& report) {
 
 using ItemsByName = std::map<std::string, const ProfileItem*>;
 
-/// Owners go by their whole names, so an owner with an owner is never found.
-void CheckOwner(const ProfileItem& item, const ItemsByName& taken, const std::vector<ProfileItem>& all,
-                const ItemReport& report) {
-    const bool bMarked = item.strName.find('@') != std::string::npos;
-    if (!bMarked || taken.contains(item.strOwner)) return;
-    std::string strWhy = "there is no item \"" + item.strOwner + '"';
-    for (const ProfileItem& other : all) {
-        if (other.strName == item.strOwner)
-            strWhy = "the item \"" + item.strOwner + "\" in line " +
-                     std::to_string(other.pElement->GetLineNum()) +
-                     (other.bShown ? " is refused" : " is not shown");
-        if (!other.strOwner.empty() && other.strName == item.strOwner + '@' + other.strOwner)
-            strWhy = "the item \"" + other.strName + "\" has an owner itself, and so can own nothing";
+/// Items as owners see them.
+struct stOwners {
+    ItemsByName taken; ///< by whole name
+    ItemsByName all;   ///< the same, those that were refused included
+    ItemsByName owned; ///< those that have an owner themselves, by the name in front of it
+};
+
+stOwners OwnersOf(const std::vector<const ProfileItem*>& taken, const std::vector<ProfileItem>& all) {
+    stOwners st;
+    for (const ProfileItem* p : taken) st.taken.emplace(p->strName, p);
+    for (const ProfileItem& item : all) {
+        st.all.emplace(item.strName, &item);
+        if (const std::size_t uAt = item.strName.rfind('@'); uAt != std::string::npos)
+            st.owned.emplace(item.strName.substr(0, uAt), &item);
     }
-    report.Error("Name", "the owner is missing: " + strWhy + "; the item is not shown");
+    return st;
+}
+
+/// Why an owner is missing.
+std::string OwnerFault(const std::string& strOwner, const stOwners& st) {
+    if (const auto it = st.all.find(strOwner); it != st.all.end())
+        return "the item \"" + strOwner + "\" in line " + std::to_string(it->second->pElement->GetLineNum()) +
+               (it->second->bShown ? " is refused" : " is not shown");
+    if (const auto it = st.owned.find(strOwner); it != st.owned.end())
+        return "the item \"" + it->second->strName + "\" has an owner itself, and so can own nothing";
+    return "there is no item \"" + strOwner + '"';
+}
+
+/// Owners go by their whole names, so an owner with an owner is never found.
+void CheckOwner(const ProfileItem& item, const stOwners& owners, const ItemReport& report) {
+    if (item.strName.find('@') == std::string::npos || owners.taken.contains(item.strOwner)) return;
+    report.Error("Name",
+                 "the owner is missing: " + OwnerFault(item.strOwner, owners) + "; the item is not shown");
 }
 
 } // namespace
@@ -191,13 +209,13 @@ unsigned GraphColumns(const ProfileItem& item) {
 
 void CheckItems(const std::vector<const ProfileItem*>& taken, const std::vector<ProfileItem>& all,
                 const DataNames& names, Findings& findings) {
-    ItemsByName byName;
-    for (const ProfileItem* p : taken) byName.emplace(p->strName, p);
+    const stOwners owners = OwnersOf(taken, all);
     DataNameCheck dataNames(names);
     for (const ProfileItem* p : taken) {
+        if (findings.IsFull()) return;
         const ItemReport report(*p, findings);
         CheckByKind(*p, report);
-        CheckOwner(*p, byName, all, report);
+        CheckOwner(*p, owners, report);
         if (FindAttribute(*p->pKind, "DataFullName")) dataNames.Check(*p, findings);
     }
 }
