@@ -46,6 +46,10 @@ stFontRecord ReadSlot(const CTemplateAttributes& attributes) {
     return st;
 }
 
+void MarkUsedSlots() {
+    for (u32 u = 0; u < g_uFixedFonts; ++u) g_bitsFontSlotUsed.set(u, g_aFontSlot[u].m_wzFontName[0] != 0);
+}
+
 } // namespace
 
 void g_fnClearFontSlots() {
@@ -60,8 +64,8 @@ bool g_fnReadFontSlots(const tinyxml2::XMLElement* pTemplate) {
         const u32 uSlot = g_fnTitleNumber(attributes.m_fnText("Title"));
         if (uSlot >= g_uFixedFonts) continue;
         g_aFontSlot[uSlot] = ReadSlot(attributes);
-        g_bitsFontSlotUsed.set(uSlot, g_aFontSlot[uSlot].m_wzFontName[0] != 0);
     }
+    MarkUsedSlots();
     return true;
 }
 
@@ -71,6 +75,7 @@ bool g_fnMakeTemplateFonts(const tinyxml2::XMLElement* pTemplate, FontOverride f
     g_fnClearFontSlots();
     if (!g_fnReadFontSlots(pTemplate)) return false;
     if (fnOverride) fnOverride(g_aFontSlot);
+    MarkUsedSlots();
     FontIdsByName ids;
     return g_fnMakeFixedFonts(g_aFontSlot, stPlace, ids);
 }

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <cstdlib>
 #include <string>
 
 namespace {
@@ -87,10 +89,21 @@ TEST_F(Expression, TheLowestNumberDividedByMinusOneWrapsToo) {
     Numbers({{"2147483648/-1", -2147483647 - 1}, {"2147483648%-1", 0}});
 }
 
+/// Ends the process with a code of its own at the machine's arithmetic fault.
+template <class Evaluate> void ExpectFault(Evaluate fnEvaluate) {
+    constexpr int iFault = 33;
+    EXPECT_EXIT(
+        {
+            std::signal(SIGFPE, [](int) { std::_Exit(iFault); });
+            fnEvaluate();
+        },
+        testing::ExitedWithCode(iFault), "");
+}
+
 TEST_F(Expression, DivisionByZeroFaults) {
-    EXPECT_DEATH(g_fnEvalNumber("1/0"), "");
-    EXPECT_DEATH(g_fnEvalNumber("1%(2-2)"), "");
-    EXPECT_DEATH(g_fnEvalCondition("1/unknown"), "");
+    ExpectFault([] { g_fnEvalNumber("1/0"); });
+    ExpectFault([] { g_fnEvalNumber("1%(2-2)"); });
+    ExpectFault([] { g_fnEvalCondition("1/unknown"); });
 }
 
 TEST_F(Expression, ADivisionThatIsNotReadDoesNotFault) {

@@ -142,9 +142,11 @@ TEST_F(TemplateFonts, TheLanguageMayChangeSlotsBeforeFontsAreMade) {
                          ASSERT_EQ(slots.size(), g_uFixedFonts);
                          EXPECT_EQ(Face(slots[2]), u"Own");
                          slots[2].m_uFontLayoutX = 6;
+                         slots[9].m_wzFontName[0] = u'L';
                      }));
     ASSERT_NE(g_ppFont[2], nullptr);
     EXPECT_EQ(g_ppFont[2]->m_uLayoutW, 6u);
+    EXPECT_EQ(g_bitsFontSlotUsed.to_ulong(), 1u << 2 | 1u << 9);
 }
 
 TEST_F(TemplateFonts, TheStepReadsTheLanguageFilesNameFirst) {
