@@ -116,9 +116,14 @@ void FaceCheck::CheckInstalled(const ProfileItem& item, const std::u16string& wz
         return;
     std::error_code ignored;
     if (fs::exists(m_pathFolder / fs::path(u"2-" + wzFace + u".fnt"), ignored)) return;
-    m_findings.Warning(AttributeLine(*item.pElement, "FontName"),
-                       "the face \"" + ToUtf8(wzFace) + "\" is not installed here; \"" + ToUtf8(wzDrawn) +
-                           "\" is drawn in its place");
+    // A stand-in that the system has for this very face is less of a loss than its last resort.
+    char16_t wzDefault[128] = u"";
+    const Font pDefault(platform::CreateGlyphFont(m_pDevice.get(), {32, 43, 400, nullptr}));
+    platform::GlyphFontFamily(m_pDevice.get(), pDefault.get(), wzDefault, 128);
+    m_findings.Add(EqualNames(wzDrawn, wzDefault) ? Severity::Warning : Severity::Note,
+                   AttributeLine(*item.pElement, "FontName"),
+                   "the face \"" + ToUtf8(wzFace) + "\" is not installed here; \"" + ToUtf8(wzDrawn) +
+                       "\" is drawn in its place");
 }
 
 bool FaceCheck::HasLetter(stFace& face, char32_t c) {

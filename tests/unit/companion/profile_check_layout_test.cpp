@@ -2,6 +2,7 @@
 #include "controls/osd_manager.h"
 #include "draw/creation_table.h"
 #include "frame/log.h"
+#include "platform/folders.h"
 #include "tests/unit/companion/profile_check_fixture.h"
 
 using namespace companion;
@@ -59,6 +60,14 @@ TEST_F(ProfileCheckLayout, AFaceThatIsNotInstalledIsToldOnce) {
     CheckItems(strItem + "Name=\"a\"/>\n" + strItem + "Name=\"b\"/>");
     EXPECT_TRUE(SaidWarning(5, "the face \"No Such Face At All\" is not installed here; \""));
     EXPECT_EQ(m_findings.All().size(), 1u) << Report();
+}
+
+TEST_F(ProfileCheckLayout, AStandInOfTheSystemsOwnIsANote) {
+    if (platform::g_cPathSeparator == u'\\') GTEST_SKIP() << "fontconfig's names only";
+    // The system knows a sans-serif face to take for this one.
+    CheckItems("<TextBox IsShow=\"1\" TextSize=\"24\" Text=\"x\" FontName=\"sans-serif\" Name=\"a\"/>");
+    EXPECT_TRUE(SaidNote(5, "the face \"sans-serif\" is not installed here; \""));
+    EXPECT_TRUE(IsClean(Severity::Warning));
 }
 
 TEST_F(ProfileCheckLayout, AFontFileStandsInForAFace) {
