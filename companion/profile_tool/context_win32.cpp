@@ -87,6 +87,8 @@ struct OffscreenContext::Parts {
                                 TRUE,
                                 WGL_SUPPORT_OPENGL_ARB,
                                 TRUE,
+                                WGL_DOUBLE_BUFFER_ARB,
+                                TRUE,
                                 WGL_PIXEL_TYPE_ARB,
                                 WGL_TYPE_RGBA_ARB,
                                 WGL_RED_BITS_ARB,
