@@ -43,12 +43,28 @@ bool Parse(const fs::path& path, tinyxml2::XMLDocument& document, Findings& find
     return false;
 }
 
+/// Widths of faces in percent.
+void CheckPreset(const tinyxml2::XMLElement* pPreset, Findings& findings) {
+    constexpr double c_fLeast = 25, c_fMost = 400;
+    const tinyxml2::XMLElement* p = pPreset ? pPreset->FirstChildElement("Variable") : nullptr;
+    for (; p && !findings.IsFull(); p = p->NextSiblingElement("Variable")) {
+        const char *szName = p->Attribute("Name"), *szValue = p->Attribute("Value");
+        const double fPercent = szValue ? ReadNumber(szValue, ValueKind::Whole) : 0;
+        if (!szName || !*szName)
+            findings.Warning(p->GetLineNum(), "<Variable> without a Name is for no face");
+        else if (fPercent < c_fLeast || fPercent > c_fMost)
+            findings.Warning(p->GetLineNum(), "<Variable> of the face \"" + std::string(szName) +
+                                                  "\": Value is a percentage, held to 25 to 400");
+    }
+}
+
 /// No profile loads without it.
 void CheckReference(const fs::path& pathData, Findings& findings) {
     const fs::path path = pathData / "OSD_Ref.xml";
     tinyxml2::XMLDocument document;
     findings.SetFile(TextOfPath(path));
-    Parse(path, document, findings);
+    if (!Parse(path, document, findings)) return;
+    CheckPreset(document.FirstChildElement("OSD")->FirstChildElement("Preset"), findings);
 }
 
 struct stPlace {

@@ -68,6 +68,17 @@ TEST_F(ProfileCheckDocument, TheReferenceMustOpenToo) {
     EXPECT_TRUE(SaidError(1, "not well formed"));
 }
 
+TEST_F(ProfileCheckDocument, WidthsOfFacesArePercentages) {
+    WriteItems(Text("caption"));
+    WriteFile("OSD_Ref.xml",
+              "<OSD><Preset>\n<Variable Name=\"Arial\" Value=\"1.1\"/>\n<Variable Value=\"110\"/>\n"
+              "<Variable Name=\"Arial\" Value=\"110\"/></Preset></OSD>");
+    Check();
+    EXPECT_TRUE(SaidWarning(2, "<Variable> of the face \"Arial\": Value is a percentage, held to 25 to 400"));
+    EXPECT_TRUE(SaidWarning(3, "<Variable> without a Name is for no face"));
+    EXPECT_EQ(m_findings.All().size(), 2u) << Report();
+}
+
 TEST_F(ProfileCheckDocument, StylesThatAreNotBuiltYetAreErrors) {
     Write("\n<OSD>\n</OSD>\n");
     Check();
