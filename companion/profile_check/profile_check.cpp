@@ -32,6 +32,9 @@ bool ReadDocument(const fs::path& path, std::string& strBytes) {
     return true;
 }
 
+/// As the system writes paths.
+std::string FileText(fs::path path) { return TextOfPath(path.make_preferred()); }
+
 bool Parse(const fs::path& path, tinyxml2::XMLDocument& document, Findings& findings) {
     std::string strBytes;
     if (!ReadDocument(path, strBytes)) {
@@ -62,7 +65,7 @@ void CheckPreset(const tinyxml2::XMLElement* pPreset, Findings& findings) {
 void CheckReference(const fs::path& pathData, Findings& findings) {
     const fs::path path = pathData / "OSD_Ref.xml";
     tinyxml2::XMLDocument document;
-    findings.SetFile(TextOfPath(path));
+    findings.SetFile(FileText(path));
     if (!Parse(path, document, findings)) return;
     CheckPreset(document.FirstChildElement("OSD")->FirstChildElement("Preset"), findings);
 }
@@ -87,7 +90,7 @@ void CheckItemList(const tinyxml2::XMLElement& info, const stPlace& place, const
 void CheckFolder(const stPlace& place, const CheckOptions& stOptions, Findings& findings) {
     CheckReference(place.pathData, findings);
     const fs::path path = place.pathFolder / "OSD.xml";
-    findings.SetFile(TextOfPath(path));
+    findings.SetFile(FileText(path));
     tinyxml2::XMLDocument document;
     if (!Parse(path, document, findings)) return;
     if (const tinyxml2::XMLElement* pInfo = CheckDocument(document, findings))

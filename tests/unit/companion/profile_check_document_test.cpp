@@ -62,7 +62,7 @@ TEST_F(ProfileCheckDocument, TheReferenceMustOpenToo) {
     std::filesystem::remove(m_root / "OSD_Ref.xml");
     Check();
     EXPECT_TRUE(SaidError(0, "cannot be opened"));
-    EXPECT_EQ(m_findings.All()[0].strFile, (m_root / "OSD_Ref.xml").generic_string());
+    EXPECT_EQ(m_findings.All()[0].strFile, (m_root / "OSD_Ref.xml").make_preferred().string());
     WriteFile("OSD_Ref.xml", "<OSD>\n");
     Check();
     EXPECT_TRUE(SaidError(1, "not well formed"));
@@ -219,7 +219,7 @@ TEST_F(ProfileCheckDocument, TheReportIsOneLineAFindingAndACount) {
     WriteItems("<Panl/>\n" + Text("a", "x1x1x1x1=\"2\" FrameAnchor=\"11\""));
     std::string strReport;
     EXPECT_EQ(CheckProfile(m_stOptions, strReport), kFailed);
-    const std::string strFile = (m_root / "Profiles" / "Mine" / "OSD.xml").generic_string();
+    const std::string strFile = (m_root / "Profiles" / "Mine" / "OSD.xml").make_preferred().string();
     EXPECT_EQ(strReport, strFile + ":5: error: unknown element <Panl> in <Info>; did you mean <Panel>?\n" +
                              strFile + ":6: warning: unknown attribute \"x1x1x1x1\" of <TextBox>\n" +
                              strFile + ":6: error: FrameAnchor \"11\" is out of range, which is -9 to 9\n" +
