@@ -184,7 +184,7 @@ class WinePrograms(Programs):
         self.run([*self.wrapper, "reg", "add", r"HKCU\Software\Wine\Fonts\Replacements", "/v", "Arial", "/d",
                   "Liberation Sans", "/f"])
         self.data = install_data(prefix / "drive_c/ProgramData")
-        for built in ("ORVIN-OSD64-GL.dll", "orvin-osd.exe"):
+        for built in ("ORVIN-OSD64-GL.dll", "orvin-osd.exe", "orvin-profile.exe"):
             shutil.copy(WIN64 / built, self.folder)
         self.companion = self.folder / "orvin-osd.exe"
 
