@@ -3,6 +3,7 @@
 #include "companion/profile_check/data_name_check.h"
 #include "config/item_graph.h"
 
+#include <cstdio>
 #include <cstring>
 #include <map>
 #include <tinyxml2.h>
@@ -23,7 +24,7 @@ int LineOf(const ProfileItem& item, const char* szAttribute) {
     return AttributeLine(*item.pElement, szAttribute);
 }
 
-std::string WholeText(double f) { return std::to_string(static_cast<long long>(f)); }
+u32 ToU32(double f) { return f >= 0xFFFFFFFFu ? 0xFFFFFFFFu : f > 0 ? static_cast<u32>(f) : 0; }
 
 /// One place to write "TITLE: words" at an attribute's line.
 class ItemReport {
@@ -198,13 +199,20 @@ void CheckOwner(const ProfileItem& item, const stOwners& owners, const ItemRepor
 
 } // namespace
 
+// Numbers come from files and may be of any size.
+std::string WholeText(double f) {
+    char sz[400];
+    std::snprintf(sz, sizeof sz, "%.0f", f);
+    return sz;
+}
+
 unsigned GraphColumns(const ProfileItem& item) {
     const double fType = AttributeNumber(item, "LineType");
     if (fType == 2 || fType == 3)
-        return g_fnGraphColumns(static_cast<u32>(AttributeNumber(item, "ContentSizeW")),
+        return g_fnGraphColumns(ToU32(AttributeNumber(item, "ContentSizeW")),
                                 static_cast<f32>(AttributeNumber(item, "DataWidth")));
     const double fColumns = AttributeNumber(item, "DataNum");
-    return fColumns < 2 ? 2 : static_cast<unsigned>(fColumns);
+    return fColumns < 2 ? 2 : ToU32(fColumns);
 }
 
 void CheckItems(const std::vector<const ProfileItem*>& taken, const std::vector<ProfileItem>& all,

@@ -15,6 +15,8 @@ struct DataNames {
 void CheckItems(const std::vector<const ProfileItem*>& taken, const std::vector<ProfileItem>& all,
                 const DataNames& names, Findings& findings);
 
+/// A number without its fraction.
+std::string WholeText(double f);
 /// How many columns a graph gets: as written, or out of its width for stairs and bars.
 unsigned GraphColumns(const ProfileItem& item);
 

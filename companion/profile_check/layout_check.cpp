@@ -1,5 +1,6 @@
 #include "companion/profile_check/layout_check.h"
 
+#include "companion/profile_check/item_check.h"
 #include "companion/profile_check/log_capture.h"
 #include "companion/profile_check/plain_flavour.h"
 #include "companion/profile_check/staged_profile.h"
@@ -192,8 +193,8 @@ void CheckWindow(const ProfileItem& item, const stAssembleInfo& st, Findings& fi
     const double fText = pBox ? WholeWidth(*pBox) : 0;
     if (fText <= fWindow + 0.5) return;
     findings.Warning(AttributeLine(*item.pElement, "ContentSizeW"),
-                     ItemTitle(item) + ": the text is " + std::to_string(std::lround(std::ceil(fText))) +
-                         " wide and is cut at ContentSizeW " + std::to_string(std::lround(fWindow)));
+                     ItemTitle(item) + ": the text is " + WholeText(std::ceil(fText)) +
+                         " wide and is cut at ContentSizeW " + WholeText(fWindow));
 }
 
 void CheckTextSize(const ProfileItem& item, Findings& findings) {
@@ -203,7 +204,7 @@ void CheckTextSize(const ProfileItem& item, Findings& findings) {
     if (fSize < 1 || fPixels >= g_fTinyPixels) return;
     findings.Note(AttributeLine(*item.pElement, "TextSize"),
                   ItemTitle(item) + ": TextSize " + AttributeText(item, "TextSize") + " makes " +
-                      std::to_string(std::lround(std::floor(fPixels))) + " pixels on a screen of 720 rows");
+                      WholeText(std::floor(fPixels)) + " pixels on a screen of 720 rows");
 }
 
 void ShowSamples(const std::vector<const ProfileItem*>& taken) {

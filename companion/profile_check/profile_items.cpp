@@ -2,6 +2,7 @@
 
 #include "companion/profile_check/document_check.h"
 #include "config/item_property.h"
+#include "config/setting_binding.h"
 
 #include <tinyxml2.h>
 
@@ -23,7 +24,8 @@ ProfileItem MakeItem(const tinyxml2::XMLElement& element, const stElement& kind)
     ProfileItem item{&element, &kind, NameOf(element), {}, false};
     if (const std::size_t uAt = item.strName.rfind('@'); uAt != std::string::npos)
         item.strOwner = item.strName.substr(uAt + 1);
-    item.bShown = static_cast<u32>(AttributeNumber(item, "IsShow")) != 0 && !item.strName.empty();
+    item.bShown = static_cast<u32>(g_fnParseDecimal(AttributeText(item, "IsShow").c_str())) != 0 &&
+                  !item.strName.empty();
     return item;
 }
 

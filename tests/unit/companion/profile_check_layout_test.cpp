@@ -2,7 +2,6 @@
 #include "controls/osd_manager.h"
 #include "draw/creation_table.h"
 #include "frame/log.h"
-#include "platform/folders.h"
 #include "tests/unit/companion/profile_check_fixture.h"
 
 using namespace companion;
@@ -63,7 +62,7 @@ TEST_F(ProfileCheckLayout, AFaceThatIsNotInstalledIsToldOnce) {
 }
 
 TEST_F(ProfileCheckLayout, AStandInOfTheSystemsOwnIsANote) {
-    if (platform::g_cPathSeparator == u'\\') GTEST_SKIP() << "fontconfig's names only";
+    if (std::filesystem::path::preferred_separator != '/') GTEST_SKIP() << "fontconfig's names only";
     // The system knows a sans-serif face to take for this one.
     CheckItems("<TextBox IsShow=\"1\" TextSize=\"24\" Text=\"x\" FontName=\"sans-serif\" Name=\"a\"/>");
     EXPECT_TRUE(SaidNote(5, "the face \"sans-serif\" is not installed here; \""));
