@@ -9,6 +9,17 @@ using headless::Get;
 
 const char16_t g_cPathSeparator = u'/';
 
+/// A file by whichever of the two forms of its path the C library takes in full.
+static std::FILE* Open([[maybe_unused]] const char16_t* wzPath, [[maybe_unused]] const char* szPath,
+                       const char* szMode) noexcept {
+#ifdef _WIN32
+    const std::wstring wzMode(szMode, szMode + std::char_traits<char>::length(szMode));
+    return _wfopen(reinterpret_cast<const wchar_t*>(wzPath), wzMode.c_str());
+#else
+    return std::fopen(szPath, szMode);
+#endif
+}
+
 bool CommonDataFolder(char16_t* wzOut, u32 uCapacity) noexcept {
     const std::u16string& wstrFolder = Get().m_wstrFolder;
     if (wstrFolder.empty() || wstrFolder.size() >= uCapacity) return false;
@@ -25,14 +36,14 @@ std::FILE* OpenFileForRead(const char16_t* wzPath) noexcept {
     char szPath[4096];
     if (!NarrowPath(wzPath, szPath, sizeof szPath)) return nullptr;
     Get().m_vecOpened.emplace_back(szPath);
-    return std::fopen(szPath, "rb");
+    return Open(wzPath, szPath, "rb");
 }
 
 std::FILE* OpenFileForReadAlone(const char16_t* wzPath) noexcept { return OpenFileForRead(wzPath); }
 
 std::FILE* OpenFileForWrite(const char16_t* wzPath) noexcept {
     char szPath[4096];
-    return NarrowPath(wzPath, szPath, sizeof szPath) ? std::fopen(szPath, "wb+") : nullptr;
+    return NarrowPath(wzPath, szPath, sizeof szPath) ? Open(wzPath, szPath, "wb+") : nullptr;
 }
 
 namespace headless {
