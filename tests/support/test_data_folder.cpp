@@ -15,12 +15,24 @@ static std::string FreshRoot() {
     return (fs::temp_directory_path() / strName).generic_string();
 }
 
+/// Adds what a folder holds to another. The library's own recursive copy leaves out, under MinGW, folders
+/// that exist already.
+static void CopyInto(const fs::path& from, const fs::path& to) {
+    for (const auto& entry : fs::recursive_directory_iterator(from)) {
+        const fs::path target = to / entry.path().lexically_relative(from);
+        if (entry.is_directory())
+            fs::create_directories(target);
+        else
+            fs::copy_file(entry.path(), target, fs::copy_options::overwrite_existing);
+    }
+}
+
 void InstallTestData(const std::string& strFolder, bool bWithShaders) {
     const fs::path source = ORVIN_SOURCE_DIR, profiles = fs::path(strFolder) / "Profiles";
     fs::create_directories(profiles);
-    fs::copy(source / "data", strFolder, fs::copy_options::recursive);
-    fs::copy(source / "tests/profiles", profiles, fs::copy_options::recursive);
-    if (bWithShaders) fs::copy(source / "shaders", strFolder, fs::copy_options::recursive);
+    CopyInto(source / "data", strFolder);
+    CopyInto(source / "tests/profiles", profiles);
+    if (bWithShaders) CopyInto(source / "shaders", strFolder);
 }
 
 void CTestDataFolder::Make(bool bWhole) {

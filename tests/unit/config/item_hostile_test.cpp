@@ -72,10 +72,29 @@ TEST_F(ItemHostile, ALongNameInAMessageIsWhole) {
 TEST_F(ItemHostile, ManyElements) {
     std::string szItems;
     for (int i = 0; i < 6000; ++i)
-        szItems += "<Panel Name='panel " + std::to_string(i % 5000) + "' IsShow='1'/>";
+        szItems += "<Panel Name='panel " + std::to_string(i % 4000) + "' IsShow='1'/>";
     ReadPanels(szItems);
-    EXPECT_EQ(g_mapItemByName.size(), 5000u);
-    EXPECT_EQ(s_aLines.size(), 1000u);
+    EXPECT_EQ(g_mapItemByName.size(), 4000u);
+    EXPECT_EQ(s_aLines.size(), 2000u);
+}
+
+TEST_F(ItemHostile, ItemsThatNoLayoutHasRoomForAreLeftOut) {
+    std::string szItems;
+    for (int i = 0; i < 5000; ++i) szItems += "<Panel Name='panel " + std::to_string(i) + "' IsShow='1'/>";
+    ReadPanels(szItems);
+    EXPECT_EQ(g_mapItemByName.size(), 4096u);
+    EXPECT_EQ(s_aLines, Lines{"error ! too many items, from \"Panel\" number 4097 on"});
+    s_aLines.clear();
+    ReadTexts("<TextBox Name='t' IsShow='1' FontName='Sans' Text='x'/>");
+    EXPECT_EQ(s_aLines, Lines{"error ! too many items, from \"TextBox\" number 1 on"});
+}
+
+TEST_F(ItemHostile, ElementsOfOneKindAreReadUpToABound) {
+    std::string szItems;
+    for (int i = 0; i < 65536; ++i) szItems += "<Panel/>";
+    ReadPanels(szItems + "<Panel Name='p' IsShow='1'/>");
+    EXPECT_TRUE(g_mapItemByName.empty());
+    EXPECT_EQ(s_aLines.back(), "error ! too many items, from \"Panel\" number 65537 on");
 }
 
 TEST_F(ItemHostile, ManyAttributes) {
