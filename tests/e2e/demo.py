@@ -14,23 +14,15 @@ from e2e.environment import (LINUX, ROOT, SHIPPED, WIN64, Display, LinuxPrograms
                              glfw_examples, screenshot, wait_until)
 
 OUT = ROOT / "out/demo"
-SHOWN_SECONDS = 5
 FEED_MS = "250"
-# Set by hand on a machine without a graphics card, or a processor's thermometer, that can be read.
-SAMPLES = {"GPU_USAGE#0": 97, "GPU_TEMP#0": 71, "CPU_TEMP#0": 58}
+# Until the picture is taken: graphs get a sample a second.
+SECONDS = {"Graphs": 30}
 
 
-def publish(programs, name):
-    """Publishes what the machine's sensors say, over and over, and samples for those that it lacks."""
-    command = [*programs.wrapper, programs.companion, "feed", "--interval", FEED_MS]
-    programs.start(command)
+def publish(programs):
+    """Publishes what the machine's sensors say, over and over. What it lacks stays empty on the picture."""
+    programs.start([*programs.wrapper, programs.companion, "feed", "--interval", FEED_MS])
     wait_until(lambda: "CPU_USAGE#0" in programs.ask("names")[1])
-    known = programs.ask("names")[1]
-    lacking = {sensor: value for sensor, value in SAMPLES.items() if sensor not in known}
-    for sensor, value in lacking.items():
-        programs.ask("set", sensor, str(value))
-    if lacking:
-        print(f"{name}: samples set by hand for {', '.join(lacking)}")
 
 
 def choose(programs, profile):
@@ -40,14 +32,14 @@ def choose(programs, profile):
             raise SystemExit(f"orvin-osd {' '.join(arguments)}: {output}")
 
 
-def tour(programs, display, command, name, start_seconds, profiles=SHIPPED, seconds=4, pictures=True):
+def tour(programs, display, command, name, start_seconds, profiles=SHIPPED, pictures=True):
     """One program, its profiles in turn, a picture of each."""
     process = programs.with_overlay(command)
     time.sleep(start_seconds)
-    publish(programs, name)
+    publish(programs)
     for profile in profiles:
         choose(programs, profile)
-        time.sleep(seconds)
+        time.sleep(SECONDS.get(profile, 4))
         if process.poll() is not None:
             print(process.log.read_text(errors="replace"))
             raise SystemExit(f"{name}: the program ended early with code {process.returncode}")
@@ -73,7 +65,7 @@ def main():
                 tour(wine, display, [glfw_examples() / "gears.exe"], f"wine-glfw-gears-{size}", 6, ["Default"])
     if os.environ.get("DISPLAY"):
         with LinuxPrograms(os.environ["DISPLAY"]) as linux:
-            tour(linux, None, ["glxgears", "-geometry", "1280x720+0+0"], "glxgears", 1, SHIPPED, SHOWN_SECONDS, False)
+            tour(linux, None, ["glxgears", "-geometry", "1280x720+0+0"], "glxgears", 1, pictures=False)
 
 
 if __name__ == "__main__":
