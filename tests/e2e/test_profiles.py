@@ -276,6 +276,25 @@ class BothPlatforms(unittest.TestCase):
                     self.assertLess(apart.getextrema()[1], 120)
                     self.assertLess(longest_run(apart, 32), 16)
 
+    def test_wine_takes_any_name_and_writes_font_files(self):
+        with Display() as display, WinePrograms(display) as wine:
+            def ask(*arguments):
+                code, output = wine.ask(*arguments)
+                self.assertEqual(code, 0, output)
+                return output
+
+            def render(file):
+                ask("profile", "render", "Größe 1", "-o", f"Z:{wine.folder / file}", "--size", SIZE, "--frames", "30")
+                return Image.open(wine.folder / file).convert("RGB")
+
+            ask("profile", "new", "Größe 1", "--from", "Streamer")
+            ask("profile", "check", "Größe 1", "--quiet")
+            drawn = render("drawn.png")
+            written = ask("fontcache", "write", "Größe 1").strip()
+            self.assertTrue(written.endswith("\\Größe 1\\2-Arial.fnt"), written)
+            self.assertIn("good", ask("fontcache", "check", written))
+            self.assertIsNone(difference_box(drawn, render("loaded.png")))
+
 
 if __name__ == "__main__":
     unittest.main()
