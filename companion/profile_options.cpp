@@ -112,7 +112,7 @@ void AddRender(CLI::App* pGroup, Options& st) {
     pFrames->type_name("N")->check(CLI::Range(1u, g_uMostFrames));
     pRender
         ->add_option("--seconds", stProfile.fSeconds,
-                     "simulated time before the picture is taken, so that graphs fill; default 40")
+                     "simulated time before the picture is taken, so that graphs fill; default 60")
         ->type_name("S")
         ->check(CLI::Range(0.02, 600.0))
         ->excludes(pFrames);

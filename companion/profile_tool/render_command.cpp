@@ -8,7 +8,7 @@
 namespace companion {
 namespace {
 
-constexpr double kDefaultSeconds = 40.0;
+constexpr double kDefaultSeconds = 60.0;
 constexpr u32 kLookInterval = 200; ///< milliseconds between two looks at the profile's files
 
 /// All that a picture is made of; files are read anew for each picture.

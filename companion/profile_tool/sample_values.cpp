@@ -106,7 +106,7 @@ const std::set<std::string>& SampleNames() {
 }
 
 double SampleFrameSeconds(double dSeconds) {
-    const double dTime = 0.0158 + 0.0012 * Level(7, dSeconds, 5.0) + 0.0009 * Swing(dSeconds * 2.3);
+    const double dTime = 0.0118 + 0.0045 * Level(7, dSeconds, 17.0) + 0.0009 * Swing(dSeconds * 2.3);
     const double dTurn = dSeconds / 2.7 - std::floor(dSeconds / 2.7);
     return dTurn < 0.012 ? dTime * 1.6 : dTime; // now and then a frame that takes long
 }

@@ -14,7 +14,7 @@ i32 SampleValue(const std::string& strName, double dSeconds);
 /// The names that come with every sample: those of one processor, one card, memory, fans and drives.
 const std::set<std::string>& SampleNames();
 
-/// Simulated seconds from one frame to the next at a moment: some 60 frames a second, not quite even.
+/// Simulated seconds from one frame to the next at a moment: some 70 frames a second, not quite even.
 double SampleFrameSeconds(double dSeconds);
 
 /// Values of a text: lines of a name, blanks or "=", and a whole number. Empty lines and those that begin

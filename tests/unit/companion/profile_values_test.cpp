@@ -35,12 +35,12 @@ TEST(CompanionSampleValues, AnyNameHasAValueBetween0And100) {
     }
 }
 
-TEST(CompanionSampleValues, FramesComeSome60TimesASecond) {
+TEST(CompanionSampleValues, FramesComeSome70TimesASecond) {
     double dSeconds = 0.0;
     int iFrames = 0;
-    for (; dSeconds < 10.0; ++iFrames) dSeconds += SampleFrameSeconds(dSeconds);
-    EXPECT_GT(iFrames, 550);
-    EXPECT_LT(iFrames, 620);
+    for (; dSeconds < 100.0; ++iFrames) dSeconds += SampleFrameSeconds(dSeconds);
+    EXPECT_GT(iFrames, 6500);
+    EXPECT_LT(iFrames, 7500);
 }
 
 TEST(CompanionSampleValues, ASourceGivesTheNamesThatAreShownToo) {
