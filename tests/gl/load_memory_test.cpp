@@ -2,10 +2,10 @@
 #include "platform/headless/test_controls.h"
 #include "platform/shared_block.h"
 #include "shared/segment.h"
+#include "tests/support/heap_bytes.h"
 #include "tests/unit/config/custom_fixture.h"
 
 #include <algorithm>
-#include <malloc.h>
 
 namespace headless = platform::headless;
 
@@ -39,9 +39,9 @@ class LoadMemory : public CustomTest {
     /// Bytes that so many more loads add, after some to get warm.
     i64 Growth(bool bSucceeds) {
         for (u32 u = 0; u < 50; ++u) EXPECT_EQ(LoadAndRelease(), bSucceeds);
-        const auto uBefore = static_cast<i64>(mallinfo2().uordblks);
+        const auto uBefore = static_cast<i64>(HeapBytes());
         for (u32 u = 0; u < 300; ++u) EXPECT_EQ(LoadAndRelease(), bSucceeds);
-        return static_cast<i64>(mallinfo2().uordblks) - uBefore;
+        return static_cast<i64>(HeapBytes()) - uBefore;
     }
     /// The smallest thing that could stay behind with each load, a map's node, would add up to more.
     static constexpr i64 c_iSlack = 300 * 40;

@@ -12,10 +12,10 @@
 #include "shared/process_records.h"
 #include "tests/gl/profile_fixture.h"
 #include "tests/support/gl_recorder.h"
+#include "tests/support/heap_bytes.h"
 
 #include <algorithm>
 #include <array>
-#include <malloc.h>
 
 namespace headless = platform::headless;
 
@@ -47,7 +47,9 @@ class ProfileSwitch : public ProfileFixture {
         pFont->m_fnSetTexSize(256, 256);
         pFont->m_fnSetFontName(u"DejaVu Sans");
         ASSERT_TRUE(pFont->m_fnInitialize(false));
+        glPixelStorei(GL_UNPACK_ALIGNMENT, 1); // as while the overlay draws: small levels have rows of a byte
         g_fnFontAddText(pFont.get(), g_wzPrintableSet);
+        glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
         const std::string strPath = Data("Profiles/" + strProfile + "/2-DejaVu Sans.fnt").string();
         ASSERT_TRUE(pFont->m_fnSaveToFileA(strPath.c_str()));
     }
@@ -79,7 +81,7 @@ struct stHeld {
         }
         for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator("/proc/self/fd"))
             ++st.uFiles;
-        st.uHeap = mallinfo2().uordblks;
+        st.uHeap = HeapBytes();
         return st;
     }
 };
