@@ -8,6 +8,7 @@
 #include "controls/control_ids.h"
 #include "controls/osd_manager.h"
 #include "draw/draw_keys.h"
+#include "draw/draw_text.h"
 #include "frame/canvas.h"
 #include "frame/frame_driver.h"
 #include "frame/log.h"
@@ -85,6 +86,7 @@ bool g_fnLoadConfiguration() {
 
 void g_fnClearConfiguration() {
     g_fnClearControlIds();
+    g_fnClearFontsToStay();
     g_listColorOrder.clear();
     g_mapAssembleInfo.clear();
     g_fnClearItems();

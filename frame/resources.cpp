@@ -207,7 +207,6 @@ void g_fnReleaseResources() noexcept {
     DestroyBatchers();
     FreeFrameSamples();
     g_fnClearConfiguration();
-    g_fnClearFontsToStay();
     g_fnDestroyManagers();
     g_fnForgetFailedLoad();
 }
