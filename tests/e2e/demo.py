@@ -25,16 +25,25 @@ def publish(programs):
     wait_until(lambda: "CPU_USAGE#0" in programs.ask("names")[1])
 
 
-def choose(programs, profile):
-    for arguments in (("profile-name", profile), ("reload",)):
+def command(programs, *arguments, tries=3):
+    """Wine loses a starting program now and then; what fails is said each time."""
+    for _ in range(tries):
         code, output = programs.ask(*arguments)
-        if code:
-            raise SystemExit(f"orvin-osd {' '.join(arguments)}: {output}")
+        if code == 0:
+            return
+        print(f"orvin-osd {' '.join(arguments)}: exit code {code} {output}", flush=True)
+        time.sleep(1)
+    raise SystemExit(1)
 
 
-def tour(programs, display, command, name, start_seconds, profiles=SHIPPED, pictures=True):
+def choose(programs, profile):
+    command(programs, "profile-name", profile)
+    command(programs, "reload")
+
+
+def tour(programs, display, program, name, start_seconds, profiles=SHIPPED, pictures=True):
     """One program, its profiles in turn, a picture of each."""
-    process = programs.with_overlay(command)
+    process = programs.with_overlay(program)
     time.sleep(start_seconds)
     publish(programs)
     for profile in profiles:
