@@ -25,20 +25,11 @@ def publish(programs):
     wait_until(lambda: "CPU_USAGE#0" in programs.ask("names")[1])
 
 
-def command(programs, *arguments, tries=3):
-    """Wine loses a starting program now and then; what fails is said each time."""
-    for _ in range(tries):
-        code, output = programs.ask(*arguments)
-        if code == 0:
-            return
-        print(f"orvin-osd {' '.join(arguments)}: exit code {code} {output}", flush=True)
-        time.sleep(1)
-    raise SystemExit(1)
-
-
 def choose(programs, profile):
-    command(programs, "profile-name", profile)
-    command(programs, "reload")
+    for arguments in (("profile-name", profile), ("reload",)):
+        code, output = programs.ask(*arguments)
+        if code:
+            raise SystemExit(f"orvin-osd {' '.join(arguments)}: exit code {code} {output}")
 
 
 def tour(programs, display, program, name, start_seconds, profiles=SHIPPED, pictures=True):

@@ -5,6 +5,7 @@ import re
 import shutil
 import signal
 import subprocess
+import sys
 import tempfile
 import time
 
@@ -195,7 +196,13 @@ class WinePrograms(Programs):
         return self.wine(self.companion, "run", "--", *command, **more)
 
     def ask(self, *arguments):
-        return self.run([*self.wrapper, self.companion, *arguments])
+        """Of many hundreds of programs that it starts, Wine loses one without a word, which the companion never is when
+        it fails; so such a one is started again, and told of."""
+        code, output = self.run([*self.wrapper, self.companion, *arguments])
+        if code and not output:
+            print(f"lost: orvin-osd {' '.join(map(str, arguments))}, exit code {code}", file=sys.stderr)
+            code, output = self.run([*self.wrapper, self.companion, *arguments])
+        return code, output
 
     def end(self, process):
         """Wine starts programs outside the group; those carry this test's mark in their environment."""
