@@ -43,10 +43,7 @@ void ApplyCommonKeys(const tinyxml2::XMLElement* pElement, CItemProperty_Base& i
         {"FrameAnchorX", "0", SETTING_DECIMAL, TARGET_I32, &item.m_iFrameAnchorX},
         {"FrameAnchorY", "0", SETTING_DECIMAL, TARGET_I32, &item.m_iFrameAnchorY},
     };
-    SettingTable table;
-    g_fnAddSettings(table, aRows);
-    g_fnApplyXmlSettings(pElement, table);
-    g_fnFreeSettings(table);
+    g_fnReadXmlSettings(pElement, aRows);
 }
 
 /// False if the record can't have that name, with the reason reported.

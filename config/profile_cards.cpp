@@ -28,21 +28,7 @@ const XMLElement* First(const XMLElement* pParent, const char* szName = nullptr)
     return pParent ? pParent->FirstChildElement(szName) : nullptr;
 }
 
-void Apply(const XMLElement* pElement, std::span<const stSettingRow> rows) {
-    SettingTable table;
-    g_fnAddSettings(table, rows);
-    g_fnApplyXmlSettings(pElement, table);
-    g_fnFreeSettings(table);
-}
-
-u32 ReadNumber(const XMLElement* pElement, const char* szKey, const char* szDefault = "0") {
-    u32 uValue = 0;
-    const stSettingRow aRows[] = {{szKey, szDefault, SETTING_DECIMAL, TARGET_U32, &uValue}};
-    Apply(pElement, aRows);
-    return uValue;
-}
-
-bool IsShown(const XMLElement* pElement) { return ReadNumber(pElement, "IsShow") != 0; }
+bool IsShown(const XMLElement* pElement) { return g_fnReadXmlDecimal(pElement, "IsShow") != 0; }
 
 bool StartsWithDigit(std::string_view text) { return !text.empty() && text[0] >= '0' && text[0] <= '9'; }
 
@@ -50,7 +36,7 @@ bool StartsWithDigit(std::string_view text) { return !text.empty() && text[0] >=
 u32 SlotNumber(const XMLElement& element, std::string_view szWord) {
     char szTitle[g_uSettingText];
     const stSettingRow aRows[] = {{"Title", "NONE", SETTING_TEXT, TARGET_TEXT, szTitle, std::size(szTitle)}};
-    Apply(&element, aRows);
+    g_fnReadXmlSettings(&element, aRows);
     const std::string_view title(szTitle);
     const std::size_t uMark = std::min(title.find('#'), title.size());
     if (title.substr(0, uMark) != szWord || !StartsWithDigit(title.substr(std::min(uMark + 1, title.size()))))
@@ -64,7 +50,7 @@ void PlaceCard(const XMLElement& card, stCardBlock& st) {
     const u32 uCard = SlotNumber(card, "Card");
     // A card beyond all slots would leave its place open.
     if (uCard >= g_uDisplayMax) throw i32{INFO_TITLE};
-    const u32 uPosition = ReadNumber(&card, "CardDisplayIndex");
+    const u32 uPosition = g_fnReadXmlDecimal(&card, "CardDisplayIndex");
     if (uPosition >= g_uDisplayMax) throw i32{INFO_POSITION};
     if (st.aiCardOfDisplay[uPosition] != g_iNoCard) throw i32{INFO_POSITION_TAKEN};
     st.aiCardOfDisplay[uPosition] = static_cast<i32>(uCard);
@@ -180,7 +166,7 @@ template <class Read> bool Guarded(i32* piCode, Read fnRead) {
 bool SensorGroup(const XMLElement& sensor, u32& uGroup) {
     char szTitle[g_uSettingText];
     const stSettingRow aRows[] = {{"Title", "", SETTING_TEXT, TARGET_TEXT, szTitle, std::size(szTitle)}};
-    Apply(&sensor, aRows);
+    g_fnReadXmlSettings(&sensor, aRows);
     const char* const szMark = std::strrchr(szTitle, '#');
     if (!szMark || !StartsWithDigit(szMark + 1)) return false;
     uGroup = static_cast<u32>(std::min<u64>(g_fnParseDecimal(szMark + 1), c_uGroupsMax));
@@ -213,7 +199,7 @@ class CSensorRows {
 } // namespace
 
 u32 g_fnReadCardDisplayNum(const XMLElement* pInfo) {
-    return std::min(ReadNumber(pInfo, "CardDisplayNum", "1"), g_uDisplayMax);
+    return std::min(g_fnReadXmlDecimal(pInfo, "CardDisplayNum", "1"), g_uDisplayMax);
 }
 
 bool g_fnReadCardOrder(const XMLElement* pInfo, u32 uCardNum, stCardBlock& stCards, i32* piCode) {
@@ -257,7 +243,7 @@ bool g_fnReadProgramRows(const XMLElement* pInfo, u32 (&auShow)[ROW_COUNT]) {
     bool bComplete = true;
     for (u32 u = 0; u < ROW_COUNT; ++u) {
         const XMLElement* const pRow = First(pInfo, g_fnProgramRowElement(u));
-        auShow[u] = pRow ? ReadNumber(pRow, "IsShow") : u == ROW_POWERED_BY;
+        auShow[u] = pRow ? g_fnReadXmlDecimal(pRow, "IsShow") : u == ROW_POWERED_BY;
         const bool bDemanded = u == ROW_FPS || u == ROW_SYSTEM_TIME || u == ROW_RESOLUTION;
         bComplete = bComplete && (pRow || !bDemanded);
     }
@@ -268,7 +254,7 @@ void g_fnReadDisplayIndexes(const XMLElement* pInfo, std::map<std::string, u32, 
     map.clear();
     const XMLElement* pRow = First(First(pInfo, "DisplayIndex"));
     for (; pRow; pRow = pRow->NextSiblingElement())
-        map.insert_or_assign(pRow->Name(), ReadNumber(pRow, "DisplayIndex", "99"));
+        map.insert_or_assign(pRow->Name(), g_fnReadXmlDecimal(pRow, "DisplayIndex", "99"));
 }
 
 bool g_fnReadProfileCardOrder() {

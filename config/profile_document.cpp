@@ -68,16 +68,6 @@ bool Parse(std::string_view text, XMLDocument& document, i32* piCode) {
     return bRoot;
 }
 
-u32 DecimalAttribute(const XMLElement* pElement, const char* szName) {
-    u32 uValue = 0;
-    const stSettingRow aRows[] = {{szName, "0", SETTING_DECIMAL, TARGET_U32, &uValue}};
-    SettingTable table;
-    g_fnAddSettings(table, aRows);
-    g_fnApplyXmlSettings(pElement, table);
-    g_fnFreeSettings(table);
-    return uValue;
-}
-
 const XMLElement* Child(const XMLElement* pParent, const char* szName) {
     return pParent ? pParent->FirstChildElement(szName) : nullptr;
 }
@@ -163,7 +153,7 @@ const char* g_fnLayoutElementName(u32 uStyle) { return c_aszLayouts[uStyle < c_u
 
 u32 g_fnLayoutStyleOf(const XMLElement& root) {
     if (g_iLayoutStyleOverride != -1) return static_cast<u32>(g_iLayoutStyleOverride);
-    return DecimalAttribute(&root, "LayoutStyle");
+    return g_fnReadXmlDecimal(&root, "LayoutStyle");
 }
 
 bool g_fnRead_OSD_Profile() {
@@ -192,7 +182,7 @@ const XMLElement* g_fnProfileInfo() { return g_fnProfileSetting("Info"); }
 
 const XMLElement* g_fnProfileSetting(const char* szName) { return Child(g_pSettingsElement, szName); }
 
-u32 g_fnReadIsShow(const char* szName) { return DecimalAttribute(g_fnProfileSetting(szName), "IsShow"); }
+u32 g_fnReadIsShow(const char* szName) { return g_fnReadXmlDecimal(g_fnProfileSetting(szName), "IsShow"); }
 
 void g_fnReportProfileFailure() {
     if (g_bDebugMessageBox) platform::ShowMessageBox(u"g_fnRead_OSD_Profile fail", "Error");

@@ -71,10 +71,7 @@ void AddItem(const XMLElement& item, Names& names) {
         {"IsShow", "0", SETTING_DECIMAL, TARGET_U32, &uIsShow},
         {"DataFullName", "", SETTING_TEXT, TARGET_TEXT, szName, std::size(szName)},
     };
-    SettingTable table;
-    g_fnAddSettings(table, aRows);
-    g_fnApplyXmlSettings(&item, table);
-    g_fnFreeSettings(table);
+    g_fnReadXmlSettings(&item, aRows);
     if (uIsShow != 0 && *szName && !IsOwnData(szName)) names.insert(szName);
 }
 

@@ -47,13 +47,6 @@ constexpr stSettingRow Text(const char* szKey, char16_t (&wzTarget)[g_uSettingTe
     return {szKey, "", SETTING_TEXT_LOCAL, TARGET_WIDE, wzTarget, g_uSettingText};
 }
 
-void Apply(const XMLElement* pElement, std::span<const stSettingRow> rows) {
-    SettingTable table;
-    g_fnAddSettings(table, rows);
-    g_fnApplyXmlSettings(pElement, table);
-    g_fnFreeSettings(table);
-}
-
 // --- what several parts have
 
 /// A percentage of the profile, held to 100, and the byte that it stands for.
@@ -73,7 +66,7 @@ void ReadPanel(const XMLElement* pElement, stPanelKeys& st) {
         Number("PanelScattering", st.uScattering, "30"),
         {"PanelThick", "0", SETTING_FLOAT, TARGET_F32, &st.fThick},
     };
-    Apply(pElement, aRows);
+    g_fnReadXmlSettings(pElement, aRows);
     TakePercent(uOpacity, st.u8Opacity, st.u8A);
     st.uScattering = std::min(st.uScattering, g_uScatterMax);
 }
@@ -86,7 +79,7 @@ void ReadColors(const XMLElement* pElement, stTextColors& st) {
         Byte("ShadowColorG", st.u8ShadowG), Byte("ShadowColorB", st.u8ShadowB),
         Number("TextOpacity", uOpacity),    Number("ShadowOpacity", uShadowOpacity),
     };
-    Apply(pElement, aRows);
+    g_fnReadXmlSettings(pElement, aRows);
     TakePercent(uOpacity, st.u8Opacity, st.u8A);
     TakePercent(uShadowOpacity, st.u8ShadowOpacity, st.u8ShadowA);
 }
@@ -97,7 +90,7 @@ void ReadPlace(const XMLElement* pElement, const char* szAnchor, stPartPlace& st
         Signed("PositionX", st.iX),
         Signed("PositionY", st.iY),
     };
-    Apply(pElement, aRows);
+    g_fnReadXmlSettings(pElement, aRows);
 }
 
 // --- parts
@@ -105,7 +98,7 @@ void ReadPlace(const XMLElement* pElement, const char* szAnchor, stPartPlace& st
 void ReadInfo(const XMLElement* pElement) {
     stInfoKeys& st = g_stInfoKeys;
     const stSettingRow aRows[] = {Number("IsShow", st.uIsShow), Number("FontScale", st.uFontScale, "100")};
-    Apply(pElement, aRows);
+    g_fnReadXmlSettings(pElement, aRows);
     ReadPlace(pElement, "1", st.stPlace);
     ReadPanel(pElement, st.stPanel);
 }
@@ -119,7 +112,7 @@ void ReadMemo(const XMLElement* pElement) {
         Number("FontScale", st.uFontScale, "5"),
         Number("FrameSizeW", st.uFrameSizeW, "200"),
     };
-    Apply(pElement, aRows);
+    g_fnReadXmlSettings(pElement, aRows);
     ReadColors(pElement, st.stColors);
     ReadPlace(pElement, "1", st.stPlace);
     ReadPanel(pElement, st.stPanel);
@@ -133,7 +126,7 @@ void ReadCaption(const XMLElement* pElement, stCaptionKeys& st) {
         Text("Text", st.wzText),
         Number("FontScale", st.uFontScale, "5"),
     };
-    Apply(pElement, aRows);
+    g_fnReadXmlSettings(pElement, aRows);
     ReadColors(pElement, st.stColors);
     ReadPlace(pElement, "7", st.stPlace);
     ReadPanel(pElement, st.stPanel);
@@ -150,7 +143,7 @@ void ReadPhoto(const XMLElement* pElement) {
         Number("FrameSizeH", st.uFrameSizeH, "200"),
         Number("PhotoOpacity", uOpacity),
     };
-    Apply(pElement, aRows);
+    g_fnReadXmlSettings(pElement, aRows);
     TakePercent(uOpacity, st.u8Opacity, st.u8A);
     ReadPlace(pElement, "1", st.stPlace);
     ReadPanel(pElement, st.stPanel);
@@ -159,7 +152,7 @@ void ReadPhoto(const XMLElement* pElement) {
 void ReadCamera(const XMLElement* pElement) {
     u32 uGlow = 0, uShadow = 0;
     const stSettingRow aRows[] = {Number("TextGlow", uGlow), Number("TextShadow", uShadow)};
-    Apply(pElement, aRows);
+    g_fnReadXmlSettings(pElement, aRows);
     g_bTextGlow = uGlow != 0;
     g_bTextShadow = uShadow != 0;
 }
@@ -170,7 +163,7 @@ void ReadCamera(const XMLElement* pElement) {
 bool StyleId(const XMLElement& element, u32& uId) {
     char szTitle[g_uSettingText];
     const stSettingRow aRows[] = {Number("ID", uId), Text("Title", szTitle)};
-    Apply(&element, aRows);
+    g_fnReadXmlSettings(&element, aRows);
     const bool bNamed = element.Attribute("ID") || g_fnTitleDigits(szTitle, uId);
     return bNamed && uId < g_uStyleIds;
 }
@@ -178,7 +171,7 @@ bool StyleId(const XMLElement& element, u32& uId) {
 i32 ReadAlign(const XMLElement& element) {
     i32 iAnchor = 0;
     const stSettingRow aRows[] = {Signed("Anchor", iAnchor, "7")};
-    Apply(&element, aRows);
+    g_fnReadXmlSettings(&element, aRows);
     return iAnchor >= c_iAlignLeft && iAnchor <= c_iAlignRight ? iAnchor : c_iAlignLeft;
 }
 

@@ -25,10 +25,7 @@ void ApplyKeys(const tinyxml2::XMLElement* pPreview, PreviewKeys& stKeys) {
         {"Height", "0", SETTING_DECIMAL, TARGET_U32, &stKeys.uHeight},
         {"AspectRatio", "", SETTING_TEXT, TARGET_TEXT, stKeys.szRatio, std::size(stKeys.szRatio)},
     };
-    SettingTable table;
-    g_fnAddSettings(table, aRows);
-    g_fnApplyXmlSettings(pPreview, table);
-    g_fnFreeSettings(table);
+    g_fnReadXmlSettings(pPreview, aRows);
 }
 
 /// On a document of its own; what can't be found has its defaults.

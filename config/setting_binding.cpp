@@ -73,6 +73,20 @@ void g_fnApplyXmlSettings(const tinyxml2::XMLElement* pElement, SettingTable& ta
     }
 }
 
+void g_fnReadXmlSettings(const tinyxml2::XMLElement* pElement, std::span<const stSettingRow> rows) {
+    SettingTable table;
+    g_fnAddSettings(table, rows);
+    g_fnApplyXmlSettings(pElement, table);
+    g_fnFreeSettings(table);
+}
+
+u32 g_fnReadXmlDecimal(const tinyxml2::XMLElement* pElement, const char* szKey, const char* szDefault) {
+    u32 uValue = 0;
+    const stSettingRow aRows[] = {{szKey, szDefault, SETTING_DECIMAL, TARGET_U32, &uValue}};
+    g_fnReadXmlSettings(pElement, aRows);
+    return uValue;
+}
+
 void g_fnFreeSettings(SettingTable& table) { table.clear(); }
 
 void g_fnFreeSettingsW(SettingTableW& table) { table.clear(); }

@@ -90,6 +90,10 @@ void g_fnAddSettingsW(SettingTableW& table, std::span<const stSettingRowW> rows)
 /// Reads each row's attribute in key order, converts and stores it; a missing attribute stores the default.
 /// Attribute text beyond 255 bytes is cut. A null element counts as one without attributes.
 void g_fnApplyXmlSettings(const tinyxml2::XMLElement* pElement, SettingTable& table);
+/// The same for rows that need no table of their own: fills it, applies it, frees it.
+void g_fnReadXmlSettings(const tinyxml2::XMLElement* pElement, std::span<const stSettingRow> rows);
+/// One decimal attribute.
+u32 g_fnReadXmlDecimal(const tinyxml2::XMLElement* pElement, const char* szKey, const char* szDefault = "0");
 
 /// Converts and stores one value; null text means that the source does not hold the key. Sets uFound.
 void g_fnStoreSetting(stSettingBinding& row, const char* szText);
