@@ -46,8 +46,8 @@ def middle(values):
 
 
 class Bench:
-    def __init__(self, build):
-        self.build = pathlib.Path(build).resolve()
+    def __init__(self, build, care=False):
+        self.build, self.care = pathlib.Path(build).resolve(), care
         self.host = self.build / "bin/host_glx"
         self.companion = self.build / "bin/orvin-osd"
         self.preload = self.build / "bin/libORVIN-OSD64-GL-preload.so"
@@ -63,6 +63,8 @@ class Bench:
         data.mkdir(parents=True)
         for source, folder in (("data", data), ("shaders", data), ("tests/profiles", data / "Profiles")):
             shutil.copytree(ROOT / source, folder, dirs_exist_ok=True)
+        if not self.care:
+            (data / "OSD.ini").unlink()
         read, write = os.pipe()
         self.display = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x1024x24", "-nolisten",
                                          "tcp"], pass_fds=[write], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)

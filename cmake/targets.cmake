@@ -66,11 +66,23 @@ function(orvin_link_core target backend)
   endif()
 endfunction()
 
+# orvin_define_folders(SOURCES...): ORVIN_SOURCE_DIR and ORVIN_BINARY_DIR for the sources that name them. The others
+# compile to one cached object in every checkout.
+function(orvin_define_folders)
+  foreach(source ${ARGN})
+    file(STRINGS ${source} uses REGEX "ORVIN_(SOURCE|BINARY)_DIR" LIMIT_COUNT 1)
+    if(uses)
+      set_property(SOURCE ${source} APPEND PROPERTY COMPILE_DEFINITIONS ORVIN_SOURCE_DIR="${CMAKE_SOURCE_DIR}"
+        ORVIN_BINARY_DIR="${CMAKE_BINARY_DIR}")
+    endif()
+  endforeach()
+endfunction()
+
 # orvin_unit_test(name backend SOURCES...): one GoogleTest program, registered with ctest case by case on Linux
 # and as one test on Win32 (each start of Wine costs time).
 function(orvin_unit_test name backend)
   add_executable(${name} ${ARGN})
-  target_compile_definitions(${name} PRIVATE ORVIN_SOURCE_DIR="${CMAKE_SOURCE_DIR}" ORVIN_BINARY_DIR="${CMAKE_BINARY_DIR}")
+  orvin_define_folders(${ARGN})
   target_link_libraries(${name} PRIVATE orvin_gtest)
   orvin_link_core(${name} ${backend})
   if(backend STREQUAL "win32" AND TARGET orvin_osd)

@@ -1,5 +1,6 @@
 #include "frame/frame_driver.h"
 
+#include "config/host_care.h"
 #include "config/load.h"
 #include "frame/limiter.h"
 #include "frame/log.h"
@@ -178,6 +179,7 @@ static void RunPipeline(platform::SurfaceHandle hdc) {
     if (g_uApiCode != 0 && g_uApiCode != g_uApiCodeOpenGL) return;
     if (!AcceptDeviceContext(hdc)) return;
     if (!g_bInitGL && !g_fnIsLoadDue()) return;
+    if (!g_bInitGL) g_fnReadHostCare();
     const bool bBuilt = g_bInitGL && g_bInitGLEW;
     std::optional<CTimerReading> reading; // one for the whole frame, but a build takes its time
     if (bBuilt) reading.emplace();

@@ -54,17 +54,17 @@ def main():
     for width, height in ((1280, 720), (1920, 1080)):
         size = f"{width}x{height}"
         with Display(size) as display:
-            with LinuxPrograms(display) as linux:
+            with LinuxPrograms(display, care=True) as linux:
                 tour(linux, display, [LINUX / "host_glx", "--size", size, "--frames", "1000000"], f"linux-host-{size}", 2)
-            with LinuxPrograms(display) as linux:
+            with LinuxPrograms(display, care=True) as linux:
                 tour(linux, display, ["glxgears", "-geometry", f"{size}+0+0"], f"linux-glxgears-{size}", 2, ["Default"])
-            with WinePrograms(display) as wine:
+            with WinePrograms(display, care=True) as wine:
                 tour(wine, display, [WIN64 / "host_wgl.exe", "--size", size, "--frames", "1000000"],
                      f"wine-host-{size}", 6)
-            with WinePrograms(display) as wine:
+            with WinePrograms(display, care=True) as wine:
                 tour(wine, display, [glfw_examples() / "gears.exe"], f"wine-glfw-gears-{size}", 6, ["Default"])
     if os.environ.get("DISPLAY"):
-        with LinuxPrograms(os.environ["DISPLAY"]) as linux:
+        with LinuxPrograms(os.environ["DISPLAY"], care=True) as linux:
             tour(linux, None, ["glxgears", "-geometry", "1280x720+0+0"], "glxgears", 1, pictures=False)
 
 

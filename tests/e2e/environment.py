@@ -43,12 +43,14 @@ class Display:
         self.process.wait(20)
 
 
-def install_data(base):
+def install_data(base, care=False):
     """Lays the data folder out under base, the common application data folder of a platform: what is shipped, and the
-    profiles of the tests beside it."""
+    profiles of the tests beside it. Without care the settings file stays away, so that no key of [HostCare] is set."""
     folder = pathlib.Path(base) / DATA
     shutil.rmtree(folder, ignore_errors=True)
     shutil.copytree(ROOT / "data", folder)
+    if not care:
+        (folder / "OSD.ini").unlink()
     shutil.copytree(ROOT / "shaders", folder, dirs_exist_ok=True)
     shutil.copytree(ROOT / "tests/profiles", folder / "Profiles", dirs_exist_ok=True)
     return folder
@@ -157,11 +159,11 @@ class Programs:
 class LinuxPrograms(Programs):
     """Programs on Linux with a data folder and a shared segment of their own."""
 
-    def __init__(self, display):
+    def __init__(self, display, care=False):
         super().__init__({"DISPLAY": display, "LIBGL_ALWAYS_SOFTWARE": "1"})
         self.env["ORVIN_OSD_APPDATA"] = str(self.folder)
         self.env["ORVIN_OSD_SEGMENT"] = self.folder.name
-        self.data = install_data(self.folder)
+        self.data = install_data(self.folder, care)
         self.companion = LINUX / "orvin-osd"
 
     def with_overlay(self, command, **more):
@@ -176,7 +178,7 @@ class WinePrograms(Programs):
 
     wrapper = (ROOT / "cmake/wine-run",)
 
-    def __init__(self, display):
+    def __init__(self, display, care=False):
         super().__init__({"DISPLAY": display, "ORVIN_STATE": str(STATE), "ORVIN_WINE_TIMEOUT": "120"})
         self.env["ORVIN_E2E"] = self.folder.name
         self.mark = f"ORVIN_E2E={self.folder.name}".encode()
@@ -184,7 +186,7 @@ class WinePrograms(Programs):
         # Windows has this face, Wine has none of that name; on Linux the same one stands in for it.
         self.run([*self.wrapper, "reg", "add", r"HKCU\Software\Wine\Fonts\Replacements", "/v", "Arial", "/d",
                   "Liberation Sans", "/f"])
-        self.data = install_data(prefix / "drive_c/ProgramData")
+        self.data = install_data(prefix / "drive_c/ProgramData", care)
         for built in ("ORVIN-OSD64-GL.dll", "orvin-osd.exe", "orvin-profile.exe"):
             shutil.copy(WIN64 / built, self.folder)
         self.companion = self.folder / "orvin-osd.exe"

@@ -28,7 +28,7 @@ class ShippedCase(unittest.TestCase):
         cls.addClassCleanup(cls.screen.__exit__)
 
     def programs(self, platform):
-        programs = platform(self.display)
+        programs = platform(self.display, care=True)
         self.addCleanup(programs.close)
         return programs
 

@@ -31,6 +31,8 @@ void InstallTestData(const std::string& strFolder, bool bWithShaders) {
     const fs::path source = ORVIN_SOURCE_DIR, profiles = fs::path(strFolder) / "Profiles";
     fs::create_directories(profiles);
     CopyInto(source / "data", strFolder);
+    fs::remove(fs::path(strFolder) /
+               "OSD.ini"); // it sets the keys of [HostCare]; a test sets those it asks for
     CopyInto(source / "tests/profiles", profiles);
     if (bWithShaders) CopyInto(source / "shaders", strFolder);
 }

@@ -1,4 +1,5 @@
 // The files of the data folder, and the profiles of the tests: whole, readable, and in step with the readers.
+#include "config/host_care.h"
 #include "config/item_graph.h"
 #include "config/item_image.h"
 #include "config/item_pie.h"
@@ -52,7 +53,9 @@ std::set<std::string> ManualKeys() {
         std::string strEdge, strSection, strNames;
         std::getline(cells, strEdge, '|');
         if (!std::getline(cells, strSection, '|') || !std::getline(cells, strNames, '|')) continue;
-        if (strSection != " Info " && strSection != " Settings " && strSection != " Warning ") continue;
+        if (strSection != " Info " && strSection != " Settings " && strSection != " Warning " &&
+            strSection != " HostCare ")
+            continue;
         std::istringstream names(strNames);
         for (std::string strName; names >> strName;)
             setKeys.insert(strSection.substr(1, strSection.size() - 2) + "/" +
@@ -66,7 +69,9 @@ std::string Effects() {
     std::ostringstream out;
     out << g_uMinHookScreenWidth << ' ' << g_uMinHookScreenHeight << ' ' << g_bDebugMode << g_bDebugMessageBox
         << g_bDebugTime << g_bUseLanguageXMLString << ' ' << g_fPressDetachSeconds << ' '
-        << g_fWarningTwinkleSeconds << ' ' << g_bWarningTwinkle;
+        << g_fWarningTwinkleSeconds << ' ' << g_bWarningTwinkle << ' ' << g_stHostCare.bOuterGuard
+        << g_stHostCare.bStayWithSurface << g_stHostCare.bLimiterRecovery << g_stHostCare.bRestoreAfterFailure
+        << g_stHostCare.bMergedDraw;
     for (const stStatusColor& st : g_aStatusColor)
         for (u32 i = 0; i < 3; ++i) out << ' ' << int{st.au8RGB[i]};
     return out.str();
@@ -77,7 +82,12 @@ class ShippedSettings : public SettingsTest {
     std::string EffectsOf(const std::string& strBytes) {
         Ini(strBytes);
         g_fnLoadGlobalSettings();
+        g_fnReadHostCare();
         return Effects();
+    }
+    void TearDown() override {
+        SettingsTest::TearDown();
+        g_stHostCare = {};
     }
 };
 
@@ -86,18 +96,20 @@ TEST_F(ShippedSettings, TheFileHasTheKeysOfTheManual) {
     for (const stKey& st : ShippedKeys())
         EXPECT_TRUE(setKeys.insert(st.strSection + "/" + st.strKey).second) << st.strKey << " stands twice";
     EXPECT_EQ(setKeys, ManualKeys());
-    EXPECT_EQ(setKeys.size(), 15u);
+    EXPECT_EQ(setKeys.size(), 20u);
 }
 
-TEST_F(ShippedSettings, TheFileSaysTheDefaults) {
-    const std::string strDefaults = EffectsOf("");
-    EXPECT_EQ(EffectsOf(Bytes(g_source / "data/OSD.ini")), strDefaults);
+TEST_F(ShippedSettings, TheFileSaysTheDefaultsAndPutsTheProgramFirst) {
+    std::string strExpected = EffectsOf("");
+    ASSERT_TRUE(strExpected.find(" 00000 ") != std::string::npos) << "no key of HostCare is set by default";
+    strExpected.replace(strExpected.find(" 00000 "), 7, " 11111 ");
+    EXPECT_EQ(EffectsOf(Bytes(g_source / "data/OSD.ini")), strExpected);
 }
 
 TEST_F(ShippedSettings, EachKeyIsReadUnderItsName) {
     const std::string strDefaults = EffectsOf("");
     for (const stKey& st : ShippedKeys()) {
-        const char* szOther = st.strValue == "1" ? "0" : "77";
+        const char* szOther = st.strValue == "1" && st.strSection != "HostCare" ? "0" : "77";
         EXPECT_NE(EffectsOf("[" + st.strSection + "]\n" + st.strKey + " = " + szOther + "\n"), strDefaults)
             << st.strSection << '/' << st.strKey;
     }

@@ -8,7 +8,7 @@
 #include <vector>
 
 /// The library of this build.
-inline std::string LibraryPath() { return "Z:" ORVIN_BINARY_DIR "/bin/ORVIN-OSD64-GL.dll"; }
+std::string LibraryPath();
 
 inline std::vector<u8> ReadWholeFile(const std::string& szPath) {
     std::vector<u8> abFile;
