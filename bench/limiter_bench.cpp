@@ -1,6 +1,7 @@
 // The frame limiter on the real clock: a host whose frame takes half a millisecond, stretched to a target.
-// Prints one JSON line a target: how long the first sixty (measured, unlimited) and the later frames took,
-// microseconds.
+// Arguments: seconds a round, rounds a target, 1 for the key LimiterRecovery. Prints one JSON line a round:
+// how long the first sixty (measured, unlimited) and the later frames took, microseconds.
+#include "config/host_care.h"
 #include "frame/limiter.h"
 #include "platform/clock.h"
 #include <algorithm>
@@ -69,6 +70,7 @@ void Measure(u32 uTarget, u32 uFrames) {
 int main(int iCount, char** pszArguments) {
     const f64 fSeconds = iCount > 1 ? std::atof(pszArguments[1]) : 4.0;
     const int iRounds = iCount > 2 ? std::atoi(pszArguments[2]) : 1;
+    g_stHostCare.bLimiterRecovery = iCount > 3 && std::atoi(pszArguments[3]) != 0;
     for (u32 uTarget : {30u, 60u, 144u, 360u})
         for (int i = 0; i < iRounds; ++i) Measure(uTarget, std::max(30u, u32(fSeconds * uTarget)));
 }

@@ -1,5 +1,6 @@
 #include "frame/limiter.h"
 
+#include "frame/limiter_recovery.h"
 #include "frame/log.h"
 #include "frame/timer.h"
 #include "platform/clock.h"
@@ -92,11 +93,15 @@ void g_fnTavo_FPS_Limiter() noexcept {
     st.tFrameEnd = platform::SteadyNanoseconds();
     const f32 fSeconds = Seconds(st.tFrameEnd - st.tFrameStart);
     if (!StoreFrame(st, fSeconds) && fSeconds < Frametime_Target_Sec) {
+        // Bounded where it is used, so that one that grew before the key was read is healed too.
+        st.fCorrection = g_fnBoundCorrection(st.fCorrection, Frametime_Target_Sec);
         const f32 fWait = Frametime_Target_Sec - fSeconds + st.fCorrection;
         // KEEP: neither the start of the frame nor the correction changes here, so the next measure spans two
         // frames, and a correction below the negative target is never left again.
-        if (fWait <= 0.0f) return;
-        Spin(fWait, st.fCorrection);
+        if (fWait > 0.0f)
+            Spin(fWait, st.fCorrection);
+        else if (!g_fnPayOffCorrection(st.fCorrection))
+            return;
     }
     st.tFrameStart = platform::SteadyNanoseconds();
 }

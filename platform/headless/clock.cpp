@@ -14,6 +14,7 @@ i64 ReadNanoseconds() noexcept {
     if (!st.m_bVirtualClock)
         return std::chrono::steady_clock::now().time_since_epoch() / std::chrono::nanoseconds(1);
     st.m_iClock += st.m_iClockStep;
+    if (st.m_uJumpIn && --st.m_uJumpIn == 0) st.m_iClock += st.m_iClockJump;
     return st.m_iClock;
 }
 
@@ -73,6 +74,10 @@ void AdvanceClock(i64 iNanoseconds) {
 }
 
 void SetClockStepPerRead(i64 iNanoseconds) { Get().m_iClockStep = iNanoseconds; }
+void SetClockJump(u32 uReadings, i64 iNanoseconds) {
+    Get().m_uJumpIn = uReadings;
+    Get().m_iClockJump = iNanoseconds;
+}
 void UseRealClock() { Get().m_bVirtualClock = false; }
 void SetCounterFrequency(i64 iTicksPerSecond) {
     Get().m_iFrequency = iTicksPerSecond > 0 ? iTicksPerSecond : 1;

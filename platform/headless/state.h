@@ -66,6 +66,8 @@ struct State {
     bool m_bVirtualClock = false;
     i64 m_iClock = 0;
     i64 m_iClockStep = 0;
+    u32 m_uJumpIn = 0; ///< readings until the jump
+    i64 m_iClockJump = 0;
     i64 m_iFrequency = 1000000000;
     u64 m_uClockReads = 0;
     stLocalTime m_stLocalTime = {2024, 2, 29, 13, 5, 9};

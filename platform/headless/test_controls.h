@@ -99,6 +99,8 @@ void AdvanceClock(i64 iNanoseconds);
 /// Every reading moves the virtual clock on by this much first (default 0); needed under loops that wait for
 /// it.
 void SetClockStepPerRead(i64 iNanoseconds);
+/// Once, at the reading of that number from now on: what a program that lost its core for a while reads.
+void SetClockJump(u32 uReadings, i64 iNanoseconds);
 void UseRealClock();
 /// Ticks per second; default 1000000000.
 void SetCounterFrequency(i64 iTicksPerSecond);

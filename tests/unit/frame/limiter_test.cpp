@@ -1,5 +1,6 @@
 #include "frame/limiter.h"
 
+#include "config/host_care.h"
 #include "frame/log.h"
 #include "platform/clock.h"
 #include "platform/headless/test_controls.h"
@@ -169,6 +170,90 @@ TEST_F(Limiter, CorrectionBelowTheNegativeTargetEndsLimitingForGood) {
     g_stLimiter.fCorrection = -0.02f;
     for (int i = 0; i < 500; ++i) EXPECT_LT(Frame(1'000'000), 100'000);
     EXPECT_EQ(g_stLimiter.fCorrection, -0.02f);
+}
+
+/// The same with the key LimiterRecovery.
+class LimiterRecovery : public Limiter {
+  protected:
+    void SetUp() override {
+        Limiter::SetUp();
+        g_stHostCare.bLimiterRecovery = true;
+    }
+    void TearDown() override {
+        g_stHostCare = stHostCare();
+        Limiter::TearDown();
+    }
+    /// A frame of which the spin comes back iLate nanoseconds late, as when another program has the core.
+    static void LateFrame(i64 iNanoseconds, i64 iLate) {
+        headless::SetClockJump(8000, iLate + 1'000'000); // a millisecond ahead of the end of a wait of 9 ms
+        Frame(iNanoseconds);
+    }
+    /// Time that so many frames took, nanoseconds.
+    static i64 Frames(int iCount, i64 iNanoseconds) {
+        const i64 iBefore = Now();
+        for (int i = 0; i < iCount; ++i) Frame(iNanoseconds);
+        return Now() - iBefore;
+    }
+};
+
+TEST_F(LimiterRecovery, LimitingGoesOnAfterAnOvershootOfMoreThanHalfAFrame) {
+    Limit(100);
+    Fill(1'000'000);
+    LateFrame(1'000'000, 8'000'000);
+    EXPECT_NEAR(static_cast<f64>(Frames(100, 1'000'000)), 1e9, 0.01e9);
+}
+
+TEST_F(LimiterRecovery, WithoutTheKeyTheSameOvershootEndsIt) {
+    g_stHostCare.bLimiterRecovery = false;
+    Limit(100);
+    Fill(1'000'000);
+    LateFrame(1'000'000, 8'000'000);
+    EXPECT_LT(Frames(100, 1'000'000), 200'000'000);
+}
+
+TEST_F(LimiterRecovery, ALostLimitIsHealedAsSoonAsTheKeyIsRead) {
+    Limit(100);
+    Fill(1'000'000);
+    g_stLimiter.fCorrection = -5.0f;
+    EXPECT_NEAR(static_cast<f64>(Frames(100, 1'000'000)), 1e9, 0.01e9);
+}
+
+TEST_F(LimiterRecovery, OneLateFrameShortensTheNextByAQuarterAtMost) {
+    Limit(100);
+    Fill(1'000'000);
+    LateFrame(1'000'000, 8'000'000);
+    const i64 iBefore = Now();
+    Frame(1'000'000);
+    EXPECT_NEAR(static_cast<f64>(Now() - iBefore), 7'500'000.0, 50'000.0);
+    g_stLimiter.fCorrection = 1.0f;
+    const i64 iLonger = Now();
+    Frame(1'000'000);
+    EXPECT_NEAR(static_cast<f64>(Now() - iLonger), 12'500'000.0, 50'000.0);
+}
+
+TEST_F(LimiterRecovery, AFrameThatFillsMostOfTheTargetPaysTheCorrectionOff) {
+    // A wait of 1 ms less 2.5 ms: nothing is waited for, and the next frame is measured alone.
+    Limit(100);
+    Fill(9'000'000);
+    g_stLimiter.fCorrection = -0.005f;
+    EXPECT_LT(Frame(9'000'000), 100'000);
+    EXPECT_EQ(g_stLimiter.fCorrection, 0.0f);
+    EXPECT_NEAR(static_cast<f64>(Frames(100, 9'000'000)), 1e9, 0.01e9);
+}
+
+TEST_F(LimiterRecovery, SmallCorrectionsAreThoseOfTheRule) {
+    for (const bool bKey : {false, true}) {
+        g_stHostCare.bLimiterRecovery = bKey;
+        g_stLimiter = stLimiterState();
+        headless::SetClock(5'000'000'000);
+        Limit(100);
+        Fill(1'000'000);
+        LateFrame(1'000'000, 700'000);
+        static f32 s_fWithout;
+        if (!bKey) s_fWithout = g_stLimiter.fCorrection;
+        EXPECT_LT(g_stLimiter.fCorrection, 0.0f);
+        EXPECT_EQ(g_stLimiter.fCorrection, s_fWithout);
+    }
 }
 
 TEST_F(Limiter, PauseKeepsTheOldStartSoTheFirstFrameAfterItIsNotDelayed) {
