@@ -51,11 +51,33 @@ else()
   target_link_libraries(orvin_glew INTERFACE ${glew_archive})
   target_compile_definitions(orvin_glew INTERFACE GLEW_STATIC)
 
-  # Headers only: both libraries are opened at run time, so that the overlay loads where they are missing.
+  # A copy of fontconfig and FreeType that is ours alone: a host that ends its own copy (FcFini) must not find our
+  # caches in it. One object out of the installed archives, in which all but the functions in use are local. Their
+  # output streams become ours too: archives are not made for shared objects, which can't reach those of the C library
+  # directly, and nothing may be printed in a host.
   find_package(Freetype REQUIRED)
   find_package(Fontconfig REQUIRED)
-  add_library(orvin_font_headers INTERFACE)
-  target_include_directories(orvin_font_headers SYSTEM INTERFACE ${FREETYPE_INCLUDE_DIRS} ${Fontconfig_INCLUDE_DIRS})
+  set(font_functions ${CMAKE_SOURCE_DIR}/third_party/font_functions.txt)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${font_functions})
+  file(STRINGS ${font_functions} font_roots)
+  list(TRANSFORM font_roots PREPEND -u)
+  set(font_archives)
+  foreach(name fontconfig freetype expat png16 z brotlidec brotlicommon)
+    find_library(ORVIN_FONTS_${name} lib${name}.a REQUIRED)
+    list(APPEND font_archives ${ORVIN_FONTS_${name}})
+  endforeach()
+  set(font_object ${CMAKE_BINARY_DIR}/fonts/fonts.o)
+  file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/fonts)
+  add_custom_command(OUTPUT ${font_object}
+    COMMAND ${CMAKE_LINKER} -r -o ${font_object}.all ${font_roots} --start-group ${font_archives} --end-group
+    COMMAND ${CMAKE_OBJCOPY} --keep-global-symbols=${font_functions} --redefine-sym stdout=g_pFontOutput
+      --redefine-sym stderr=g_pFontErrors ${font_object}.all ${font_object}
+    DEPENDS ${font_functions} ${font_archives} COMMENT "Joining fontconfig and FreeType" VERBATIM)
+  set_source_files_properties(${font_object} PROPERTIES EXTERNAL_OBJECT TRUE GENERATED TRUE)
+  add_library(orvin_fonts STATIC ${font_object})
+  set_target_properties(orvin_fonts PROPERTIES LINKER_LANGUAGE C)
+  target_include_directories(orvin_fonts SYSTEM INTERFACE ${FREETYPE_INCLUDE_DIRS} ${Fontconfig_INCLUDE_DIRS})
+  target_link_libraries(orvin_fonts INTERFACE m)
   if(ORVIN_BUILD_TESTS)
     find_package(GTest REQUIRED)
     target_link_libraries(orvin_gtest INTERFACE GTest::gtest GTest::gtest_main)

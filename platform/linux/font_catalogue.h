@@ -1,6 +1,7 @@
 #pragma once
-// Which files hold the glyphs for a face name: fontconfig, opened at run time, so that a system without it
-// has no fonts but runs. The configuration is our own; the host's is neither used nor changed.
+// Which files hold the glyphs for a face name, by a fontconfig that is linked into us and shared with nobody:
+// a host may end its own at any time. The configuration is our own too; the host's is neither used nor
+// changed.
 #include "platform/types.h"
 
 #include <map>
@@ -48,7 +49,8 @@ class CFaceList {
 /// One configuration with the lists found in it. Callers see to it that one thread at a time is in here.
 class CFontCatalogue {
   public:
-    /// The one in use, or a new one: that reads the system's font caches. Null without fontconfig.
+    /// The one in use, or a new one: that reads the system's font caches. Null without a
+    /// configuration.
     static std::shared_ptr<CFontCatalogue> Open();
     explicit CFontCatalogue(_FcConfig* pConfig) : m_pConfig(pConfig) {}
     ~CFontCatalogue();

@@ -3,56 +3,24 @@
 #include "platform/glyph_rasterizer.h"
 
 #include "platform/linux/font_catalogue.h"
+#include "platform/linux/font_output.h"
 #include "platform/utf.h"
 
 #include <ft2build.h>
 #include FT_FREETYPE_H
 
 #include <algorithm>
-#include <dlfcn.h>
 #include <map>
 #include <mutex>
 #include <new>
 
 namespace platform {
 
-/// The functions in use, looked up in the library itself as those of fontconfig are.
-struct stFreeType {
-    decltype(&FT_Init_FreeType) InitFreeType;
-    decltype(&FT_Done_FreeType) DoneFreeType;
-    decltype(&FT_New_Face) NewFace;
-    decltype(&FT_Done_Face) DoneFace;
-    decltype(&FT_Set_Pixel_Sizes) SetPixelSizes;
-    decltype(&FT_Get_Char_Index) GetCharIndex;
-    decltype(&FT_Load_Glyph) LoadGlyph;
-    decltype(&FT_Render_Glyph) RenderGlyph;
-};
-
-template <typename T> static bool Load(void* hLibrary, T& fn, const char* szName) {
-    fn = reinterpret_cast<T>(dlsym(hLibrary, szName));
-    return fn != nullptr;
-}
-
-static bool LoadAll(void* h, stFreeType& st) {
-    return h && Load(h, st.InitFreeType, "FT_Init_FreeType") &&
-           Load(h, st.DoneFreeType, "FT_Done_FreeType") && Load(h, st.NewFace, "FT_New_Face") &&
-           Load(h, st.DoneFace, "FT_Done_Face") && Load(h, st.SetPixelSizes, "FT_Set_Pixel_Sizes") &&
-           Load(h, st.GetCharIndex, "FT_Get_Char_Index") && Load(h, st.LoadGlyph, "FT_Load_Glyph") &&
-           Load(h, st.RenderGlyph, "FT_Render_Glyph");
-}
-
-/// Null without the library, which stays open for the life of the process.
-static const stFreeType* FreeType() {
-    static stFreeType st;
-    static const bool bLoaded = LoadAll(dlopen("libfreetype.so.6", RTLD_NOW | RTLD_LOCAL), st);
-    return bLoaded ? &st : nullptr;
-}
-
 /// What all fonts share. It lives as long as one of them.
 struct stFontSystem {
     stFontSystem() = default;
     ~stFontSystem() {
-        if (m_hLibrary) FreeType()->DoneFreeType(m_hLibrary);
+        if (m_hLibrary) FT_Done_FreeType(m_hLibrary);
     }
     stFontSystem(const stFontSystem&) = delete;
     stFontSystem& operator=(const stFontSystem&) = delete;
@@ -126,23 +94,23 @@ void ReadGlyphBitmap(GlyphDevice* pDevice, i32 iWidth, i32 iHeight, u8* pRows) n
 static FT_Face OpenFace(const GlyphFont& font, const stFaceFile& stFile) {
     FT_Face hFace = nullptr;
     if (stFile.m_path.empty() ||
-        FreeType()->NewFace(font.m_pSystem->m_hLibrary, stFile.m_path.c_str(), stFile.m_iIndex, &hFace))
+        FT_New_Face(font.m_pSystem->m_hLibrary, stFile.m_path.c_str(), stFile.m_iIndex, &hFace))
         return nullptr;
-    if (FT_IS_SCALABLE(hFace) && !FreeType()->SetPixelSizes(hFace, 0, static_cast<FT_UInt>(font.m_iEmHeight)))
+    if (FT_IS_SCALABLE(hFace) && !FT_Set_Pixel_Sizes(hFace, 0, static_cast<FT_UInt>(font.m_iEmHeight)))
         return hFace;
-    FreeType()->DoneFace(hFace);
+    FT_Done_Face(hFace);
     return nullptr;
 }
 
-/// The one in use, or a new one; null without one of the libraries.
+/// The one in use, or a new one; null without memory or a font configuration.
 static std::shared_ptr<stFontSystem> OpenSystem() {
     // Never destroyed: the host may still draw while the process ends.
     static auto* const pCurrent = new std::weak_ptr<stFontSystem>;
     if (auto pOpen = pCurrent->lock()) return pOpen;
-    if (!FreeType()) return nullptr;
+    if (!OpenFontOutput()) return nullptr;
     auto pNew = std::make_shared<stFontSystem>();
     pNew->m_pCatalogue = CFontCatalogue::Open();
-    if (!pNew->m_pCatalogue || FreeType()->InitFreeType(&pNew->m_hLibrary)) return nullptr;
+    if (!pNew->m_pCatalogue || FT_Init_FreeType(&pNew->m_hLibrary)) return nullptr;
     *pCurrent = pNew;
     return pNew;
 }
@@ -161,8 +129,8 @@ static bool OpenFont(GlyphFont& font, const stGlyphFontRequest& stRequest) {
 
 static void CloseFont(GlyphFont& font) {
     for (const auto& [uPlace, hFace] : font.m_mapOthers)
-        if (hFace) FreeType()->DoneFace(hFace);
-    if (font.m_hMain) FreeType()->DoneFace(font.m_hMain);
+        if (hFace) FT_Done_Face(hFace);
+    if (font.m_hMain) FT_Done_Face(font.m_hMain);
     font.m_pSystem.reset();
 }
 
@@ -206,12 +174,12 @@ struct stGlyph {
 
 /// The main face's glyph, or that of the first other face that has one, or the main face's box.
 static stGlyph FindGlyph(GlyphFont& font, u32 uCode) {
-    if (const FT_UInt u = FreeType()->GetCharIndex(font.m_hMain, uCode)) return {font.m_hMain, u};
+    if (const FT_UInt u = FT_Get_Char_Index(font.m_hMain, uCode)) return {font.m_hMain, u};
     const std::vector<stFaceFile>& aOthers = font.m_pList->Others();
     for (u32 i = 0; i < aOthers.size(); ++i) {
         if (!CFaceList::Covers(aOthers[i], uCode)) continue;
         const FT_Face hFace = OtherFace(font, i);
-        const FT_UInt u = hFace ? FreeType()->GetCharIndex(hFace, uCode) : 0;
+        const FT_UInt u = hFace ? FT_Get_Char_Index(hFace, uCode) : 0;
         if (u) return {hFace, u};
     }
     return {font.m_hMain, 0};
@@ -245,10 +213,10 @@ static i32 Walk(GlyphFont& font, const char16_t* wzText, u32 uUnits, const Glyph
     i32 iPen = 0;
     while (uUnits) {
         const stGlyph st = FindGlyph(font, NextCode(wzText, uUnits));
-        if (FreeType()->LoadGlyph(st.m_hFace, st.m_uIndex, FT_LOAD_TARGET_MONO | FT_LOAD_NO_BITMAP)) continue;
+        if (FT_Load_Glyph(st.m_hFace, st.m_uIndex, FT_LOAD_TARGET_MONO | FT_LOAD_NO_BITMAP)) continue;
         const FT_GlyphSlot pSlot = st.m_hFace->glyph;
         const i32 iAdvance = static_cast<i32>((pSlot->advance.x + 32) >> 6);
-        if (pBitmap && !FreeType()->RenderGlyph(pSlot, FT_RENDER_MODE_MONO))
+        if (pBitmap && !FT_Render_Glyph(pSlot, FT_RENDER_MODE_MONO))
             Blit(*pBitmap, pSlot->bitmap, iPen + pSlot->bitmap_left, iBaseline - pSlot->bitmap_top);
         iPen += iAdvance;
     }
@@ -283,11 +251,11 @@ bool GlyphFontFamily(GlyphDevice*, GlyphFont* pFont, char16_t* wzOut, u32 uCapac
 }
 
 bool FontHasGlyph(GlyphDevice*, GlyphFont* pFont, const char16_t* wzText, u32 uUnits) noexcept {
-    return pFont && uUnits && FreeType()->GetCharIndex(pFont->m_hMain, NextCode(wzText, uUnits)) != 0;
+    return pFont && uUnits && FT_Get_Char_Index(pFont->m_hMain, NextCode(wzText, uUnits)) != 0;
 }
 
 bool FontCoversCode(GlyphDevice*, GlyphFont* pFont, u32 uCode) noexcept {
-    return pFont && FreeType()->GetCharIndex(pFont->m_hMain, uCode) != 0;
+    return pFont && FT_Get_Char_Index(pFont->m_hMain, uCode) != 0;
 }
 
 } // namespace platform

@@ -213,6 +213,10 @@ class Robustness(LinuxCase):
             with self.subTest(kind=kind):
                 self.assertIn("frames", self.host("--frames", "90", *kind))
 
+    def test_a_host_that_ends_fontconfig_runs_to_its_end(self):
+        self.choose("TextSheet")
+        self.assertIn("frames", self.host("--frames", "30", "--end-fontconfig"))
+
     def test_no_gl_error_is_left_that_the_bare_program_does_not_have(self):
         bare = self.host("--frames", "60", "--print-errors", overlay=False)
         overlaid = self.host("--frames", "60", "--print-errors")

@@ -10,8 +10,17 @@ namespace {
 using MakeContextWithAttributes = GLXContext (*)(Display*, GLXFBConfig, GLXContext, Bool, const int*);
 using SwapFunction = void (*)(Display*, GLXDrawable);
 
+/// As programs do that choose their own fonts: the library that all of a process share.
+void CallFontconfig(const char* szName) {
+    if (void* pFunction = LookupInLibrary("libfontconfig.so.1", szName))
+        reinterpret_cast<void (*)()>(pFunction)();
+}
+
 class CGlxSystem final : public CWindowSystem {
   public:
+    ~CGlxSystem() override {
+        if (m_stOptions.bEndFontconfig) CallFontconfig("FcFini");
+    }
     bool m_fnOpen(const stHostOptions& stOptions) override;
     WindowRef m_fnMakeWindow(u32 uWidth, u32 uHeight) override;
     void m_fnDestroyWindow(WindowRef pWindow) override { m_clWindows.m_fnDestroy(Window(pWindow)); }
@@ -45,6 +54,7 @@ class CGlxSystem final : public CWindowSystem {
 bool CGlxSystem::m_fnOpen(const stHostOptions& stOptions) {
     m_stOptions = stOptions;
     if (!m_clWindows.m_pDisplay) return false;
+    if (stOptions.bEndFontconfig) CallFontconfig("FcInit");
     void* pSwap = nullptr;
     if (stOptions.strSwapThrough == "getproc") pSwap = m_fnGetProc("glXSwapBuffers");
     if (stOptions.strSwapThrough == "dlsym") pSwap = LookupInLibrary("libGL.so.1", "glXSwapBuffers");

@@ -67,6 +67,8 @@ constexpr stSwitch g_stSwitches[] = {
     {"--fresh-surface", nullptr, Flag<&O::bFreshSurface>,
      "another surface or device context every 30 frames"},
     {"--no-pump", nullptr, Flag<&O::bNoPump>, "never take window messages or events"},
+    {"--end-fontconfig", nullptr, Flag<&O::bEndFontconfig>,
+     "GLX: use fontconfig, and end it before the exit"},
     {"--idle", nullptr, Flag<&O::bIdle>, "swap without drawing"},
     {"--odd-state", nullptr, Flag<&O::bOddState>, "set unusual GL states before every swap"},
     {"--pause-ms", "T", Number<&O::uPauseMs>, "wait before the first frame, taking messages"},

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <dlfcn.h>
 #include <string>
 #include <thread>
 #include <vector>
@@ -204,6 +205,37 @@ TEST_F(Glyphs, TwoThreadsWithFontsOfTheirOwn) {
     work();
     other.join();
     EXPECT_EQ(Picture(m_aFonts[0], u"A\u4E2D"), wanted);
+}
+
+TEST_F(Glyphs, AProgramMayEndItsOwnFontconfigWhileOurFontsAreOpen) {
+    void* const hLibrary = dlopen("libfontconfig.so.1", RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(hLibrary, nullptr) << dlerror();
+    const auto fnInit = reinterpret_cast<int (*)()>(dlsym(hLibrary, "FcInit"));
+    const auto fnFini = reinterpret_cast<void (*)()>(dlsym(hLibrary, "FcFini"));
+    ASSERT_TRUE(fnInit && fnFini);
+    ASSERT_EQ(fnInit(), 1);
+    GlyphFont* const pFont = Font(u"DejaVu Sans");
+    const auto wanted = Picture(pFont, u"A\u4E2D");
+    fnFini(); // stops the process where somebody else still holds one of its caches
+    EXPECT_EQ(Picture(pFont, u"A\u4E2D"), wanted);
+    EXPECT_EQ(Picture(Font(u"DejaVu Sans"), u"A\u4E2D"), wanted);
+    dlclose(hLibrary);
+}
+
+TEST_F(Glyphs, TheLibrariesWriteNothingToTheTerminal) {
+    const std::string path = ::testing::TempDir() + "orvin-odd-fonts.conf";
+    std::FILE* const pFile = std::fopen(path.c_str(), "w");
+    ASSERT_NE(pFile, nullptr);
+    std::fputs("<?xml version=\"1.0\"?><fontconfig><no-such-thing/></fontconfig>\n", pFile);
+    std::fclose(pFile);
+    setenv("FONTCONFIG_FILE", path.c_str(), 1);
+    ::testing::internal::CaptureStdout();
+    ::testing::internal::CaptureStderr();
+    EXPECT_EQ(Font(nullptr), nullptr) << "a configuration without fonts";
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "");
+    unsetenv("FONTCONFIG_FILE");
+    std::remove(path.c_str());
 }
 
 TEST(GlyphsWithoutFonts, NoFontIsMadeAndNothingElseFails) {
