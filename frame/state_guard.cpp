@@ -142,8 +142,7 @@ static void RestoreAttrib(u32 uIndex, const stSavedAttrib& st) {
         glEnableVertexAttribArray(uIndex);
     else
         glDisableVertexAttribArray(uIndex);
-    // KEEP: size 2, never the saved size; and the temporary array is still bound, so this has no lasting
-    // effect.
+    // KEEP: size 2, never the saved size. It reaches the temporary array, so it has no lasting effect.
     glVertexAttribPointer(uIndex, 2, st.AttribType, static_cast<GLboolean>(st.AttribNormalized),
                           static_cast<GLsizei>(st.AttribStride), st.AttribPointer);
     if (glVertexAttribDivisor) glVertexAttribDivisor(uIndex, st.AttribDivisor);
@@ -172,6 +171,9 @@ static void RestoreEnables(const stGLSavedState& st) {
 }
 
 static void RestoreVertexArray(stGLSavedState& st) {
+    // Where the client attribute stack exists, its pop has brought back the application's array by now. Its
+    // attributes must not meet what follows.
+    glBindVertexArray(st.TemporaryVertexArray);
     for (u32 u = 0; u < 2; ++u) RestoreAttrib(u, st.Attrib[u]);
     glBindVertexArray(st.VertexArrayBinding);
     glDeleteVertexArrays(1, &st.TemporaryVertexArray);

@@ -108,6 +108,7 @@ static Calls ExpectedRestore() {
     vec.push_back(Call("glBindBuffer", GL_ELEMENT_ARRAY_BUFFER, 0));
     vec.push_back(Call("glBlendFuncSeparate", GL_ONE, GL_ZERO, GL_ONE, GL_ZERO));
     vec.push_back(Call("glBlendColor", 0.0f, 0.0f, 0.0f, 0.0f));
+    vec.push_back(Call("glBindVertexArray", GLSavedState.TemporaryVertexArray));
     for (int i : {0, 1}) {
         vec.push_back(Call("glDisableVertexAttribArray", i));
         vec.push_back(Call("glVertexAttribPointer", i, 2, GL_FLOAT, 0, 0, nullptr));
