@@ -28,7 +28,7 @@ static void WriteSquare(stShapeVertex* pOut, f32 fLeft, f32 fTop, f32 fRight, f3
 }
 
 static void WriteRing(stShapeVertex* pOut, f32 w, f32 h, f32 e, f32 t) {
-    WriteQuad(pOut, -e, -e, w + e, h + e);
+    WriteQuad(pOut, 0.0f - e, 0.0f - e, w + e, h + e); // not -e, which is a negative 0 without an outset
     WriteQuad(pOut + 4, t - e, t - e, w - t + e, h - t + e);
 }
 
@@ -57,7 +57,7 @@ bool CRect_Mesh_Base::m_fnCreateExpanded(f32 w, f32 h, f32 e) {
     m_fOutset = e;
     if (!m_fnAllocMesh(g_uShapeStride)) return false;
     stShapeVertex aVertices[g_uRectVertices];
-    WriteQuad(aVertices, -e, -e, w + e, h + e);
+    WriteQuad(aVertices, 0.0f - e, 0.0f - e, w + e, h + e);
     return m_fnUpload(aVertices);
 }
 

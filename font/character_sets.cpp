@@ -17,16 +17,11 @@ const char16_t* const g_wzResolutionSet = u"0123456789:x";
 
 std::map<u32, std::set<u32>> g_mapQueryTextByFontID;
 
-/// KEEP: blanks too, which fonts give no cells.
-static void InsertCodes(std::set<u32>& codes, const std::u16string& wzText) {
-    std::u32string text;
-    g_fnToCodes(wzText.c_str(), text);
-    codes.insert(text.begin(), text.end());
-}
-
 bool g_fnInsertQueryTextByFontID(u32 uFontId, std::u16string wzText) {
-    if (wzText.empty() || wzText[0] == 0) return false;
-    InsertCodes(g_mapQueryTextByFontID[uFontId], wzText);
+    std::u32string text;
+    if (!g_fnToCodes(wzText.c_str(), text)) return false;
+    // KEEP: blanks too, which fonts give no cells.
+    g_mapQueryTextByFontID[uFontId].insert(text.begin(), text.end());
     return true;
 }
 
@@ -89,6 +84,12 @@ stFontGrid g_fnLargerGrid(u32 uCodesHeld) {
 namespace {
 
 using CharSets = std::map<std::u16string, std::set<u32>>;
+
+/// KEEP: blanks too. A face whose texts are no UTF-16 keeps an empty set.
+void InsertCodes(std::set<u32>& codes, const std::u16string& wzText) {
+    std::u32string text;
+    if (g_fnToCodes(wzText.c_str(), text)) codes.insert(text.begin(), text.end());
+}
 
 CharSets CollectCharSets() {
     CharSets mapFontName2CharSet;

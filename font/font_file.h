@@ -39,7 +39,7 @@ enum eFontFileCheck : i32 {
     FONT_FILE_SHORT_RECORDS = -6,
     FONT_FILE_SHORT_LEVELS = -7,
     FONT_FILE_NO_RECORDS = -8, ///< the records could not be read
-    FONT_FILE_NO_TEXT = -9,    ///< the text has no code points
+    FONT_FILE_NO_TEXT = -9,    ///< the text has no code points or is no UTF-16
     FONT_FILE_HAS_MORE = 0, ///< holds; some cell has a code that the text lacks. Null text: a cell is in use
     FONT_FILE_HAS_NO_MORE = 1 ///< holds; no cell has such a code
 };

@@ -30,11 +30,10 @@ bool GridHolds(const stFontFileHeader& st) {
            st.m_uTexW >= st.m_uLayoutW && st.m_uTexH >= std::max(st.m_uLayoutW, st.m_uLayoutH);
 }
 
-/// A nominal size is half a cell when a font is drawn, so one above the whole atlas is a lie, and a costly
-/// one.
+/// All that follows divides by the nominal size. Its other values, and those of the size of the calibration,
+/// are the file's business.
 bool MetricsHold(const stFontFileHeader& st) {
-    return st.m_uFontSize > 0 && st.m_uFontSize <= st.m_uTexW && st.m_uCalibSize <= st.m_uTexW &&
-           std::abs(static_cast<i64>(st.iGDI_DrawRefY)) <= g_iBaselineMost;
+    return st.m_uFontSize > 0 && std::abs(static_cast<i64>(st.iGDI_DrawRefY)) <= g_iBaselineMost;
 }
 
 /// A header of this version, with its records behind it, that a font can be made of.

@@ -158,21 +158,30 @@ template <typename T> static void AddBatch(CFontUniCode* pFont, const T& codes) 
     pFont->m_bDirty = false;
 }
 
-bool g_fnToCodes(const char16_t* wzText, std::u32string& codes) {
+/// A surrogate without its partner stands as a code of its own. False if there is one.
+static bool Decode(const char16_t* wzText, std::u32string& codes) {
+    bool bWhole = true;
     codes.clear();
     for (; wzText && *wzText; ++wzText) {
         const bool bPair = *wzText >= 0xD800 && *wzText < 0xDC00 && wzText[1] >= 0xDC00 && wzText[1] < 0xE000;
+        bWhole = bWhole && (bPair || *wzText < 0xD800 || *wzText >= 0xE000);
         if (bPair)
             codes += 0x10000 + ((wzText[0] - 0xD800u) << 10) + (wzText[1] - 0xDC00u), ++wzText;
         else
             codes += *wzText;
     }
+    return bWhole;
+}
+
+bool g_fnToCodes(const char16_t* wzText, std::u32string& codes) {
+    if (!Decode(wzText, codes)) codes.clear();
     return !codes.empty();
 }
 
 void g_fnFontAddText(CFontUniCode* pFont, const char16_t* wzText) {
     std::u32string codes;
-    if (g_fnToCodes(wzText, codes)) AddBatch(pFont, codes);
+    Decode(wzText, codes);
+    AddBatch(pFont, codes);
 }
 
 void g_fnFontAddCodes(CFontUniCode* pFont, const std::u32string& codes) { AddBatch(pFont, codes); }

@@ -152,8 +152,10 @@ bool CFontUniCode::m_fnCreateGdiFont(platform::GlyphFont** ppFont, u32 uSize, co
     return *ppFont != nullptr;
 }
 
-/// The face of that name, or the default one.
-static bool CreateNamedFont(CFontUniCode& font, platform::GlyphFont** ppFont, u32 uSize) {
+/// The face of that name, or the default one. A size above the whole atlas, which a file may name, would cost
+/// time and show nothing: more than a cell is never seen.
+static bool CreateNamedFont(CFontUniCode& font, platform::GlyphFont** ppFont, u32 uWanted) {
+    const u32 uSize = std::min(uWanted, font.m_uTexW);
     return font.m_fnCreateGdiFont(ppFont, uSize, font.m_wzFontName.c_str()) ||
            font.m_fnCreateGdiFont(ppFont, uSize, nullptr);
 }

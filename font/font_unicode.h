@@ -191,12 +191,13 @@ class CFontUniCode {
 
 /// True if the code has a cell now; also for code 0, which gets none.
 bool g_fnFontAddChar(CFontUniCode* pFont, u32 uCode);
-/// Code points of a terminated UTF-16 text; a surrogate without its partner counts as a code of its own.
-/// False if there are none.
+/// Code points of a terminated UTF-16 text. False, without codes, if it has none, or a surrogate without its
+/// partner.
 bool g_fnToCodes(const char16_t* wzText, std::u32string& codes);
 /// 0, 9, 10, 13, 32 and 12288: codes that get no cell.
 bool g_fnIsBlankCode(u32 uCode);
-/// These add many characters at the cost of one upload. Blanks are skipped. A text is taken in its order.
+/// These add many characters at the cost of one upload. Blanks are skipped. A text is taken in its order; a
+/// surrogate without its partner counts as a code there.
 void g_fnFontAddText(CFontUniCode* pFont, const char16_t* wzText);
 void g_fnFontAddCodes(CFontUniCode* pFont, const std::u32string& codes);
 /// In ascending order.

@@ -2,6 +2,7 @@
 
 #include "tests/unit/draw/recording_mesh.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -57,6 +58,18 @@ TEST_F(ShapeMeshes, ExpandingByZeroGivesThePlainRectangle) {
     ASSERT_TRUE(expanded.m_fnCreateExpanded(640.5f, 2, 0));
     EXPECT_EQ(PositionsOf(Recorded(plain.m_pMesh)), PositionsOf(Recorded(expanded.m_pMesh)));
     EXPECT_EQ(TexturesOf(Recorded(plain.m_pMesh)), TexturesOf(Recorded(expanded.m_pMesh)));
+}
+
+TEST_F(ShapeMeshes, WithoutAnOutsetNoPositionIsANegativeZero) {
+    CRect_Mesh_Base rect;
+    CFrame_Mesh_Base frame;
+    CBorder_Mesh_Base border;
+    ASSERT_TRUE(rect.m_fnCreateExpanded(640, 2, 0));
+    ASSERT_TRUE(frame.m_fnCreate(100, 40, 0, 0));
+    ASSERT_TRUE(border.m_fnCreate(100, 40, 0, 0, 4));
+    for (const auto* const pMesh : {&rect.m_pMesh, &frame.m_pMesh, &border.m_pMesh})
+        for (const auto& position : PositionsOf(Recorded(*pMesh)))
+            for (const f32 f : position) EXPECT_FALSE(std::signbit(f));
 }
 
 TEST_F(ShapeMeshes, FrameHasTheTablesVerticesAndIndices) {

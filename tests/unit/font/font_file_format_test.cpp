@@ -185,6 +185,14 @@ TEST(FontFileCheck, TextWithoutCodesIsMinusNineButSizesGoFirst) {
     EXPECT_EQ(Check(bytes.substr(0, 600), u""), -7);
 }
 
+TEST(FontFileCheck, TextWithALoneSurrogateIsMinusNine) {
+    const std::string bytes = SmallFile();
+    for (const std::u16string& text :
+         {std::u16string{u'A', 0xD83D}, std::u16string{0xDE00, u'A'}, std::u16string{0xD83D, 0xD83D, 0xDE00}})
+        EXPECT_EQ(Check(bytes, text.c_str()), -9);
+    EXPECT_EQ(Check(bytes, u"AB\U0001F600"), 1) << "a pair is a code";
+}
+
 TEST(FontFileCheck, AtlasOfOnePixelHasOneLevel) {
     std::string bytes = SmallFile().substr(0, 184) + std::string(3 * 32 + 1, '\0');
     for (u32 u : {136u, 140u, 144u, 148u}) SetWord(bytes, u, 1);
