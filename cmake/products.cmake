@@ -19,7 +19,7 @@ if(entry_sources)
   if(WIN32)
     set_target_properties(orvin_osd PROPERTIES PREFIX "" SUFFIX ".dll" IMPORT_PREFIX "lib")
     target_sources(orvin_osd PRIVATE ${CMAKE_SOURCE_DIR}/platform/win32/ORVIN-OSD64-GL.def)
-    target_link_options(orvin_osd PRIVATE -Wl,--exclude-all-symbols)
+    target_link_options(orvin_osd PRIVATE -Wl,--exclude-all-symbols -Wl,--entry,OrvinImageEntry)
   else()
     # The version script hides all but the exports, those of the static C++ library too.
     target_link_libraries(orvin_osd PRIVATE $<LINK_LIBRARY:WHOLE_ARCHIVE,orvin_entry_last>)

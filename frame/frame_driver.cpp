@@ -8,6 +8,7 @@
 #include "frame/statistics.h"
 #include "frame/timer.h"
 #include "platform/gl_api.h"
+#include "platform/last_error.h"
 #include "platform/named_mapping.h"
 #include "platform/process.h"
 #include "platform/shared_block.h"
@@ -43,6 +44,7 @@ static i32 RealSwap(void* hdc) {
 /// Drains one error, which the calls that a core profile rejects leave behind.
 static i32 SwapAndDrain(void* hdc) {
     const i32 iResult = RealSwap(hdc);
+    const platform::ErrorKeeper keeper; // what the real swap left is the host's
     glGetError();
     return iResult;
 }
@@ -80,6 +82,11 @@ void g_fnCloseApiMapping() noexcept {
     g_hApiMapping = nullptr;
 }
 
+void g_fnDropApiClaim() noexcept {
+    if (g_hApiMapping) platform::CloseMapping(g_hApiMapping);
+    g_hApiMapping = nullptr;
+}
+
 static void ReportStatus(u32 uPid, u32 uTid) {
     stSharedCommand stStatus = {};
     stStatus.uApiCode = g_uApiCode;
@@ -91,6 +98,7 @@ static void ReportStatus(u32 uPid, u32 uTid) {
 
 /// Everything ahead of the real swap.
 static void RunSwapSteps(void* hdc) {
+    const platform::ErrorKeeper keeper;
     const u32 uPid = platform::CurrentProcessId(), uTid = platform::CurrentThreadId();
     TakeCommand(uPid, uTid);
     if (g_bCheckApiMapping) {

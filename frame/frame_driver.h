@@ -55,6 +55,9 @@ void g_fnTavo_GL_Render();
 void g_fnTavo_GL_Release() noexcept;
 /// Unmaps and closes the API mapping (at unhook).
 void g_fnCloseApiMapping() noexcept;
+/// Gives the claim back and leaves the view mapped, since a thread may be writing through it (at the end of
+/// the process).
+void g_fnDropApiClaim() noexcept;
 
 /// Takes the screenshot of the current frame, where a taker is installed.
 void g_fnTavo_GL_SaveScreenshot();

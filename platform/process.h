@@ -11,9 +11,12 @@ void ProcessPath(char* szOut, u32 uCapacity) noexcept;
 /// Duplicates the current thread's handle with synchronise access and drops it (Win32); nothing elsewhere.
 void DuplicateCurrentThreadHandle() noexcept;
 
-/// True if a module whose file part equals szName (case folded) is mapped here. Win32: at most 2048 modules;
-/// the process handle opened for the walk stays open on a hit.
-bool IsModuleLoaded(const char* szName) noexcept;
+/// True if a module whose file part equals one of the names (case folded) is mapped here. All names are
+/// sought in one walk. Win32: at most 2048 modules; the process handle opened for the walk stays open on a
+/// hit.
+bool IsAnyModuleLoaded(const char* const* aszNames, u32 uCount) noexcept;
+/// The same for one name.
+inline bool IsModuleLoaded(const char* szName) noexcept { return IsAnyModuleLoaded(&szName, 1); }
 /// Handle of a mapped GL library ("opengl32.dll" and its stand-ins), null if not mapped.
 void* FindModule(const char* szName) noexcept;
 void* LoadModule(const char* szName) noexcept;

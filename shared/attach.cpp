@@ -1,4 +1,5 @@
 #include "shared/attach.h"
+#include "frame/frame_driver.h"
 #include "platform/process.h"
 #include "platform/shared_block.h"
 #include "shared/exclusion_table.h"
@@ -65,4 +66,11 @@ void OnProcessAttach(void* hModule) noexcept {
 void OnProcessDetach() noexcept {
     if (!g_bProcessExcluded) deInit_GWDll_GL(c_uDetachCase);
     g_csHook.Delete();
+}
+
+void OnProcessEnd() noexcept {
+    if (g_bProcessExcluded) return;
+    g_bHooked = false; // what still swaps passes straight through, or it would claim and register once more
+    UnregisterProcess(platform::CurrentProcessId(), platform::CurrentThreadId());
+    g_fnDropApiClaim();
 }

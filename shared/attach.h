@@ -1,6 +1,6 @@
 #pragma once
-// What the library's entry point does, for all back-ends: OnEntry() first for any reason, then one of the
-// others.
+// What the library's entry point does, for all back-ends: OnEntry() first for any reason but the end of the
+// process, then one of the others.
 #include "platform/types.h"
 
 constexpr u32 g_uProcessPathBytes = 260;
@@ -12,5 +12,8 @@ extern bool g_bProcessExcluded;                   ///< never set: every process 
 void OnEntry() noexcept;
 /// Process attach. Runs under the loader's lock: no waits.
 void OnProcessAttach(void* hModule) noexcept;
-/// Process detach, also at process end with the other threads gone.
+/// Process detach: the library leaves a process that goes on.
 void OnProcessDetach() noexcept;
+/// End of the process. Other threads may be dead with any lock in their hands, or alive in the middle of a
+/// swap, so records and API claim are given back and nothing else: no wait, no lock, nothing is destroyed.
+void OnProcessEnd() noexcept;

@@ -1,6 +1,7 @@
 #include "shared/exports.h"
 #include "config/profile_names.h"
 #include "frame/log.h"
+#include "platform/last_error.h"
 #include "platform/process.h"
 #include "platform/shared_block.h"
 #include "shared/console.h"
@@ -257,6 +258,8 @@ i32 deInit_GWDll_GL(u32 deInitCase) {
 }
 
 std::intptr_t Hook_CB_ProcGetMSGOfGL(i32 iCode, std::uintptr_t wParam, std::intptr_t lParam) {
+    // Without a handle the call below leaves an error that the host's own PeekMessage would seem to have met.
+    const platform::ErrorKeeper keeper;
     // KEEP: message 1280 is taken from any sender.
     void* hHook = nullptr;
     if (platform::HookMessageParam(lParam, c_uMsgHookHandle, &hHook)) g_hHookGetMSGOfGL = hHook;

@@ -97,13 +97,12 @@ bool IsInPlace(i32 iResult) noexcept { return static_cast<u32>(iResult) < 2; }
 
 bool IsEnabled() noexcept { return g_fnReadOnce(SharedSegment()->bGlobalEnable) != 0; }
 
-/// Starts a thread unless its handle is set. The handle is marked before the thread can run, since the thread
-/// itself comes by here.
+/// Starts a thread unless its handle is set. Locked, since the thread itself comes by here, and whoever ends
+/// it has to find its handle.
 void StartOnce(std::atomic<platform::ThreadHandle>& hThread, platform::ThreadFunction fnThread) noexcept {
-    static char s_cStarting;
-    platform::ThreadHandle hExpected = nullptr;
-    if (!hThread.compare_exchange_strong(hExpected, &s_cStarting)) return;
-    hThread = platform::StartThread(fnThread, nullptr);
+    g_csHook.Enter();
+    if (!hThread && !platform::StopRequested()) hThread = platform::StartThread(fnThread, nullptr);
+    g_csHook.Leave();
 }
 
 // KEEP: this thread is not stopped by deInit_GWDll_GL and may lay the detour again.
@@ -140,9 +139,7 @@ void MakeMiniHook() noexcept {
 }
 
 bool IsForeignOverlayLoaded() noexcept {
-    for (u32 u = 0; u < g_uForeignOverlayCount; ++u)
-        if (platform::IsModuleLoaded(g_aszForeignOverlays[u])) return true;
-    return false;
+    return platform::IsAnyModuleLoaded(g_aszForeignOverlays, g_uForeignOverlayCount);
 }
 
 /// Another overlay puts ours off, so that ours ends up outermost; it does not forbid it. True the first time.
@@ -185,11 +182,10 @@ i32 LayDetour() noexcept {
     return 0;
 }
 
-/// The lock keeps the thread from dying while it holds it.
+/// The lock keeps the thread from dying while it holds it, and waits for a start that is not done yet.
 void KillRetryThread() noexcept {
-    if (!g_hThreadToTryHookGLAgain) return;
     g_csHook.Enter();
-    platform::KillThread(g_hThreadToTryHookGLAgain.exchange(nullptr));
+    if (g_hThreadToTryHookGLAgain) platform::KillThread(g_hThreadToTryHookGLAgain.exchange(nullptr));
     g_csHook.Leave();
 }
 

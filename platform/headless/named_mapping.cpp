@@ -1,5 +1,6 @@
 #include "platform/named_mapping.h"
 #include "platform/headless/state.h"
+#include "platform/last_error.h"
 #include <cstring>
 
 namespace platform {
@@ -23,6 +24,7 @@ void* CreateNamedMapping(const char* szName, u32 uBytes) noexcept {
     ++st.m_uCreates;
     if (st.m_bCreateFails || !szName || uBytes == 0) return nullptr;
     auto& pBlock = st.m_mapBlocks[szName];
+    if (pBlock) SetLastErrorOfThread(183); // as Windows says of one that was there
     if (!pBlock) {
         pBlock = std::make_shared<Block>();
         pBlock->m_vecBytes.assign(uBytes, 0);

@@ -1,5 +1,6 @@
 #include "platform/process.h"
 #include "platform/headless/state.h"
+#include "platform/last_error.h"
 #include <algorithm>
 #include <cctype>
 #include <cstring>
@@ -51,10 +52,12 @@ void ProcessPath(char* szOut, u32 uCapacity) noexcept {
 
 void DuplicateCurrentThreadHandle() noexcept {}
 
-bool IsModuleLoaded(const char* szName) noexcept {
+bool IsAnyModuleLoaded(const char* const* aszNames, u32 uCount) noexcept {
+    ++Get().m_uModuleWalks;
     const auto& vecModules = Get().m_vecModules;
-    return std::any_of(vecModules.begin(), vecModules.end(),
-                       [&](const std::string& str) { return SameFolded(str, szName); });
+    return std::any_of(vecModules.begin(), vecModules.end(), [&](const std::string& str) {
+        return std::any_of(aszNames, aszNames + uCount, [&](const char* sz) { return SameFolded(str, sz); });
+    });
 }
 
 void* FindModule(const char*) noexcept {
@@ -93,6 +96,7 @@ std::intptr_t CallNextMessageHook(void* hHook, i32 iCode, std::uintptr_t wParam,
                                   std::intptr_t lParam) noexcept {
     auto& st = Get();
     st.m_vecNextHooks.push_back({hHook, iCode, wParam, lParam});
+    if (st.m_uNextHookError) SetLastErrorOfThread(st.m_uNextHookError);
     return st.m_iNextHookResult;
 }
 
@@ -118,6 +122,7 @@ void SetProcessId(u32 uPid) { Get().m_uPid = uPid; }
 void SetThreadId(u32 uTid) { Get().m_uTid = uTid; }
 void SetProcessPath(const char* szPath) { Get().m_strPath = szPath; }
 void AddLoadedModule(const char* szName) { Get().m_vecModules.emplace_back(szName); }
+u32 ModuleWalks() { return Get().m_uModuleWalks; }
 void ClearLoadedModules() { Get().m_vecModules.clear(); }
 void SetGlModulePresent(bool bPresent) { Get().m_bGlModule = bPresent; }
 void SetLoadModuleSucceeds(bool bSucceeds) { Get().m_bLoadSucceeds = bSucceeds; }
@@ -148,6 +153,7 @@ void SetDeleteContextResult(i32 iResult) { Get().m_iDeleteResult = iResult; }
 void SetSwapCallback(void (*fnCallback)(void*)) { Get().m_fnSwap = fnCallback; }
 
 void SetNextHookResult(std::intptr_t iResult) { Get().m_iNextHookResult = iResult; }
+void SetNextHookError(u32 uError) { Get().m_uNextHookError = uError; }
 std::vector<NextHookRecord> NextHookCalls() { return Get().m_vecNextHooks; }
 void SetUnhookResult(bool bResult) { Get().m_bUnhookResult = bResult; }
 std::vector<void*> UnhookedHooks() { return Get().m_vecUnhooked; }

@@ -2,6 +2,8 @@
 // The one state behind the headless services and their test controls.
 #include "platform/headless/test_controls.h"
 #include "platform/settings_tree.h"
+#include <atomic>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -36,6 +38,7 @@ struct State {
     std::string m_strPath = "/headless/host.exe";
 
     std::vector<std::string> m_vecModules;
+    std::atomic<u32> m_uModuleWalks{0};
     bool m_bGlModule = true;
     bool m_bLoadSucceeds = true;
     u32 m_uLoadCalls = 0;
@@ -58,6 +61,7 @@ struct State {
     void (*m_fnSwap)(void*) = nullptr;
 
     std::intptr_t m_iNextHookResult = 0;
+    u32 m_uNextHookError = 0;
     std::vector<NextHookRecord> m_vecNextHooks;
     bool m_bUnhookResult = true;
     std::vector<void*> m_vecUnhooked;
@@ -106,6 +110,8 @@ struct State {
     std::vector<std::shared_ptr<ThreadRecord>> m_vecHeld;
     u32 m_uStarted = 0;
     u32 m_uKilled = 0;
+    u32 m_uKilledStrangers = 0;
+    std::function<void()> m_fnStartStep;
     u32 m_uSpinCount = 0;
     bool m_bGlewFails = false;
     u32 m_uGlewCalls = 0;

@@ -7,6 +7,7 @@
 #include "platform/surface.h"
 #include "platform/threads.h"
 #include "platform/types.h"
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -27,6 +28,8 @@ void SetProcessPath(const char* szPath);
 // ---------------------------------------------------------------------------
 /// Modules that IsModuleLoaded() finds, by file part. Default: none.
 void AddLoadedModule(const char* szName);
+/// How often the list of modules was walked.
+u32 ModuleWalks();
 void ClearLoadedModules();
 /// Whether FindModule() finds the GL library at once (default true), and whether LoadModule() succeeds
 /// (true).
@@ -85,6 +88,8 @@ struct NextHookRecord {
     std::intptr_t m_lParam;
 };
 void SetNextHookResult(std::intptr_t iResult);
+/// Last error that the call of the next hook leaves; 0: none.
+void SetNextHookError(u32 uError);
 std::vector<NextHookRecord> NextHookCalls();
 void SetUnhookResult(bool bResult);
 std::vector<void*> UnhookedHooks();
@@ -162,6 +167,10 @@ bool RunHeldThread(u32* puResult = nullptr);
 u32 HeldThreads();
 u32 StartedThreads();
 u32 KilledThreads();
+/// How many of those calls had a handle that no start gave out.
+u32 KilledStrangers();
+/// Called inside StartThread, ahead of the start.
+void SetStartStep(std::function<void()> fnStep);
 /// Waits for every real thread started so far.
 void JoinThreads();
 /// Spin count of the last CriticalSection::Initialize(), and how many sections exist now.

@@ -23,6 +23,7 @@ u32 RunRecord(ThreadRecord& stThread) {
 
 ThreadHandle StartThread(ThreadFunction fnThread, void* pArgument) noexcept {
     State& st = Get();
+    if (st.m_fnStartStep) st.m_fnStartStep();
     std::lock_guard lock(st.m_lock);
     if (st.m_eThreadMode == headless::ThreadMode::Refused || !fnThread) return nullptr;
     auto pThread = std::make_shared<ThreadRecord>();
@@ -41,8 +42,10 @@ void KillThread(ThreadHandle hThread) noexcept {
     State& st = Get();
     std::lock_guard lock(st.m_lock);
     ++st.m_uKilled;
+    bool bKnown = false;
     for (auto& pThread : st.m_vecThreads)
-        if (pThread.get() == hThread) pThread->m_bStop = true;
+        if (pThread.get() == hThread) bKnown = pThread->m_bStop = true;
+    st.m_uKilledStrangers += hThread && !bKnown;
 }
 
 bool StopRequested() noexcept {
@@ -90,6 +93,8 @@ bool RunHeldThread(u32* puResult) {
 u32 HeldThreads() { return static_cast<u32>(Get().m_vecHeld.size()); }
 u32 StartedThreads() { return Get().m_uStarted; }
 u32 KilledThreads() { return Get().m_uKilled; }
+u32 KilledStrangers() { return Get().m_uKilledStrangers; }
+void SetStartStep(std::function<void()> fnStep) { Get().m_fnStartStep = std::move(fnStep); }
 
 void JoinThreads() {
     std::vector<std::shared_ptr<ThreadRecord>> vecThreads;

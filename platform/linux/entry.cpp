@@ -31,9 +31,12 @@ void platform::host::OnLibraryLoad() noexcept {
     errno = iError;
 }
 
+/// The library is never unloaded, so this is the end of the process, which another thread may not notice for
+/// a while yet.
 void platform::host::OnLibraryUnload() noexcept {
-    OnEntry();
-    OnProcessDetach();
+    const int iError = errno;
+    OnProcessEnd();
+    errno = iError;
 }
 
 /// The library stays mapped to the end of the process, and at that end other threads may still be in a swap.

@@ -14,10 +14,20 @@ namespace {
 std::atomic<u32> g_uPid{0};
 thread_local u32 t_uTid __attribute__((tls_model("initial-exec"))) = 0;
 
-int CompareModule(dl_phdr_info* pInfo, std::size_t, void* pName) {
+struct NameList {
+    const char* const* m_aszNames;
+    u32 m_uCount;
+};
+
+int CompareModule(dl_phdr_info* pInfo, std::size_t, void* pList) {
     const char* const szPath = pInfo->dlpi_name ? pInfo->dlpi_name : "";
     const char* const szSlash = std::strrchr(szPath, '/');
-    return strcasecmp(szSlash ? szSlash + 1 : szPath, static_cast<const char*>(pName)) == 0;
+    const NameList& stList = *static_cast<const NameList*>(pList);
+    for (u32 i = 0; i < stList.m_uCount; ++i) {
+        const char* const szName = stList.m_aszNames[i];
+        if (szName && *szName && strcasecmp(szSlash ? szSlash + 1 : szPath, szName) == 0) return 1;
+    }
+    return 0;
 }
 
 // The names of the other window system and what stands for them here.
@@ -69,8 +79,9 @@ void ProcessPath(char* szOut, u32 uCapacity) noexcept {
 
 void DuplicateCurrentThreadHandle() noexcept {}
 
-bool IsModuleLoaded(const char* szName) noexcept {
-    return szName && *szName && dl_iterate_phdr(&CompareModule, const_cast<char*>(szName)) != 0;
+bool IsAnyModuleLoaded(const char* const* aszNames, u32 uCount) noexcept {
+    NameList stList{aszNames, uCount};
+    return dl_iterate_phdr(&CompareModule, &stList) != 0;
 }
 
 void* FindModule(const char*) noexcept {

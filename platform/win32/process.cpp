@@ -18,11 +18,23 @@ const char* FilePart(const char* szPath) {
     return pSlash ? pSlash + 1 : szPath;
 }
 
-bool HasName(HANDLE hProcess, HMODULE hModule, const char* szName) {
+bool HasAnyName(HANDLE hProcess, HMODULE hModule, const char* const* aszNames, u32 uCount) {
     char szPath[kModulePathChars] = {};
     const DWORD uLength = GetModuleFileNameExA(hProcess, hModule, szPath, kModulePathChars);
-    if (uLength == 0 || uLength >= kModulePathChars || std::strlen(szName) >= kModulePathChars) return false;
-    return _stricmp(FilePart(szPath), szName) == 0;
+    if (uLength == 0 || uLength >= kModulePathChars) return false;
+    for (u32 i = 0; i < uCount; ++i)
+        if (std::strlen(aszNames[i]) < kModulePathChars && _stricmp(FilePart(szPath), aszNames[i]) == 0)
+            return true;
+    return false;
+}
+
+bool WalkModules(HANDLE hProcess, HMODULE* phModules, const char* const* aszNames, u32 uCount) {
+    DWORD uNeeded = 0;
+    if (!EnumProcessModules(hProcess, phModules, kModuleListBytes, &uNeeded)) return false;
+    const DWORD uBytes = uNeeded < kModuleListBytes ? uNeeded : kModuleListBytes;
+    for (DWORD i = 0; i < uBytes / sizeof(HMODULE); ++i)
+        if (HasAnyName(hProcess, phModules[i], aszNames, uCount)) return true;
+    return false;
 }
 
 } // namespace
@@ -44,18 +56,15 @@ void DuplicateCurrentThreadHandle() noexcept {
                     FALSE, 0);
 }
 
-bool IsModuleLoaded(const char* szName) noexcept {
+bool IsAnyModuleLoaded(const char* const* aszNames, u32 uCount) noexcept {
     HANDLE hProcess = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, GetCurrentProcessId());
     if (!hProcess) return false;
-    HMODULE ahModules[kModuleListBytes / sizeof(HMODULE)];
-    DWORD uNeeded = 0;
-    if (EnumProcessModules(hProcess, ahModules, kModuleListBytes, &uNeeded)) {
-        const DWORD uBytes = uNeeded < kModuleListBytes ? uNeeded : kModuleListBytes;
-        for (DWORD i = 0; i < uBytes / sizeof(HMODULE); ++i)
-            if (HasName(hProcess, ahModules[i], szName)) return true; // KEEP: the process handle stays open
-    }
-    CloseHandle(hProcess);
-    return false;
+    // Not on the stack, which may be small, nor on the heap, whose lock a killed thread would take along.
+    void* pList = VirtualAlloc(nullptr, kModuleListBytes, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
+    const bool bFound = pList && WalkModules(hProcess, static_cast<HMODULE*>(pList), aszNames, uCount);
+    if (pList) VirtualFree(pList, 0, MEM_RELEASE);
+    if (!bFound) CloseHandle(hProcess); // KEEP: a hit leaves the process handle open
+    return bFound;
 }
 
 void* FindModule(const char* szName) noexcept { return GetModuleHandleA(szName); }

@@ -217,6 +217,14 @@ class Robustness(LinuxCase):
         self.choose("TextSheet")
         self.assertIn("frames", self.host("--frames", "30", "--end-fontconfig"))
 
+    def test_exit_while_another_thread_swaps_ends_with_the_programs_code(self):
+        """From the first frames, while the overlay is built, to many frames after."""
+        for name in ("host_glx", "host_egl"):
+            for frames in [1, 2, 3, 5, 9, 17, 30, 45, 60, 80] * 2:
+                with self.subTest(host=name, frames=frames):
+                    lines = self.host("--frames", "1000000000", "--exit-while-swapping", str(frames), name=name)
+                    self.assertNotIn("frames", lines)  # it never came to its end
+
     def test_no_gl_error_is_left_that_the_bare_program_does_not_have(self):
         bare = self.host("--frames", "60", "--print-errors", overlay=False)
         overlaid = self.host("--frames", "60", "--print-errors")

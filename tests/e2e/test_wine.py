@@ -109,6 +109,12 @@ class Robustness(WineCase):
             with self.subTest(kind=kind):
                 self.assertIn("frames", self.host("--frames", "90", *kind))
 
+    def test_exit_while_another_thread_swaps_ends_with_the_programs_code(self):
+        for frames in [1, 2, 3, 5, 9, 20, 40, 60] * 2:
+            with self.subTest(frames=frames):
+                lines = self.host("--frames", "1000000000", "--exit-while-swapping", str(frames))
+                self.assertNotIn("frames", lines)  # it never came to its end
+
     def test_random_bytes_in_the_whole_section_while_a_host_swaps(self):
         lines = self.host("--frames", "400", "--scribble", "ORVIN-OSD64-GL.dll")
         self.assertEqual((lines["scribbles_on"], lines["frames"]), ("ORVIN-OSD64-GL.dll", "400"))

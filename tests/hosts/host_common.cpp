@@ -1,11 +1,17 @@
 #include "tests/hosts/host_common.h"
 #include "tests/hosts/host_gl.h"
+#include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
+#include <functional>
 #include <mutex>
 #include <set>
 #include <thread>
+#if !defined(_WIN32)
+#include <pthread.h>
+#endif
 
 namespace {
 
@@ -48,6 +54,7 @@ std::string Joined(const char* szFirst, const std::string& strSecond) {
 
 constexpr u32 g_uStormSizes[][2] = {{320, 240}, {801, 603}, {128, 96}, {640, 480}, {417, 333}, {1024, 768}};
 constexpr u32 g_uErrorFramesPrinted = 8;
+std::atomic<u32> g_uFramesOfAll{0}; // of the thread that was last to end one
 
 /// One context with its entry points and objects.
 struct stHostContext {
@@ -240,7 +247,7 @@ bool CHostLoop::m_fnFrame(u32 uFrame) {
         m_fnPrint("dump_before", "failed");
     if (m_st.bOddState) SetOddStates(stContext.stGl);
     m_uSwaps += m_fnSwap(uFrame, stContext, pWindow);
-    ++m_uFrames;
+    g_uFramesOfAll.store(++m_uFrames, std::memory_order_relaxed);
     m_fnAfterSwap(uFrame, stContext, pWindow);
     return true;
 }
@@ -289,6 +296,7 @@ int CHostLoop::m_fnRun() {
             return 3;
         }
         if (!m_st.strStopFile.empty() && uFrame % 16 == 0 && FileExists(m_st.strStopFile)) break;
+        if (m_pSystem->m_fnIsDone()) break;
     }
     m_fnReport(NowNanoseconds() - iStart);
     m_fnSleepPumping(m_st.uLingerMs);
@@ -324,10 +332,65 @@ void PrintLine(const std::string& strKey, const std::string& strValue) {
     std::fflush(stdout);
 }
 
+namespace {
+
+#if defined(_WIN32)
+DWORD WINAPI CallFunction(void* pFunction) {
+    (*static_cast<const std::function<void()>*>(pFunction))();
+    return 0;
+}
+
+bool RunThread(u32 uStackBytes, const std::function<void()>& fnRun) {
+    void* const pFunction = const_cast<std::function<void()>*>(&fnRun);
+    HANDLE hThread = CreateThread(nullptr, uStackBytes, CallFunction, pFunction,
+                                  STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
+    if (!hThread) return false;
+    WaitForSingleObject(hThread, INFINITE);
+    CloseHandle(hThread);
+    return true;
+}
+#else
+void* CallFunction(void* pFunction) {
+    (*static_cast<const std::function<void()>*>(pFunction))();
+    return nullptr;
+}
+
+bool RunThread(u32 uStackBytes, const std::function<void()>& fnRun) {
+    pthread_attr_t stAttributes;
+    pthread_t thread;
+    pthread_attr_init(&stAttributes);
+    const bool bStarted =
+        pthread_attr_setstacksize(&stAttributes, uStackBytes) == 0 &&
+        pthread_create(&thread, &stAttributes, CallFunction, const_cast<std::function<void()>*>(&fnRun)) == 0;
+    pthread_attr_destroy(&stAttributes);
+    return bStarted && pthread_join(thread, nullptr) == 0;
+}
+#endif
+
+/// Ends the program from this thread while another one is in its swaps.
+int ExitWhileSwapping(const stHostOptions& stOptions) {
+    std::atomic<int> iCode{-1};
+    std::thread([&] { iCode = CHostLoop(stOptions, 0).m_fnRun(); }).detach();
+    while (g_uFramesOfAll < stOptions.uExitAfter && iCode < 0)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    std::exit(iCode < 0 ? 0 : 4); // a thread that has ended was not swapping
+}
+
+/// Draws in a thread with a stack of the size that was asked for.
+int RunOnStack(const stHostOptions& stOptions) {
+    int iCode = 4;
+    const std::function<void()> fnRun = [&] { iCode = CHostLoop(stOptions, 0).m_fnRun(); };
+    return RunThread(stOptions.uStackKb * 1024, fnRun) ? iCode : 4;
+}
+
+} // namespace
+
 int RunHost(int iCount, char** pszArguments) {
     stHostOptions stOptions;
     const int iParsed = ParseHostOptions(iCount, pszArguments, stOptions);
     if (iParsed) return iParsed == 1 ? 0 : iParsed;
+    if (stOptions.uExitAfter) return ExitWhileSwapping(stOptions);
+    if (stOptions.uStackKb) return RunOnStack(stOptions);
     int iSecond = 0;
     std::thread clSecond;
     if (stOptions.bTwoThreads) clSecond = std::thread([&] { iSecond = CHostLoop(stOptions, 1).m_fnRun(); });

@@ -19,6 +19,10 @@ struct stHostOptions {
     u32 uPauseMs = 0, uLingerMs = 0; ///< once before the first and once after the last frame
     u32 uFpsCap = 0;                 ///< sleep of 1/cap seconds a frame; 0 none
     u32 uMeasureFrom = 0;            ///< frame number at which cost is taken up
+    u32 uExitAfter =
+        0; ///< frames of another thread after which the main thread calls exit(); 0: no such thread
+    u32 uStackKb = 0; ///< the frames come from a thread with a stack of so many KB; 0: the main thread
+    u32 uReloads = 0; ///< Win32 only: load and free strLoadLibrary so often while frames are drawn
     bool bPrintState = false, bPrintErrors = false;
     std::string strSurface = "window";     ///< EGL only: window, pbuffer or surfaceless
     std::string strSwapThrough = "import"; ///< import, getproc or dlsym; EGL: damage-khr or damage-ext too
@@ -60,6 +64,8 @@ class CWindowSystem {
     virtual void* m_fnGetProc(const char* szName) = 0;
     /// Writes random bytes into the shared sections of a loaded module; nothing while it isn't loaded.
     virtual void m_fnScribble(const std::string&, u32) {}
+    /// True when what was to happen beside the frames is over, so that they may end too.
+    virtual bool m_fnIsDone() { return false; }
     /// Called at the end of each frame when a measuring tool was put into the process; null otherwise.
     virtual void (*m_fnFrameHook())() { return nullptr; }
 };

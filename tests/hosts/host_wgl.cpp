@@ -2,8 +2,10 @@
 #include "tests/hosts/host_gl.h"
 #include <GL/wglext.h>
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <random>
+#include <thread>
 
 namespace {
 
@@ -13,6 +15,25 @@ using SwapFunction = BOOL(WINAPI*)(HDC);
 struct stWglWindow {
     HWND hWindow = nullptr;
     HDC hDc = nullptr;
+};
+
+/// Loads and frees a library again and again beside the frames of another thread.
+class CReloader {
+  public:
+    ~CReloader() {
+        if (m_clThread.joinable()) m_clThread.join();
+    }
+    void m_fnStart(const std::string& strLibrary, u32 uTimes) {
+        if (!uTimes) return;
+        m_bDone = false;
+        m_clThread = std::thread([this, strLibrary, uTimes] { m_fnRun(strLibrary, uTimes); });
+    }
+    bool m_fnIsDone() const { return m_bDone && m_clThread.joinable(); }
+
+  private:
+    void m_fnRun(const std::string& strLibrary, u32 uTimes);
+    std::thread m_clThread;
+    std::atomic<bool> m_bDone{false};
 };
 
 class CWglSystem final : public CWindowSystem {
@@ -29,6 +50,7 @@ class CWglSystem final : public CWindowSystem {
     void m_fnFreshSurface(WindowRef pWindow) override;
     stPicture m_fnReadPresented(WindowRef pWindow) override;
     const char* m_fnPresentedFrom() const override { return "screen (BitBlt)"; }
+    bool m_fnIsDone() override { return m_clReloader.m_fnIsDone(); }
     void* m_fnGetProc(const char* szName) override;
     void m_fnScribble(const std::string& strModule, u32 uFrame) override;
 
@@ -37,6 +59,7 @@ class CWglSystem final : public CWindowSystem {
     HGLRC m_fnMakeWithAttributes(HDC hDc);
     stHostOptions m_stOptions;
     SwapFunction m_fnSwapBuffers = nullptr;
+    CReloader m_clReloader;
 };
 
 void* ToAddress(PROC fnProc) {
@@ -45,15 +68,43 @@ void* ToAddress(PROC fnProc) {
     return pAddress;
 }
 
+constexpr u32 g_uEntryBytes = 16;
+
+/// How often the library stands loaded, in milliseconds: from less than a frame to many.
+constexpr u32 g_uStays[] = {0, 3, 40, 1, 150, 7, 400, 15};
+
+/// Counts what a load and an unload leave changed: the first bytes of the swap, and the library itself.
+void CReloader::m_fnRun(const std::string& strLibrary, u32 uTimes) {
+    const void* const pSwap = ToAddress(GetProcAddress(GetModuleHandleA("opengl32.dll"), "wglSwapBuffers"));
+    u8 u8Before[g_uEntryBytes], u8Hooked[g_uEntryBytes];
+    std::memcpy(u8Before, pSwap, sizeof u8Before);
+    u32 uDetours = 0, uChanged = 0, uStayed = 0;
+    for (u32 i = 0; i < uTimes; ++i) {
+        HMODULE hLibrary = LoadLibraryA(strLibrary.c_str());
+        std::memcpy(u8Hooked, pSwap, sizeof u8Hooked);
+        uDetours += std::memcmp(u8Before, u8Hooked, sizeof u8Before) != 0;
+        Sleep(g_uStays[i % std::size(g_uStays)]);
+        FreeLibrary(hLibrary);
+        for (u32 uWait = 0; uWait < 500 && GetModuleHandleA(strLibrary.c_str()); ++uWait) Sleep(10);
+        uStayed += GetModuleHandleA(strLibrary.c_str()) != nullptr;
+        uChanged += std::memcmp(u8Before, pSwap, sizeof u8Before) != 0;
+    }
+    PrintLine("reload_detours", std::to_string(uDetours));
+    PrintLine("reload_stayed", std::to_string(uStayed));
+    PrintLine("reload_changed", std::to_string(uChanged));
+    m_bDone = true;
+}
+
 bool CWglSystem::m_fnOpen(const stHostOptions& stOptions) {
     m_stOptions = stOptions;
-    if (!stOptions.strLoadLibrary.empty()) {
+    if (!stOptions.strLoadLibrary.empty() && !stOptions.uReloads) {
         const bool bLoaded = LoadLibraryA(stOptions.strLoadLibrary.c_str()) != nullptr;
         PrintLine("loaded_library", bLoaded ? "1" : "0");
     }
     m_fnSwapBuffers = SwapBuffers; // gdi32, as most programs do
     void* pSwap = ToAddress(GetProcAddress(GetModuleHandleA("opengl32.dll"), "wglSwapBuffers"));
     if (stOptions.strSwapThrough != "import") std::memcpy(&m_fnSwapBuffers, &pSwap, sizeof pSwap);
+    m_clReloader.m_fnStart(stOptions.strLoadLibrary, stOptions.uReloads);
     WNDCLASSA stClass{};
     stClass.lpfnWndProc = DefWindowProcA;
     stClass.hInstance = GetModuleHandleA(nullptr);

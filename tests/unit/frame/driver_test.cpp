@@ -4,6 +4,7 @@
 #include "frame/limiter.h"
 #include "frame/statistics.h"
 #include "platform/headless/test_controls.h"
+#include "platform/last_error.h"
 #include "platform/shared_block.h"
 #include "shared/hooking.h"
 #include "shared/process_records.h"
@@ -138,6 +139,21 @@ TEST_F(Driver, ClaimsTheProcessForOpenGLOnce) {
     EXPECT_EQ(headless::CreateMappingCalls(), 1u);
     EXPECT_EQ(headless::OpenMappingHandles(), 1u);
     EXPECT_EQ(headless::OpenViews(), 1u);
+}
+
+static u32 g_uErrorAtSwap = 0;
+
+TEST_F(Driver, TheRealSwapFindsTheHostsLastErrorAndTheHostFindsTheRealSwaps) {
+    SeedTag("OGL"); // to open it changes the last error
+    headless::SetSwapCallback([](void*) {
+        g_uErrorAtSwap = platform::LastError();
+        platform::SetLastErrorOfThread(99);
+    });
+    platform::SetLastErrorOfThread(77);
+    Swap();
+    EXPECT_EQ(headless::CreateMappingCalls(), 1u);
+    EXPECT_EQ(g_uErrorAtSwap, 77u);
+    EXPECT_EQ(platform::LastError(), 99u);
 }
 
 TEST_F(Driver, ClosingTheMappingLeavesNothingOpen) {

@@ -1,11 +1,15 @@
 #include "frame/frame_driver.h"
+#include "platform/last_error.h"
 #include "platform/process.h"
 #include "shared/attach.h"
 #include "shared/exports.h"
 #include "shared/hooking.h"
 #include "shared_fixture.h"
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <cstring>
+#include <thread>
 
 using namespace platform::headless;
 
@@ -72,6 +76,35 @@ TEST_F(Hooking, ExcludedFlagStopsAttachAndDetach) {
     EXPECT_EQ(LiveCriticalSections(), 0u);
 }
 
+TEST_F(Hooking, ProcessEndGivesRecordsAndClaimBackAndLeavesAllElseAsItStands) {
+    Attach();
+    g_hHookGetMSGOfGL = reinterpret_cast<void*>(0x1234);
+    g_bCheckApiMapping = true;
+    GL_wglSwapBuffers(reinterpret_cast<void*>(0x1000));
+    SetMissingProc("*"); // a retry thread that would be killed
+    g_hThreadToTryHookGLAgain = reinterpret_cast<void*>(0x77);
+    OnProcessEnd();
+    EXPECT_EQ(CommandSlot(0).uThreadId, 0u);
+    EXPECT_EQ(StatusSlot(0).uThreadId, 0u);
+    EXPECT_EQ(OpenMappingHandles(), 0u);
+    EXPECT_EQ(OpenViews(), 1u); // a swap may be writing through it
+    EXPECT_EQ(KilledThreads(), 0u);
+    EXPECT_EQ(HookCallCount(HookCall::Remove), 0u);
+    EXPECT_EQ(HookCallCount(HookCall::Uninitialize), 0u);
+    EXPECT_TRUE(UnhookedHooks().empty());
+    EXPECT_EQ(LiveCriticalSections(), 1u);
+    g_hThreadToTryHookGLAgain = nullptr;
+}
+
+TEST_F(Hooking, SwapAfterProcessEndPassesStraightThrough) {
+    Attach();
+    OnProcessEnd();
+    g_bCheckApiMapping = true;
+    GL_wglSwapBuffers(reinterpret_cast<void*>(0x1000));
+    EXPECT_TRUE(g_bCheckApiMapping);
+    EXPECT_EQ(OpenMappingHandles(), 0u);
+}
+
 TEST_F(Hooking, PathIsCutAtItsField) {
     SetProcessPath(std::string(1000, 'A').c_str());
     Attach();
@@ -125,6 +158,39 @@ TEST_F(Hooking, DelayThreadSurvivesDeInitAndHooksAgain) {
     EXPECT_EQ(g_pMiniHook.load(), nullptr);
     ASSERT_TRUE(RunHeldThread());
     EXPECT_TRUE(g_bHooked);
+}
+
+TEST_F(Hooking, AllForeignOverlaysAreSoughtInOneWalk) {
+    Attach();
+    EXPECT_EQ(ModuleWalks(), 1u);
+}
+
+TEST_F(Hooking, RetryThreadThatIsJustBeingStartedIsNotTakenForAThread) {
+    SetMissingProc("*");
+    OnEntry();
+    std::thread clEnding;
+    std::atomic<bool> bOver{false};
+    SetStartStep([&] {
+        clEnding = std::thread([&] {
+            UnHook_graph_GL(0);
+            bOver = true;
+        });
+        // Room for the other thread to get ahead of the start; behind the lock it can't.
+        for (u32 u = 0; u < 20 && !bOver; ++u) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    });
+    OnProcessAttach(nullptr);
+    clEnding.join();
+    EXPECT_EQ(KilledStrangers(), 0u);
+    EXPECT_EQ(KilledThreads(), 1u);
+    EXPECT_EQ(g_hThreadToTryHookGLAgain.load(), nullptr);
+}
+
+TEST_F(Hooking, CallbackKeepsTheLastError) {
+    HookMessage stMessage;
+    platform::SetLastErrorOfThread(1234);
+    SetNextHookError(87);
+    Hook_CB_ProcGetMSGOfGL(0, 1, reinterpret_cast<std::intptr_t>(&stMessage));
+    EXPECT_EQ(platform::LastError(), 1234u);
 }
 
 TEST_F(Hooking, DelayIsStartedOnce) {
