@@ -1,5 +1,6 @@
 #include "draw/texture_gl.h"
 
+#include "frame/outer_guard.h"
 #include "platform/gl_api.h"
 #include "platform/surface.h"
 
@@ -97,6 +98,7 @@ bool CTexture2D_GL::m_fnUploadLevel(const void* pPixels, u32 uFrame, u32 uLevel)
     m_fnGetLevel(&pOwn, uFrame, uLevel);
     if (!pOwn || uFrame >= m_uNameCount) return false;
     if (m_pNames[uFrame] == 0) glGenTextures(1, &m_pNames[uFrame]);
+    g_fnGuardUpload();
     glBindTexture(GL_TEXTURE_2D, m_pNames[uFrame]);
     SetUploadSampling();
     // KEEP: with a chain all of it goes each time, whichever level is named; always a whole specification.

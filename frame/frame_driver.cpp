@@ -4,6 +4,7 @@
 #include "config/load.h"
 #include "frame/limiter.h"
 #include "frame/log.h"
+#include "frame/outer_guard.h"
 #include "frame/resources.h"
 #include "frame/statistics.h"
 #include "frame/timer.h"
@@ -215,10 +216,20 @@ static void DeleteCopyTexture() {
     g_uCopyTexture = 0;
 }
 
+/// The guard's array is deleted only in the context that it was made in.
+static void ReleaseGuard() {
+    const platform::ContextHandle hCurrent = platform::CurrentContext();
+    if (hCurrent && hCurrent == g_hGLRC)
+        g_fnReleaseOuterGuard();
+    else
+        g_fnForgetOuterGuard();
+}
+
 void g_fnTavo_GL_Release() noexcept {
     if (!g_bInitGL) return;
     DeleteCopyTexture();
     g_fnReleaseResources();
+    ReleaseGuard();
     g_iInitFailCount = 0;
     g_bInitGL = false;
     g_bInitGLEW = false;

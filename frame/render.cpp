@@ -1,9 +1,11 @@
 // One drawn frame: GL set-up once a context, then the sequence around the overlay's drawing.
+#include "config/host_care.h"
 #include "controls/osd_manager.h"
 #include "draw/draw_basic.h"
 #include "draw/draw_text.h"
 #include "frame/frame_driver.h"
 #include "frame/log.h"
+#include "frame/outer_guard.h"
 #include "frame/resources.h"
 #include "frame/state_guard.h"
 #include "frame/status_items.h"
@@ -87,6 +89,7 @@ static bool SetUpContext() {
     }
     FixUpGlew();
     g_bInitGLEW = true;
+    g_fnForgetOuterGuard();
     LogProfile();
     return true;
 }
@@ -150,6 +153,7 @@ static void ShotAfterDrawing() {
 
 static void CopyBackdrop() {
     if (!g_bCaptureBackdrop) return;
+    g_fnGuardRead();
     if (!g_uCopyTexture) glGenTextures(1, &g_uCopyTexture);
     glBindTexture(GL_TEXTURE_2D, g_uCopyTexture);
     glCopyTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 0, 0, static_cast<GLsizei>(g_uWidth),
@@ -184,19 +188,48 @@ static void DrawOverlay() {
     if (g_pDrawText) static_cast<CDraw_Base*>(g_pDrawText)->m_fnRender();
 }
 
-void g_fnTavo_GL_Render() {
-    if (!g_bInitGLEW && !SetUpContext()) return;
-    g_fnTavo_GL_CaptureState();
-    g_fnTavo_GL_SetupState();
-    // KEEP: a failed build leaves the state as it stands, is retried on the next frame and counts nowhere.
-    if (!BuildResources()) return;
+/// The application gets its state back whatever went wrong in between.
+static void TryDrawOverlay() {
     try {
         DrawOverlay();
     } catch (...) {
-        // The application gets its state back whatever went wrong in between.
         g_fnLog("GLGraphics: g_fnTavo_GL_Render() - exception");
     }
+}
+
+static bool TryBuildResources() {
+    try {
+        return BuildResources();
+    } catch (...) {
+        g_fnLog("GLGraphics: g_fnTavo_GL_Render() - exception while building");
+        return false;
+    }
+}
+
+static void RestoreState() {
     Unbind();
     g_fnTavo_GL_RestoreState();
+}
+
+/// The same frame inside the other guard.
+static void RenderInOuterGuard() {
+    // Nothing reaches the picture, but the frame counts.
+    if (!g_fnBeginOuterGuard()) return g_fnCountFrame();
+    const bool bBuilt = TryBuildResources();
+    if (bBuilt) TryDrawOverlay();
+    g_fnEndOuterGuard();
+    if (bBuilt) ShotAfterDrawing();
+}
+
+void g_fnTavo_GL_Render() {
+    if (!g_bInitGLEW && !SetUpContext()) return;
+    if (g_stHostCare.bOuterGuard) return RenderInOuterGuard();
+    g_fnTavo_GL_CaptureState();
+    g_fnTavo_GL_SetupState();
+    // KEEP: without the key a failed build leaves the state as it stands; it counts nowhere.
+    if (!g_stHostCare.bRestoreAfterFailure && !BuildResources()) return;
+    if (g_stHostCare.bRestoreAfterFailure && !TryBuildResources()) return RestoreState();
+    TryDrawOverlay();
+    RestoreState();
     ShotAfterDrawing();
 }

@@ -2,6 +2,7 @@
 #include "frame/update.h"
 
 #include "controls/osd_manager.h"
+#include "frame/frame_driver.h"
 #include "frame/mixed_items.h"
 #include "frame/update_boxes.h"
 #include "frame/update_steps.h"
@@ -65,4 +66,12 @@ void g_fnUpdate_Tavo() {
     update::MoveShutter();
     g_fLastFrameSeconds = g_timerUpdate.Tick();
     g_timerUpdate.Restart();
+}
+
+void g_fnCountFrame() {
+    if (!g_bInitGL) return;
+    const CTimerReading reading;
+    g_fnSelectManager();
+    UpdateFrameTime();
+    g_fnSampleFPS();
 }

@@ -58,6 +58,8 @@ extern void (*g_fnShutterHook)();
 
 /// One update, ahead of drawing. Reads the counter once.
 void g_fnUpdate_Tavo();
+/// Its counting alone, for a frame into which nothing is drawn.
+void g_fnCountFrame();
 /// Takes date and time of day from the local clock.
 void g_fnReadLocalTime();
 /// Raises all four flags for all slots.

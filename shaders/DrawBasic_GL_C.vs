@@ -6,8 +6,12 @@ uniform mat4 mWorld;
 
 in vec2 v2Pos;
 
+// So that no clipping distance that the program has switched on cuts anything off.
+out float gl_ClipDistance[8];
+
 void main() {
     vec4 position = mProj * (mView * (mWorld * vec4(v2Pos, 0.0, 1.0)));
     position.y = -position.y;
     gl_Position = position;
+    for (int i = 0; i < 8; ++i) gl_ClipDistance[i] = 1.0;
 }

@@ -35,7 +35,7 @@ bool RealSize(SurfaceHandle hSurface, u32* puWidth, u32* puHeight) {
     return true;
 }
 
-EGLConfig ChooseConfig() {
+EGLConfig ChooseConfig(u32 uSamples) {
     const EGLint aAttributes[] = {EGL_SURFACE_TYPE,
                                   EGL_PBUFFER_BIT,
                                   EGL_RENDERABLE_TYPE,
@@ -52,6 +52,8 @@ EGLConfig ChooseConfig() {
                                   24,
                                   EGL_STENCIL_SIZE,
                                   8,
+                                  EGL_SAMPLES,
+                                  static_cast<EGLint>(uSamples),
                                   EGL_NONE};
     EGLConfig hConfig = nullptr;
     EGLint iCount = 0;
@@ -71,6 +73,8 @@ EGLContext MakeContext(EGLConfig hConfig, const EglOptions& st) {
                                   st.m_bDebug ? EGL_TRUE : EGL_FALSE,
                                   EGL_CONTEXT_OPENGL_PROFILE_MASK,
                                   iProfile,
+                                  st.m_bNoError ? EGL_CONTEXT_OPENGL_NO_ERROR_KHR : EGL_NONE,
+                                  EGL_TRUE,
                                   EGL_NONE};
     return eglCreateContext(Display(), hConfig, EGL_NO_CONTEXT, aAttributes);
 }
@@ -121,7 +125,7 @@ bool EglContext::Create(const EglOptions& stOptions) {
     Destroy();
     if (Display() == EGL_NO_DISPLAY || !eglBindAPI(EGL_OPENGL_API)) return false;
     g_stRealSurface = {&RealSurface, &RealContext, &RealSize};
-    m_hConfig = ChooseConfig();
+    m_hConfig = ChooseConfig(stOptions.m_uSamples);
     m_hContext = m_hConfig ? MakeContext(m_hConfig, stOptions) : EGL_NO_CONTEXT;
     if (m_hContext == EGL_NO_CONTEXT || !MakeSurface(stOptions.m_uWidth, stOptions.m_uHeight) ||
         !MakeCurrent()) {

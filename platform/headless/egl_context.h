@@ -13,6 +13,8 @@ struct EglOptions {
     bool m_bCore = true; ///< core profile, else compatibility
     bool m_bForwardCompatible = false;
     bool m_bDebug = false;
+    bool m_bNoError = false; ///< invalid calls have no defined result
+    u32 m_uSamples = 0;      ///< of framebuffer 0; 0 is one plain sample a pixel
 };
 
 /// One context with one framebuffer. While it is current, platform::CurrentSurface(), CurrentContext() and

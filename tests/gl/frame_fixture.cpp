@@ -1,5 +1,6 @@
 #include "tests/gl/frame_fixture.h"
 
+#include "config/host_care.h"
 #include "config/load.h"
 #include "frame/frame_driver.h"
 #include "frame/limiter.h"
@@ -16,6 +17,7 @@
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <unistd.h>
 
 namespace headless = platform::headless;
@@ -36,6 +38,7 @@ static void ResetLibrary() {
     EnableFPSLimiter = 0;
     g_stLimiter = stLimiterState();
     g_fnForgetFailedLoad();
+    g_stHostCare = {};
 }
 
 /// Where the virtual clock stood after the test before: timers of the process must never see it go back.
@@ -69,11 +72,21 @@ void FrameFixture::UseShaders(bool bPresent) {
     headless::SetCommonDataFolder(m_strFolder);
 }
 
+void FrameFixture::SetCare(std::initializer_list<const char*> listKeys) {
+    std::ofstream file(fs::path(m_strFolder) / "ZARN" / "Orvin Deck" / "ORVIN-OSD" / "Data" / "OSD.ini");
+    file << "[HostCare]\n";
+    for (const char* szKey : listKeys) file << szKey << " = 1\n";
+}
+
 bool FrameFixture::Begin(bool bCore, const char16_t* wzProfile, u32 uWidth, u32 uHeight) {
     headless::EglOptions stOptions;
     stOptions.m_bCore = bCore;
     stOptions.m_uWidth = uWidth;
     stOptions.m_uHeight = uHeight;
+    return Begin(stOptions, wzProfile);
+}
+
+bool FrameFixture::Begin(const headless::EglOptions& stOptions, const char16_t* wzProfile) {
     char16_t* wzGlobal = platform::SharedSegment()->wzGlobalProfile;
     std::size_t u = 0;
     do wzGlobal[u] = wzProfile[u];

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,10 @@ class FrameFixture : public ::testing::Test {
     /// Makes the context and the data folder. False (with a test failure) if the driver offers no such
     /// context.
     bool Begin(bool bCore, const char16_t* wzProfile = u"Bench", u32 uWidth = 640, u32 uHeight = 480);
+    /// The same with a context of any kind; the size is that of the options.
+    bool Begin(const platform::headless::EglOptions& stOptions, const char16_t* wzProfile);
+    /// Sets these keys of [HostCare] to 1 for the builds that follow.
+    void SetCare(std::initializer_list<const char*> listKeys);
     /// Data folder with settings and profiles, and with the shaders of the source tree or without any.
     void UseShaders(bool bPresent);
     /// One swap of the application's current surface.
