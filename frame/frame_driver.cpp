@@ -101,6 +101,7 @@ static void ReportStatus(u32 uPid, u32 uTid) {
 static void RunSwapSteps(void* hdc) {
     const platform::ErrorKeeper keeper;
     const u32 uPid = platform::CurrentProcessId(), uTid = platform::CurrentThreadId();
+    g_fnTakeOwedRecord(uPid, uTid);
     TakeCommand(uPid, uTid);
     if (g_bCheckApiMapping) {
         ClaimApi();

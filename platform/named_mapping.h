@@ -12,5 +12,8 @@ void* MapView(void* hMapping, u32 uBytes) noexcept;
 void UnmapView(void* pView) noexcept;
 /// Linux: also removes the name if this process created it.
 void CloseMapping(void* hMapping) noexcept;
+/// Linux: removes the blocks of this user that carry the id of a process which does not exist any more.
+/// Elsewhere blocks end with the last handle to them.
+void RemoveDeadMappings() noexcept;
 
 } // namespace platform

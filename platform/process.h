@@ -6,6 +6,10 @@ namespace platform {
 
 u32 CurrentProcessId() noexcept;
 u32 CurrentThreadId() noexcept;
+/// What tells a process from a later one of the same id, as far as the system says; 0 if it says nothing.
+u32 ProcessStamp(u32 uProcessId) noexcept;
+/// True if no process has that id, or another one than that of the stamp (0: unknown). False in doubt.
+bool IsProcessGone(u32 uProcessId, u32 uStamp) noexcept;
 /// Image path of this process in narrow text, at most uCapacity - 1 characters and terminated.
 void ProcessPath(char* szOut, u32 uCapacity) noexcept;
 /// Duplicates the current thread's handle with synchronise access and drops it (Win32); nothing elsewhere.

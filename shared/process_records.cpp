@@ -1,18 +1,31 @@
 #include "shared/process_records.h"
+#include "platform/named_mapping.h"
 #include "platform/process.h"
 #include "platform/shared_block.h"
+#include "shared/dead_records.h"
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <string>
 
 using platform::SharedSegment;
 
-char16_t g_wzProfileName[g_uProfileNameUnits] = {};
-char16_t g_wzProfileFolder[g_uProfileNameUnits + 16] = {};
+char16_t g_wzProfileName[g_uProfileNameUnits] = u"Default";
+char16_t g_wzProfileFolder[g_uProfileNameUnits + 16] = u"Profiles\\Default";
 
 namespace {
 
 using RecordTable = stProcessRecord[g_uProcessRecordCount];
+
+std::atomic<bool> g_bRecordOwed = false;
+
+bool IsCommandTable(const RecordTable& aTable) noexcept { return &aTable == &SharedSegment()->CommandTable; }
+
+/// The stamp beside a record.
+u32& StampOf(const RecordTable& aTable, const stProcessRecord* pRecord) noexcept {
+    stSharedSegment* pSegment = SharedSegment();
+    return (IsCommandTable(aTable) ? pSegment->aCommandStamp : pSegment->aStatusStamp)[pRecord - aTable];
+}
 
 stProcessRecord* FindFree(RecordTable& aTable) noexcept {
     for (stProcessRecord& stRecord : aTable)
@@ -29,11 +42,23 @@ stProcessRecord* FindMatch(RecordTable& aTable, u32 uProcessId, u32 uThreadId) n
     return nullptr;
 }
 
-void SetIds(stProcessRecord* pRecord, u32 uProcessId, u32 uThreadId) noexcept {
+void SetIds(RecordTable& aTable, stProcessRecord* pRecord, u32 uProcessId, u32 uThreadId,
+            u32 uStamp) noexcept {
     if (!pRecord) return;
     // KEEP: command and changed flag of the slot's last holder stay in it.
-    pRecord->uThreadId = uThreadId;
+    StampOf(aTable, pRecord) = uStamp;
     pRecord->uProcessId = uProcessId;
+    pRecord->uThreadId = uThreadId; // last, since it tells a taken slot from a free one
+}
+
+void FreeRecord(RecordTable& aTable, stProcessRecord* pRecord) noexcept { SetIds(aTable, pRecord, 0, 0, 0); }
+
+/// A slot is free in each table, if need be one that a killed process left behind.
+void MakeRoom() noexcept {
+    stSharedSegment* pSegment = SharedSegment();
+    if (FindFree(pSegment->CommandTable) && FindFree(pSegment->StatusTable)) return;
+    g_fnFreeDeadRecords(*pSegment, &platform::IsProcessGone);
+    platform::RemoveDeadMappings();
 }
 
 void ClearTarget(stSharedCommand& stCommand) noexcept {
@@ -50,7 +75,7 @@ void ClearPositions(stSharedCommand& stCommand) noexcept {
 }
 
 void ClearCommandRecord(stProcessRecord& stRecord) noexcept {
-    SetIds(&stRecord, 0, 0);
+    FreeRecord(SharedSegment()->CommandTable, &stRecord);
     stRecord.bChanged = 0;
     stSharedCommand& stCommand = stRecord.Command;
     ClearTarget(stCommand);
@@ -61,7 +86,7 @@ void ClearCommandRecord(stProcessRecord& stRecord) noexcept {
 }
 
 void ClearStatusRecord(stProcessRecord& stRecord) noexcept {
-    SetIds(&stRecord, 0, 0);
+    FreeRecord(SharedSegment()->StatusTable, &stRecord);
     ClearTarget(stRecord.Command);
     stRecord.Command.uFPS = 0;
     stRecord.Command.fFrameTime = 0.0f;
@@ -96,20 +121,26 @@ void MergeByte(u8& uStored, u8 uIncoming) noexcept {
 
 void WriteOneCommand(stProcessRecord& stRecord, u8 bChanged, const stSharedCommand& stCommand,
                      u32 uMask) noexcept {
-    if (uMask & g_uRecordChanged) stRecord.bChanged = bChanged;
     if (uMask & g_uRecordCommand) g_fnMergeCommand(stRecord.Command, stCommand);
+    // Behind the block: whoever sees the flag finds the whole command.
+    std::atomic_thread_fence(std::memory_order_release);
+    if (uMask & g_uRecordChanged) stRecord.bChanged = bChanged;
 }
 
 } // namespace
 
 void RegisterProcess(u32 uProcessId, u32 uThreadId) noexcept {
-    SetIds(FindFree(SharedSegment()->CommandTable), uProcessId, uThreadId);
-    SetIds(FindFree(SharedSegment()->StatusTable), uProcessId, uThreadId);
+    stSharedSegment* pSegment = SharedSegment();
+    const u32 uStamp = platform::ProcessStamp(uProcessId);
+    MakeRoom();
+    SetIds(pSegment->CommandTable, FindFree(pSegment->CommandTable), uProcessId, uThreadId, uStamp);
+    SetIds(pSegment->StatusTable, FindFree(pSegment->StatusTable), uProcessId, uThreadId, uStamp);
 }
 
 void UnregisterProcess(u32 uProcessId, u32 uThreadId) noexcept {
-    SetIds(FindMatch(SharedSegment()->CommandTable, uProcessId, uThreadId), 0, 0);
-    SetIds(FindMatch(SharedSegment()->StatusTable, uProcessId, uThreadId), 0, 0);
+    RecordTable &aCommand = SharedSegment()->CommandTable, &aStatus = SharedSegment()->StatusTable;
+    FreeRecord(aCommand, FindMatch(aCommand, uProcessId, uThreadId));
+    FreeRecord(aStatus, FindMatch(aStatus, uProcessId, uThreadId));
 }
 
 bool ReadCommandRecord(u32 uProcessId, u32 uThreadId, u32 uMask, u8* pbChanged,
@@ -173,6 +204,7 @@ void g_fnClearOnFirstAttach() noexcept {
     if (g_fnReadOnce(SharedSegment()->bSegmentReady)) return;
     g_fnClearRecordTables();
     SharedSegment()->bSegmentReady = 1;
+    platform::RemoveDeadMappings();
 }
 
 void g_fnDropRecordsOfProcess(u32 uProcessId) noexcept {
@@ -180,9 +212,16 @@ void g_fnDropRecordsOfProcess(u32 uProcessId) noexcept {
     for (u32 u = 0; u < g_uProcessRecordCount; ++u) {
         stProcessRecord& stCommand = pSegment->CommandTable[u];
         stProcessRecord& stStatus = pSegment->StatusTable[u];
-        if (g_fnReadOnce(stCommand.uProcessId) == uProcessId) SetIds(&stCommand, 0, 0);
-        if (g_fnReadOnce(stStatus.uProcessId) == uProcessId) SetIds(&stStatus, 0, 0);
+        if (g_fnReadOnce(stCommand.uProcessId) == uProcessId) FreeRecord(pSegment->CommandTable, &stCommand);
+        if (g_fnReadOnce(stStatus.uProcessId) == uProcessId) FreeRecord(pSegment->StatusTable, &stStatus);
     }
+}
+
+void g_fnOweRecord() noexcept { g_bRecordOwed = true; }
+
+void g_fnTakeOwedRecord(u32 uProcessId, u32 uThreadId) noexcept {
+    if (!g_bRecordOwed.load(std::memory_order_relaxed) || !g_bRecordOwed.exchange(false)) return;
+    RegisterProcess(uProcessId, uThreadId);
 }
 
 bool g_fnIsPlainFolderName(const char16_t* wzName, u32 uCapacity) noexcept {

@@ -7,7 +7,8 @@
 constexpr u32 g_uRecordChanged = 1; ///< the changed flag
 constexpr u32 g_uRecordCommand = 2; ///< the command block
 
-/// Takes the first free slot of each table, as far as there is one. What a slot held before stays in it.
+/// Takes the first free slot of each table, as far as there is one; if there is none, those of processes that
+/// do not exist any more are freed first. What a slot held before stays in it.
 void RegisterProcess(u32 uProcessId, u32 uThreadId) noexcept;
 /// Zeroes the two ids of the first matching record of each table; the rest of the record stays.
 void UnregisterProcess(u32 uProcessId, u32 uThreadId) noexcept;
@@ -31,8 +32,12 @@ void g_fnClearRecordTables() noexcept;
 void g_fnClearOnFirstAttach() noexcept;
 /// Frees every record of a process, for systems where a program may be replaced without a detach.
 void g_fnDropRecordsOfProcess(u32 uProcessId) noexcept;
+/// The copy of a process that a fork makes takes its record at its first swap: most copies are replaced by
+/// another program at once, which would leave the record behind.
+void g_fnOweRecord() noexcept;
+void g_fnTakeOwedRecord(u32 uProcessId, u32 uThreadId) noexcept;
 
-/// Current profile. Empty before the first configuration load.
+/// Current profile; "Default" before the first configuration load.
 extern char16_t g_wzProfileName[g_uProfileNameUnits];
 /// "Profiles\NAME", relative to the data folder; empty while there is none or the name is not one plain
 /// folder name, which counts as a profile that does not exist.

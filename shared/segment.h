@@ -92,7 +92,11 @@ struct stSharedSegment {
     u8 aPad2[12];
     stProcessRecord StatusTable[g_uProcessRecordCount]; ///< from the processes to the companion
     u32 MonitorPos[g_uMonitorPosWords];
-    u8 aPad3[1056];
+    /// Beside each record, in a gap of the layout that nothing else uses: what tells its process from a later
+    /// one of the same id (platform::ProcessStamp).
+    u32 aCommandStamp[g_uProcessRecordCount];
+    u32 aStatusStamp[g_uProcessRecordCount];
+    u8 aPad3[256];
     stMonitorFilter MonitorFilter;
     u8 aPad4[8];
     char16_t wzGlobalProfile[g_uProfileNameUnits];

@@ -64,6 +64,8 @@ void CloseMapping(void* hMapping) noexcept {
     st.m_mapHandles.erase(hMapping);
 }
 
+void RemoveDeadMappings() noexcept {}
+
 namespace headless {
 
 void SeedMapping(const char* szName, const void* pContents, u32 uBytes) {

@@ -42,6 +42,16 @@ void AnyFunction() noexcept {}
 u32 CurrentProcessId() noexcept { return Get().m_uPid; }
 u32 CurrentThreadId() noexcept { return Get().m_uTid; }
 
+u32 ProcessStamp(u32 uProcessId) noexcept {
+    const auto it = Get().m_mapStamps.find(uProcessId);
+    return it == Get().m_mapStamps.end() ? 0 : it->second;
+}
+
+bool IsProcessGone(u32 uProcessId, u32 uStamp) noexcept {
+    const auto it = Get().m_mapStamps.find(uProcessId);
+    return it != Get().m_mapStamps.end() && (it->second == 0 || (uStamp != 0 && it->second != uStamp));
+}
+
 void ProcessPath(char* szOut, u32 uCapacity) noexcept {
     if (uCapacity == 0) return;
     const std::string& strPath = Get().m_strPath;
@@ -120,6 +130,7 @@ namespace headless {
 
 void SetProcessId(u32 uPid) { Get().m_uPid = uPid; }
 void SetThreadId(u32 uTid) { Get().m_uTid = uTid; }
+void SetProcessStamp(u32 uPid, u32 uStamp) { Get().m_mapStamps[uPid] = uStamp; }
 void SetProcessPath(const char* szPath) { Get().m_strPath = szPath; }
 void AddLoadedModule(const char* szName) { Get().m_vecModules.emplace_back(szName); }
 u32 ModuleWalks() { return Get().m_uModuleWalks; }

@@ -35,6 +35,7 @@ struct State {
 
     u32 m_uPid = 4242;
     u32 m_uTid = 4343;
+    std::map<u32, u32> m_mapStamps; ///< process id to stamp, 0: gone
     std::string m_strPath = "/headless/host.exe";
 
     std::vector<std::string> m_vecModules;

@@ -23,6 +23,8 @@ void ResetAll();
 void SetProcessId(u32 uPid);
 void SetThreadId(u32 uTid);
 void SetProcessPath(const char* szPath);
+/// Stamp of a process; 0: no process has that id any more. Without a call every process lives, unstamped.
+void SetProcessStamp(u32 uPid, u32 uStamp);
 
 // --- modules and exported functions
 // ---------------------------------------------------------------------------

@@ -11,11 +11,12 @@
 
 namespace {
 
-/// A fork copies the process without its threads; the child is a process of its own with a record of its own.
+/// A fork copies the process without its threads; the child is a process of its own, with a record of its own
+/// once it swaps.
 void OnForkInChild() {
     platform::host::ForgetIdentity();
     platform::host::RenewLocksInChild();
-    RegisterProcess(platform::CurrentProcessId(), platform::CurrentThreadId());
+    g_fnOweRecord();
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 // closes the handle, and a leftover that carries this process's id from before this process began counts as
 // new.
 #include "platform/named_mapping.h"
+#include "platform/linux/dead_claims.h"
 #include "platform/linux/shm_object.h"
 #include "platform/utf.h"
 #include <cerrno>
@@ -45,24 +46,10 @@ i64 Now(clockid_t eClock) noexcept {
     return Nanoseconds(st);
 }
 
-/// Field 22 of the process's stat line: start in clock ticks after boot. -1 if it cannot be read.
-i64 StartTicks() noexcept {
-    char szLine[1024];
-    std::FILE* const pFile = std::fopen("/proc/self/stat", "re");
-    if (!pFile) return -1;
-    const std::size_t uRead = std::fread(szLine, 1, sizeof szLine - 1, pFile);
-    std::fclose(pFile);
-    szLine[uRead] = 0;
-    const char* szField = std::strrchr(szLine, ')');
-    for (int i = 2; szField && i < 22; ++i) szField = std::strchr(szField + 1, ' ');
-    long long iTicks = -1;
-    return szField && std::sscanf(szField, "%lld", &iTicks) == 1 ? iTicks : -1;
-}
-
 /// Whether an object was last written before this process began. Both times are coarse by a tick or two.
 bool IsFromBefore(int iFile) noexcept {
     struct stat st {};
-    const i64 iTicks = StartTicks();
+    const i64 iTicks = host::ReadProcess(static_cast<u32>(getpid())).m_iStartTicks;
     if (iTicks < 0 || fstat(iFile, &st) != 0) return false;
     const i64 iSinceStart = Now(CLOCK_BOOTTIME) - iTicks * (1000000000 / sysconf(_SC_CLK_TCK));
     const i64 iStart = Now(CLOCK_REALTIME) - iSinceStart;
@@ -151,5 +138,7 @@ void CloseMapping(void* hMapping) noexcept {
     close(pMapping->m_iFile);
     delete pMapping;
 }
+
+void RemoveDeadMappings() noexcept { host::RemoveDeadClaims(); }
 
 } // namespace platform

@@ -1,6 +1,7 @@
 #include "platform/process.h"
 #include "platform/linux/host_gl.h"
 #include "platform/linux/identity.h"
+#include "platform/linux/process_stamp.h"
 #include "platform/linux/swap.h"
 #include <cstring>
 #include <link.h>
@@ -70,6 +71,9 @@ u32 CurrentThreadId() noexcept {
     if (t_uTid == 0) t_uTid = static_cast<u32>(gettid());
     return t_uTid;
 }
+
+u32 ProcessStamp(u32 uProcessId) noexcept { return host::StampOf(uProcessId); }
+bool IsProcessGone(u32 uProcessId, u32 uStamp) noexcept { return host::IsGone(uProcessId, uStamp); }
 
 void ProcessPath(char* szOut, u32 uCapacity) noexcept {
     if (uCapacity == 0) return;

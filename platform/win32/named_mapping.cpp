@@ -24,4 +24,6 @@ void CloseMapping(void* hMapping) noexcept {
     if (hMapping) CloseHandle(hMapping);
 }
 
+void RemoveDeadMappings() noexcept {}
+
 } // namespace platform

@@ -3,6 +3,8 @@
 #include <cstring>
 #include <psapi.h>
 
+#include "platform/win32/process_stamp.h"
+
 // Not declared by the system headers, though opengl32 exports it; SwapBuffers of gdi32 looks it up by name.
 extern "C" __declspec(dllimport) BOOL WINAPI wglSwapBuffers(HDC hdc);
 
@@ -41,6 +43,9 @@ bool WalkModules(HANDLE hProcess, HMODULE* phModules, const char* const* aszName
 
 u32 CurrentProcessId() noexcept { return GetCurrentProcessId(); }
 u32 CurrentThreadId() noexcept { return GetCurrentThreadId(); }
+
+u32 ProcessStamp(u32 uProcessId) noexcept { return host::StampOf(uProcessId); }
+bool IsProcessGone(u32 uProcessId, u32 uStamp) noexcept { return host::IsGone(uProcessId, uStamp); }
 
 void ProcessPath(char* szOut, u32 uCapacity) noexcept {
     if (uCapacity == 0) return;

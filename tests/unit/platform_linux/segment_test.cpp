@@ -1,10 +1,12 @@
 #include "child.h"
 #include "platform/shared_block.h"
 #include "shared/process_records.h"
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 
 namespace {
@@ -171,6 +173,37 @@ TEST_F(LinuxSegment, RecordsOfTheOwnIdLeftByExecAreDropped) {
                              : 1;
               }),
               0);
+}
+
+/// A record that lies across a page: its changed flag on the first, the end of its command on the next.
+stProcessRecord& RecordAcrossAPage() {
+    const auto uPage = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+    for (stProcessRecord& st : SharedSegment()->CommandTable)
+        if (reinterpret_cast<std::uintptr_t>(&st.bChanged) / uPage !=
+            reinterpret_cast<std::uintptr_t>(&st.Command.bRebuildUpdate) / uPage)
+            return st;
+    std::abort();
+}
+
+stProcessRecord* s_pRecord = nullptr;
+
+int IsChangedFlagWrittenLast() {
+    s_pRecord = &RecordAcrossAPage();
+    s_pRecord->uThreadId = s_pRecord->uProcessId = 77;
+    const auto uPage = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+    const auto uNext = reinterpret_cast<std::uintptr_t>(&s_pRecord->Command.bRebuildUpdate) / uPage * uPage;
+    // The write of the command's end faults: that is the moment to look at the flag.
+    signal(SIGSEGV, [](int) { _exit(s_pRecord->bChanged == 0 ? 0 : 1); });
+    if (mprotect(reinterpret_cast<void*>(uNext), uPage, PROT_READ) != 0) return 3;
+    stSharedCommand stCommand{};
+    stCommand.bRelease = 1;
+    stCommand.bRebuildUpdate = 1;
+    WriteCommandRecord(77, 77, 1, stCommand, g_uRecordChanged | g_uRecordCommand);
+    return 2;
+}
+
+TEST_F(LinuxSegment, AReaderThatSeesTheChangedFlagFindsTheWholeCommand) {
+    EXPECT_EQ(RunInChild(IsChangedFlagWrittenLast), 0);
 }
 
 } // namespace

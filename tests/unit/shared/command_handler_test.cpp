@@ -65,7 +65,9 @@ TEST_F(CommandHandler, ObeysByProcessThenThreadThenProfile) {
     EXPECT_FALSE(g_fnCommandIsForUs(stBlock));
     stBlock.uTargetTid = 0;
     SetName(stBlock.wzTargetProfile, u"Racing");
-    EXPECT_TRUE(g_fnCommandIsForUs(stBlock)); // no profile was chosen here yet
+    EXPECT_FALSE(g_fnCommandIsForUs(stBlock)); // before the first load the profile is the default one
+    g_wzProfileName[0] = 0;
+    EXPECT_TRUE(g_fnCommandIsForUs(stBlock));
     g_fnSetProfileName(u"Racing");
     EXPECT_TRUE(g_fnCommandIsForUs(stBlock));
     g_fnSetProfileName(u"Racing2");

@@ -323,6 +323,14 @@ TEST_F(ProfileSelection, FirstRecordOfProcessOrThreadDecides) {
     EXPECT_EQ(std::u16string(g_wzProfileName), u"Global");
 }
 
+/// As the library has it when it is loaded: taken before any test runs.
+static const std::u16string s_strNameAtStart = g_wzProfileName, s_strFolderAtStart = g_wzProfileFolder;
+
+TEST_F(ProfileSelection, BeforeTheFirstLoadTheProfileIsTheDefaultOne) {
+    EXPECT_EQ(s_strNameAtStart, u"Default");
+    EXPECT_EQ(s_strFolderAtStart, u"Profiles\\Default");
+}
+
 TEST_F(ProfileSelection, EmptyNameBecomesDefault) {
     g_fnSelectProfileName();
     EXPECT_EQ(std::u16string(g_wzProfileName), u"Default");

@@ -43,13 +43,14 @@ void ResetOverlay() {
     g_timerShutter.Reset();
     g_fnReloadCameraHook = nullptr;
     std::memset(g_bUpdateFPS, 0, sizeof g_bUpdateFPS);
-    g_wzProfileName[0] = g_wzProfileFolder[0] = 0;
+    g_fnSetProfileName(u"Default");
 }
 
 } // namespace
 
 void SharedTest::ResetLibrary() {
     ResetHooking();
+    g_fnTakeOwedRecord(c_uPid, c_uTid); // one that a test left owed goes with the segment
     platform::headless::ResetAll();
     ResetOverlay();
     s_vecLines.clear();
