@@ -30,15 +30,24 @@ static constexpr std::array<u8, 256> MakeGainTable() {
 }
 static constexpr std::array<u8, 256> g_auGain = MakeGainTable();
 
-/// The first byte of each pixel, through a table of 256 (null: as it is).
+static bool IsBlank(const u8* pBytes, u64 uBytes) {
+    return pBytes[0] == 0 && std::memcmp(pBytes, pBytes + 1, uBytes - 1) == 0;
+}
+
+/// The first byte of each pixel, through a table of 256 that leaves 0 as it is (null: all as it is).
 void CFontUniCode::ReadCanvas(const u8* pTable) {
     if (!m_pCanvas || !m_pDib) return;
+    constexpr u64 uRun = 64; // most of a cell is blank, so pixels are looked at by runs first
     const u64 uPixels = static_cast<u64>(m_iCanvasW) * static_cast<u64>(m_iCanvasH);
     std::memset(m_pCanvas, 0, uPixels);
     platform::ReadGlyphBitmap(m_hDC, m_iCharBuffW, m_iCharBuffH, m_pDib);
     // KEEP: pixels are taken one after the other, without regard to the padding of rows: a cell width that
     // four does not divide gives slanted glyphs.
-    for (u64 i = 0; i < uPixels; ++i) m_pCanvas[i] = pTable ? pTable[m_pDib[i * 3]] : m_pDib[i * 3];
+    for (u64 uFirst = 0; uFirst < uPixels; uFirst += uRun) {
+        const u64 uEnd = std::min(uFirst + uRun, uPixels);
+        if (IsBlank(m_pDib + uFirst * 3, (uEnd - uFirst) * 3)) continue;
+        for (u64 i = uFirst; i < uEnd; ++i) m_pCanvas[i] = pTable ? pTable[m_pDib[i * 3]] : m_pDib[i * 3];
+    }
 }
 
 void CFontUniCode::m_fnDrawString(const char16_t* wzText, platform::GlyphFont* pFont) {
@@ -101,13 +110,15 @@ void CFontUniCode::m_fnInkBox(i32* piLeft, i32* piTop, i32* piW, i32* piH) {
     i32 iLeft = m_iCanvasW - 1, iTop = m_iCanvasH - 1, iRight = 0, iBottom = 0;
     for (i32 y = 0; m_pCanvas && y < m_iCanvasH; ++y) {
         const u8* const pRow = m_pCanvas + static_cast<i64>(y) * m_iCanvasW;
-        for (i32 x = 0; x < m_iCanvasW; ++x) {
-            if (pRow[x] <= m_u8Threshold) continue;
-            iLeft = std::min(iLeft, x);
-            iTop = std::min(iTop, y);
-            iRight = std::max(iRight, x);
-            iBottom = std::max(iBottom, y);
-        }
+        i32 iFirst = 0, iLast = m_iCanvasW - 1;
+        if (IsBlank(pRow, static_cast<u64>(m_iCanvasW))) continue;
+        while (iFirst <= iLast && pRow[iFirst] <= m_u8Threshold) ++iFirst;
+        while (iLast > iFirst && pRow[iLast] <= m_u8Threshold) --iLast;
+        if (iFirst > iLast) continue;
+        iLeft = std::min(iLeft, iFirst);
+        iTop = std::min(iTop, y);
+        iRight = std::max(iRight, iLast);
+        iBottom = std::max(iBottom, y);
     }
     *piLeft = iLeft;
     *piTop = iTop;

@@ -1,6 +1,8 @@
 // A font's life: sizes, buffers, fonts of the rasteriser, calibration.
 #include "font/font_unicode.h"
 
+#include "platform/pages.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -52,7 +54,9 @@ void CFontUniCode::DropBuffers() noexcept {
     m_hDC = nullptr;
     platform::DestroyGlyphBitmap(m_hBitmap);
     m_hBitmap = nullptr;
-    FreeArray(m_pAtlas);
+    platform::FreePages(m_pAtlas, m_uAtlasBytes);
+    m_pAtlas = nullptr;
+    m_uAtlasRows = 0;
     FreeArray(m_pCanvas);
     FreeArray(m_pCharBuff);
     FreeArray(m_pDib);
@@ -136,8 +140,11 @@ bool CFontUniCode::AllocCanvas() {
 }
 
 bool CFontUniCode::AllocRecordsAndAtlas() {
-    return AllocZeroed(m_pChars, static_cast<u64>(m_uNum_Characters) + 2) &&
-           AllocZeroed(m_pAtlas, static_cast<u64>(m_uTexW) * m_uTexH);
+    if (!AllocZeroed(m_pChars, static_cast<u64>(m_uNum_Characters) + 2)) return false;
+    if (m_pAtlas) return true;
+    m_uAtlasBytes = static_cast<u64>(m_uTexW) * m_uTexH;
+    m_pAtlas = platform::AllocatePages(m_uAtlasBytes);
+    return m_pAtlas != nullptr;
 }
 
 bool CFontUniCode::m_fnCreateGdiFont(platform::GlyphFont** ppFont, u32 uSize, const char16_t* wzName) {
@@ -146,7 +153,9 @@ bool CFontUniCode::m_fnCreateGdiFont(platform::GlyphFont** ppFont, u32 uSize, co
     m_fDpiScaleX = static_cast<f32>(iDpiX) / 96.0f;
     m_fDpiScaleY = static_cast<f32>(iDpiY) / 96.0f;
     const i32 iPoints = Truncate(static_cast<f32>(uSize) / m_fDpiScaleY);
-    const platform::stGlyphFontRequest stRequest = {uSize, MulDiv(iPoints, iDpiY, 72), m_iFontWeight, wzName};
+    // A font out of a file has its glyphs; it may never draw one.
+    const platform::stGlyphFontRequest stRequest = {uSize, MulDiv(iPoints, iDpiY, 72), m_iFontWeight, wzName,
+                                                    m_bFromFile};
     FreeFont(*ppFont);
     *ppFont = platform::CreateGlyphFont(m_hDC, stRequest);
     return *ppFont != nullptr;
@@ -164,9 +173,9 @@ bool CFontUniCode::m_fnCreateTexture() { return true; }
 
 bool CFontUniCode::m_fnInitialize(bool bFromFile) {
     if (!m_fnAllocBuffers()) return false;
+    m_bFromFile = bFromFile;
     CreateNamedFont(*this, &m_hFont, m_uFontSize);
     bool bDone = m_fnCreateTexture();
-    m_bFromFile = bFromFile;
     if (bFromFile) {
         bDone = CreateNamedFont(*this, &m_hFontCalib, m_uCalibSize);
     } else {

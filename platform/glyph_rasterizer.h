@@ -18,6 +18,8 @@ struct stGlyphFontRequest {
     i32 m_iEmHeight;          ///< pixels of the em, which all glyphs are scaled to
     i32 m_iWeight;            ///< 0 to 1000; 0 is regular, as 400
     const char16_t* m_wzFace; ///< null: the default face, one of fixed pitch
+    /// The face may be looked for at the first use; a font without one then draws nothing.
+    bool m_bAtFirstUse = false;
 };
 
 /// Null when out of memory.

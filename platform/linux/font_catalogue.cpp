@@ -18,21 +18,28 @@ static stFaceFile FaceOf(FcPattern* pPattern) {
     return st;
 }
 
-CFaceList::CFaceList(FcConfig* pConfig, FcPattern* pPattern) {
+CFaceList::CFaceList(FcConfig* pConfig, FcPattern* pPattern) : m_pConfig(pConfig), m_pPattern(pPattern) {
     FcResult eResult = FcResultMatch;
     m_pMatch = FcFontMatch(pConfig, pPattern, &eResult);
     if (m_pMatch) m_stMain = FaceOf(m_pMatch);
-    m_pSorted = FcFontSort(pConfig, pPattern, FcTrue, nullptr, &eResult);
+}
+
+const std::vector<stFaceFile>& CFaceList::Others() {
+    if (m_pSorted) return m_aOthers;
+    FcResult eResult = FcResultMatch;
+    m_pSorted = FcFontSort(m_pConfig, m_pPattern, FcTrue, nullptr, &eResult);
     for (int i = 0; m_pSorted && i < m_pSorted->nfont; ++i) {
         stFaceFile st = FaceOf(m_pSorted->fonts[i]);
         const bool bMain = st.m_path == m_stMain.m_path && st.m_iIndex == m_stMain.m_iIndex;
         if (!st.m_path.empty() && !bMain) m_aOthers.push_back(std::move(st));
     }
+    return m_aOthers;
 }
 
 CFaceList::~CFaceList() {
     if (m_pSorted) FcFontSetDestroy(m_pSorted);
     if (m_pMatch) FcPatternDestroy(m_pMatch);
+    FcPatternDestroy(m_pPattern);
 }
 
 bool CFaceList::Covers(const stFaceFile& stFile, u32 uCode) {
@@ -55,7 +62,7 @@ CFontCatalogue::~CFontCatalogue() {
     FcConfigDestroy(m_pConfig);
 }
 
-const CFaceList& CFontCatalogue::Find(const std::string& family, i32 iWeight) {
+CFaceList& CFontCatalogue::Find(const std::string& family, i32 iWeight) {
     std::unique_ptr<CFaceList>& pList = m_mapLists[{family, iWeight}];
     if (pList) return *pList;
     const auto text = [](const char* sz) { return reinterpret_cast<const FcChar8*>(sz); };
@@ -68,7 +75,6 @@ const CFaceList& CFontCatalogue::Find(const std::string& family, i32 iWeight) {
     FcConfigSubstitute(m_pConfig, pPattern, FcMatchPattern);
     FcDefaultSubstitute(pPattern);
     pList = std::make_unique<CFaceList>(m_pConfig, pPattern);
-    FcPatternDestroy(pPattern);
     return *pList;
 }
 

@@ -27,7 +27,7 @@ struct stFaceFile {
 /// Faces that may draw a text, the best first.
 class CFaceList {
   public:
-    /// Takes the pattern's match and what is sorted behind it. Either set may be empty.
+    /// Takes the pattern over, and its match, which may be missing.
     CFaceList(_FcConfig* pConfig, _FcPattern* pPattern);
     ~CFaceList();
     CFaceList(const CFaceList&) = delete;
@@ -35,11 +35,13 @@ class CFaceList {
 
     /// The match; without a path when there is no font at all.
     const stFaceFile& Main() const { return m_stMain; }
-    /// Those that stand in where the match has no glyph.
-    const std::vector<stFaceFile>& Others() const { return m_aOthers; }
+    /// Those that stand in where the match has no glyph, sorted at the first call.
+    const std::vector<stFaceFile>& Others();
     static bool Covers(const stFaceFile& stFile, u32 uCode);
 
   private:
+    _FcConfig* m_pConfig;
+    _FcPattern* m_pPattern;
     _FcPattern* m_pMatch = nullptr;
     _FcFontSet* m_pSorted = nullptr;
     stFaceFile m_stMain;
@@ -59,7 +61,7 @@ class CFontCatalogue {
 
     /// Faces for a family (UTF-8; empty: the default one, of fixed pitch) and a weight of 1 to 1000. Valid as
     /// long as the catalogue.
-    const CFaceList& Find(const std::string& family, i32 iWeight);
+    CFaceList& Find(const std::string& family, i32 iWeight);
 
   private:
     _FcConfig* m_pConfig;

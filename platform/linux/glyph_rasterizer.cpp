@@ -31,7 +31,8 @@ struct stFontSystem {
 
 struct GlyphBitmap {
     i32 m_iWidth, m_iHeight;
-    u8* m_pPixels; ///< 0 or 255, rows packed
+    u8* m_pPixels;                    ///< 0 or 255, rows packed
+    i32 m_iInkTop = 0, m_iInkEnd = 0; ///< rows that were drawn into
 };
 
 struct GlyphDevice {
@@ -40,10 +41,15 @@ struct GlyphDevice {
 
 struct GlyphFont {
     std::shared_ptr<stFontSystem> m_pSystem;
-    const CFaceList* m_pList = nullptr;
-    i32 m_iEmHeight = 0;
+    CFaceList* m_pList = nullptr;
+    i32 m_iEmHeight = 0, m_iWeight = 0;
+    char m_szFamily[256] = "";
+    bool m_bTried = false; ///< to be opened, whether or not it was
     FT_Face m_hMain = nullptr;
     std::map<u32, FT_Face> m_mapOthers; ///< by place in the list; null: cannot be used
+    FT_Face m_hLastFace = nullptr; ///< of the glyph drawn last, which is often asked for its advance next
+    FT_UInt m_uLastIndex = 0;
+    i32 m_iLastAdvance = 0;
 };
 
 /// Held wherever the system or its library's faces are made or given back.
@@ -77,17 +83,26 @@ void DestroyGlyphBitmap(GlyphBitmap* pBitmap) noexcept {
 
 void ClearGlyphBitmap(GlyphDevice* pDevice) noexcept {
     if (!pDevice || !pDevice->m_pBitmap) return;
-    const GlyphBitmap& st = *pDevice->m_pBitmap;
-    std::fill_n(st.m_pPixels, static_cast<u64>(st.m_iWidth) * static_cast<u64>(st.m_iHeight), u8{0});
+    GlyphBitmap& st = *pDevice->m_pBitmap;
+    if (st.m_iInkTop >= st.m_iInkEnd) return;
+    std::fill_n(st.m_pPixels + static_cast<i64>(st.m_iInkTop) * st.m_iWidth,
+                static_cast<i64>(st.m_iInkEnd - st.m_iInkTop) * st.m_iWidth, u8{0});
+    st.m_iInkTop = st.m_iInkEnd = 0;
 }
 
 void ReadGlyphBitmap(GlyphDevice* pDevice, i32 iWidth, i32 iHeight, u8* pRows) noexcept {
     if (!pDevice || !pDevice->m_pBitmap) return;
     const GlyphBitmap& st = *pDevice->m_pBitmap;
     const i64 iPitch = (static_cast<i64>(iWidth) * 3 + 3) / 4 * 4;
-    for (i32 y = 0; y < std::min(iHeight, st.m_iHeight); ++y)
-        for (i32 x = 0; x < std::min(iWidth, st.m_iWidth); ++x)
-            std::fill_n(pRows + y * iPitch + x * 3, 3, st.m_pPixels[static_cast<i64>(y) * st.m_iWidth + x]);
+    for (i32 y = 0; y < std::min(iHeight, st.m_iHeight); ++y) {
+        u8* const pRow = pRows + y * iPitch;
+        const i32 iPixels = std::min(iWidth, st.m_iWidth);
+        std::fill_n(pRow, iPixels * 3, u8{0});
+        if (y < st.m_iInkTop || y >= st.m_iInkEnd) continue;
+        const u8* const pFrom = st.m_pPixels + static_cast<i64>(y) * st.m_iWidth;
+        for (i32 x = 0; x < iPixels; ++x)
+            if (pFrom[x]) pRow[x * 3] = pRow[x * 3 + 1] = pRow[x * 3 + 2] = pFrom[x];
+    }
 }
 
 /// A face at the font's size; null if its file cannot be opened or has no outlines.
@@ -115,15 +130,24 @@ static std::shared_ptr<stFontSystem> OpenSystem() {
     return pNew;
 }
 
-static bool OpenFont(GlyphFont& font, const stGlyphFontRequest& stRequest) {
-    char szFamily[256] = "";
-    if (stRequest.m_wzFace && !Utf16ToUtf8(stRequest.m_wzFace, szFamily, sizeof szFamily)) return false;
-    font.m_pSystem = OpenSystem();
-    if (!font.m_pSystem) return false;
+static bool TakeRequest(GlyphFont& font, const stGlyphFontRequest& stRequest) {
     font.m_iEmHeight = std::clamp(stRequest.m_iEmHeight, 1, g_iMostEm);
-    const i32 iWeight = stRequest.m_iWeight == 0 ? 400 : std::clamp(stRequest.m_iWeight, 1, 1000);
-    font.m_pList = &font.m_pSystem->m_pCatalogue->Find(szFamily, iWeight);
-    font.m_hMain = OpenFace(font, font.m_pList->Main());
+    font.m_iWeight = stRequest.m_iWeight == 0 ? 400 : std::clamp(stRequest.m_iWeight, 1, 1000);
+    return !stRequest.m_wzFace || Utf16ToUtf8(stRequest.m_wzFace, font.m_szFamily, sizeof font.m_szFamily);
+}
+
+/// True if the font has its face, which is looked for once.
+static bool OpenFont(GlyphFont& font) noexcept {
+    if (font.m_bTried) return font.m_hMain != nullptr;
+    font.m_bTried = true;
+    try {
+        const std::lock_guard lock(g_mutexSystem);
+        font.m_pSystem = OpenSystem();
+        if (!font.m_pSystem) return false;
+        font.m_pList = &font.m_pSystem->m_pCatalogue->Find(font.m_szFamily, font.m_iWeight);
+        font.m_hMain = OpenFace(font, font.m_pList->Main());
+    } catch (...) { // out of memory
+    }
     return font.m_hMain != nullptr;
 }
 
@@ -137,13 +161,7 @@ static void CloseFont(GlyphFont& font) {
 GlyphFont* CreateGlyphFont(GlyphDevice*, const stGlyphFontRequest& stRequest) noexcept {
     auto* const pFont = new (std::nothrow) GlyphFont;
     if (!pFont) return nullptr;
-    bool bOpen = false;
-    try {
-        const std::lock_guard lock(g_mutexSystem);
-        bOpen = OpenFont(*pFont, stRequest);
-    } catch (...) { // out of memory
-    }
-    if (bOpen) return pFont;
+    if (TakeRequest(*pFont, stRequest) && (stRequest.m_bAtFirstUse || OpenFont(*pFont))) return pFont;
     DestroyGlyphFont(pFont);
     return nullptr;
 }
@@ -167,6 +185,12 @@ static FT_Face OtherFace(GlyphFont& font, u32 uPlace) {
     return it->second;
 }
 
+/// Sorting all faces of the system takes long, and most texts never need another one.
+static const std::vector<stFaceFile>& OtherFaces(GlyphFont& font) {
+    const std::lock_guard lock(g_mutexSystem);
+    return font.m_pList->Others();
+}
+
 struct stGlyph {
     FT_Face m_hFace;
     FT_UInt m_uIndex; ///< 0: the box for a missing glyph
@@ -175,7 +199,7 @@ struct stGlyph {
 /// The main face's glyph, or that of the first other face that has one, or the main face's box.
 static stGlyph FindGlyph(GlyphFont& font, u32 uCode) {
     if (const FT_UInt u = FT_Get_Char_Index(font.m_hMain, uCode)) return {font.m_hMain, u};
-    const std::vector<stFaceFile>& aOthers = font.m_pList->Others();
+    const std::vector<stFaceFile>& aOthers = OtherFaces(font);
     for (u32 i = 0; i < aOthers.size(); ++i) {
         if (!CFaceList::Covers(aOthers[i], uCode)) continue;
         const FT_Face hFace = OtherFace(font, i);
@@ -195,11 +219,16 @@ static u32 NextCode(const char16_t*& wz, u32& uUnits) {
 }
 
 /// Blends a two-level glyph in, clipped at the bitmap.
-static void Blit(const GlyphBitmap& to, const FT_Bitmap& from, i32 iLeft, i32 iTop) {
+static void Blit(GlyphBitmap& to, const FT_Bitmap& from, i32 iLeft, i32 iTop) {
     if (from.pixel_mode != FT_PIXEL_MODE_MONO || from.pitch < 0) return;
     const i32 iWidth = static_cast<i32>(from.width), iHeight = static_cast<i32>(from.rows);
     const i32 iEndX = std::min(iWidth, to.m_iWidth - iLeft), iEndY = std::min(iHeight, to.m_iHeight - iTop);
-    for (i32 y = std::max(0, -iTop); y < iEndY; ++y) {
+    const i32 iFirstY = std::max(0, -iTop);
+    if (iFirstY >= iEndY) return;
+    const bool bFirst = to.m_iInkTop >= to.m_iInkEnd;
+    to.m_iInkTop = bFirst ? iTop + iFirstY : std::min(to.m_iInkTop, iTop + iFirstY);
+    to.m_iInkEnd = std::max(to.m_iInkEnd, iTop + iEndY);
+    for (i32 y = iFirstY; y < iEndY; ++y) {
         const u8* const pRow = from.buffer + static_cast<i64>(y) * from.pitch;
         u8* const pTo = to.m_pPixels + static_cast<i64>(iTop + y) * to.m_iWidth;
         for (i32 x = std::max(0, -iLeft); x < iEndX; ++x)
@@ -208,26 +237,32 @@ static void Blit(const GlyphBitmap& to, const FT_Bitmap& from, i32 iLeft, i32 iT
 }
 
 /// Goes through a text glyph by glyph, drawing where there is a bitmap. Gives the pen's end.
-static i32 Walk(GlyphFont& font, const char16_t* wzText, u32 uUnits, const GlyphBitmap* pBitmap,
-                i32 iBaseline) {
+static i32 Walk(GlyphFont& font, const char16_t* wzText, u32 uUnits, GlyphBitmap* pBitmap, i32 iBaseline) {
     i32 iPen = 0;
     while (uUnits) {
         const stGlyph st = FindGlyph(font, NextCode(wzText, uUnits));
+        if (!pBitmap && st.m_hFace == font.m_hLastFace && st.m_uIndex == font.m_uLastIndex) {
+            iPen += font.m_iLastAdvance;
+            continue;
+        }
         if (FT_Load_Glyph(st.m_hFace, st.m_uIndex, FT_LOAD_TARGET_MONO | FT_LOAD_NO_BITMAP)) continue;
         const FT_GlyphSlot pSlot = st.m_hFace->glyph;
         const i32 iAdvance = static_cast<i32>((pSlot->advance.x + 32) >> 6);
         if (pBitmap && !FT_Render_Glyph(pSlot, FT_RENDER_MODE_MONO))
             Blit(*pBitmap, pSlot->bitmap, iPen + pSlot->bitmap_left, iBaseline - pSlot->bitmap_top);
         iPen += iAdvance;
+        font.m_hLastFace = st.m_hFace;
+        font.m_uLastIndex = st.m_uIndex;
+        font.m_iLastAdvance = iAdvance;
     }
     return iPen;
 }
 
 /// As Walk; nothing and 0 when memory runs out.
-static i32 WalkSafely(GlyphFont* pFont, const char16_t* wzText, u32 uUnits, const GlyphBitmap* pBitmap,
+static i32 WalkSafely(GlyphFont* pFont, const char16_t* wzText, u32 uUnits, GlyphBitmap* pBitmap,
                       i32 iBaseline) {
     try {
-        return pFont ? Walk(*pFont, wzText, uUnits, pBitmap, iBaseline) : 0;
+        return pFont && OpenFont(*pFont) ? Walk(*pFont, wzText, uUnits, pBitmap, iBaseline) : 0;
     } catch (...) {
         return 0;
     }
@@ -244,18 +279,19 @@ i32 GlyphExtent(GlyphDevice*, GlyphFont* pFont, const char16_t* wzText, u32 uUni
 
 bool GlyphFontFamily(GlyphDevice*, GlyphFont* pFont, char16_t* wzOut, u32 uCapacity) noexcept {
     if (uCapacity) wzOut[0] = 0;
-    const char* const szFamily = pFont && pFont->m_hMain ? pFont->m_hMain->family_name : nullptr;
+    const char* const szFamily = pFont && OpenFont(*pFont) ? pFont->m_hMain->family_name : nullptr;
     if (Utf8ToUtf16(szFamily, wzOut, uCapacity)) return true;
     if (uCapacity) wzOut[0] = 0;
     return false;
 }
 
 bool FontHasGlyph(GlyphDevice*, GlyphFont* pFont, const char16_t* wzText, u32 uUnits) noexcept {
-    return pFont && uUnits && FT_Get_Char_Index(pFont->m_hMain, NextCode(wzText, uUnits)) != 0;
+    return pFont && uUnits && OpenFont(*pFont) &&
+           FT_Get_Char_Index(pFont->m_hMain, NextCode(wzText, uUnits)) != 0;
 }
 
 bool FontCoversCode(GlyphDevice*, GlyphFont* pFont, u32 uCode) noexcept {
-    return pFont && FT_Get_Char_Index(pFont->m_hMain, uCode) != 0;
+    return pFont && OpenFont(*pFont) && FT_Get_Char_Index(pFont->m_hMain, uCode) != 0;
 }
 
 } // namespace platform

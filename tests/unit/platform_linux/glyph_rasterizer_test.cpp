@@ -238,6 +238,35 @@ TEST_F(Glyphs, TheLibrariesWriteNothingToTheTerminal) {
     std::remove(path.c_str());
 }
 
+TEST_F(Glyphs, AFaceMayBeLookedForAtTheFirstUse) {
+    const auto wanted = Picture(Font(u"DejaVu Sans"), u"Ag");
+    const i32 iWanted = GlyphExtent(m_pDevice, m_aFonts[0], u"Ag", 2);
+    GlyphFont* const pFont = CreateGlyphFont(m_pDevice, {32, 43, 400, u"DejaVu Sans", true});
+    ASSERT_NE(pFont, nullptr);
+    EXPECT_EQ(GlyphExtent(m_pDevice, pFont, u"Ag", 2), iWanted);
+    EXPECT_EQ(Picture(pFont, u"Ag"), wanted);
+    DestroyGlyphFont(pFont);
+    DestroyGlyphFont(CreateGlyphFont(m_pDevice, {32, 43, 400, u"DejaVu Sans", true})); // never used
+}
+
+TEST_F(Glyphs, TheAdvanceAskedForAfterADrawingIsThatOfTheGlyphAsked) {
+    GlyphFont* const pFont = Font(u"DejaVu Sans");
+    const i32 iWide = GlyphExtent(m_pDevice, pFont, u"W", 1), iThin = GlyphExtent(m_pDevice, pFont, u"i", 1);
+    ASSERT_NE(iWide, iThin);
+    DrawGlyphs(m_pDevice, pFont, u"W", 1, 40);
+    EXPECT_EQ(GlyphExtent(m_pDevice, pFont, u"i", 1), iThin);
+    DrawGlyphs(m_pDevice, pFont, u"W", 1, 40);
+    EXPECT_EQ(GlyphExtent(m_pDevice, pFont, u"W", 1), iWide);
+    EXPECT_EQ(GlyphExtent(m_pDevice, pFont, u"WiW", 3), 2 * iWide + iThin);
+}
+
+TEST_F(Glyphs, NothingOfAnEarlierDrawingStaysAfterAClear) {
+    GlyphFont* const pFont = Font(u"DejaVu Sans");
+    const auto wanted = Picture(pFont, u".");
+    Picture(pFont, u"\u00C5g|");
+    EXPECT_EQ(Picture(pFont, u"."), wanted);
+}
+
 TEST(GlyphsWithoutFonts, NoFontIsMadeAndNothingElseFails) {
     // No font is open here, so that the next one reads the configuration anew.
     const std::string path = ::testing::TempDir() + "orvin-no-fonts.conf";
@@ -251,6 +280,12 @@ TEST(GlyphsWithoutFonts, NoFontIsMadeAndNothingElseFails) {
     EXPECT_NE(pBitmap, nullptr);
     EXPECT_EQ(CreateGlyphFont(pDevice, {32, 43, 400, u"DejaVu Sans"}), nullptr);
     EXPECT_EQ(CreateGlyphFont(pDevice, {32, 43, 400, nullptr}), nullptr);
+    GlyphFont* const pLater = CreateGlyphFont(pDevice, {32, 43, 400, nullptr, true});
+    ASSERT_NE(pLater, nullptr);
+    DrawGlyphs(pDevice, pLater, u"A", 1, 7);
+    EXPECT_EQ(GlyphExtent(pDevice, pLater, u"A", 1), 0);
+    EXPECT_FALSE(FontHasGlyph(pDevice, pLater, u"A", 1));
+    DestroyGlyphFont(pLater);
     unsetenv("FONTCONFIG_FILE");
     GlyphFont* const pFont = CreateGlyphFont(pDevice, {32, 43, 400, nullptr});
     EXPECT_NE(pFont, nullptr) << "with fonts again";
