@@ -2,6 +2,7 @@
 
 #include "frame/update.h"
 #include "platform/folders.h"
+#include "platform/pages.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -94,12 +95,16 @@ bool CTexture_Base::AllocateFrames() {
     return true;
 }
 
+std::size_t CTexture_Base::LevelBytes(i32 iLevel) const {
+    const u32 uLevel = static_cast<u32>(iLevel);
+    return static_cast<std::size_t>(g_fnLevelSide(m_uWidth, uLevel)) * g_fnLevelSide(m_uHeight, uLevel) *
+           m_uBytesPerPixel;
+}
+
+/// A glyph atlas is blank for the most part, so a level takes memory as it is written.
 bool CTexture_Base::AllocateLevels(u8** ppLevels) {
     for (i32 i = 0; i < m_uLevelCount; ++i) {
-        const u32 uLevel = static_cast<u32>(i);
-        const std::size_t uBytes = static_cast<std::size_t>(g_fnLevelSide(m_uWidth, uLevel)) *
-                                   g_fnLevelSide(m_uHeight, uLevel) * m_uBytesPerPixel;
-        ppLevels[i] = new (std::nothrow) u8[uBytes]();
+        ppLevels[i] = platform::AllocatePages(LevelBytes(i));
         if (!ppLevels[i]) return false;
     }
     return true;
@@ -107,7 +112,7 @@ bool CTexture_Base::AllocateLevels(u8** ppLevels) {
 
 void CTexture_Base::m_fnFreeFrames() {
     for (i32 i = 0; m_pFrames && i < m_uFrameCount && m_pFrames[i]; ++i) {
-        for (i32 n = 0; n < m_uLevelCount; ++n) delete[] m_pFrames[i][n];
+        for (i32 n = 0; n < m_uLevelCount; ++n) platform::FreePages(m_pFrames[i][n], LevelBytes(n));
         delete[] m_pFrames[i];
     }
     delete[] m_pFrames;

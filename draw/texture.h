@@ -90,4 +90,5 @@ class CTexture_Base {
   private:
     bool AllocateFrames();
     bool AllocateLevels(u8** ppLevels);
+    std::size_t LevelBytes(i32 iLevel) const;
 };

@@ -97,48 +97,70 @@ bool IsBlank(const u8* pBytes, std::size_t uBytes) {
     return pBytes[0] == 0 && std::memcmp(pBytes, pBytes + 1, uBytes - 1) == 0;
 }
 
+/// Written only where it has to be, since a blank row takes no memory.
+void ClearRow(u8* pRow, std::size_t uBytes) {
+    if (!IsBlank(pRow, uBytes)) std::memset(pRow, 0, uBytes);
+}
+
+/// Rows of the next level that come from so many rows.
+u32 HalvedRows(u32 uRows) { return uRows / 2 + uRows % 2; }
+
 /// A glyph atlas, one byte a pixel and even sides, is reduced in the middle of a frame when a text brings a
 /// new character. All weights are then 1 or 0, and much of the atlas is still blank.
-template <bool bGain> void ReduceEven(const stPicture& source, u8* pOut) {
+template <bool bGain> void ReduceEven(const stPicture& source, u32 uRows, u8* pOut) {
     const std::size_t uWidth = source.uWidth;
     const u32 uNewWidth = source.uWidth / 2, uNewHeight = source.uHeight / 2;
+    const u32 uTouched = HalvedRows(std::min(uRows, source.uHeight));
     const u8* pRow = source.pPixels;
-    for (u32 y = 0; y + 1 < uNewHeight; ++y, pRow += 2 * uWidth, pOut += uNewWidth)
+    for (u32 y = 0; y < std::min(uTouched, uNewHeight - 1); ++y, pRow += 2 * uWidth, pOut += uNewWidth)
         if (IsBlank(pRow, 2 * uWidth))
-            std::memset(pOut, 0, uNewWidth);
+            ClearRow(pOut, uNewWidth);
         else
             ReduceRows<bGain>(pRow, pRow + uWidth, uNewWidth, pOut);
-    ReduceLastRow<bGain>(pRow, uNewWidth, pOut);
+    if (uTouched >= uNewHeight) ReduceLastRow<bGain>(pRow, uNewWidth, pOut);
+}
+
+void ReduceLevel(const stPicture& source, bool bGain, u32 uRows, u8* pOut) {
+    const u32 uWidth = source.uWidth, uHeight = source.uHeight;
+    const bool bEven = source.uChannels == 1 && uWidth % 2 == 0 && uHeight % 2 == 0;
+    if (bEven && bGain)
+        ReduceEven<true>(source, uRows, pOut);
+    else if (bEven)
+        ReduceEven<false>(source, uRows, pOut);
+    else
+        ReduceAny(source, g_fnLevelSide(uWidth, 1), g_fnLevelSide(uHeight, 1), bGain, pOut);
+}
+
+/// Rows that are as they have to be are not written, so that blank ones stay without memory.
+void CopyRows(const u8* pFrom, std::size_t uRowBytes, u32 uRows, u8* pTo) {
+    for (u32 y = 0; y < uRows; ++y, pFrom += uRowBytes, pTo += uRowBytes)
+        if (std::memcmp(pFrom, pTo, uRowBytes) != 0) std::memcpy(pTo, pFrom, uRowBytes);
 }
 
 } // namespace
 
 void g_fnReduceLevel(const u8* pSource, u32 uWidth, u32 uHeight, u32 uChannels, bool bGain, u8* pOut) {
     if (uWidth == 0 || uHeight == 0 || uChannels == 0 || uChannels > 4) return;
-    const stPicture source{pSource, uWidth, uHeight, uChannels};
-    const bool bEven = uChannels == 1 && uWidth % 2 == 0 && uHeight % 2 == 0;
-    if (bEven && bGain)
-        ReduceEven<true>(source, pOut);
-    else if (bEven)
-        ReduceEven<false>(source, pOut);
-    else
-        ReduceAny(source, g_fnLevelSide(uWidth, 1), g_fnLevelSide(uHeight, 1), bGain, pOut);
+    ReduceLevel({pSource, uWidth, uHeight, uChannels}, bGain, uHeight, pOut);
 }
 
-bool g_fnFillChain(CTexture_Base& texture, const u8* pSource, u32 uFrame) {
+bool g_fnFillChain(CTexture_Base& texture, const u8* pSource, u32 uFrame, u32 uRows) {
     const u32 uBytes = texture.m_uBytesPerPixel;
     if (!pSource || (uBytes != 1 && uBytes != 4)) return false;
     u8* pLevel = nullptr;
     texture.m_fnGetLevel(&pLevel, uFrame, 0);
     if (!pLevel) return false;
-    if (pLevel != pSource) std::memcpy(pLevel, pSource, texture.m_uFrameBytes);
+    uRows = std::min(uRows, texture.m_uHeight);
+    if (pLevel != pSource)
+        CopyRows(pSource, static_cast<std::size_t>(texture.m_uWidth) * uBytes, uRows, pLevel);
     u32 uWidth = texture.m_uWidth, uHeight = texture.m_uHeight;
     // KEEP: the width alone ends the walk; what is left of a tall chain stays as it is.
     for (u32 uLevel = 1; uWidth >= 2; ++uLevel) {
         u8* pNext = nullptr;
         texture.m_fnGetLevel(&pNext, uFrame, uLevel);
         if (!pNext) break;
-        g_fnReduceLevel(pLevel, uWidth, uHeight, uBytes, uBytes == 1, pNext);
+        ReduceLevel({pLevel, uWidth, uHeight, uBytes}, uBytes == 1, uRows, pNext);
+        uRows = HalvedRows(uRows);
         uWidth = g_fnLevelSide(uWidth, 1);
         uHeight = g_fnLevelSide(uHeight, 1);
         pLevel = pNext;

@@ -13,5 +13,7 @@ void g_fnReduceLevel(const u8* pSource, u32 uWidth, u32 uHeight, u32 uChannels, 
 /// Fills a frame's levels from pSource, a picture of the texture's size and format: level 0 is a copy, each
 /// other is reduced from the one before it, with gain for 1 byte a pixel, without for 4. The walk ends with
 /// the chain or at a width of 1: further levels keep what they hold. False, and nothing done, for any other
-/// pixel size, a frame that does not exist, or a null source.
-bool g_fnFillChain(CTexture_Base& texture, const u8* pSource, u32 uFrame);
+/// pixel size, a frame that does not exist, or a null source. Whoever knows that a glyph atlas holds zeros
+/// from row uRows on, now and in all that the texture was filled from before, says so and saves the work for
+/// them.
+bool g_fnFillChain(CTexture_Base& texture, const u8* pSource, u32 uFrame, u32 uRows = UINT32_MAX);

@@ -73,6 +73,7 @@ void ReadLevels(CFontUniCode& font, stMemoryStream* pStream) {
     const u32 uPixels = font.m_uTexW * font.m_uTexH;
     const u32 uRead = g_fnReadStream(font.m_pAtlas, 1, uPixels, pStream);
     std::memset(font.m_pAtlas + uRead, 0, uPixels - uRead);
+    font.m_uAtlasRows = font.m_uTexH;
     const u64 uRest = g_fnFontLevelsBytes(font.m_uTexW, font.m_uTexH) - uPixels;
     pStream->m_uPosition += static_cast<u32>(std::min<u64>(uRest, pStream->m_uSize - pStream->m_uPosition));
     font.m_fnUploadAtlasAll(nullptr);

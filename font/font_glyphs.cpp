@@ -88,9 +88,14 @@ bool CFontUniCode::m_fnPutCharBuffInCell(u32, f32* pX, f32* pY, f32*) {
     const u32 uTop = static_cast<u32>(*pY * static_cast<f32>(uCellH));
     const u32 uCols = std::min(uCellW, m_uTexW - std::min(m_uTexW, uColumn));
     const u32 uRows = std::min({uCellH, static_cast<u32>(m_iCharBuffH), m_uTexH - std::min(m_uTexH, uTop)});
-    for (u32 i = 0; i < uRows; ++i)
-        std::memcpy(m_pAtlas + static_cast<u64>(uTop + i) * m_uTexW + uColumn,
-                    m_pCharBuff + static_cast<u64>(i) * uCellW, uCols);
+    for (u32 i = 0; i < uRows; ++i) {
+        u8* const pTo = m_pAtlas + static_cast<u64>(uTop + i) * m_uTexW + uColumn;
+        const u8* const pFrom = m_pCharBuff + static_cast<u64>(i) * uCellW;
+        // Blank rows stay without memory.
+        if (std::memcmp(pTo, pFrom, uCols) == 0) continue;
+        std::memcpy(pTo, pFrom, uCols);
+        m_uAtlasRows = std::max(m_uAtlasRows, uTop + i + 1);
+    }
     if (m_bAutoUpload) {
         m_fnUploadAtlas();
         m_bDirty = false;

@@ -22,7 +22,7 @@ bool CFontUC_GL::m_fnUploadAtlasAll(const u8* const*) { return m_fnUploadAtlas()
 
 bool CFontUC_GL::m_fnUploadAtlas() {
     // One call takes the whole chain along.
-    return m_pTexture && g_fnFillChain(*m_pTexture, m_pAtlas, 0) &&
+    return m_pTexture && g_fnFillChain(*m_pTexture, m_pAtlas, 0, m_uAtlasRows) &&
            m_pTexture->m_fnUploadLevel(nullptr, 0, 0);
 }
 

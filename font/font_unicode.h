@@ -176,6 +176,7 @@ class CFontUniCode {
     bool m_bAutoUpload = true;                    ///< upload after each glyph
     bool m_bDirty = false;                        ///< a glyph came in since the last upload
     bool m_bFromFile = false;
+    u32 m_uAtlasRows = 0; ///< rows of the atlas, from the top, that may hold more than zeros
 
   private:
     void DropBuffers() noexcept;
@@ -187,6 +188,8 @@ class CFontUniCode {
     void PlaceRecord(u32 uIndex, f32* pX, f32* pY, f32* pZ);
     void ReadCanvas(const u8* pTable);
     void DumpRows(const u8* pFirst, u32 uWidth, u32 uHeight, u32 uPitch);
+
+    u64 m_uAtlasBytes = 0;
 };
 
 /// True if the code has a cell now; also for code 0, which gets none.

@@ -80,6 +80,7 @@ TEST_F(FontGL, WholeTextIsUploadedOnce) {
 TEST_F(FontGL, SmallLevelsKeepTheWeightOfThinStrokes) {
     // A solid cell stays solid in the inside of each level; 170 would too, raised by half.
     std::fill_n(m_pFont->m_pAtlas, 128 * 128, u8{170});
+    m_pFont->m_uAtlasRows = 128;
     ASSERT_TRUE(m_pFont->m_fnUploadAtlas());
     EXPECT_EQ(Level(0)[64 * 128 + 64], 170);
     EXPECT_EQ(Level(1)[32 * 64 + 32], 255);

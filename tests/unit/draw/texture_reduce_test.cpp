@@ -255,6 +255,24 @@ TEST(TextureChain, OtherPixelSizesAreLeftAlone) {
     EXPECT_EQ(Bytes(Level(texture, 0), Level(texture, 0) + 8), Bytes(8, 0));
 }
 
+TEST(TextureChain, RowsKnownToBeBlankChangeNoLevel) {
+    for (const u32 uSide : {64u, 96u, 50u})
+        for (const u32 uRows : {0u, 1u, 7u, 8u, 33u, uSide - 1, uSide}) {
+            Bytes source(uSide * uSide);
+            std::copy_n(Noise(uSide * uSide, uRows).begin(), uRows * uSide, source.begin());
+            CTexture_Base whole, spared;
+            ASSERT_TRUE(whole.m_fnCreate(uSide, uSide, g_uFormatR8, 1, true));
+            ASSERT_TRUE(spared.m_fnCreate(uSide, uSide, g_uFormatR8, 1, true));
+            EXPECT_TRUE(g_fnFillChain(whole, source.data(), 0));
+            EXPECT_TRUE(g_fnFillChain(spared, source.data(), 0, uRows));
+            for (u32 u = 0; static_cast<i32>(u) < whole.m_uLevelCount; ++u) {
+                const u32 uBytes = g_fnLevelSide(uSide, u) * g_fnLevelSide(uSide, u);
+                EXPECT_TRUE(std::equal(Level(whole, u), Level(whole, u) + uBytes, Level(spared, u)))
+                    << uSide << " rows " << uRows << " level " << u;
+            }
+        }
+}
+
 TEST(TextureChain, NeedsASourceAndAFrame) {
     CTexture_Base texture;
     const u8 u8Pixel = 1;

@@ -1,0 +1,18 @@
+#include "platform/pages.h"
+
+#include <cstdlib>
+#include <cstring>
+
+namespace platform {
+
+u8* AllocatePages(std::size_t uBytes) noexcept {
+    return uBytes ? static_cast<u8*>(std::calloc(uBytes, 1)) : nullptr;
+}
+
+void FreePages(u8* pBlock, std::size_t) noexcept { std::free(pBlock); }
+
+void EmptyPages(u8* pBlock, std::size_t uBytes) noexcept {
+    if (pBlock) std::memset(pBlock, 0, uBytes);
+}
+
+} // namespace platform
