@@ -4,6 +4,8 @@
 #include "controls/osd_manager.h"
 #include "frame/canvas.h"
 
+u32 g_uControlChanges = 0, g_uDrawListChanges = 0;
+
 namespace {
 
 /// Stores and tells whether the value differed.
@@ -21,7 +23,7 @@ void Copy(f32* pOut, f32 fValue) {
 
 CControl::CControl()
     : m_fPosX(0), m_fPosY(0), m_fPosZ(0), m_bAutoSize(false), m_uVertexBytes(0), m_uIndexBytes(0),
-      m_uVertexBase(0), m_uIndexBase(0), m_uType(0) {
+      m_uVertexBase(0), m_uIndexBase(0), m_uType(0), m_bChanged(true) {
     // The virtual calls are meant to reach this class; the manager doesn't know the control yet.
     CControl::m_fnSetAnchor(1, -1, -1);
     m_fSizeW = m_fSizeH = -1; // so that a size of 0 counts as a change
@@ -53,7 +55,9 @@ void CControl::m_fnSetPosition(f32 x, f32 y, f32 z) {
     bChanged |= Change(m_fPosZ, z);
     bChanged |= Change(m_fAnchorX, x);
     bChanged |= Change(m_fAnchorY, y);
-    if (bChanged) m_fnOnMoved();
+    if (!bChanged) return;
+    m_fnOnMoved();
+    m_fnNoteChange();
 }
 
 void CControl::m_fnGetPosition(f32* pX, f32* pY, f32* pZ) {
@@ -71,6 +75,7 @@ void CControl::m_fnMoveTo(f32 x, f32 y, f32 z) {
     if (pChildren)
         for (CControl* pChild : *pChildren) pChild->m_fnResolvePosition(this);
     m_fnOnMoved();
+    m_fnNoteChange();
 }
 
 void CControl::m_fnGetAnchor(i32* pCode, f32* pX, f32* pY) {
@@ -86,7 +91,10 @@ void CControl::m_fnSetAnchor(i32 iCode, f32 x, f32 y) {
     if (g_pOSDManager) g_pOSDManager->m_fnResolveControl(this);
 }
 
-void CControl::m_fnSetRenderable(bool bRenderable) { m_bRenderable = bRenderable; }
+void CControl::m_fnSetRenderable(bool bRenderable) {
+    m_bRenderable = bRenderable;
+    m_fnNoteChange();
+}
 bool CControl::m_fnIsRenderable() { return m_bRenderable; }
 
 void CControl::m_fnResolvePosition(CControl* pParent) {

@@ -16,6 +16,10 @@ struct stControlRect {
 /// Kind letters; kinds that draw no text keep 0.
 constexpr u32 g_uTypeTextBox = 'T', g_uTypeNumBox = 'N', g_uTypeFlipBox = 'F';
 
+/// Counts what changes the pictures of controls, and what changes the lists by which they are drawn. A
+/// batcher that keeps what it draws looks at its controls when one of them has moved on.
+extern u32 g_uControlChanges, g_uDrawListChanges;
+
 /// Base of all controls; each kind derives from it virtually. Coordinates are canvas units, origin top left,
 /// y down. It draws nothing and owns nothing. Only the manager destroys controls, through the kind's own base
 /// class, so the destructor here is neither public nor virtual. Render thread only.
@@ -63,6 +67,12 @@ class CControl : public CAlignedAllocationPolicy<int, 16> {
     /// Draws through the batcher of the running pass.
     virtual void m_fnRender(CDraw_Base* pBatcher);
 
+    /// Called by whatever changes how the control looks or where it stands.
+    void m_fnNoteChange() noexcept {
+        m_bChanged = true;
+        ++g_uControlChanges;
+    }
+
     f32 m_fPosX, m_fPosY, m_fPosZ;
     f32 m_fAnchorX, m_fAnchorY;
     bool m_bAutoSize;
@@ -72,6 +82,7 @@ class CControl : public CAlignedAllocationPolicy<int, 16> {
     u32 m_uVertexBytes, m_uIndexBytes;
     u32 m_uVertexBase, m_uIndexBase;
     u32 m_uType;
+    bool m_bChanged; ///< since a batcher that keeps what it draws last looked
 
   protected:
     ~CControl() = default;

@@ -75,10 +75,12 @@ bool CLineGraph_Base::m_fnCreateMesh() {
 
 void CLineGraph_Base::m_fnUploadAll() {
     if (m_pMesh) m_pMesh->m_fnUpload(m_pVertices.get(), m_pIndices.get());
+    m_fnNoteChange();
 }
 
 void CLineGraph_Base::m_fnUploadVertices() {
     if (m_pMesh) m_pMesh->m_fnUpload(m_pVertices.get(), nullptr);
+    m_fnNoteChange();
 }
 
 void CLineGraph_Base::m_fnSetLineType(u32 uLineType) {
@@ -138,6 +140,7 @@ void CLineGraph_Base::m_fnSetColorF(f32 r, f32 g, f32 b, f32 a) {
     m_afColor[1] = g;
     m_afColor[2] = b;
     m_afColor[3] = a;
+    m_fnNoteChange();
 }
 
 void CLineGraph_Base::m_fnSetColorB(u8 r, u8 g, u8 b, u8 a) {
@@ -198,6 +201,7 @@ void CLineGraph_Base::m_fnDropData() {
     m_pPixelY.reset();
     m_pMesh.reset();
     m_uDrawIndexCount = m_uHead = m_uSampleCount = 0;
+    m_fnNoteChange();
 }
 
 void CLineGraph_Base::m_fnRelease() {

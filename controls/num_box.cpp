@@ -71,6 +71,7 @@ bool CNumBox_Base::m_fnCreateMesh() {
 }
 
 bool CNumBox_Base::m_fnUploadMesh() {
+    m_fnNoteChange();
     return m_pMesh && m_pMesh->m_fnUpload(m_pVertices.get(), m_pIndices.get());
 }
 
@@ -114,7 +115,10 @@ void CNumBox_Base::m_fnMarkPositionDirty() {
 void CNumBox_Base::m_fnSetPercent(bool bPercent) { m_bPercent = bPercent; }
 void CNumBox_Base::m_fnSetMaxValue(f32 fValue) { m_fMaxValue = fValue; }
 void CNumBox_Base::m_fnSetMinValue(f32 fValue) { m_fMinValue = fValue; }
-void CNumBox_Base::m_fnClear() { m_iDrawCount = -1; }
+void CNumBox_Base::m_fnClear() {
+    m_iDrawCount = -1;
+    m_fnNoteChange();
+}
 
 void CNumBox_Base::m_fnSetFont(CFontUniCode* pFont) {
     if (!pFont) return;
@@ -140,6 +144,7 @@ void CNumBox_Base::m_fnSetDigitPad(u32 uDigits, bool bHide) {
 
 void CNumBox_Base::m_fnMarkColorDirty() {
     m_bColorDirty = true;
+    m_fnNoteChange();
     m_fnFlush();
 }
 
@@ -226,6 +231,7 @@ void CNumBox_Base::m_fnRelease() {
     FreeEntities(m_ppShadowEntities);
     m_wzCharset.reset();
     m_pMesh.reset();
+    m_fnNoteChange();
 }
 
 void* CNumBox_Base::m_fnGetVertexData() { return m_pVertices.get(); }

@@ -88,6 +88,7 @@ void CNumBox_Base::m_fnBuildDrawList() {
     m_fnUpdateSize();
     // A glyph with shadow takes twice the indices.
     for (i32 i = 0; m_bShadow && i < m_iDrawCount; ++i) m_auDrawIndex[i] *= 2;
+    m_fnNoteChange();
 }
 
 void CNumBox_Base::m_fnUpdateSize() {

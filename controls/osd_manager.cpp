@@ -1,5 +1,6 @@
 #include "controls/osd_manager.h"
 
+#include "controls/control.h"
 #include "controls/later_controls.h"
 #include "controls/panel.h"
 #include "frame/frame_driver.h"
@@ -89,6 +90,7 @@ bool COSDManager::m_fnInitialize() {
 }
 
 void COSDManager::m_fnRelease() {
+    ++g_uDrawListChanges;
     stManagerArrays& st = m_stArrays;
     DeleteArray(st.m_ppFont, g_uFontEntries, g_ppFont);
     DeleteArray(st.m_ppTextBox, g_uTextBoxEntries, g_ppTextBox);
@@ -107,6 +109,7 @@ bool COSDManager::m_fnIsInLayer(const void* pKey, u32 uLayer) { return Contains(
 bool COSDManager::m_fnAddToLayer(const void* pKey, u32 uLayer) {
     if (!pKey || m_fnIsInLayer(pKey, uLayer)) return false;
     m_aLayer[uLayer].push_back(pKey);
+    ++g_uDrawListChanges;
     std::unique_ptr<ControlList>& pList = m_mapDrawList[pKey];
     if (!pList) pList = std::make_unique<ControlList>();
     return true;
@@ -115,6 +118,7 @@ bool COSDManager::m_fnAddToLayer(const void* pKey, u32 uLayer) {
 bool COSDManager::m_fnRemoveFromLayer(const void* pKey, u32 uLayer) {
     if (!pKey || !m_fnIsInLayer(pKey, uLayer)) return false;
     std::erase(m_aLayer[uLayer], pKey);
+    ++g_uDrawListChanges;
     m_mapDrawList.erase(pKey);
     return true;
 }
@@ -136,6 +140,7 @@ bool COSDManager::m_fnAttachBack(CControl* pControl, u32 uLayer) {
     // A key that had stood in another layer brings its list along, perhaps with this control in it.
     if (!pList || Contains(*pList, pControl)) return false;
     pList->push_back(pControl);
+    ++g_uDrawListChanges;
     return true;
 }
 
@@ -144,12 +149,14 @@ bool COSDManager::m_fnAttachFront(CControl* pControl, u32 uLayer) {
     ControlList* pList = FindList(m_mapDrawList, pControl->m_fnGetDrawKey());
     if (!pList || Contains(*pList, pControl)) return false;
     pList->insert(pList->begin(), pControl);
+    ++g_uDrawListChanges;
     return true;
 }
 
 bool COSDManager::m_fnDetach(CControl* pControl, u32 uLayer) {
     if (!m_fnIsAttached(pControl, uLayer)) return false;
     std::erase(*FindList(m_mapDrawList, pControl->m_fnGetDrawKey()), pControl);
+    ++g_uDrawListChanges;
     return true;
 }
 

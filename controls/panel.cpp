@@ -35,6 +35,7 @@ bool CPanel_Base::m_fnCreateShape() {
 }
 
 bool CPanel_Base::m_fnBuildShape() {
+    m_fnNoteChange();
     if (m_uShape == g_uShapeRect)
         return m_pRectMesh && m_pRectMesh->m_fnCreateExpanded(m_fPanelW, m_fPanelH, m_fRectOutset);
     return m_pFrameMesh && m_pBorderMesh &&
@@ -47,13 +48,17 @@ void CPanel_Base::m_fnSetColorF(f32 r, f32 g, f32 b, f32 a) {
     m_afColor[1] = g;
     m_afColor[2] = b;
     m_afColor[3] = a;
+    m_fnNoteChange();
 }
 
 void CPanel_Base::m_fnSetColorB(u8 r, u8 g, u8 b, u8 a) {
     m_fnSetColorF(r / 255.0f, g / 255.0f, b / 255.0f, a / 255.0f);
 }
 
-void CPanel_Base::m_fnSetShape(u32 uShape) { m_uShape = uShape; }
+void CPanel_Base::m_fnSetShape(u32 uShape) {
+    m_uShape = uShape;
+    m_fnNoteChange();
+}
 
 void CPanel_Base::m_fnSetCorners(bool bCorners) {
     m_bCorners = bCorners;
@@ -61,6 +66,7 @@ void CPanel_Base::m_fnSetCorners(bool bCorners) {
         m_uShape = g_uShapeBorder;
     else if (!bCorners && m_uShape == g_uShapeBorder)
         m_uShape = g_uShapeFrame;
+    m_fnNoteChange();
 }
 
 void CPanel_Base::m_fnSetColor(u32 uRGB, u8 a) {
@@ -85,6 +91,7 @@ void CPanel_Base::m_fnSetGeometry(f32 w, f32 h) {
     if (m_pRectMesh) m_pRectMesh->m_fnCreateExpanded(w, h, m_fRectOutset);
     if (m_pFrameMesh) m_pFrameMesh->m_fnCreate(w, h, m_fOutset, m_fThickness);
     if (m_pBorderMesh) m_pBorderMesh->m_fnCreate(w, h, m_fOutset, m_fThickness, m_fCornerSize);
+    m_fnNoteChange();
 }
 
 void CPanel_Base::m_fnSetRectOutset(f32 e) { m_fRectOutset = e; }
@@ -118,6 +125,7 @@ void CPanel_Base::m_fnRelease() {
     m_pRectMesh.reset();
     m_pFrameMesh.reset();
     m_pBorderMesh.reset();
+    m_fnNoteChange();
 }
 
 void CPanel_Base::m_fnOnMoved() {

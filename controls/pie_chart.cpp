@@ -55,6 +55,7 @@ bool CPieChart_Base::m_fnCreateMesh() {
 
 void CPieChart_Base::m_fnUploadMesh() {
     if (m_pMesh) m_pMesh->m_fnUpload(m_pVertices.get(), m_pIndices.get());
+    m_fnNoteChange();
 }
 
 void CPieChart_Base::m_fnSetChartType(u32 uChartType) { m_uChartType = uChartType; }
@@ -81,6 +82,7 @@ void CPieChart_Base::m_fnSetValue(f32 fValue) {
     m_fFilled = fValue > m_fMin ? std::clamp((fValue - m_fMin) / m_fRange, 0.0f, 1.0f) : 0.0f;
     const u32 uShown = static_cast<u32>(static_cast<u64>(static_cast<f32>(m_uSlotNum) * m_fFilled));
     m_uDrawIndexCount = uShown * m_uShapeSegNum * SegmentIndices(m_uChartType);
+    m_fnNoteChange();
 }
 
 void CPieChart_Base::m_fnSetColorF(f32 r, f32 g, f32 b, f32 a) {
@@ -88,6 +90,7 @@ void CPieChart_Base::m_fnSetColorF(f32 r, f32 g, f32 b, f32 a) {
     m_afColor[1] = g;
     m_afColor[2] = b;
     m_afColor[3] = a;
+    m_fnNoteChange();
 }
 
 void CPieChart_Base::m_fnSetColorB(u8 r, u8 g, u8 b, u8 a) {
@@ -128,6 +131,7 @@ void CPieChart_Base::m_fnRelease() {
     m_pIndices.reset();
     m_pEntity.reset();
     m_pMesh.reset();
+    m_fnNoteChange();
 }
 
 void CPieChart_Base::m_fnOnMoved() {

@@ -98,6 +98,7 @@ bool CTextBox_Base::m_fnCreateMesh() {
 }
 
 bool CTextBox_Base::m_fnUploadMesh() {
+    m_fnNoteChange();
     return m_pMesh && m_pMesh->m_fnUpload(m_pVertices.get(), m_pIndices.get());
 }
 
@@ -211,6 +212,7 @@ void CTextBox_Base::m_fnSetShadow(bool bShadow) {
 
 void CTextBox_Base::m_fnMarkColorDirty() {
     m_bColorDirty = true;
+    m_fnNoteChange();
     m_fnFlush();
 }
 
@@ -288,6 +290,7 @@ void CTextBox_Base::m_fnRelease() {
     m_pEntity.reset();
     m_pShadowEntity.reset();
     m_pMesh.reset();
+    m_fnNoteChange();
 }
 
 f32 CTextBox_Base::m_fnGetLineStep() { return m_fLineStep; }

@@ -43,6 +43,7 @@ void CDrawBasic_Base::m_fnDrawList(DrawKey pKey) {
 void CDrawBasic_Base::m_fnSetColorListOrder(const std::vector<CControl*>& list) {
     ControlList* pColors = DrawListOf(g_keyColorList);
     if (!pColors) return;
+    ++g_uDrawListChanges;
     for (CControl* pControl : list)
         if (pControl) std::erase(*pColors, pControl);
     std::ranges::copy_if(list, std::back_inserter(*pColors), [](CControl* p) { return p != nullptr; });

@@ -81,6 +81,7 @@ u32 CTexture2D_GL::MinFilter() const { return m_bMipmap ? GL_LINEAR_MIPMAP_LINEA
 void CTexture2D_GL::SetUploadSampling() const {
     // KEEP: red here and black at the bind, so black is what is drawn with.
     static const GLfloat afBorder[4] = {1.0f, 0.0f, 0.0f, 1.0f};
+    m_bDrawSampling = false;
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, static_cast<GLint>(MinFilter()));
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
     SetWrap();
@@ -126,6 +127,14 @@ void CTexture2D_GL::m_fnBindUnit(u32 uUnit) {
     if (uName != 0) g_fnSetDrawSampling(MinFilter());
 }
 
+void CTexture2D_GL::m_fnBindKept() {
+    const u32 uName = ShownName();
+    glBindTexture(GL_TEXTURE_2D, uName);
+    if (uName == 0 || m_bDrawSampling) return;
+    g_fnSetDrawSampling(MinFilter());
+    m_bDrawSampling = true;
+}
+
 /// Without a current context (at unload) there is nothing left to delete in, and some drivers crash on
 /// trying.
 void CTexture2D_GL::m_fnRelease() {
@@ -134,6 +143,7 @@ void CTexture2D_GL::m_fnRelease() {
     delete[] m_pNames;
     m_pNames = nullptr;
     m_uNameCount = 0;
+    m_bDrawSampling = false;
 }
 
 CTexture_Base* CreateTexture_GL() { return new (std::nothrow) CTexture2D_GL; }

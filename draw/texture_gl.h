@@ -25,6 +25,9 @@ class CTexture2D_GL : public virtual CTexture_Base {
     bool m_fnUploadLevel(const void* pPixels, u32 uFrame, u32 uLevel) override;
     /// Steps an animation, binds, and sets every parameter anew: what the application left is not trusted.
     void m_fnBindUnit(u32 uUnit) override;
+    /// The same on the active unit for a picture that stays; its parameters are set once after an upload, for
+    /// nobody else knows its name.
+    void m_fnBindKept();
     void m_fnRelease() override;
     ~CTexture2D_GL() override;
 
@@ -35,6 +38,7 @@ class CTexture2D_GL : public virtual CTexture_Base {
 
   private:
     u32 m_uNameCount = 0;
+    mutable bool m_bDrawSampling = false; ///< set since the last upload
     u32 ShownName() const;
     u32 MinFilter() const;
     void SetUploadSampling() const;

@@ -1,6 +1,7 @@
 #include "frame/resources.h"
 
 #include "config/custom_layout.h"
+#include "config/host_care.h"
 #include "config/load.h"
 #include "config/profile_document.h"
 #include "controls/control_ids.h"
@@ -13,6 +14,7 @@
 #include "frame/statistics.h"
 #include "frame/status_items.h"
 #include "frame/update.h"
+#include "merged/creation_table_merged.h"
 #include "platform/clock.h"
 #include "platform/threads.h"
 #include "shared/overlay_state.h"
@@ -35,7 +37,10 @@ static platform::ThreadHandle g_ahWorkers[2] = {};
 static bool g_bWorkersRun = false;
 
 bool g_fnInitGL_Resource() noexcept {
-    g_fnFillCreationTable_GL();
+    if (g_stHostCare.bMergedDraw)
+        g_fnFillCreationTable_Merged();
+    else
+        g_fnFillCreationTable_GL();
     g_stCreationTable.m_fnReleaseHook = [] {
         g_fnForgetFailedLoad(); // whoever asks for another build doesn't want to wait for it
         g_fnTavo_GL_Release();

@@ -1,0 +1,12 @@
+#pragma once
+// A font of the merged flavour: its texture's parameters are set after an upload, not at each bind.
+#include "font/font_uc_gl.h"
+
+class CFontUC_Merged final : public virtual CFontUC_GL {
+  public:
+    /// Unit 0 must be the active one.
+    void m_fnBindTexture(u32 uUnit) override;
+};
+
+/// Entry of the creation table; null when out of memory.
+CFontUniCode* CreateFontUC_Merged();

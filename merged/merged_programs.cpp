@@ -1,0 +1,58 @@
+#include "merged/merged_programs.h"
+
+#include "draw/data_path.h"
+#include "draw/matrix.h"
+#include "frame/canvas.h"
+#include "frame/log.h"
+#include "platform/gl_api.h"
+
+#include <filesystem>
+
+static constexpr const char* g_aszFiles[] = {
+    "DrawMerged_GL_C.vs",  "DrawMerged_GL_C.fs", "DrawMerged_GL_Tex.vs", "DrawMerged_GL_Tex.fs",
+    "DrawMerged_GL_CB.fs", "DrawMerged_GL_T.vs", "DrawMerged_GL_T.fs",   "DrawMerged_GL_TG.fs",
+};
+
+static bool IsFileThere(const char* szName) {
+    char szPath[g_uDataPathCapacity];
+    std::error_code error;
+    if (g_fnResolveDataPath(szPath, szName) && std::filesystem::is_regular_file(szPath, error)) return true;
+    g_fnLog("GLGraphics: %s is missing, drawing is not merged", szName);
+    return false;
+}
+
+bool g_fnCanDrawMerged() {
+    if (!GLEW_VERSION_3_3 && !GLEW_ARB_explicit_attrib_location) return false;
+    for (const char* szName : g_aszFiles)
+        if (!IsFileThere(szName)) return false;
+    return true;
+}
+
+static GLShader ShaderOf(const char* szName, u32 uStage, const ShaderDefines* pDefines) {
+    char szPath[g_uDataPathCapacity];
+    g_fnResolveDataPath(szPath, szName);
+    return pDefines ? GLShader(szPath, uStage, *pDefines) : GLShader(szPath, uStage);
+}
+
+std::unique_ptr<GLProgram> g_fnBuildMergedProgram(const char* szVertexFile, const char* szFragmentFile,
+                                                  const ShaderDefines* pDefines) {
+    std::vector<GLShader> shaders;
+    shaders.push_back(ShaderOf(szVertexFile, GL_VERTEX_SHADER, nullptr));
+    shaders.push_back(ShaderOf(szFragmentFile, GL_FRAGMENT_SHADER, pDefines));
+    auto pProgram = std::make_unique<GLProgram>(shaders);
+    f32 mView[16];
+    g_fnMakeIdentity(mView);
+    mView[14] = -1.0f;
+    pProgram->m_fnUse();
+    pProgram->m_fnSetUniformMatrix4fv("mView", mView, false);
+    pProgram->m_fnSetUniform1i("tex", 0);
+    g_fnSetMergedProjection(*pProgram);
+    return pProgram;
+}
+
+void g_fnSetMergedProjection(const GLProgram& program) {
+    f32 mProj[16];
+    g_fnMakeOrtho(mProj, 0.0f, static_cast<f32>(g_uCanvasW), 0.0f, static_cast<f32>(g_uCanvasH), 0.0f, 1.0f);
+    program.m_fnUse();
+    program.m_fnSetUniformMatrix4fv("mProj", mProj, false);
+}

@@ -1,0 +1,21 @@
+#version 150
+#extension GL_ARB_explicit_attrib_location : enable
+// Frosted shapes and pictures: place on the canvas and colour come with the vertices. Top of the canvas at the top of
+// the window. Row 0 of a picture is its top.
+uniform mat4 mProj;
+uniform mat4 mView;
+
+layout(location = 0) in vec4 v4Place;
+layout(location = 1) in vec4 v4Tint;
+layout(location = 2) in vec2 v2Tex0;
+
+out vec2 texCoord;
+flat out vec4 tint;
+
+void main() {
+    texCoord = v2Tex0;
+    tint = v4Tint;
+    vec4 position = mProj * (mView * v4Place);
+    position.y = -position.y;
+    gl_Position = position;
+}
