@@ -14,7 +14,7 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 sys.path.insert(0, str(ROOT / "tests"))
-from e2e.environment import Display, STATE  # noqa: E402
+from e2e.environment import Display, STATE, prepare  # noqa: E402
 
 STAGES = ["house", "unit", "gl", "cost", "e2e"]
 GTEST_PASSED = re.compile(r"\[  PASSED  \] (\d+) test")
@@ -82,6 +82,7 @@ def executable(path):
 def unit():
     build("linux-asan")
     build("win64")
+    prepare()
     with Display() as display:
         env = {"DISPLAY": display, "LIBGL_ALWAYS_SOFTWARE": "1"}
         for program in filter(executable, programs("linux-asan", "unit_*")):
@@ -109,6 +110,7 @@ def cost():
 def e2e():
     build("linux-release")
     build("win64")
+    prepare()
     code, output = run(["/usr/bin/python3", "-m", "unittest", "discover", "-v", "-s", "tests/e2e", "-t", "tests",
                         "-p", "test_*.py"], STATE / "e2e.log")
     ran = re.search(r"Ran (\d+) tests?", output)
@@ -134,5 +136,4 @@ def main(wanted):
 
 
 if __name__ == "__main__":
-    STATE.mkdir(parents=True, exist_ok=True)
     sys.exit(main(sys.argv[1:]))

@@ -12,11 +12,17 @@ import time
 from PIL import Image
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
-STATE = pathlib.Path(os.environ.get("ORVIN_STATE") or f"{tempfile.gettempdir()}/orvin-osd.{os.getuid()}")
+STATE = pathlib.Path(subprocess.run([ROOT / "cmake/state-folder"], stdout=subprocess.PIPE, text=True,
+                                    check=True).stdout.rstrip("\n"))
 LINUX = ROOT / "build/linux-release/bin"
 WIN64 = ROOT / "build/win64/bin"
 DATA = pathlib.PurePosixPath("ZARN/Orvin Deck/ORVIN-OSD/Data")
 SHIPPED = sorted(path.name for path in (ROOT / "data/Profiles").iterdir())
+
+
+def prepare():
+    """Pays what is paid once on a machine, in words and with progress, so that no test meets it."""
+    subprocess.run([ROOT / "cmake/prepare"], check=True)
 
 
 class Display:
@@ -183,9 +189,7 @@ class WinePrograms(Programs):
         self.env["ORVIN_E2E"] = self.folder.name
         self.mark = f"ORVIN_E2E={self.folder.name}".encode()
         prefix = pathlib.Path(os.environ.get("WINEPREFIX", STATE / "wine"))
-        # Windows has this face, Wine has none of that name; on Linux the same one stands in for it.
-        self.run([*self.wrapper, "reg", "add", r"HKCU\Software\Wine\Fonts\Replacements", "/v", "Arial", "/d",
-                  "Liberation Sans", "/f"])
+        prepare()
         self.data = install_data(prefix / "drive_c/ProgramData", care)
         for built in ("ORVIN-OSD64-GL.dll", "orvin-osd.exe", "orvin-profile.exe"):
             shutil.copy(WIN64 / built, self.folder)
