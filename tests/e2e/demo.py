@@ -2,7 +2,8 @@
 """Brings the overlay into real programs on Linux and under Wine, shows every shipped profile from its file with live
 sensors, and leaves the pictures in out/demo.
 
-With a display present (DISPLAY set) the window is also shown there for some seconds a profile.
+A picture is taken as soon as what it is to show is seen, however long that takes: the profile's ground, its values, and
+graphs that have filled. With a display present (DISPLAY set) the window is also shown there for some seconds a profile.
 """
 import os
 import pathlib
@@ -11,41 +12,68 @@ import time
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent))
 from e2e.environment import (LINUX, ROOT, SHIPPED, WIN64, Display, LinuxPrograms, WinePrograms,  # noqa: E402
-                             glfw_examples, screenshot, wait_until)
+                             glfw_examples, see, wait_until)
+from e2e.panels import named_boxes, value_places  # noqa: E402
+from e2e.pictures import differing_inside, holds_color, ink_box  # noqa: E402
 
 OUT = ROOT / "out/demo"
-FEED_MS = "250"
-# Until the picture is taken: graphs get a sample a second.
-SECONDS = {"Graphs": 30}
+FEED_MS = "100"
+SECONDS_TO_LOOK_AT = 4
+INK = 120
 
 
 def publish(programs):
     """Publishes what the machine's sensors say, over and over. What it lacks stays empty on the picture."""
     programs.start([*programs.wrapper, programs.companion, "feed", "--interval", FEED_MS])
     wait_until(lambda: "CPU_USAGE#0" in programs.ask("names")[1])
+    return programs.ask("names")[1].split()
 
 
-def choose(programs, profile):
-    for arguments in (("profile-name", profile), ("reload",)):
-        code, output = programs.ask(*arguments)
-        if code:
-            raise SystemExit(f"orvin-osd {' '.join(arguments)}: exit code {code} {output}")
+def ask(programs, *arguments):
+    code, output = programs.ask(*arguments)
+    if code:
+        raise SystemExit(f"orvin-osd {' '.join(arguments)}: exit code {code} {output}")
 
 
-def tour(programs, display, program, name, start_seconds, profiles=SHIPPED, pictures=True):
+def bare_picture(programs, display, program):
+    """The program alone: what the overlay's ground is told from."""
+    process = programs.start([*programs.wrapper, *program])
+    picture = see(display, OUT / "bare.png", lambda p: p.getbbox())
+    programs.end(process)
+    (OUT / "bare.png").unlink()
+    return picture
+
+
+def is_complete(picture, bare, profile, names):
+    """Whether a profile stands there with all that has a value."""
+    grounds = named_boxes(profile, *picture.size).values()
+    if not all(differing_inside(picture, bare, ground) > 0.8 for ground in grounds):
+        return False
+    for name, kind, row, box in value_places(profile, *picture.size):
+        color = tuple(int(row.get(f"LineColor{letter}", 0)) for letter in "RGB")
+        if name in names and not (ink_box(picture, box, INK) if kind == "NumBox" else holds_color(picture, box, color)):
+            return False
+    return True
+
+
+def tour(programs, display, program, name, profiles=SHIPPED, pictures=True):
     """One program, its profiles in turn, a picture of each."""
+    bare = bare_picture(programs, display, program) if pictures else None
     process = programs.with_overlay(program)
-    time.sleep(start_seconds)
-    publish(programs)
+    programs.wait_for_overlay(process, frame_time=True)
+    names = publish(programs)
     for profile in profiles:
-        choose(programs, profile)
-        time.sleep(SECONDS.get(profile, 4))
+        ask(programs, "profile-name", profile)
+        ask(programs, "reload")
+        if pictures:
+            path = OUT / f"{name}-{profile}.png"
+            see(display, path, lambda picture: is_complete(picture, bare, profile, names))
+            print(f"out/demo/{name}-{profile}.png", flush=True)
+        else:
+            time.sleep(SECONDS_TO_LOOK_AT)
         if process.poll() is not None:
             print(process.log.read_text(errors="replace"))
             raise SystemExit(f"{name}: the program ended early with code {process.returncode}")
-        if pictures:
-            screenshot(display, OUT / f"{name}-{profile}.png")
-            print(f"out/demo/{name}-{profile}.png", flush=True)
     programs.end(process)
 
 
@@ -55,17 +83,16 @@ def main():
         size = f"{width}x{height}"
         with Display(size) as display:
             with LinuxPrograms(display, care=True) as linux:
-                tour(linux, display, [LINUX / "host_glx", "--size", size, "--frames", "1000000"], f"linux-host-{size}", 2)
+                tour(linux, display, [LINUX / "host_glx", "--size", size, "--frames", "1000000"], f"linux-host-{size}")
             with LinuxPrograms(display, care=True) as linux:
-                tour(linux, display, ["glxgears", "-geometry", f"{size}+0+0"], f"linux-glxgears-{size}", 2, ["Default"])
+                tour(linux, display, ["glxgears", "-geometry", f"{size}+0+0"], f"linux-glxgears-{size}", ["Default"])
             with WinePrograms(display, care=True) as wine:
-                tour(wine, display, [WIN64 / "host_wgl.exe", "--size", size, "--frames", "1000000"],
-                     f"wine-host-{size}", 6)
+                tour(wine, display, [WIN64 / "host_wgl.exe", "--size", size, "--frames", "1000000"], f"wine-host-{size}")
             with WinePrograms(display, care=True) as wine:
-                tour(wine, display, [glfw_examples() / "gears.exe"], f"wine-glfw-gears-{size}", 6, ["Default"])
+                tour(wine, display, [glfw_examples() / "gears.exe"], f"wine-glfw-gears-{size}", ["Default"])
     if os.environ.get("DISPLAY"):
         with LinuxPrograms(os.environ["DISPLAY"], care=True) as linux:
-            tour(linux, None, ["glxgears", "-geometry", "1280x720+0+0"], "glxgears", 1, pictures=False)
+            tour(linux, None, ["glxgears", "-geometry", "1280x720+0+0"], "glxgears", pictures=False)
 
 
 if __name__ == "__main__":

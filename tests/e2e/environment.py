@@ -68,15 +68,36 @@ def screenshot(display, path):
     return Image.open(path).convert("RGB")
 
 
-def wait_until(condition, seconds=30):
-    """Polls condition; its first true value, else an AssertionError."""
+def wait_until(condition, seconds=180):
+    """Polls condition; its first true value, else an AssertionError. The seconds only end what would never come: no
+    test takes them as a measure, so they are many, for machines that have much else to do."""
     end = time.monotonic() + seconds
-    while time.monotonic() < end:
+    while True:
         value = condition()
         if value:
             return value
+        if time.monotonic() > end:
+            raise AssertionError("condition not met in time")
         time.sleep(0.1)
-    raise AssertionError("condition not met in time")
+
+
+def see(display, path, condition, seconds=180):
+    """The first screenshot of which the condition is true."""
+    def look():
+        picture = screenshot(display, path)
+        return picture if condition(picture) else None
+    return wait_until(look, seconds)
+
+
+def see_still(display, path, condition):
+    """The same of a picture that does not move: two looks in a row show it, so that no half of a frame is taken."""
+    former = []
+
+    def look(picture):
+        good = condition(picture) and former and former[0].tobytes() == picture.tobytes()
+        former[:] = [picture]
+        return good
+    return see(display, path, look)
 
 
 def finish(process, seconds=10):
@@ -147,6 +168,18 @@ class Programs:
             except subprocess.TimeoutExpired:
                 os.killpg(process.pid, signal.SIGKILL)
                 process.wait(5)
+
+    def wait_for_overlay(self, process, frame_time=False):
+        """Until a program reports that the overlay is built in it, and a frame time if asked for."""
+        def row():
+            if process.poll() is not None:
+                raise AssertionError(f"the program ended early, code {process.returncode}: "
+                                     f"{process.log.read_text(errors='replace')}")
+            found = re.search(r" OpenGL +([0-9.]+|-)", self.ask("status")[1])
+            return found and (not frame_time or (found.group(1) != "-" and float(found.group(1)) > 0))
+        if frame_time:
+            wait_until(lambda: self.ask("frametime", "on")[0] == 0)
+        wait_until(row)
 
     def close(self):
         for process in self.started:

@@ -13,10 +13,14 @@ OUTSET = 1  # what filtering at an edge may touch
 FLAT, FROSTED = "1", "2"
 
 
+def folder_of(profile):
+    folders = (ROOT / "tests/profiles", ROOT / "data/Profiles")
+    return next(folder / profile for folder in folders if (folder / profile).is_dir())
+
+
 def rows(profile):
     """Attributes of each panel of a profile that hangs in no other item."""
-    folders = (ROOT / "tests/profiles", ROOT / "data/Profiles")
-    path = next(folder / profile / "OSD.xml" for folder in folders if (folder / profile).is_dir())
+    path = folder_of(profile) / "OSD.xml"
     panels = xml.etree.ElementTree.parse(path).iterfind("CustomLayout/Settings/Info/Panel")
     return [panel.attrib for panel in panels if "@" not in panel.get("Name")]
 
@@ -30,6 +34,41 @@ def place(row, canvas_width):
     middle = (CANVAS_HEIGHT - h) / 2 + (-y if code == 5 else y)
     top = (y, middle, CANVAS_HEIGHT - h - y)[line]
     return left, top, left + w, top + h
+
+
+def inside(owner, row):
+    """Canvas rectangle of an item that hangs in another's rectangle."""
+    code, x, y, w, h = (int(row.get(key, 1 if key == "FrameAnchor" else 0)) for key in
+                        ("FrameAnchor", "FrameAnchorX", "FrameAnchorY", "FrameSizeW", "FrameSizeH"))
+    column, line = (code - 1) % 3, (code - 1) // 3
+    left, top, right, bottom = owner
+    left = (left + x, (left + right - w) / 2 + x, right - w - x)[column]
+    middle = (top + bottom - h) / 2 + (-y if code == 5 else y)
+    top = (top + y, middle, bottom - h - y)[line]
+    return left, top, left + w, top + h
+
+
+def value_places(profile, width, height):
+    """Pixel boxes of what shows a value in an owner's frame: (name of the value, kind, attributes, box). A number's box
+    is where its last digit stands, a graph's where its oldest samples are once it is full."""
+    canvas_width = int(CANVAS_HEIGHT * (width / height))
+    owners = {row["Name"]: place(row, canvas_width) for row in rows(profile)}
+    path = folder_of(profile) / "OSD.xml"
+    for item in xml.etree.ElementTree.parse(path).find("CustomLayout/Settings/Info"):
+        owner, name = owners.get(item.get("Name").rpartition("@")[2]), item.get("DataFullName")
+        if not owner or not name or name in ("SYSTEM_TIME", "RESOLUTION"):
+            continue
+        left, top, right, bottom = inside(owner, item.attrib)
+        if item.tag == "NumBox":
+            size, code = float(item.get("TextSize")), int(item.get("ContentAnchor", 1))
+            left -= (0, 0.3, 0.6)[(code - 1) % 3] * size
+            top -= (0, 0.5, 1)[(code - 1) // 3] * size
+            right, bottom = left + 0.6 * size, top + size
+        elif item.tag == "LineGraph":
+            right = left + (right - left) / 10
+        else:
+            continue
+        yield name, item.tag, item.attrib, tuple(round(v * height / CANVAS_HEIGHT) for v in (left, top, right, bottom))
 
 
 def named_boxes(profile, width, height, kinds=(FLAT, FROSTED), outset=OUTSET):

@@ -21,6 +21,19 @@ def differing_inside(a, b, box):
     return mask.histogram()[255] / max(1, mask.width * mask.height)
 
 
+def lit(picture):
+    """Whether anything but black is seen: on an empty screen the first program has drawn."""
+    return picture.getbbox() is not None
+
+
+def colourful(picture):
+    """Whether any pixel is far from grey: a window's own frame is not, a program's picture is."""
+    red, green, blue = picture.split()
+    spread = ImageChops.subtract(ImageChops.lighter(ImageChops.lighter(red, green), blue),
+                                 ImageChops.darker(ImageChops.darker(red, green), blue))
+    return spread.getextrema()[1] > 100
+
+
 def roughness(picture, box):
     """Mean absolute step between neighbouring pixels of a row: high for detail, low for a blurred pane."""
     part = picture.crop(box)

@@ -1,12 +1,11 @@
 """Every profile that is shipped, on real programs of both platforms: it shows, looks alike, and takes turns."""
-import time
 import unittest
 
 from PIL import Image, ImageChops
 
-from e2e.environment import (LINUX, SHIPPED, WIN64, Display, LinuxPrograms, WinePrograms, screenshot, wait_until)
+from e2e.environment import LINUX, SHIPPED, WIN64, Display, LinuxPrograms, WinePrograms, see, see_still, wait_until
 from e2e.panels import named_boxes
-from e2e.pictures import difference_box, differing_inside, differing_outside, ink_box
+from e2e.pictures import colourful, difference_box, differing_inside, differing_outside, ink_box
 
 SIZE = (1280, 720)
 # Early enough that no interval of the overlay's own figures is over: they stand at 0 on both platforms.
@@ -46,7 +45,7 @@ class ShippedCase(unittest.TestCase):
         before, shown = programs.folder / f"{profile}-before.ppm", programs.folder / f"{profile}.ppm"
         self.assertEqual(programs.ask("profile-name", profile)[0], 0)
         process = programs.with_overlay([host_of(platform), "--frames", str(frame + 2), "--size", f"{size[0]}x{size[1]}",
-                                         "--dump-ppm", f"{shown}@{frame}", "--dump-before", before])
+                                         "--await-detour", "--dump-ppm", f"{shown}@{frame}", "--dump-before", before])
         self.assertEqual(process.wait(120), 0, process.log.read_text(errors="replace"))
         return Image.open(before).convert("RGB"), Image.open(shown).convert("RGB")
 
@@ -91,13 +90,13 @@ class Change(ShippedCase):
         for platform in (LinuxPrograms, WinePrograms):
             with self.subTest(platform=platform.__name__):
                 programs = self.programs(platform)
+                bare = self.bare(programs, platform)
                 stop = programs.folder / "stop"
                 process = programs.with_overlay([host_of(platform), "--frames", "1000000", "--size", "1280x720",
                                                  "--stop-file", stop, "--fps-cap", "60"])
                 wait_until(lambda: programs.ask("set", "CPU_USAGE#0", "38")[0] == 0)
-                shown = [self.turn(programs, profile) for profile in ("Default", "Gauges", "FPS", "Graphs", "Default")]
-                for one, other in zip(shown, shown[1:]):
-                    self.assertIsNotNone(difference_box(one, other))
+                for profile in ("Default", "Gauges", "FPS", "Graphs", "Default"):
+                    self.turn(programs, profile, bare)
                 stop.touch()
                 self.assertEqual(process.wait(60), 0, process.log.read_text(errors="replace"))
                 lines = dict(line.rstrip("\r").split("=", 1)
@@ -105,24 +104,23 @@ class Change(ShippedCase):
                 self.assertEqual(lines["frames"], lines["swaps"])
                 programs.close()
 
-    def turn(self, programs, profile):
+    def turn(self, programs, profile, bare):
+        """A profile stands where it belongs and nothing of the one before is left."""
         self.assertEqual(programs.ask("profile-name", profile)[0], 0)
         self.assertEqual(programs.ask("reload")[0], 0)
-        ground = next(iter(named_boxes(profile, *SIZE).values()))
-        bare = self.bare(programs)
-        self.assertEqual(programs.ask("on")[0], 0)
-        return wait_until(lambda: self.with_ground(programs, bare, ground))
+        grounds = list(named_boxes(profile, *SIZE).values())
+        left, top, right, bottom = grounds[0]
+        inner = (left + 4, top + 4, right - 4, bottom - 4)
+        see(self.display, programs.folder / "turn.png", lambda picture:
+            differing_inside(bare, picture, inner) > 0.9 and differing_outside(bare, picture, grounds) == 0)
 
-    def bare(self, programs):
-        """The program without the overlay."""
-        self.assertEqual(programs.ask("off")[0], 0)
-        time.sleep(1)
-        return screenshot(self.display, programs.folder / "bare.png")
-
-    def with_ground(self, programs, bare, ground):
-        picture = screenshot(self.display, programs.folder / "turn.png")
-        inner = (ground[0] + 4, ground[1] + 4, ground[2] - 4, ground[3] - 4)
-        return picture if differing_inside(bare, picture, inner) > 0.9 else None
+    def bare(self, programs, platform):
+        """The program's picture without the overlay."""
+        look = programs.folder / "bare.png"
+        alone = programs.start([*programs.wrapper, host_of(platform), "--frames", "1000000", "--size", "1280x720"])
+        picture = see_still(self.display, look, colourful)
+        programs.end(alone)
+        return picture
 
 
 class Moving(ShippedCase):

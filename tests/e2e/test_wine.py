@@ -1,15 +1,13 @@
 """The whole road on Windows, under Wine: companion, message hook, detour, host program, overlay."""
 import shutil
-import time
 import unittest
 
 from PIL import Image
 
 from e2e import sheet
-from e2e.environment import (LINUX, WIN64, Display, LinuxPrograms, WinePrograms, glfw_examples, screenshot,
-                             wait_until)
+from e2e.environment import LINUX, WIN64, Display, LinuxPrograms, WinePrograms, glfw_examples, see, see_still, wait_until
 from e2e.panels import boxes
-from e2e.pictures import difference_box, differing_outside
+from e2e.pictures import colourful, difference_box, differing_outside, lit
 
 
 ACCENT = (64, 176, 255)  # the strip of the layout's header
@@ -34,9 +32,10 @@ class WineCase(unittest.TestCase):
 
     def host(self, *switches, overlay=True, **env):
         """Runs the host to its end; its key=value lines as a dictionary."""
-        command = [WIN64 / "host_wgl.exe", "--pause-ms", "500", *switches]
-        process = self.programs.with_overlay(command, **env) if overlay else self.programs.wine(*command, **env)
-        code = process.wait(120)
+        command = [WIN64 / "host_wgl.exe", *switches]
+        process = (self.programs.with_overlay([*command, "--await-detour"], **env) if overlay else
+                   self.programs.wine(*command, **env))
+        code = process.wait(300)
         text = process.log.read_text(errors="replace")
         self.assertEqual(code, 0, text)
         return dict(line.rstrip("\r").split("=", 1) for line in text.splitlines() if "=" in line)
@@ -133,10 +132,11 @@ class Foreign(WineCase):
 
     def look(self, name, overlay):
         program = glfw_examples() / f"{name}.exe"
+        look = self.folder / "look.png"
+        see(self.display, look, lambda p: not lit(p))
         process = self.programs.with_overlay([program]) if overlay else self.programs.wine(program)
-        time.sleep(6)
+        picture = see(self.display, look, lambda p: colourful(p) and (not overlay or ACCENT in p.getdata()))
         self.assertIsNone(process.poll(), process.log.read_text(errors="replace"))
-        picture = screenshot(self.display, self.folder / f"{name}-{overlay}.png")
         self.programs.end(process)
         wait_until(lambda: process.poll() is not None)
         return picture
@@ -161,17 +161,17 @@ class Foreign(WineCase):
 
 
 class Hooks(WineCase):
-    def drawn_over(self):
+    def drawn_over(self, *switches):
         """Whether a host that was started by hand shows the overlay; hosts pump messages, so a system hook finds them."""
         before, shown = self.folder / "plain.ppm", self.folder / "hooked.ppm"
-        self.host("--frames", "95", "--dump-ppm", f"{shown}@90", "--dump-before", str(before), overlay=False)
+        self.host("--frames", "95", "--dump-ppm", f"{shown}@90", "--dump-before", str(before), *switches, overlay=False)
         return difference_box(Image.open(before).convert("RGB"), Image.open(shown).convert("RGB")) is not None
 
     def test_system_hook_reaches_programs_until_another_companion_ends_it(self):
         self.assertFalse(self.drawn_over())
         hook = self.programs.wine(self.programs.companion, "hook", "--yes")
         wait_until(lambda: "laid" in self.programs.ask("status")[1])  # the desktop's own process is the first to be entered
-        self.assertTrue(self.drawn_over())
+        self.assertTrue(self.drawn_over("--await-detour"))
         code, output = self.programs.ask("unhook")
         self.assertEqual(code, 0, output)
         self.assertEqual(hook.wait(30), 0, hook.log.read_text(errors="replace"))
@@ -180,16 +180,17 @@ class Hooks(WineCase):
 
 class Commands(WineCase):
     def test_off_and_on_again(self):
+        look = self.folder / "look.png"
+        alone = self.programs.wine(WIN64 / "host_wgl.exe", "--frames", "1000000")
+        bare = see_still(self.display, look, colourful)
+        self.programs.end(alone)
         self.choose("Shapes")  # nothing on it moves by itself
-        process = self.programs.with_overlay([WIN64 / "host_wgl.exe", "--frames", "1000000"])
-        time.sleep(6)
-        area = (0, 0, 640, 480)
-        on = screenshot(self.display, self.folder / "on.png").crop(area)
+        panels = boxes("Shapes", 640, 480)
+        process = self.programs.with_overlay([WIN64 / "host_wgl.exe", "--frames", "1000000", "--await-detour"])
+        shown = see_still(self.display, look,
+                          lambda p: difference_box(bare, p) and differing_outside(bare, p, panels) == 0)
         self.assertEqual(self.programs.ask("off")[0], 0)
-        time.sleep(1)
-        off = screenshot(self.display, self.folder / "off.png").crop(area)
-        self.assertIsNotNone(difference_box(on, off))
+        see(self.display, look, lambda p: difference_box(bare, p) is None)
         self.assertEqual(self.programs.ask("on")[0], 0)
-        time.sleep(1)
-        self.assertIsNone(difference_box(on, screenshot(self.display, self.folder / "again.png").crop(area)))
+        see(self.display, look, lambda p: difference_box(shown, p) is None)
         self.programs.end(process)

@@ -161,6 +161,7 @@ void CHostLoop::m_fnWait() {
     if (!m_st.strReadyFile.empty() && !m_uThread)
         if (std::FILE* pFile = std::fopen(m_st.strReadyFile.c_str(), "wb")) std::fclose(pFile);
     while (!m_st.strWaitFile.empty() && !FileExists(m_st.strWaitFile)) m_fnSleepPumping(10);
+    while (m_st.bAwaitDetour && !m_pSystem->m_fnIsDetoured()) m_fnSleepPumping(10);
     m_fnSleepPumping(m_st.uPauseMs);
 }
 

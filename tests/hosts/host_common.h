@@ -27,6 +27,7 @@ struct stHostOptions {
     std::string strSurface = "window";     ///< EGL only: window, pbuffer or surfaceless
     std::string strSwapThrough = "import"; ///< import, getproc or dlsym; EGL: damage-khr or damage-ext too
     std::string strLoadLibrary;            ///< Win32 only
+    bool bAwaitDetour = false;             ///< Win32 only
     std::string strScribble;               ///< Win32 only: module whose shared sections are overwritten
     std::string strDumpPpm, strDumpBefore, strStamps, strWaitFile, strReadyFile, strStopFile;
     u32 uDumpFrame = 0; ///< frame number (first is 1) whose picture is written
@@ -66,6 +67,8 @@ class CWindowSystem {
     virtual void m_fnScribble(const std::string&, u32) {}
     /// True when what was to happen beside the frames is over, so that they may end too.
     virtual bool m_fnIsDone() { return false; }
+    /// Whether somebody has laid a jump over the swap since the program began.
+    virtual bool m_fnIsDetoured() { return true; }
     /// Called at the end of each frame when a measuring tool was put into the process; null otherwise.
     virtual void (*m_fnFrameHook())() { return nullptr; }
 };

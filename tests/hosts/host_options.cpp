@@ -77,6 +77,8 @@ constexpr stSwitch g_stSwitches[] = {
     {"--idle", nullptr, Flag<&O::bIdle>, "swap without drawing"},
     {"--odd-state", nullptr, Flag<&O::bOddState>, "set unusual GL states before every swap"},
     {"--pause-ms", "T", Number<&O::uPauseMs>, "wait before the first frame, taking messages"},
+    {"--await-detour", nullptr, Flag<&O::bAwaitDetour>,
+     "Win32: before the first frame, take messages until a jump lies over the swap"},
     {"--linger-ms", "T", Number<&O::uLingerMs>, "wait after the last frame, taking messages"},
     {"--fps-cap", "N", Number<&O::uFpsCap>, "sleep 1/N seconds every frame"},
     {"--measure-from", "K", Number<&O::uMeasureFrom>, "take time from frame K to the end"},

@@ -53,6 +53,9 @@ class CWglSystem final : public CWindowSystem {
     bool m_fnIsDone() override { return m_clReloader.m_fnIsDone(); }
     void* m_fnGetProc(const char* szName) override;
     void m_fnScribble(const std::string& strModule, u32 uFrame) override;
+    bool m_fnIsDetoured() override {
+        return std::memcmp(m_pSwapCode, m_aSwapBegin, sizeof m_aSwapBegin) != 0;
+    }
 
   private:
     void m_fnFinish();
@@ -60,6 +63,8 @@ class CWglSystem final : public CWindowSystem {
     stHostOptions m_stOptions;
     SwapFunction m_fnSwapBuffers = nullptr;
     CReloader m_clReloader;
+    const void* m_pSwapCode = nullptr;
+    u8 m_aSwapBegin[5] = {}; ///< as long as a jump is; as it stood before any message was taken
 };
 
 void* ToAddress(PROC fnProc) {
@@ -103,6 +108,8 @@ bool CWglSystem::m_fnOpen(const stHostOptions& stOptions) {
     }
     m_fnSwapBuffers = SwapBuffers; // gdi32, as most programs do
     void* pSwap = ToAddress(GetProcAddress(GetModuleHandleA("opengl32.dll"), "wglSwapBuffers"));
+    m_pSwapCode = pSwap;
+    std::memcpy(m_aSwapBegin, pSwap, sizeof m_aSwapBegin);
     if (stOptions.strSwapThrough != "import") std::memcpy(&m_fnSwapBuffers, &pSwap, sizeof pSwap);
     m_clReloader.m_fnStart(stOptions.strLoadLibrary, stOptions.uReloads);
     WNDCLASSA stClass{};
