@@ -33,19 +33,48 @@ bool IsVersion(i32 iMajor, i32 iMinor) {
     return g_iGL_Major > iMajor || (g_iGL_Major == iMajor && g_iGL_Minor >= iMinor);
 }
 
+/// What came with a version of GL, or before that with an extension.
+struct stOfferRow {
+    bool stOffers::*pbOffer;
+    i32 iMajor, iMinor;
+    const char* szExtension;
+};
+constexpr i32 c_iNoVersion = 99;
+constexpr stOfferRow g_astOffers[] = {
+    {&stOffers::bViewportArrays, 4, 1, "GL_ARB_viewport_array"},
+    {&stOffers::bSamplers, 3, 3, "GL_ARB_sampler_objects"},
+    {&stOffers::bClipControl, 4, 5, "GL_ARB_clip_control"},
+    {&stOffers::bFeedbackObjects, 4, 0, "GL_ARB_transform_feedback2"},
+    {&stOffers::bAnySamples, 3, 3, "GL_ARB_occlusion_query2"},
+    {&stOffers::bAnySamplesConservative, 4, 3, "GL_ARB_ES3_compatibility"},
+    {&stOffers::bDebugOutput, 4, 3, "GL_KHR_debug"},
+    {&stOffers::bDepthBounds, c_iNoVersion, 0, "GL_EXT_depth_bounds_test"},
+};
+
+/// The driver's own list counts: GLEW's flags say only that entry points were found, which stubs are too.
+void FindExtensions() {
+    GLint iCount = 0;
+    glGetIntegerv(GL_NUM_EXTENSIONS, &iCount);
+    for (GLint i = 0; i < iCount; ++i) {
+        const GLubyte* pName = glGetStringi(GL_EXTENSIONS, static_cast<GLuint>(i));
+        if (!pName) continue;
+        for (const stOfferRow& row : g_astOffers)
+            if (std::strcmp(reinterpret_cast<const char*>(pName), row.szExtension) == 0)
+                g_stOffers.*row.pbOffer = true;
+    }
+}
+
 void FindOffers() {
+    g_stOffers = {};
     stOffers& st = g_stOffers;
     const bool bForwardOnly = (g_iGL_ContextFlag & GL_CONTEXT_FLAG_FORWARD_COMPATIBLE_BIT) != 0;
     st.bCompatibility = !(g_iGL_ContextProfileMask & GL_CONTEXT_CORE_PROFILE_BIT) && !bForwardOnly;
-    st.bViewportArrays = IsVersion(4, 1) || GLEW_ARB_viewport_array;
+    FindExtensions();
+    for (const stOfferRow& row : g_astOffers)
+        if (IsVersion(row.iMajor, row.iMinor)) st.*row.pbOffer = true;
+    // Before that the functions bear other names.
     st.bBlendOfBuffers = IsVersion(4, 0);
-    st.bSamplers = IsVersion(3, 3) || GLEW_ARB_sampler_objects;
-    st.bClipControl = IsVersion(4, 5) || GLEW_ARB_clip_control;
-    st.bFeedbackObjects = IsVersion(4, 0) || GLEW_ARB_transform_feedback2;
-    st.bAnySamples = IsVersion(3, 3) || GLEW_ARB_occlusion_query2;
-    st.bAnySamplesConservative = IsVersion(4, 3) || GLEW_ARB_ES3_compatibility;
-    st.bDebugOutput = (g_iGL_ContextFlag & GL_CONTEXT_FLAG_DEBUG_BIT) && (IsVersion(4, 3) || GLEW_KHR_debug);
-    st.bDepthBounds = GLEW_EXT_depth_bounds_test;
+    if (!(g_iGL_ContextFlag & GL_CONTEXT_FLAG_DEBUG_BIT)) st.bDebugOutput = false;
     st.bKnown = true;
 }
 
