@@ -4,6 +4,7 @@
 #include "companion/foreign_bytes.h"
 #include "companion/foreign_overlays.h"
 #include "companion/os.h"
+#include "platform/swap_gate.h"
 #include <cstring>
 #include <psapi.h>
 #include <shellapi.h>
@@ -71,6 +72,13 @@ template <class T> bool ReadRemote(HANDLE hProcess, u64 uAddress, T& value) {
            uRead == sizeof(value);
 }
 
+/// Where the jumps end there may be the library's gate, which is no part of its image and calls into it.
+Detour ReadGate(HANDLE hProcess, u64 uGate, const RemoteModules& stModules) {
+    u64 uWay = 0;
+    if (!ReadRemote(hProcess, uGate + platform::g_uSwapGateWayOffset, uWay)) return Detour::Other;
+    return uWay - stModules.uLibrary < stModules.uLibraryBytes ? Detour::Ours : Detour::Other;
+}
+
 /// Follows the jumps at the swap function of a process. The function lies as far into the module there as
 /// here.
 Detour ReadDetour(HANDLE hProcess, const RemoteModules& stModules) {
@@ -82,7 +90,8 @@ Detour ReadDetour(HANDLE hProcess, const RemoteModules& stModules) {
         u8 auBytes[16] = {};
         if (!ReadRemote(hProcess, uAddress, auBytes)) return iHop == 0 ? Detour::Unknown : Detour::Other;
         const Jump stJump = ReadJump(auBytes, sizeof(auBytes), uAddress);
-        if (stJump.eKind == Jump::Kind::None) return iHop == 0 ? Detour::NotLaid : Detour::Other;
+        if (stJump.eKind == Jump::Kind::None)
+            return iHop == 0 ? Detour::NotLaid : ReadGate(hProcess, uAddress, stModules);
         uAddress = stJump.uAddress;
         if (stJump.eKind == Jump::Kind::ThroughPointer && !ReadRemote(hProcess, stJump.uAddress, uAddress)) {
             return Detour::Other;

@@ -13,6 +13,7 @@
 #include "platform/named_mapping.h"
 #include "platform/process.h"
 #include "platform/shared_block.h"
+#include "platform/swap_gate.h"
 #include "shared/command_handler.h"
 #include "shared/hooking.h"
 #include "shared/process_records.h"
@@ -114,13 +115,17 @@ static void RunSwapSteps(void* hdc) {
 
 static bool IsEnabled() { return g_bHooked && g_fnReadOnce(platform::SharedSegment()->bGlobalEnable) != 0; }
 
-extern "C" i32 GL_wglSwapBuffers(void* hdc) {
-    if (!IsEnabled()) return SwapAndDrain(hdc);
+void g_fnAheadOfSwap(void* hdc) noexcept {
+    if (!IsEnabled()) return;
     try {
         RunSwapSteps(hdc);
     } catch (...) {
         g_fnLog("GLGraphics: GL_wglSwapBuffers() - exception");
     }
+}
+
+extern "C" i32 GL_wglSwapBuffers(void* hdc) {
+    g_fnAheadOfSwap(hdc);
     return SwapAndDrain(hdc);
 }
 
@@ -189,6 +194,7 @@ static void RunPipeline(platform::SurfaceHandle hdc) {
     if (g_uApiCode != 0 && g_uApiCode != g_uApiCodeOpenGL) return;
     if (!AcceptDeviceContext(hdc)) return;
     if (!g_bInitGL && !g_fnIsLoadDue()) return;
+    if (!g_bInitGL && !platform::HoldLibraryForSwap()) return; // a build loads modules
     if (!g_bInitGL) g_fnReadHostCare();
     const bool bBuilt = g_bInitGL && g_bInitGLEW;
     std::optional<CTimerReading> reading; // one for the whole frame, but a build takes its time

@@ -46,6 +46,8 @@ ORVIN_EXPORT i32 GL_wglSwapBuffers(void* hdc);
 ORVIN_EXPORT i32 GL_wglDeleteContext(void* hglrc);
 }
 
+/// All that GL_wglSwapBuffers does ahead of the real swap.
+void g_fnAheadOfSwap(void* hdc) noexcept;
 /// Steps before drawing, then one drawn frame. Throws nothing; g_bPipelineIdle is set again on every way out.
 void g_fnTavo_GL_PrewglSwapBuffers(platform::SurfaceHandle hdc) noexcept;
 /// One drawn frame in the current context.

@@ -4,6 +4,7 @@
 #include "platform/clock.h"
 #include "platform/process.h"
 #include "platform/shared_block.h"
+#include "platform/swap_gate.h"
 #include "shared/process_records.h"
 #include <new>
 
@@ -173,9 +174,11 @@ i32 FailHook(const char* szStep) noexcept {
 i32 LayDetour() noexcept {
     CMiniHook* pMiniHook = g_pMiniHook;
     g_pHookTarget = pOrg_GL_wglSwapBuffers;
-    MH_STATUS eStatus =
-        pMiniHook->CreateHook(g_pHookTarget, reinterpret_cast<void*>(&GL_wglSwapBuffers), &g_pTrampoline);
+    void* const pDetour =
+        platform::SwapGate({&GL_wglSwapBuffers, &g_fnAheadOfSwap, g_apGlFuncs[g_uGlFuncCount - 1]});
+    MH_STATUS eStatus = pMiniHook->CreateHook(g_pHookTarget, pDetour, &g_pTrampoline);
     if (eStatus != MH_OK && eStatus != MH_ERROR_ALREADY_CREATED) return FailHook("CreateHook");
+    platform::OpenSwapGate(g_pTrampoline);
     eStatus = pMiniHook->EnableHook(g_pHookTarget);
     if (eStatus != MH_OK && eStatus != MH_ERROR_ENABLED) return FailHook("EnableHook");
     g_bHooked = true;
@@ -251,6 +254,7 @@ i32 Hook_graph() noexcept {
 i32 UnHook_openGL(u32 deInitCase) noexcept {
     g_fnLog("HookOpenGL: UnHook_openGL() deInitCase' %i", static_cast<i32>(deInitCase));
     if (!g_bHooked) return -1;
+    platform::CloseSwapGate(); // what follows takes away what a swap stands on
     g_fnCloseApiMapping();
     CMiniHook* pMiniHook = g_pMiniHook;
     if (pMiniHook && g_pHookTarget) pMiniHook->RemoveHook(g_pHookTarget);

@@ -15,12 +15,15 @@ struct stThread {
     HMODULE m_hModule = nullptr; ///< reference that keeps this library mapped while the thread runs
     ThreadFunction m_fnThread = nullptr;
     void* m_pArgument = nullptr;
+    std::atomic<bool> m_bEntered{false}; ///< out of the loader, which it passes ahead of its first own step
+    std::atomic<bool> m_bStop{false};    ///< to leave at once
     std::atomic<bool> m_bLeaving{false}; ///< from here on the thread itself gives the reference back
 };
 
 DWORD WINAPI ThreadStart(void* pParameter) {
     stThread* pThread = static_cast<stThread*>(pParameter);
-    const u32 uResult = pThread->m_fnThread(pThread->m_pArgument);
+    pThread->m_bEntered.store(true);
+    const u32 uResult = pThread->m_bStop.load() ? 0 : pThread->m_fnThread(pThread->m_pArgument);
     HMODULE hModule = pThread->m_hModule;
     pThread->m_bLeaving.store(true);
     // Returning would run code of a library that may be gone once the reference is dropped.
@@ -64,9 +67,10 @@ void KillThread(ThreadHandle hThread) noexcept {
     stThread* pThread = static_cast<stThread*>(hThread);
     if (!pThread || !pThread->m_hThread) return;
     const bool bSuspended = Suspend(pThread->m_hThread);
-    if (bSuspended && pThread->m_bLeaving.load()) {
-        // It is inside the loader giving its reference back; killed there it would take the loader's lock
-        // along.
+    if (bSuspended && (!pThread->m_bEntered.load() || pThread->m_bLeaving.load())) {
+        // It is inside the loader, on its way in or giving its reference back; killed there it would take the
+        // loader's lock along.
+        pThread->m_bStop.store(true);
         ResumeThread(pThread->m_hThread);
     } else if (!pThread->m_bLeaving.load()) {
         TerminateThread(pThread->m_hThread, 0);

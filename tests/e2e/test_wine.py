@@ -11,6 +11,7 @@ from e2e.pictures import colourful, difference_box, differing_outside, lit
 
 
 ACCENT = (64, 176, 255)  # the strip of the layout's header
+LIMITER_KEYS = [rf"HKLM\SOFTWARE\{view}Zarn\ORVIN-OSD\FPSLimiter" for view in ("", "WOW6432Node\\")]
 SIMPLE_SIZE = (640, 480)  # client size of the "simple" example
 SIMPLE_CORNER = (120, 110)  # pixels that its triangle never reaches, window frame included
 
@@ -102,6 +103,13 @@ class Picture(WineCase):
 
 
 class Robustness(WineCase):
+    def limit(self, target):
+        for key in LIMITER_KEYS:
+            for name, value in (("Enable", int(target > 0)), ("FPSTarget", target)):
+                self.programs.run([*self.programs.wrapper, "reg", "add", key, "/v", name, "/t", "REG_DWORD", "/d",
+                                   str(value), "/f"])
+            self.addCleanup(self.programs.run, [*self.programs.wrapper, "reg", "delete", key, "/f"])
+
     def test_hosts_of_every_kind_run_to_their_end(self):
         for kind in (["--second-window"], ["--two-threads"], ["--resize-storm"], ["--remake-context", "20"],
                      ["--fresh-surface"], ["--odd-state"]):
@@ -113,6 +121,15 @@ class Robustness(WineCase):
             with self.subTest(frames=frames):
                 lines = self.host("--frames", "1000000000", "--exit-while-swapping", str(frames))
                 self.assertNotIn("frames", lines)  # it never came to its end
+
+    def test_library_loaded_and_freed_again_and_again_beside_a_thread_that_swaps(self):
+        """While the overlay is built, in the limiter's wait and in the real swap; the swap's own bytes come back."""
+        for limit in (0, 30):
+            with self.subTest(limit=limit):
+                self.limit(limit)
+                lines = self.host("--frames", "1000000000", "--load-library", self.folder / "ORVIN-OSD64-GL.dll",
+                                  "--reloads", "32", overlay=False)
+                self.assertEqual([lines[f"reload_{key}"] for key in ("detours", "stayed", "changed")], ["32", "0", "0"])
 
     def test_random_bytes_in_the_whole_section_while_a_host_swaps(self):
         lines = self.host("--frames", "400", "--scribble", "ORVIN-OSD64-GL.dll")

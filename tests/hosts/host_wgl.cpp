@@ -75,8 +75,9 @@ void* ToAddress(PROC fnProc) {
 
 constexpr u32 g_uEntryBytes = 16;
 
-/// How often the library stands loaded, in milliseconds: from less than a frame to many.
-constexpr u32 g_uStays[] = {0, 3, 40, 1, 150, 7, 400, 15};
+/// How long the library stands loaded, in milliseconds: from less than a frame to more than the limiter needs
+/// to begin.
+constexpr u32 g_uStays[] = {0, 3, 40, 1, 150, 7, 2500, 15};
 
 /// Counts what a load and an unload leave changed: the first bytes of the swap, and the library itself.
 void CReloader::m_fnRun(const std::string& strLibrary, u32 uTimes) {

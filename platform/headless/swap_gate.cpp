@@ -1,0 +1,11 @@
+// The library is never unmapped here, so there is nothing to guard.
+#include "platform/swap_gate.h"
+
+namespace platform {
+
+void* SwapGate(const stSwapGateWay& stWay) noexcept { return reinterpret_cast<void*>(stWay.m_fnSwap); }
+void OpenSwapGate(void*) noexcept {}
+void CloseSwapGate() noexcept {}
+bool HoldLibraryForSwap() noexcept { return true; }
+
+} // namespace platform
