@@ -171,7 +171,7 @@ void CDrawBasic_Merged::Update() {
 
 void CDrawBasic_Merged::m_fnRender() {
     Update();
-    bool bBound = false;
+    bool bBound = false, bBackdropBound = false;
     for (const stRun& run : m_aRuns) {
         if (run.uIndex == run.uIndexEnd || (run.uPass == g_uPassBlur && !g_bCaptureBackdrop)) continue;
         if (!bBound) m_stream.m_fnBind();
@@ -179,19 +179,28 @@ void CDrawBasic_Merged::m_fnRender() {
         if (run.uPass == g_uPassTexture)
             DrawPictures(run);
         else
-            Draw(run);
+            Draw(run, bBackdropBound);
     }
     if (bBound) g_fnUnbindMergedStream();
 }
 
-void CDrawBasic_Merged::Draw(const stRun& run) {
-    run.pProgram->m_fnUse();
-    if (run.uPass == g_uPassBlur) {
-        glActiveTexture(GL_TEXTURE0);
-        glBindTexture(GL_TEXTURE_2D, g_uCopyTexture);
-        // The copy of each frame sets them otherwise.
+/// All frosted shapes look through the same copy. Of its parameters, making the copy sets the border
+/// otherwise each time.
+void CDrawBasic_Merged::BindBackdrop() {
+    static const GLfloat afBorder[4] = {0.0f, 0.0f, 0.0f, 1.0f};
+    g_fnActivateMergedUnit();
+    glBindTexture(GL_TEXTURE_2D, g_uCopyTexture);
+    if (m_uSampledCopy == g_uCopyTexture)
+        glTexParameterfv(GL_TEXTURE_2D, GL_TEXTURE_BORDER_COLOR, afBorder);
+    else
         g_fnSetDrawSampling(GL_LINEAR);
-    }
+    m_uSampledCopy = g_uCopyTexture;
+}
+
+void CDrawBasic_Merged::Draw(const stRun& run, bool& bBackdropBound) {
+    run.pProgram->m_fnUse();
+    if (run.uPass == g_uPassBlur && !bBackdropBound) BindBackdrop();
+    bBackdropBound |= run.uPass == g_uPassBlur;
     glDrawElements(GL_TRIANGLES, static_cast<GLsizei>(run.uIndexEnd - run.uIndex), GL_UNSIGNED_INT,
                    reinterpret_cast<const void*>(std::uintptr_t{run.uIndex} * sizeof(u32)));
 }

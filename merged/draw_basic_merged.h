@@ -44,7 +44,8 @@ class CDrawBasic_Merged final : public CDrawBasic_Base, private CMergedSink {
     void Write(stEntry& entry);
     void WriteChanged();
     void Update();
-    void Draw(const stRun& run);
+    void BindBackdrop();
+    void Draw(const stRun& run, bool& bBackdropBound);
     void DrawPictures(const stRun& run);
 
     std::unique_ptr<GLProgram> m_pProgramColor, m_pProgramTexture;

@@ -179,7 +179,7 @@ void CDrawText_Merged::m_fnRender() {
         if (!bBound) {
             ProgramInUse().m_fnUse();
             m_stream.m_fnBind();
-            glActiveTexture(GL_TEXTURE0);
+            g_fnActivateMergedUnit();
         }
         bBound = true;
         run.pFont->m_fnBindTexture(m_uTextureUnit);

@@ -1,5 +1,6 @@
 #include "merged/merged_stream.h"
 
+#include "config/host_care.h"
 #include "frame/state_guard.h"
 #include "platform/gl_api.h"
 #include "platform/surface.h"
@@ -100,4 +101,10 @@ void CMergedStream::m_fnRelease() {
     m_bChanged = true;
 }
 
-void g_fnUnbindMergedStream() { glBindVertexArray(GLSavedState.TemporaryVertexArray); }
+void g_fnActivateMergedUnit() {
+    if (!g_stHostCare.bOuterGuard) glActiveTexture(GL_TEXTURE0);
+}
+
+void g_fnUnbindMergedStream() {
+    if (!g_stHostCare.bOuterGuard) glBindVertexArray(GLSavedState.TemporaryVertexArray);
+}

@@ -56,5 +56,7 @@ class CMergedStream {
     bool m_bChanged = true;
 };
 
-/// After the last draw: the array that the state guard bound.
+/// Ahead of the draws of a batcher with textures: the unit that they are bound on.
+void g_fnActivateMergedUnit();
+/// After the last draw: the array that the state guard bound. The other guard gives back whatever is bound.
 void g_fnUnbindMergedStream();

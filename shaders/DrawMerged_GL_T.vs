@@ -17,6 +17,9 @@ flat out vec4 tint;
 // order top left, top right, bottom right, bottom left.
 out vec2 place;
 
+// So that no clipping distance that the program has switched on cuts anything off.
+out float gl_ClipDistance[8];
+
 void main() {
     texCoord = v2Tex0;
     textColour = v4Color0;
@@ -26,4 +29,5 @@ void main() {
     vec4 position = mProj * (mView * v4Place);
     position.y = -position.y;
     gl_Position = position;
+    for (int i = 0; i < 8; ++i) gl_ClipDistance[i] = 1.0;
 }

@@ -12,10 +12,14 @@ layout(location = 2) in vec2 v2Tex0;
 out vec2 texCoord;
 flat out vec4 tint;
 
+// So that no clipping distance that the program has switched on cuts anything off.
+out float gl_ClipDistance[8];
+
 void main() {
     texCoord = v2Tex0;
     tint = v4Tint;
     vec4 position = mProj * (mView * v4Place);
     position.y = -position.y;
     gl_Position = position;
+    for (int i = 0; i < 8; ++i) gl_ClipDistance[i] = 1.0;
 }

@@ -122,6 +122,10 @@ class MergedDraw : public DrawFixture {
         return gl_recorder::Stop();
     }
 
+    static std::ptrdiff_t CountDraws(const Calls& calls) {
+        return std::ranges::count_if(calls, [](const auto& s) { return s.starts_with("glDraw"); });
+    }
+
     stWorld m_astWorlds[2];
     std::vector<std::unique_ptr<CFontUniCode>> m_apFonts;
     const Picture m_backdrop = MakeBackdrop(s_uWidth, s_uHeight);
@@ -423,6 +427,86 @@ TEST_F(MergedRandom, FiveHundredLayoutsAndTheirChangesHaveTheSamePixels) {
     EXPECT_GT(m_uDrawn, 1800u) << "most layouts show something";
 }
 
+TEST_F(MergedRandom, PicturesAreDrawnOneByOneAboveFlatShapes) {
+    GLuint uTexture = 0;
+    glGenTextures(1, &uTexture);
+    g_bCaptureBackdrop = false;
+    g_mapBlurDiameters.clear();
+    for (u32 u = 0; u < 6; ++u) {
+        const DrawKey pKey = u % 2 == 0 ? g_keyTextureList : g_keyColorList;
+        Both([&](stWorld& world) {
+            CPanel_Base& panel = *world.aPanels.emplace_back(g_stCreationTable.m_fnCreatePanel());
+            panel.m_fnSetGeometry(120, 90);
+            panel.m_fnSetColorF(1, 0.2f * static_cast<f32>(u), 0.5f, 0.6f);
+            panel.m_fnSetDrawKey(pKey);
+            EXPECT_TRUE(panel.m_fnInitialize());
+            panel.m_fnSetPosition(20.25f * static_cast<f32>(u), 15 * static_cast<f32>(u), 0);
+            world.manager.m_fnAttachBack(&panel, u % 2 == 0 ? g_uLayerTexture : g_uLayerColor);
+        });
+    }
+    const auto fnDraw = [&](stWorld& world) {
+        g_pOSDManager = &world.manager;
+        glClear(GL_COLOR_BUFFER_BIT);
+        glActiveTexture(GL_TEXTURE0);
+        glBindTexture(GL_TEXTURE_2D, uTexture);
+        static constexpr u8 au8Texels[] = {255, 0, 0, 255, 0, 255, 0, 128, 0, 0, 255, 255, 9, 99, 199, 64};
+        glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA8, 2, 2, 0, GL_RGBA, GL_UNSIGNED_BYTE, au8Texels);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+        static_cast<CDraw_Base*>(world.pBasic.get())->m_fnRender();
+        return Read().aBytes;
+    };
+    EXPECT_EQ(fnDraw(m_astWorlds[1]), fnDraw(m_astWorlds[0]));
+    EXPECT_EQ(CountDraws(FrameCalls()), 4) << "three pictures above the flat shapes";
+    glDeleteTextures(1, &uTexture);
+}
+
+/// What a program presents when its panels can change no pixel.
+TEST_F(MergedRandom, PanelsWithoutAlphaCostNothingUntilTheyHaveSome) {
+    m_random.seed(3);
+    AddPanels(20);
+    g_bCaptureBackdrop = false;
+    for (const auto& pPanel : m_astWorlds[1].aPanels) pPanel->m_fnSetColorF(1, 1, 1, 0);
+    FrameCalls();
+    EXPECT_EQ(FrameCalls(), Calls());
+    const auto& aPanels = m_astWorlds[1].aPanels;
+    const auto it = std::ranges::find_if(aPanels, [](const auto& p) {
+        return p->m_fnGetDrawKey() == g_keyColorList && p->m_fnIsRenderable();
+    });
+    ASSERT_NE(it, aPanels.end());
+    (*it)->m_fnSetColorF(1, 1, 1, 0.5f);
+    EXPECT_EQ(CountDraws(FrameCalls()), 1);
+}
+
+TEST_F(MergedRandom, AChangedDigitHandsOverItsOwnQuadOnly) {
+    m_random.seed(5);
+    Both([&](stWorld& world) {
+        for (const auto& pFont : m_apFonts) world.manager.m_fnAddToLayer(pFont.get(), g_uLayerFont);
+        for (u32 u = 0; u < 9; ++u) {
+            CNumBox_Base& box = *world.aNumbers.emplace_back(g_stCreationTable.m_fnCreateNumBox());
+            SetUpBox(box, *m_apFonts[0], 20, {1, 1, 1, 1}, false);
+            EXPECT_TRUE(box.m_fnInitialize());
+            box.m_fnSetInt(1000, 0);
+            world.manager.m_fnAttachBack(&box, g_uLayerFont);
+        }
+    });
+    const auto fnChange = [&](i32 iValue) {
+        m_astWorlds[1].aNumbers[4]->m_fnSetInt(iValue, 0);
+        return FrameCalls();
+    };
+    for (i32 i = 0; i < 4; ++i) fnChange(1001 + i); // each of the buffers that take turns has been filled
+    const Calls calls = fnChange(1000);
+    EXPECT_EQ(std::ranges::count_if(calls, [](const auto& s) { return s.starts_with("glBufferData"); }), 0);
+    const auto it =
+        std::ranges::find_if(calls, [](const auto& s) { return s.starts_with("glBufferSubData"); });
+    ASSERT_NE(it, calls.end());
+    // A quad: four vertices of 14 floats, less what stays the same at both ends.
+    u32 uBytes = 0;
+    const std::string strSize = it->substr(it->find(", ", it->find(", ") + 2) + 2);
+    uBytes = static_cast<u32>(std::stoul(strSize));
+    EXPECT_LE(uBytes, 4u * 14 * 4) << *it;
+    EXPECT_GT(uBytes, 0u);
+}
+
 TEST_F(MergedRandom, AFrameWithoutAChangeTakesFewCallsAndHandsNothingOver) {
     m_random.seed(7);
     AddPanels(40);
@@ -442,8 +526,7 @@ TEST_F(MergedRandom, AFrameWithoutAChangeTakesFewCallsAndHandsNothingOver) {
         EXPECT_FALSE(strCall.starts_with("glGet")) << strCall;
         EXPECT_FALSE(strCall.starts_with("glUniform")) << strCall;
     }
-    EXPECT_EQ(std::ranges::count_if(calls, [](const auto& s) { return s.starts_with("glDrawElements"); }), 3)
-        << "shapes, and one a font";
+    EXPECT_EQ(CountDraws(calls), 3) << "shapes, and one a font";
 }
 
 } // namespace

@@ -17,6 +17,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr i64 g_iNanosecondsPerMinute = 60'000'000'000;
+constexpr char c_szMerged[] = "MergedDraw = 1\n";
 
 class MergedProfiles : public ProfileFixture {
   protected:
@@ -28,9 +29,7 @@ class MergedProfiles : public ProfileFixture {
         std::ranges::sort(names);
         return names;
     }
-    void UseMerged(bool bMerged) const {
-        WriteData("OSD.ini", bMerged ? "[HostCare]\nMergedDraw = 1\n" : "");
-    }
+    void UseKeys(const std::string& strKeys) const { WriteData("OSD.ini", "[HostCare]\n" + strKeys); }
     /// Figures live as long as the process, so both runs begin with the same.
     static void ForgetFigures() {
         std::fill(std::begin(uFrameRing), std::end(uFrameRing), 0u);
@@ -41,8 +40,9 @@ class MergedProfiles : public ProfileFixture {
         g_vecFPSSamples.clear();
     }
     /// What the program's window shows after some frames, with the program's own picture below.
-    std::vector<Picture> Show(const std::u16string& wzProfile, bool bMerged) {
-        UseMerged(bMerged);
+    std::vector<Picture> Show(const std::u16string& wzProfile, const std::string& strKeys) {
+        const bool bMerged = strKeys.find("MergedDraw") != std::string::npos;
+        UseKeys(strKeys);
         g_fnTavo_GL_Release();
         m_context.Destroy();
         headless::SetClock(m_iClock);
@@ -71,9 +71,9 @@ TEST_F(MergedProfiles, EachHasTheSamePixelsInBothFlavours) {
     m_iClock = 1000 * g_iNanosecondsPerMinute;
     for (const std::u16string& wzProfile : ProfileNames()) {
         const std::string strName(wzProfile.begin(), wzProfile.end());
-        const std::vector<Picture> expected = Show(wzProfile, false);
+        const std::vector<Picture> expected = Show(wzProfile, "");
         m_iClock += g_iNanosecondsPerMinute;
-        const std::vector<Picture> actual = Show(wzProfile, true);
+        const std::vector<Picture> actual = Show(wzProfile, c_szMerged);
         m_iClock += g_iNanosecondsPerMinute;
         ASSERT_EQ(actual.size(), expected.size());
         for (std::size_t i = 0; i < expected.size(); ++i) {
@@ -88,10 +88,19 @@ TEST_F(MergedProfiles, EachHasTheSamePixelsInBothFlavours) {
     EXPECT_GE(uShown, 14u);
 }
 
+TEST_F(MergedProfiles, InsideTheOtherGuardThePixelsAreTheSameToo) {
+    m_iClock = 2000 * g_iNanosecondsPerMinute;
+    const std::vector<Picture> expected = Show(u"Bench", "");
+    m_iClock += g_iNanosecondsPerMinute;
+    const std::vector<Picture> actual = Show(u"Bench", std::string("OuterGuard = 1\n") + c_szMerged);
+    ASSERT_EQ(actual.size(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_EQ(actual[i].aBytes, expected[i].aBytes) << i;
+}
+
 TEST_F(MergedProfiles, WithoutOneOfItsShadersTheOpenGLFlavourDraws) {
     WriteProfile("Own", "<Panel Name='P' IsShow='1' FrameSizeW='90' FrameSizeH='90' ContentSizeW='90' "
                         "ContentSizeH='90' PanelType='1' PanelColorA='255'/>");
-    UseMerged(true);
+    UseKeys(c_szMerged);
     fs::remove(Data("DrawMerged_GL_T.fs"));
     ASSERT_TRUE(Begin(true, u"Own"));
     ASSERT_TRUE(RunUntilBuilt());
