@@ -59,6 +59,7 @@ Result DoUnhook(Context&) {
 }
 
 Result DoInit(Context& st) {
+    ForgetDead(st.stLibrary);
     const size_t uPrograms = Programs(st.stLibrary).size();
     if (uPrograms != 0 && !st.stOptions.bYes) {
         return Result::Fail("init: " + std::to_string(uPrograms) +
@@ -71,7 +72,7 @@ Result DoInit(Context& st) {
 Result DoEnable(Context& st) {
     const bool bOn = st.stOptions.eVerb == Verb::On;
     st.stLibrary.fnSendCommand(kCommandEnable, 0, 0, bOn ? 1 : 0);
-    return NeedPrograms(st.stLibrary);
+    return NeedHolder(st.stLibrary);
 }
 
 Result DoReload(Context& st) {
@@ -126,16 +127,20 @@ Result DoSend(Context& st) {
     return bWritesNothing ? Result{} : NeedPrograms(st.stLibrary);
 }
 
-Result DoProfileName(Context& st) { return UseProfile(st.stLibrary, st.stOptions.strTarget); }
+Result DoProfileName(Context& st) {
+    const Result stThere = NeedProfileFolder(st.stOptions.strTarget, st.stOptions.stProfile.bForce);
+    return stThere ? UseProfile(st.stLibrary, st.stOptions.strTarget) : stThere;
+}
 
 Result DoProfile(Context& st) { return PerformProfile(st.stOptions, st.listWords, st.iExitCode); }
 
 Result DoFrameTime(Context& st) {
     st.stLibrary.fnEnableQueryFrameTime(st.stOptions.bEnable ? 1 : 0);
-    return NeedPrograms(st.stLibrary);
+    return NeedHolder(st.stLibrary);
 }
 
 Result DoStatus(Context& st) {
+    ForgetDead(st.stLibrary);
     PrintStatus(st.stLibrary, st.stOptions);
     return {};
 }
@@ -155,7 +160,7 @@ Result DoDoctor(Context& st) {
 
 Result DoFeed(Context& st) {
     const Result stFed = Feed(st.stLibrary, st.stOptions);
-    return stFed && st.stOptions.bOnce ? NeedPrograms(st.stLibrary) : stFed;
+    return stFed && st.stOptions.bOnce ? NeedHolder(st.stLibrary) : stFed;
 }
 
 Result DoSensors(Context& st) {
@@ -171,7 +176,7 @@ Result DoNames(Context& st) {
 Result DoSet(Context& st) {
     const Result stSet =
         SetValue(sensors::TargetOf(st.stLibrary), st.stOptions.strTarget, st.stOptions.iValue);
-    return stSet ? NeedPrograms(st.stLibrary) : stSet;
+    return stSet ? NeedHolder(st.stLibrary) : stSet;
 }
 
 Result DoTop(Context& st) {
@@ -252,7 +257,9 @@ int Main(const std::vector<std::string>& listArguments) {
         return stParsed.iExitCode;
     }
     Context st{stParsed.stOptions, listArguments, {}, kOk};
-    const Result stResult = Perform(st);
+    Result stResult = Perform(st);
+    if (os::SegmentWasCut())
+        stResult = Result::Fail("somebody has shortened " + st.stLibrary.strSegmentPlace);
     if (stResult) return st.iExitCode;
     std::fprintf(stderr, "orvin-osd: %s\n", Printable(stResult.strError).c_str());
     return stResult.iCode;

@@ -43,9 +43,11 @@ Result LoadControlLibrary(const std::string& strPath, ControlLibrary& stLibrary)
     if (stLibrary.hModule == nullptr) return Result::Fail("cannot load " + strFile + ": " + strError);
     const std::string strMissing = ResolveAll(stLibrary);
     if (!strMissing.empty()) return Result::Fail(strFile + " does not export " + strMissing);
-    stLibrary.pSegment = static_cast<const stSharedSegment*>(
-        os::MapSegment(stLibrary.hModule, sizeof(stSharedSegment), strError));
-    if (stLibrary.pSegment == nullptr) return Result::Fail("cannot reach the shared segment: " + strError);
+    const os::Segment stSegment = os::FindSegment(stLibrary.hModule, sizeof(stSharedSegment), strError);
+    if (stSegment.pView == nullptr) return Result::Fail("cannot reach the shared segment: " + strError);
+    stLibrary.pSegment = static_cast<stSharedSegment*>(stSegment.pView);
+    stLibrary.strSegmentPlace = stSegment.strPlace;
+    stLibrary.strSegmentNote = stSegment.strNote;
     return {};
 }
 

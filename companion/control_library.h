@@ -24,7 +24,9 @@ struct ControlLibrary {
     decltype(&::GetAPIVerByTID_GL) fnRearmApiCode = nullptr;
     decltype(&::Hook_CB_ProcGetMSGOfGL) fnHookCallback = nullptr;
     /// The live segment; others write it at any time.
-    const stSharedSegment* pSegment = nullptr;
+    stSharedSegment* pSegment = nullptr;
+    std::string strSegmentPlace; ///< the file that it lies in; empty where it is part of the library
+    std::string strSegmentNote;  ///< what is odd about that place; mostly empty
 };
 
 /// Loads the library from strPath, or from beside the companion if empty. Loading attaches the companion

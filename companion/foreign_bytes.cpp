@@ -1,6 +1,7 @@
 #include "companion/foreign_bytes.h"
 #include "companion/foreign_overlays.h"
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 #include <string>
 
@@ -38,6 +39,32 @@ void ReadModuleFacts(std::string_view strMaps, ProcessFacts& stFacts) {
         AddModule(strFile, stFacts);
     }
     if (stFacts.bReadable) stFacts.eDetour = stFacts.bLibraryMapped ? Detour::Preload : Detour::Unknown;
+}
+
+namespace {
+
+/// "BEGIN-END rw-s OFFSET MAJOR:MINOR INODE   PATH", numbers hexadecimal but for the inode.
+std::optional<SharedMap> ReadMapLine(const std::string& strLine, const FileNumber& stFile) {
+    unsigned long long uBegin = 0, uEnd = 0, uOffset = 0, uNumber = 0;
+    unsigned uMajor = 0, uMinor = 0;
+    char szAccess[8] = {};
+    const int iRead = std::sscanf(strLine.c_str(), "%llx-%llx %7s %llx %x:%x %llu", &uBegin, &uEnd, szAccess,
+                                  &uOffset, &uMajor, &uMinor, &uNumber);
+    if (iRead != 7 || uEnd <= uBegin || uOffset != 0 || std::strcmp(szAccess, "rw-s") != 0)
+        return std::nullopt;
+    if (uMajor != stFile.uMajor || uMinor != stFile.uMinor || uNumber != stFile.uNumber) return std::nullopt;
+    return SharedMap{uBegin, static_cast<size_t>(uEnd - uBegin)};
+}
+
+} // namespace
+
+std::optional<SharedMap> FindSharedMap(std::string_view strMaps, const FileNumber& stFile) {
+    while (!strMaps.empty()) {
+        const size_t uEnd = std::min(strMaps.find('\n'), strMaps.size());
+        if (const auto stMap = ReadMapLine(std::string(strMaps.substr(0, uEnd)), stFile)) return stMap;
+        strMaps.remove_prefix(std::min(uEnd + 1, strMaps.size()));
+    }
+    return std::nullopt;
 }
 
 ApiClaim ClaimOfTag(const char* szTag) {

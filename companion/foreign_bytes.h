@@ -2,6 +2,7 @@
 // Small readers whose input comes from other processes; apart from the system calls, so that tests reach
 // them.
 #include "companion/diagnosis.h"
+#include <optional>
 #include <string_view>
 
 namespace companion {
@@ -9,6 +10,21 @@ namespace companion {
 /// Fills the module facts from the text of a process's memory map, one mapping a line with the file's path
 /// last. An empty text means that the map could not be read.
 void ReadModuleFacts(std::string_view strMaps, ProcessFacts& stFacts);
+
+/// What a file is to the system.
+struct FileNumber {
+    u32 uMajor = 0, uMinor = 0; ///< of its device
+    u64 uNumber = 0;
+};
+
+/// A file that a process has mapped to share it.
+struct SharedMap {
+    u64 uAddress = 0;
+    size_t uBytes = 0;
+};
+/// Finds a shared, writable mapping of a file, from its start, in the text of a process's memory map. By
+/// device and number, since the file may have had another name when it was opened.
+std::optional<SharedMap> FindSharedMap(std::string_view strMaps, const FileNumber& stFile);
 
 /// Meaning of the first three bytes of a process's API block.
 ApiClaim ClaimOfTag(const char* szTag);

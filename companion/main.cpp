@@ -1,5 +1,6 @@
 #include "companion/commands.h"
 #include "companion/os.h"
+#include "companion/utf.h"
 #include <cstdio>
 #include <exception>
 
@@ -7,7 +8,7 @@ int main(int argc, char** argv) {
     try {
         return companion::Main(companion::os::Arguments(argc, argv));
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "orvin-osd: %s\n", error.what());
+        std::fprintf(stderr, "orvin-osd: %s\n", companion::Printable(error.what()).c_str());
         return companion::kFailed;
     }
 }

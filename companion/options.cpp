@@ -72,11 +72,14 @@ void AddControls(CLI::App& app, Options& st) {
     CLI::App* pReload = AddVerb(app, st, Verb::Reload, "reload",
                                 "release the overlay and build it anew from its files, in every program");
     pReload->add_option("--pid", st.uPid, "only in this process")->type_name("PID");
-    CLI::App* pProfile = AddVerb(app, st, Verb::ProfileName, "profile-name",
-                                 "the same as 'profile use --force'; the name may be empty for the default");
+    CLI::App* pProfile =
+        AddVerb(app, st, Verb::ProfileName, "profile-name",
+                "the same as 'profile use' without its check of the profile; the name may be empty "
+                "for the default");
     pProfile->add_option("name", st.strTarget, "name of a folder under Profiles; empty for the default")
         ->required()
         ->type_name("NAME");
+    pProfile->add_flag("--force", st.stProfile.bForce, "although there is no profile of that name");
     CLI::App* pFrameTime =
         AddVerb(app, st, Verb::FrameTime, "frametime", "switch the report of frame times on or off");
     pFrameTime->add_option("state", st.strTarget, "on or off")

@@ -32,8 +32,21 @@ std::string TempFolder();
 /// Loads a shared library; null and a reason on failure.
 void* LoadSharedLibrary(const std::string& strPath, std::string& strError);
 void* FindExport(void* hModule, const char* szName);
-/// The shared segment of the loaded library, readable, uBytes long; null and a reason on failure.
-const void* MapSegment(void* hModule, size_t uBytes, std::string& strError);
+/// The shared segment of the loaded library, uBytes long.
+struct Segment {
+    void* pView = nullptr;
+    std::string strPlace; ///< the file that it lies in; empty where it is part of the library
+    std::string strNote;  ///< what is odd about the place
+};
+/// Finds it; pView is null, and strError tells the reason, where the library shares none.
+Segment FindSegment(void* hModule, size_t uBytes, std::string& strError);
+/// True once somebody has shortened the segment's file while it was in use here. Reading it then gives zeros.
+bool SegmentWasCut();
+
+/// True if no process has that id, or another one than that of the stamp beside its record.
+bool IsProcessGone(u32 uProcessId, u32 uStamp) noexcept;
+/// Removes the API claims of programs that were killed, where nothing else would free them.
+void RemoveDeadClaims();
 
 void SleepMilliseconds(u32 uMilliseconds);
 /// From now on Ctrl-C, termination and the closing of the console only ask to stop; see WaitForStop.

@@ -3,20 +3,15 @@
 #include "companion/foreign_bytes.h"
 #include "companion/foreign_overlays.h"
 #include "companion/os.h"
-#include <algorithm>
 #include <cerrno>
 #include <charconv>
-#include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
-#include <filesystem>
 #include <fstream>
 #include <sstream>
-#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -24,7 +19,6 @@ namespace companion::os {
 namespace {
 
 constexpr const char* kPreloadName = "libORVIN-OSD64-GL-preload.so";
-constexpr const char* kSegmentName = "/ORVIN-OSD64-GL.Shared";
 
 std::string ReadLink(const std::string& strPath) {
     char szTarget[4096];
@@ -77,27 +71,6 @@ class Descriptor {
     int m_iFile;
 };
 
-/// The library's own rule: a suffix of up to 64 characters separates segments.
-std::string SegmentName() {
-    const char* szSuffix = std::getenv("ORVIN_OSD_SEGMENT");
-    std::string strSuffix = szSuffix != nullptr ? szSuffix : "";
-    if (strSuffix.empty() || strSuffix.size() > 64) return kSegmentName;
-    std::replace_if(
-        strSuffix.begin(), strSuffix.end(), [](char c) { return c == '/' || c == '\\'; }, '_');
-    return std::string(kSegmentName) + "-" + strSuffix;
-}
-
-/// A killed program leaves its API claim behind, in memory that nothing else would free.
-void RemoveDeadClaims() {
-    std::error_code error;
-    for (const auto& entry : std::filesystem::directory_iterator("/dev/shm", error)) {
-        int iProcessId = 0;
-        const std::string strName = entry.path().filename().string();
-        if (std::sscanf(strName.c_str(), "[RV5-OSD][PID:%d]", &iProcessId) != 1 || iProcessId <= 0) continue;
-        if (kill(iProcessId, 0) != 0 && errno == ESRCH) shm_unlink(("/" + strName).c_str());
-    }
-}
-
 bool PreloadsCleanly(const std::string& strPath) {
     return strPath.find_first_of(" :\t") == std::string::npos;
 }
@@ -147,24 +120,6 @@ void* LoadSharedLibrary(const std::string& strPath, std::string& strError) {
 
 void* FindExport(void* hModule, const char* szName) { return dlsym(hModule, szName); }
 
-const void* MapSegment(void*, size_t uBytes, std::string& strError) {
-    const std::string strName = SegmentName();
-    const Descriptor file(shm_open(strName.c_str(), O_RDONLY | O_CLOEXEC, 0));
-    struct stat stInfo {};
-    if (file.Get() < 0 || fstat(file.Get(), &stInfo) != 0) {
-        strError = strName + ": " + Reason();
-        return nullptr;
-    }
-    if (static_cast<size_t>(stInfo.st_size) < uBytes) {
-        strError = strName + " is too short";
-        return nullptr;
-    }
-    void* pView = mmap(nullptr, uBytes, PROT_READ, MAP_SHARED, file.Get(), 0);
-    if (pView != MAP_FAILED) return pView;
-    strError = strName + ": " + Reason();
-    return nullptr;
-}
-
 void SleepMilliseconds(u32 uMilliseconds) { usleep(uMilliseconds * 1000); }
 
 ProcessFacts InspectProcess(u32 uProcessId) {
@@ -197,9 +152,13 @@ std::vector<u32> FindProcesses(const std::string& strName) {
 }
 
 ApiClaim ReadApiClaim(u32 uProcessId) {
-    const std::string strName = "/[RV5-OSD][PID:" + std::to_string(uProcessId) + "]";
-    const Descriptor file(shm_open(strName.c_str(), O_RDONLY | O_CLOEXEC, 0));
+    const std::string strPath = "/dev/shm/[RV5-OSD][PID:" + std::to_string(uProcessId) + "]";
+    // Anybody may put something of that name there, a pipe too, at which opening would wait.
+    const Descriptor file(open(strPath.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
     if (file.Get() < 0) return errno == ENOENT ? ApiClaim::None : ApiClaim::Unreadable;
+    struct stat stInfo {};
+    if (fstat(file.Get(), &stInfo) != 0 || !S_ISREG(stInfo.st_mode) || stInfo.st_uid != geteuid())
+        return ApiClaim::Unreadable;
     char szTag[4] = {};
     if (pread(file.Get(), szTag, 3, 0) != 3) return ApiClaim::Unreadable;
     return ClaimOfTag(szTag);

@@ -1,10 +1,12 @@
 // Win32: the segment is a section of the loaded library, programs are entered by message hooks.
 #include "companion/platform_win32.h"
+#include "companion/batch_words.h"
 #include "companion/control_library.h"
 #include "companion/foreign_bytes.h"
 #include "companion/foreign_overlays.h"
 #include "companion/os.h"
 #include "platform/swap_gate.h"
+#include "platform/win32/process_stamp.h"
 #include <cstring>
 #include <psapi.h>
 #include <shellapi.h>
@@ -102,8 +104,8 @@ Detour ReadDetour(HANDLE hProcess, const RemoteModules& stModules) {
 }
 
 /// Section of a loaded image by the name in its headers; null if there is none of at least uBytes.
-const void* FindSection(const void* hModule, const char* szName, size_t uBytes) {
-    const auto* pBase = static_cast<const u8*>(hModule);
+void* FindSection(void* hModule, const char* szName, size_t uBytes) {
+    auto* pBase = static_cast<u8*>(hModule);
     const auto* pDos = reinterpret_cast<const IMAGE_DOS_HEADER*>(pBase);
     if (pDos->e_magic != IMAGE_DOS_SIGNATURE) return nullptr;
     const auto* pHeaders = reinterpret_cast<const IMAGE_NT_HEADERS*>(pBase + pDos->e_lfanew);
@@ -128,7 +130,25 @@ std::wstring CommandLine(const RunRequest& stRequest) {
     return wzLine;
 }
 
+/// The file that a program's name leads to, as the system searches for it; the name itself if there is none.
+std::string FileOfProgram(const std::string& strProgram) {
+    std::wstring wzFile(32768, L'\0');
+    const DWORD uLength =
+        SearchPathW(nullptr, ToWide(strProgram).c_str(), L".exe", 32768, wzFile.data(), nullptr);
+    return uLength > 0 && uLength < 32768 ? FromWide(wzFile.c_str()) : strProgram;
+}
+
+Result CheckBatch(const RunRequest& stRequest) {
+    if (!IsBatchFile(stRequest.strProgram) && !IsBatchFile(FileOfProgram(stRequest.strProgram))) return {};
+    std::vector<std::string> listWords = stRequest.listArguments;
+    listWords.push_back(stRequest.strProgram);
+    const std::string strFault = BatchFault(listWords);
+    return strFault.empty() ? Result{} : Result::Usage("run: " + strFault);
+}
+
 Result StartSuspended(const RunRequest& stRequest, PROCESS_INFORMATION& stProcess) {
+    const Result stBatch = CheckBatch(stRequest);
+    if (!stBatch) return stBatch;
     std::wstring wzLine = CommandLine(stRequest);
     STARTUPINFOW stStart{};
     stStart.cb = sizeof(stStart);
@@ -230,11 +250,18 @@ void* FindExport(void* hModule, const char* szName) {
     return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(hModule), szName));
 }
 
-const void* MapSegment(void* hModule, size_t uBytes, std::string& strError) {
-    const void* pSection = FindSection(hModule, "Shared", uBytes);
-    if (pSection == nullptr) strError = "the library has no section of that size named Shared";
-    return pSection;
+Segment FindSegment(void* hModule, size_t uBytes, std::string& strError) {
+    Segment st;
+    st.pView = FindSection(hModule, "Shared", uBytes);
+    if (st.pView == nullptr) strError = "the library has no section of that size named Shared";
+    return st;
 }
+
+bool SegmentWasCut() { return false; }
+
+bool IsProcessGone(u32 uProcessId, u32 uStamp) noexcept { return platform::host::IsGone(uProcessId, uStamp); }
+
+void RemoveDeadClaims() {}
 
 void SleepMilliseconds(u32 uMilliseconds) { Sleep(uMilliseconds); }
 

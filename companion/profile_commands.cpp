@@ -4,6 +4,7 @@
 #include "companion/profile_folder.h"
 #include "companion/reports.h"
 #include "companion/utf.h"
+#include "shared/dead_records.h"
 #include <algorithm>
 #include <cstdio>
 #include <iterator>
@@ -102,15 +103,26 @@ Result DoNew(const Options& stOptions) {
 
 } // namespace
 
+void ForgetDead(const ControlLibrary& stLibrary) {
+    if (g_fnFreeDeadRecords(*stLibrary.pSegment, &os::IsProcessGone) > 0) os::RemoveDeadClaims();
+}
+
 std::vector<Instance> Programs(const ControlLibrary& stLibrary) {
     auto listInstances = Instances(*Snapshot(stLibrary.pSegment));
-    std::erase_if(listInstances, [](const Instance& st) { return IsCompanion(st.uProcessId); });
+    std::erase_if(listInstances,
+                  [](const Instance& st) { return !IsAlive(st.uProcessId) || IsCompanion(st.uProcessId); });
     return listInstances;
 }
 
 Result NeedPrograms(const ControlLibrary& stLibrary) {
     if (!Programs(stLibrary).empty()) return {};
     return Result::NotFound("no running program carries the overlay");
+}
+
+Result NeedHolder(const ControlLibrary& stLibrary) {
+    for (const Instance& st : Instances(*Snapshot(stLibrary.pSegment)))
+        if (st.uProcessId != os::OwnProcessId() && IsAlive(st.uProcessId)) return {};
+    return NeedPrograms(stLibrary);
 }
 
 void WriteFilter(const ControlLibrary& stLibrary, u32 uPid, u32 uTid, const std::string& strProfile) {
@@ -140,7 +152,16 @@ Result UseProfile(const ControlLibrary& stLibrary, const std::string& strName) {
     FillName(wzName, strName);
     stLibrary.fnSetGlobalProfile(wzName);
     ReloadAll(stLibrary);
-    return NeedPrograms(stLibrary);
+    return NeedHolder(stLibrary);
+}
+
+Result NeedProfileFolder(const std::string& strName, bool bForce) {
+    if (strName.empty() || bForce) return {};
+    std::filesystem::path pathData;
+    ProfilePlace stPlace;
+    Result stFound = FindDataFolder("", pathData);
+    if (stFound) stFound = FindProfile(pathData, strName, stPlace);
+    return stFound ? stFound : Result::NotFound(stFound.strError + "; --force sets the name all the same");
 }
 
 const stProcessProfile* FindProcessProfile(const ProfileTable& aTable, u32 uProcessId, u32 uThreadId) {

@@ -6,17 +6,25 @@
 
 namespace companion {
 
-/// Processes that hold a record, companions left out.
+/// Frees the records of programs that were killed, and what else they left behind.
+void ForgetDead(const ControlLibrary& stLibrary);
+/// Living processes that hold a record, companions left out.
 std::vector<Instance> Programs(const ControlLibrary& stLibrary);
-/// kNotFound without one: the segment lives as long as a process has the library mapped, so a change without
-/// one is lost at once.
+/// kNotFound without one.
 Result NeedPrograms(const ControlLibrary& stLibrary);
+/// kNotFound if no other process has the library mapped, a program or a companion such as 'feed': the segment
+/// lives as long as one has, so a change without one is lost at once.
+Result NeedHolder(const ControlLibrary& stLibrary);
 
 /// The filter of the next command.
 void WriteFilter(const ControlLibrary& stLibrary, u32 uPid, u32 uTid, const std::string& strProfile);
 /// Has all programs build their overlay anew from its files, or one of them.
 void ReloadAll(const ControlLibrary& stLibrary);
 Result ReloadProcess(const ControlLibrary& stLibrary, u32 uProcessId);
+
+/// kNotFound if a name that is to be set has no profile's folder on this machine. An empty name, which stands
+/// for the default profile, passes, and any name does with bForce.
+Result NeedProfileFolder(const std::string& strName, bool bForce);
 
 /// Makes a profile that of all programs and has them reload; an empty name stands for the default one.
 Result UseProfile(const ControlLibrary& stLibrary, const std::string& strName);

@@ -144,7 +144,8 @@ std::string DiagnosisText(u32 uProcessId, const Evidence& st, const Diagnosis& s
         strOut += "frame time    " + FrameTimeText(st.fFrameTime) + " ms\n";
     strOut +=
         std::string("state         ") + StateName(stDiagnosis.eState) + ": " + stDiagnosis.strSummary + "\n";
-    for (const std::string& strNote : stDiagnosis.listNotes) strOut += "note          " + strNote + "\n";
+    for (const std::string& strNote : stDiagnosis.listNotes)
+        strOut += "note          " + Printable(strNote) + "\n";
     return strOut;
 }
 
@@ -185,7 +186,8 @@ void PrintDump(const ControlLibrary& stLibrary, const Options& stOptions) {
 
 int PrintDiagnosis(const ControlLibrary& stLibrary, u32 uProcessId, const Options& stOptions) {
     const Evidence stEvidence = CollectEvidence(stLibrary, uProcessId);
-    const Diagnosis stDiagnosis = Diagnose(stEvidence);
+    Diagnosis stDiagnosis = Diagnose(stEvidence);
+    if (!stLibrary.strSegmentNote.empty()) stDiagnosis.listNotes.push_back(stLibrary.strSegmentNote);
     Print(stOptions.bJson ? JsonToText(DiagnosisJson(uProcessId, stEvidence, stDiagnosis))
                           : DiagnosisText(uProcessId, stEvidence, stDiagnosis));
     if (stDiagnosis.eState == PipelineState::NoProcess) return kNotFound;

@@ -183,7 +183,7 @@ std::string TreeToText(const Json& jsTree) {
 }
 
 std::string JsonToText(const Json& jsTree) {
-    return jsTree.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    return PrintableJson(jsTree.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";
 }
 
 } // namespace companion

@@ -77,7 +77,7 @@ void Watch(const ControlLibrary& stLibrary, const Options& stOptions) {
     for (bool bDone = false; !bDone; bDone = stOptions.bOnce) {
         report.Keep();
         ResetCodes(stLibrary);
-        if (os::WaitForStop(uInterval)) return;
+        if (os::WaitForStop(uInterval) || os::SegmentWasCut()) return;
         const auto listRows = Programs(*Snapshot(stLibrary.pSegment));
         std::string strText = (bInPlace ? kHomeAndClear : "") + TopTable(listRows);
         if (listRows.empty()) strText += kNobody;

@@ -58,6 +58,19 @@ Decoded DecodeAt(std::string_view strText, size_t uAt) {
     return {uCode, uLength, true};
 }
 
+/// Control characters, and what tears a table apart: line separators, marks and overrides of direction.
+bool IsUnprintable(char32_t uCode) {
+    return uCode < 0x20 || (uCode >= 0x7F && uCode < 0xA0) || uCode == 0x61C ||
+           (uCode >= 0x200E && uCode <= 0x200F) || (uCode >= 0x2028 && uCode <= 0x202E) ||
+           (uCode >= 0x2066 && uCode <= 0x2069);
+}
+
+void AppendEscape(std::string& strOut, const char* szForm, char32_t uCode) {
+    char szEscape[16];
+    std::snprintf(szEscape, sizeof(szEscape), szForm, static_cast<unsigned>(uCode));
+    strOut += szEscape;
+}
+
 } // namespace
 
 std::string Utf8FromUnits(const char16_t* pwzText, size_t uUnits) {
@@ -94,17 +107,24 @@ std::string Printable(std::string_view strText) {
     std::string strOut;
     for (size_t i = 0; i < strText.size();) {
         const Decoded stCode = DecodeAt(strText, i);
-        char szEscape[16];
-        if (stCode.uCode < 0x20 || (stCode.uCode >= 0x7F && stCode.uCode < 0xA0)) {
-            std::snprintf(szEscape, sizeof(szEscape), "\\x%02X", static_cast<unsigned>(stCode.uCode));
-            strOut += szEscape;
-        } else if (stCode.uCode >= 0x2028 && stCode.uCode <= 0x202E) {
-            // Line separators and direction overrides would tear a table apart.
-            std::snprintf(szEscape, sizeof(szEscape), "\\u%04X", static_cast<unsigned>(stCode.uCode));
-            strOut += szEscape;
-        } else {
+        if (!IsUnprintable(stCode.uCode))
             AppendUtf8(strOut, stCode.uCode);
-        }
+        else
+            AppendEscape(strOut, stCode.uCode < 0x100 ? "\\x%02X" : "\\u%04X", stCode.uCode);
+        i += stCode.uBytes;
+    }
+    return strOut;
+}
+
+std::string PrintableJson(std::string_view strJson) {
+    std::string strOut;
+    for (size_t i = 0; i < strJson.size();) {
+        const Decoded stCode = DecodeAt(strJson, i);
+        // Below a blank there are only the ends of lines between the values.
+        if (stCode.uCode < 0x20 || !IsUnprintable(stCode.uCode))
+            AppendUtf8(strOut, stCode.uCode);
+        else
+            AppendEscape(strOut, "\\u%04x", stCode.uCode);
         i += stCode.uBytes;
     }
     return strOut;

@@ -1,5 +1,6 @@
 #include "companion/values.h"
 #include "companion/os.h"
+#include "companion/profile_commands.h"
 #include "companion/segment_json.h"
 #include "companion/segment_view.h"
 #include "companion/sensors/collector.h"
@@ -39,11 +40,14 @@ void Report(sensors::Publisher::Outcome eOutcome, const sensors::Publisher& publ
         Print(std::to_string(publisher.Values().size()) + " values under a new set of names\n");
 }
 
-void FeedUntilStopped(sensors::Collector& collector, sensors::Publisher& publisher, u32 uInterval) {
+void FeedUntilStopped(const ControlLibrary& stLibrary, sensors::Collector& collector,
+                      sensors::Publisher& publisher, u32 uInterval) {
     using Clock = std::chrono::steady_clock;
     auto timeNextProbe = Clock::now() + kProbeInterval;
     while (!os::WaitForStop(uInterval)) {
+        if (os::SegmentWasCut()) return;
         if (Clock::now() >= timeNextProbe) {
+            ForgetDead(stLibrary);
             collector.Probe();
             timeNextProbe = Clock::now() + kProbeInterval;
         }
@@ -85,6 +89,7 @@ sensors::ValueMap WholeNames(const std::vector<PublishedValue>& listPublished) {
 
 Result Feed(const ControlLibrary& stLibrary, const Options& stOptions) {
     os::CatchStop();
+    ForgetDead(stLibrary);
     sensors::Collector collector(sensors::SystemSources());
     sensors::Publisher publisher(sensors::TargetOf(stLibrary));
     Measure(collector);
@@ -93,7 +98,7 @@ Result Feed(const ControlLibrary& stLibrary, const Options& stOptions) {
     const u32 uInterval = stOptions.uInterval != 0 ? stOptions.uInterval : kFeedInterval;
     Print("publishing every " + std::to_string(uInterval) + " ms; end with Ctrl-C\n");
     Report(eOutcome, publisher);
-    FeedUntilStopped(collector, publisher, uInterval);
+    FeedUntilStopped(stLibrary, collector, publisher, uInterval);
     return {};
 }
 

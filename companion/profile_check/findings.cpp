@@ -1,4 +1,5 @@
 #include "companion/profile_check/findings.h"
+#include "companion/utf.h"
 
 #include <algorithm>
 #include <map>
@@ -15,9 +16,9 @@ std::string Counted(unsigned uCount, const char* szOne) {
 }
 
 std::string Line(const Finding& st) {
-    std::string str = st.strFile + ':';
+    std::string str = Printable(st.strFile) + ':';
     if (st.iLine > 0) str += std::to_string(st.iLine) + ':';
-    return str + ' ' + SeverityName(st.eSeverity) + ": " + st.strText + '\n';
+    return str + ' ' + SeverityName(st.eSeverity) + ": " + Printable(st.strText) + '\n';
 }
 
 bool IsLeftOut(const Finding& st, bool bQuiet) { return bQuiet && st.eSeverity == Severity::Note; }
@@ -58,7 +59,7 @@ std::string FindingsAsText(const std::string& strProfile, const Findings& findin
     for (const Finding& st : findings.All())
         if (!IsLeftOut(st, bQuiet)) str += Line(st);
     if (bQuiet) return str;
-    str += strProfile + (findings.Passes() ? ": passes" : ": does not pass");
+    str += Printable(strProfile) + (findings.Passes() ? ": passes" : ": does not pass");
     str += ", " + Counted(findings.Count(Severity::Error), "error");
     str += ", " + Counted(findings.Count(Severity::Warning), "warning");
     str += ", " + Counted(findings.Count(Severity::Note), "note") + '\n';
@@ -80,7 +81,7 @@ std::string FindingsAsJson(const std::string& strProfile, const Findings& findin
                                            {"notes", findings.Count(Severity::Note)},
                                            {"findings", std::move(list)}};
     // Names of files may hold bytes that are no UTF-8.
-    return object.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + '\n';
+    return PrintableJson(object.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)) + '\n';
 }
 
 } // namespace companion

@@ -125,7 +125,7 @@ std::string FontJson(const std::vector<ListedFont>& listFonts) {
                         {"bytes", st.uBytes},
                         {"good", st.strFault.empty()},
                         {"fault", st.strFault}});
-    return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+    return PrintableJson(json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)) + "\n";
 }
 
 /// The profile asked for, or all.

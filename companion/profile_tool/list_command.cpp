@@ -69,7 +69,7 @@ std::string ProfileJson(const std::vector<ProfileRow>& listRows) {
     auto json = nlohmann::ordered_json::array();
     for (const ProfileRow& st : listRows)
         json.push_back({{"name", st.strName}, {"style", st.strStyle}, {"shownIn", st.listUses}});
-    return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+    return PrintableJson(json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)) + "\n";
 }
 
 std::vector<ProfileRow> ReadProfileRows(const std::filesystem::path& pathData) {

@@ -1,5 +1,6 @@
 #include "companion/os.h"
 #include "companion/profile_tool/tool.h"
+#include "companion/utf.h"
 #include <cstdio>
 #include <exception>
 
@@ -7,7 +8,7 @@ int main(int argc, char** argv) {
     try {
         return companion::ToolMain(companion::os::Arguments(argc, argv));
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "orvin-profile: %s\n", error.what());
+        std::fprintf(stderr, "orvin-profile: %s\n", companion::Printable(error.what()).c_str());
         return companion::kFailed;
     }
 }

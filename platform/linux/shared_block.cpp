@@ -1,8 +1,10 @@
 // The shared segment as one object in the shared-memory file system. The object outlives its processes, but
 // its contents must not: every process holds a shared file lock on it while it has it mapped, and whoever
-// gets the exclusive lock at attach is alone and writes the initial image.
+// gets the exclusive lock at attach is alone and writes the initial image. Where another user has the plain
+// name, the segment of this one has the user's number in its name.
 #include "platform/shared_block.h"
 #include "platform/clock.h"
+#include "platform/linux/segment_name.h"
 #include "platform/linux/shm_object.h"
 #include <cerrno>
 #include <cstdio>
@@ -19,8 +21,6 @@
 namespace platform {
 namespace {
 
-constexpr char g_szSegmentName[] = "ORVIN-OSD64-GL.Shared";
-constexpr u32 g_uSuffixLimit = 64;
 constexpr int g_iLockTries = 200; // a millisecond each
 
 constinit stSharedSegment* g_pSegment = nullptr;
@@ -57,16 +57,6 @@ bool KeepShared(int iFile) noexcept {
 void WriteInitialImage(stSharedSegment& stSegment) noexcept {
     std::memset(static_cast<void*>(&stSegment), 0, sizeof stSegment);
     g_fnApplyInitialImage(stSegment);
-}
-
-/// "ORVIN-OSD64-GL.Shared", or with "-SUFFIX" when ORVIN_OSD_SEGMENT asks for a segment of its own.
-bool SegmentPath(char* szPath, u32 uCapacity) noexcept {
-    char szName[128];
-    const char* const szSuffix = std::getenv("ORVIN_OSD_SEGMENT");
-    const bool bSuffix = szSuffix && *szSuffix && std::strlen(szSuffix) <= g_uSuffixLimit;
-    std::snprintf(szName, sizeof szName, "%s%s%s", g_szSegmentName, bSuffix ? "-" : "",
-                  bSuffix ? szSuffix : "");
-    return host::ShmPath(szName, szPath, uCapacity);
 }
 
 /// Makes the object under a private name, fills it and links it to its own, so that nobody ever opens half an
@@ -113,9 +103,7 @@ stSharedSegment* AdoptObject(int iFile) noexcept {
     return pSegment;
 }
 
-stSharedSegment* OpenSegment() noexcept {
-    char szPath[host::g_uShmPathBytes];
-    if (!SegmentPath(szPath, sizeof szPath - 48)) return nullptr;
+stSharedSegment* OpenOrMake(const char* szPath) noexcept {
     for (int i = 0; i < 8; ++i) {
         const int iOpened = host::OpenShm(szPath, sizeof(stSharedSegment));
         if (iOpened >= 0) return AdoptObject(iOpened);
@@ -125,6 +113,26 @@ stSharedSegment* OpenSegment() noexcept {
         if (errno != EEXIST) return nullptr;
     }
     return nullptr;
+}
+
+/// True while another process has the object mapped.
+bool IsInUse(const char* szPath) noexcept {
+    const int iFile = host::OpenShm(szPath, sizeof(stSharedSegment));
+    if (iFile < 0) return false;
+    const bool bInUse = flock(iFile, LOCK_EX | LOCK_NB) != 0;
+    close(iFile);
+    return bInUse;
+}
+
+/// The plain name, unless another user has it, or had it when programs of this user began that still run.
+stSharedSegment* OpenSegment() noexcept {
+    char szPlain[host::g_uSegmentPathBytes], szUser[host::g_uSegmentPathBytes];
+    host::SegmentPath(host::SegmentOwner::Any, szPlain);
+    host::SegmentPath(host::SegmentOwner::User, szUser);
+    if (!host::BelongsToAnother(szPlain) && !IsInUse(szUser))
+        if (stSharedSegment* const pSegment = OpenOrMake(szPlain)) return pSegment;
+    // Asked again: the other user may just have been faster.
+    return host::BelongsToAnother(szPlain) || IsInUse(szUser) ? OpenOrMake(szUser) : nullptr;
 }
 
 stSharedSegment* PrivateSegment() noexcept {

@@ -5,6 +5,7 @@ import pathlib
 import random
 import re
 import subprocess
+import sys
 import time
 import unittest
 
@@ -322,6 +323,82 @@ class Commands(LinuxCase):
         self.assertIsNotNone(difference_box(before, shown))
         for sleeper in sleepers:
             self.programs.end(sleeper)
+
+
+class Records(LinuxCase):
+    KILLS = 150
+
+    def attach_and_die(self):
+        """A program that takes the library in and is killed: the same without a window."""
+        code = f"import ctypes, os; ctypes.CDLL({str(LINUX / 'libORVIN-OSD64-GL.so')!r}); os.kill(os.getpid(), 9)"
+        return self.programs.start([sys.executable, "-c", code])
+
+    def hold(self):
+        """A program with a record that stays."""
+        ready = self.folder / "hold-ready"
+        process = self.programs.with_overlay([LINUX / "host_glx", "--frames", "1", "--ready-file", ready,
+                                              "--wait-file", self.folder / "never"])
+        wait_until(ready.exists)
+        return process
+
+    def taken(self):
+        segment = self.segment()
+        return [int.from_bytes(segment[0x24 + 228 * i:0x28 + 228 * i], "little") for i in range(100)
+                if segment[0x20 + 228 * i:0x24 + 228 * i] != bytes(4)]
+
+    def test_after_many_kills_a_new_program_still_has_a_record(self):
+        self.hold()
+        for _ in range(self.KILLS):
+            self.assertEqual(self.attach_and_die().wait(60), -9)
+        late = self.programs.with_overlay([LINUX / "host_glx", "--frames", "1000000"])
+        wait_until(lambda: late.pid in self.taken())
+        self.assertGreater(len(self.taken()), 2)
+        output = self.programs.ask("status")[1]
+        self.assertEqual(output.count("host_glx"), 2, output)
+        self.assertNotIn("(gone)", output)
+        self.assertEqual(len(self.taken()), 2)
+
+    def test_another_users_segment_is_passed_by(self):
+        if os.geteuid() != 0:
+            self.skipTest("only root makes files of another user")
+        foreign = pathlib.Path("/dev/shm") / f"ORVIN-OSD64-GL.Shared-{self.folder.name}"
+        content = bytearray(SEGMENT_BYTES)
+        content[0x11:0x13] = b"\1\1"
+        content[0x5A20:0x5A28] = (1).to_bytes(4, "little") * 2  # a status record of the first process
+        foreign.write_bytes(content)
+        os.chown(foreign, 65534, 65534)
+        host = self.hold()
+        output = self.programs.ask("status", "--all")[1]
+        self.assertIn(f" {host.pid} ", output)
+        self.assertNotRegex(output, r" 1 +1 ")
+        code, output = self.programs.ask("doctor", str(host.pid))
+        self.assertIn(f"{foreign} belongs to user 65534; {foreign}.uid{os.geteuid()} is used instead", output)
+        self.assertEqual(foreign.read_bytes(), bytes(content))
+
+    def test_a_segment_that_is_cut_ends_the_feed_with_a_word(self):
+        host = self.hold()
+        feed = self.programs.start([self.programs.companion, "feed", "--interval", "50"])
+        wait_until(lambda: "publishing" in feed.log.read_text())
+        path = next(pathlib.Path("/dev/shm").glob(f"*Shared*{self.folder.name}*"))
+        host.kill()  # it would fault too
+        host.wait(10)
+        os.truncate(path, 4096)
+        self.assertEqual(feed.wait(60), 1)
+        self.assertIn(f"shortened {path}", feed.log.read_text())
+
+    def test_a_choice_that_a_feed_keeps_takes_effect(self):
+        self.assertEqual(self.programs.ask("profile", "use", "Gauges")[0], 3)
+        feed = self.programs.start([self.programs.companion, "feed"])
+        wait_until(lambda: "publishing" in feed.log.read_text())
+        self.assertEqual(self.programs.ask("profile", "use", "Gauges")[0], 0)
+        self.assertIn("Gauges".encode("utf-16-le"), bytes(self.segment()[0xBBA0:0xBFA0]))
+
+    def test_a_profile_name_without_a_folder_is_refused(self):
+        self.hold()
+        code, output = self.programs.ask("profile-name", "Nowhere")
+        self.assertEqual(code, 3, output)
+        self.assertIn("there is no ", output)
+        self.assertEqual(self.programs.ask("profile-name", "Nowhere", "--force")[0], 0)
 
 
 class Foreign(LinuxCase):

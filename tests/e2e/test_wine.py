@@ -196,6 +196,21 @@ class Hooks(WineCase):
 
 
 class Commands(WineCase):
+    def test_a_batch_file_takes_no_word_that_holds_a_command(self):
+        batch = self.folder / "words.bat"
+        batch.write_text("@echo off\r\necho ran %1\r\n")
+        ask = lambda *words: self.programs.ask("run", "--", *words)
+        name = "Z:" + str(batch).replace("/", "\\")
+        for bad in ('"&echo injected', "a&echo injected", "%PATH%"):
+            for file in (name, name + ".", name.upper()):
+                code, output = ask(file, bad)
+                self.assertEqual(code, 2, output)
+                self.assertIn("batch file", output)
+                self.assertNotIn("ran ", output)
+        code, output = ask(name, "plain")
+        self.assertEqual(code, 0, output)
+        self.assertIn("ran plain", output)
+
     def test_off_and_on_again(self):
         look = self.folder / "look.png"
         alone = self.programs.wine(WIN64 / "host_wgl.exe", "--frames", "1000000")

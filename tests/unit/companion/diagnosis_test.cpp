@@ -184,6 +184,22 @@ TEST(CompanionDoctor, ThePreloadPartAloneIsNotTheLibrary) {
     EXPECT_FALSE(stEmpty.bReadable);
 }
 
+TEST(CompanionDoctor, ASharedMappingIsFoundByItsFile) {
+    const std::string strMaps = "7f0000000000-7f0000001000 r--p 00000000 00:1a 17   /dev/shm/seg\n"
+                                "7f0000001000-7f0000002000 rw-s 00001000 00:1a 17   /dev/shm/seg\n"
+                                "7f0000002000-7f0000004000 rw-s 00000000 00:1b 17   /dev/shm/seg\n"
+                                "7f0000007000-7f0000008000 rw-p 00000000 00:00 0 \n"
+                                "7f0000008000-7f000000b000 rw-s 00000000 00:1a 17   /dev/shm/x (deleted)";
+    const auto st = FindSharedMap(strMaps, {0, 0x1a, 17});
+    ASSERT_TRUE(st);
+    EXPECT_EQ(st->uAddress, 0x7f0000008000u);
+    EXPECT_EQ(st->uBytes, 0x3000u);
+    EXPECT_EQ(FindSharedMap(strMaps, {0, 0x1b, 17})->uBytes, 0x2000u);
+    EXPECT_FALSE(FindSharedMap(strMaps, {0, 0x1a, 18}));
+    EXPECT_FALSE(FindSharedMap("", {0, 0x1a, 17}));
+    EXPECT_FALSE(FindSharedMap("\n\xFF\n-\n1-2 rw-s\n2-1 rw-s 0 00:1a 17\n", {0, 0x1a, 17}));
+}
+
 TEST(CompanionDoctor, JumpsAreRead) {
     const u8 auNear[] = {0xE9, 0x10, 0, 0, 0};
     EXPECT_EQ(ReadJump(auNear, 5, 0x1000).uAddress, 0x1015u);

@@ -108,6 +108,8 @@ TEST(CompanionOptions, ProfileIsOnePlainFolderName) {
         Refused({"profile-name", szBad});
     Accepted({"profile-name", std::string(511, 'p')});
     Refused({"profile-name", std::string(512, 'p')});
+    EXPECT_FALSE(Accepted({"profile-name", "New"}).stProfile.bForce);
+    EXPECT_TRUE(Accepted({"profile-name", "New", "--force"}).stProfile.bForce);
     Accepted({"send", "3", "--filter-profile", std::string(63, 'p')});
     Refused({"send", "3", "--filter-profile", std::string(64, 'p')});
 }

@@ -7,6 +7,15 @@ namespace {
 
 using ProfileCheckHostile = ProfileCheckTest;
 
+TEST_F(ProfileCheckHostile, ControlBytesOfNamesAreShownAndNotSent) {
+    Findings findings;
+    findings.Add(Severity::Error, 3, "the file \x1B[31mred.png\nis missing");
+    const std::string strText = FindingsAsText("Mi\x1Bne", findings, false);
+    EXPECT_EQ(strText.find('\x1B'), std::string::npos);
+    EXPECT_NE(strText.find("error: the file \\x1B[31mred.png\\x0Ais missing\n"), std::string::npos);
+    EXPECT_NE(strText.find("\nMi\\x1Bne: does not pass"), std::string::npos);
+}
+
 TEST_F(ProfileCheckHostile, DeepDocuments) {
     std::string strBegin, strEnd;
     for (int i = 0; i < 100000; ++i) strBegin += "<a>", strEnd += "</a>";

@@ -1,4 +1,5 @@
 #include "companion/os.h"
+#include "companion/profile_commands.h"
 #include "companion/profile_folder.h"
 #include <fstream>
 #include <gtest/gtest.h>
@@ -135,6 +136,16 @@ TEST_F(CompanionProfiles, AChosenDataFolderMustExist) {
     EXPECT_TRUE(FindDataFolder(TextOfPath(m_path), path));
     EXPECT_EQ(path, m_path);
     EXPECT_EQ(FindDataFolder(TextOfPath(m_path / "nowhere"), path).iCode, kNotFound);
+}
+
+TEST(CompanionProfileName, ANameWithoutAFolderIsRefusedUnlessForced) {
+    const std::string strName = "no profile of that name " + std::to_string(os::OwnProcessId());
+    const Result stRefused = NeedProfileFolder(strName, false);
+    EXPECT_EQ(stRefused.iCode, kNotFound);
+    EXPECT_NE(stRefused.strError.find("there is no "), std::string::npos);
+    EXPECT_NE(stRefused.strError.find("--force"), std::string::npos);
+    EXPECT_TRUE(NeedProfileFolder(strName, true));
+    EXPECT_TRUE(NeedProfileFolder("", false)); // the default profile
 }
 
 TEST(CompanionDataFolder, LiesBelowTheCommonFolder) {

@@ -56,6 +56,17 @@ TEST(CompanionText, PrintableEscapesControlsAndBrokenBytes) {
     EXPECT_EQ(Printable("\xC3\xA9"), "\xC3\xA9");
 }
 
+TEST(CompanionText, PrintableEscapesMarksOfDirection) {
+    EXPECT_EQ(Printable("\xE2\x81\xA6"), "\\u2066");
+    EXPECT_EQ(Printable("\xE2\x80\x8F"), "\\u200F");
+    EXPECT_EQ(Printable("\xD8\x9C"), "\\u061C");
+}
+
+TEST(CompanionText, JsonKeepsItsLinesAndMeaningAndLosesItsControls) {
+    EXPECT_EQ(PrintableJson("{\n  \"a\": \"\x7F\xC2\x9B\xE2\x80\xAE\xC3\xA9\"\n}\n"),
+              "{\n  \"a\": \"\\u007f\\u009b\\u202e\xC3\xA9\"\n}\n");
+}
+
 TEST(CompanionTable, AlignsColumnsAndDropsTrailingBlanks) {
     const std::string strTable =
         FormatTable({{"NAME"}, {"PID", Align::Right}, {"END"}}, {{"a", "7", ""}, {"longer", "12345", "x"}});

@@ -1,5 +1,7 @@
 // The section "Shared": its place in the file, its bytes, and that processes share it.
+#include "platform/process.h"
 #include "platform/shared_block.h"
+#include "shared/process_records.h"
 #include "tests/unit/platform_win32/image_file.h"
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -126,4 +128,48 @@ TEST(SharedSection, TheServiceGivesTheSharedBytes) {
     pSegment->MonitorPos[13] = 7;
     EXPECT_EQ(RunInChild("SharedSectionChild.DISABLED_WritesThroughTheService", ""), 0u);
     EXPECT_EQ(pSegment->MonitorPos[12], 8u);
+}
+
+TEST(DeadRecordsChild, DISABLED_RegistersAndIsKilled) {
+    RegisterProcess(GetCurrentProcessId(), GetCurrentThreadId());
+    TerminateProcess(GetCurrentProcess(), 77);
+}
+
+TEST(DeadRecordsChild, DISABLED_RegistersAndHoldsARecord) {
+    const u32 uPid = GetCurrentProcessId(), uTid = GetCurrentThreadId();
+    RegisterProcess(uPid, uTid);
+    u8 bChanged = 0;
+    EXPECT_TRUE(ReadCommandRecord(uPid, uTid, g_uRecordChanged, &bChanged, nullptr));
+}
+
+/// The rest of both tables, filled with the records that are there already, turn by turn.
+void RepeatRecords(stSharedSegment& stSegment, u32 uHeld) {
+    for (u32 u = uHeld; u < g_uProcessRecordCount; ++u) {
+        stSegment.CommandTable[u] = stSegment.CommandTable[u % uHeld];
+        stSegment.StatusTable[u] = stSegment.StatusTable[u % uHeld];
+        stSegment.aCommandStamp[u] = stSegment.aCommandStamp[u % uHeld];
+        stSegment.aStatusStamp[u] = stSegment.aStatusStamp[u % uHeld];
+    }
+}
+
+TEST(DeadRecords, ANewProgramTakesOverTheRecordOfATerminatedOne) {
+    constexpr u32 c_uKilled = 10; // each start of a program costs time here
+    stSharedSegment& stSegment = *platform::SharedSegment();
+    g_fnClearRecordTables();
+    for (u32 u = 0; u < c_uKilled; ++u)
+        ASSERT_EQ(RunInChild("DeadRecordsChild.DISABLED_RegistersAndIsKilled", ""), 77u);
+    ASSERT_NE(stSegment.CommandTable[c_uKilled - 1].uThreadId, 0u);
+    EXPECT_NE(stSegment.aCommandStamp[0], 0u);
+    RepeatRecords(stSegment, c_uKilled);
+    EXPECT_EQ(RunInChild("DeadRecordsChild.DISABLED_RegistersAndHoldsARecord", ""), 0u);
+    g_fnClearRecordTables();
+}
+
+TEST(DeadRecords, AProcessIsToldFromALaterOneOfItsId) {
+    const u32 uPid = GetCurrentProcessId(), uStamp = platform::ProcessStamp(uPid);
+    ASSERT_NE(uStamp, 0u);
+    EXPECT_FALSE(platform::IsProcessGone(uPid, uStamp));
+    EXPECT_FALSE(platform::IsProcessGone(uPid, 0));
+    EXPECT_TRUE(platform::IsProcessGone(uPid, uStamp ^ 2));
+    EXPECT_TRUE(platform::IsProcessGone(0x7FFFFFF0, 0));
 }
