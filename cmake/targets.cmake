@@ -27,7 +27,8 @@ function(orvin_platform_library backend)
     # Glyphs are real here too: those of the system that the tests run on.
     file(GLOB glyph_sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/platform/${ORVIN_BACKEND}/glyph_*.cpp
       ${CMAKE_SOURCE_DIR}/platform/${ORVIN_BACKEND}/font_*.cpp)
-    list(APPEND sources ${glyph_sources})
+    # So are files.
+    list(APPEND sources ${glyph_sources} ${CMAKE_SOURCE_DIR}/platform/${ORVIN_BACKEND}/regular_file.cpp)
   endif()
   if(sources)
     add_library(orvin_platform_${backend} STATIC ${sources})

@@ -3,6 +3,7 @@
 #include "companion/os.h"
 #include "companion/profile_folder.h"
 #include "companion/reports.h"
+#include "companion/shader_check.h"
 #include "companion/utf.h"
 #include "shared/dead_records.h"
 #include <algorithm>
@@ -39,8 +40,18 @@ Result NeedGoodProfile(const ProfileOptions& st) {
     return Result::Fail("the profile " + st.strProfile + " does not pass; --force uses it all the same");
 }
 
+/// No profile shows with a shader that cannot be used, and one of them ends the program.
+Result NeedGoodShaders(const ProfileOptions& st) {
+    std::filesystem::path pathData;
+    if (st.bForce || !FindDataFolder(st.strData, pathData)) return {};
+    const std::vector<std::string> listFaults = ShaderFaults(pathData);
+    if (listFaults.empty()) return {};
+    return Result::Fail(listFaults.front() + "; --force uses the profile all the same");
+}
+
 Result DoUse(const Options& stOptions) {
-    const Result stGood = NeedGoodProfile(stOptions.stProfile);
+    Result stGood = NeedGoodProfile(stOptions.stProfile);
+    if (stGood) stGood = NeedGoodShaders(stOptions.stProfile);
     if (!stGood) return stGood;
     ControlLibrary stLibrary;
     const Result stLoaded = LoadControlLibrary(stOptions.strLibrary, stLibrary);
@@ -75,6 +86,7 @@ Result ReloadEach(const ControlLibrary& stLibrary, const std::vector<u32>& listI
 Result DoFor(const Options& stOptions) {
     const ProfileOptions& st = stOptions.stProfile;
     Result stResult = st.bGlobal ? Result{} : NeedGoodProfile(st);
+    if (stResult && !st.bGlobal) stResult = NeedGoodShaders(st);
     ControlLibrary stLibrary;
     if (stResult) stResult = LoadControlLibrary(stOptions.strLibrary, stLibrary);
     if (!stResult) return stResult;

@@ -1,7 +1,9 @@
 #include "companion/reports.h"
 #include "companion/foreign_overlays.h"
 #include "companion/os.h"
+#include "companion/profile_folder.h"
 #include "companion/segment_json.h"
+#include "companion/shader_check.h"
 #include "companion/table.h"
 #include "companion/utf.h"
 #include <cmath>
@@ -188,6 +190,9 @@ int PrintDiagnosis(const ControlLibrary& stLibrary, u32 uProcessId, const Option
     const Evidence stEvidence = CollectEvidence(stLibrary, uProcessId);
     Diagnosis stDiagnosis = Diagnose(stEvidence);
     if (!stLibrary.strSegmentNote.empty()) stDiagnosis.listNotes.push_back(stLibrary.strSegmentNote);
+    if (std::filesystem::path pathData; FindDataFolder("", pathData))
+        for (std::string& strFault : ShaderFaults(pathData))
+            stDiagnosis.listNotes.push_back(std::move(strFault));
     Print(stOptions.bJson ? JsonToText(DiagnosisJson(uProcessId, stEvidence, stDiagnosis))
                           : DiagnosisText(uProcessId, stEvidence, stDiagnosis));
     if (stDiagnosis.eState == PipelineState::NoProcess) return kNotFound;

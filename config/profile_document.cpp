@@ -4,12 +4,12 @@
 #include "config/settings.h"
 #include "frame/log.h"
 #include "platform/folders.h"
+#include "platform/input_file.h"
 #include "platform/log.h"
 #include "platform/surface.h"
 #include "shared/process_records.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <memory>
 #include <string>
 
@@ -35,21 +35,6 @@ constexpr u32 c_uStyles = 3, c_uStyleCustom = 2;
 constexpr const char* c_aszLayouts[c_uStyles] = {"ClassicLayout", "ORVINLayout", "CustomLayout"};
 
 std::unique_ptr<XMLDocument> g_pProfileDocument, g_pReferenceDocument;
-
-/// Contents of a file, no more than one byte above the limit. False if it can't be opened.
-bool ReadFile(const char16_t* wzPath, std::string& strBytes) {
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pFile(platform::OpenFileForRead(wzPath),
-                                                                std::fclose);
-    if (!pFile) return false;
-    constexpr std::size_t uChunk = 64 * 1024;
-    for (std::size_t uRead = uChunk; uRead == uChunk && strBytes.size() <= g_uDocumentBytesMax;) {
-        const std::size_t uBefore = strBytes.size();
-        strBytes.resize(uBefore + uChunk);
-        uRead = std::fread(strBytes.data() + uBefore, 1, uChunk, pFile.get());
-        strBytes.resize(uBefore + uRead);
-    }
-    return strBytes.size() <= g_uDocumentBytesMax;
-}
 
 void SetCode(i32* piCode, i32 iCode) {
     if (piCode) *piCode = iCode;
@@ -120,7 +105,8 @@ bool g_fnOpenProfileDocument(const char16_t* wzPath, XMLDocument& document, i32*
     std::string strBytes;
     document.Clear();
     SetCode(piCode, PROFILE_NOT_OPENED);
-    return ReadFile(wzPath, strBytes) && g_fnParseProfileDocument(strBytes, document, piCode);
+    return platform::ReadWholeFile(platform::OpenInput(wzPath), g_uDocumentBytesMax, strBytes) &&
+           g_fnParseProfileDocument(strBytes, document, piCode);
 } catch (...) { // no memory
     return false;
 }

@@ -2,11 +2,10 @@
 
 #include "frame/log.h"
 #include "platform/gl_api.h"
+#include "platform/input_file.h"
 #include "platform/surface.h"
 
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <stdexcept>
 #include <utility>
@@ -50,9 +49,10 @@ std::string g_fnInsertDefines(std::string_view szSource, const ShaderDefines& de
 }
 
 static std::string ReadWholeFile(const char* szPath) {
-    std::ifstream file(szPath, std::ios::in | std::ios::binary);
-    if (!file.is_open()) throw std::runtime_error(std::string("Failed to open file : ") + szPath);
-    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    std::string strText;
+    if (!platform::ReadWholeFile(platform::OpenInput(szPath), g_uShaderBytesMax, strText))
+        throw std::runtime_error(std::string("Failed to open file : ") + szPath);
+    return strText;
 }
 
 static std::string InfoLog(u32 uShader) {

@@ -9,6 +9,8 @@
 /// Name to value, in the order in which the lines are inserted.
 using ShaderDefines = std::map<std::string, std::string>;
 
+/// A larger file is no shader and counts as one that cannot be opened, as does what is no regular file.
+constexpr std::size_t g_uShaderBytesMax = 1024 * 1024;
 /// Longest line, line end not counted, that a source with defines or a "#define" line may have, in bytes.
 constexpr std::size_t g_uShaderLineLimit = 253;
 

@@ -2,6 +2,7 @@
 
 #include "frame/update.h"
 #include "platform/folders.h"
+#include "platform/input_file.h"
 #include "platform/pages.h"
 
 #include <algorithm>
@@ -148,26 +149,22 @@ bool CTexture_Base::m_fnLoadTexture(const char16_t*) { return false; }
 
 bool CTexture_Base::m_fnLoadCache() { return false; }
 
-/// Closes on every way out.
-struct CFileCloser {
-    void operator()(std::FILE* pFile) const { std::fclose(pFile); }
-};
-using FilePtr = std::unique_ptr<std::FILE, CFileCloser>;
+using OutputFile = std::unique_ptr<std::FILE, platform::FileCloser>;
 
-static FilePtr OpenForWrite(const char16_t* wzPath) {
+static OutputFile OpenForWrite(const char16_t* wzPath) {
     char szPath[1024];
     if (!platform::NarrowPath(wzPath, szPath, sizeof szPath)) return nullptr;
-    return FilePtr(std::fopen(szPath, "wb"));
+    return OutputFile(std::fopen(szPath, "wb"));
 }
 
 bool CTexture_Base::m_fnReadHeader(const char16_t* wzPath) {
-    const FilePtr pFile(wzPath ? platform::OpenFileForRead(wzPath) : nullptr);
+    const platform::InputFile pFile = platform::OpenInput(wzPath);
     u8 au8Header[12];
     return pFile && std::fread(au8Header, sizeof au8Header, 1, pFile.get()) == 1;
 }
 
 bool CTexture_Base::m_fnWriteHeader(const char16_t* wzPath) {
-    const FilePtr pFile = wzPath ? OpenForWrite(wzPath) : nullptr;
+    const OutputFile pFile = wzPath ? OpenForWrite(wzPath) : nullptr;
     if (!pFile) return false;
     // KEEP: 12 bytes, without the format code that a raw picture has behind its height.
     const u32 auValues[] = {m_uWidth, m_uHeight, static_cast<u32>(m_uFrameCount)};

@@ -3,11 +3,11 @@
 
 #include "draw/data_path.h"
 #include "platform/folders.h"
+#include "platform/input_file.h"
 
 #include <algorithm>
 #include <bit>
 #include <cstring>
-#include <new>
 #include <string_view>
 
 static_assert(std::endian::native == std::endian::little, "files are read as they are");
@@ -97,26 +97,6 @@ std::u16string Decimal(u32 u) {
     return {sz.begin(), sz.end()};
 }
 
-struct FileBytes {
-    std::unique_ptr<u8[]> pBytes;
-    u32 uBytes = 0;
-};
-
-/// The whole file; none if it is missing, empty or too large.
-FileBytes ReadWhole(const char16_t* wzPath) {
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pFile(platform::OpenFileForReadAlone(wzPath),
-                                                                std::fclose);
-    if (!pFile || std::fseek(pFile.get(), 0, SEEK_END) != 0) return {};
-    const long iSize = std::ftell(pFile.get());
-    if (iSize <= 0 || iSize > static_cast<long>(g_uFontFileBytesMost)) return {};
-    if (std::fseek(pFile.get(), 0, SEEK_SET) != 0) return {};
-    FileBytes file{std::unique_ptr<u8[]>(new (std::nothrow) u8[static_cast<u32>(iSize)]), 0};
-    if (file.pBytes)
-        file.uBytes =
-            static_cast<u32>(std::fread(file.pBytes.get(), 1, static_cast<u32>(iSize), pFile.get()));
-    return file;
-}
-
 bool HasRoomFor(const stFontFileHeader& st, u32 uNeeded) {
     // KEEP: the count in the header is that of all cells, used or not, so a file serves no text at all here.
     return static_cast<i64>(Cells(st)) - static_cast<i64>(st.m_uNum_Characters) >= static_cast<i64>(uNeeded);
@@ -157,8 +137,10 @@ bool g_fnFontFilePath(char16_t* wzOut, const stFontFilePlace& stPlace, const cha
 
 bool g_fnLoadFontFile(CFontUniCode* pFont, const char16_t* wzPath, const char16_t* wzFace,
                       const u32* pNeeded) {
-    const FileBytes file = ReadWhole(wzPath);
-    stMemoryStream stream = {file.pBytes.get(), file.uBytes, 0};
+    const platform::InputFile pFile = platform::OpenInputAlone(wzPath);
+    if (!pFile) return false;
+    const std::vector<u8> bytes = g_fnReadFontFile(pFile.get());
+    stMemoryStream stream = {bytes.data(), static_cast<u32>(bytes.size()), 0};
     stFontFileHeader st;
     return pFont->m_fnCheckMemoryFile(&stream, nullptr) >= 0 && g_fnReadFontFileHeader(&stream, &st) &&
            std::u16string_view(st.m_wzFontName) == wzFace && (!pNeeded || HasRoomFor(st, *pNeeded)) &&

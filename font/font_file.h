@@ -4,8 +4,10 @@
 // blanks), then the atlas and its smaller levels, a byte a pixel.
 #include "font/font_unicode.h"
 
+#include <cstdio>
 #include <memory>
 #include <string>
+#include <vector>
 
 constexpr u32 g_uFontFileVersion = 5;
 constexpr u32 g_uFontFileNameUnits = 64;
@@ -48,6 +50,11 @@ enum eFontFileCheck : i32 {
 u32 g_fnReadStream(void* pOut, u32 uElement, u32 uCount, stMemoryStream* pStream) noexcept;
 /// Reads the header from the beginning, of whatever version. False if it is not there.
 bool g_fnReadFontFileHeader(stMemoryStream* pStream, stFontFileHeader* pOut) noexcept;
+/// Sides of which a grid of cells with at least one pixel can be made.
+bool g_fnFontGridHolds(const stFontFileHeader& st) noexcept;
+/// An open file's bytes as far as its header asks for them; the header alone if it is of no font, and nothing
+/// if it is not whole.
+std::vector<u8> g_fnReadFontFile(std::FILE* pFile);
 /// Levels down to one pixel, the first one included.
 u32 g_fnFontLevels(u32 uWidth, u32 uHeight) noexcept;
 /// Bytes of a level: the first one's by four each time, whatever its sides.

@@ -3,7 +3,7 @@
 #include "font/atlas_bitmap.h"
 #include "font/font_file.h"
 #include "frame/log.h"
-#include "platform/folders.h"
+#include "platform/input_file.h"
 #include "platform/utf.h"
 
 #include <algorithm>
@@ -19,16 +19,7 @@ constexpr i64 g_iBaselineMost = g_uFontFileSideMost;
 /// Lengths in multiples of the nominal size, likewise.
 constexpr f32 g_fGlyphMost = 1024.0f;
 
-using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
-
 u64 Cells(const stFontFileHeader& st) { return static_cast<u64>(st.m_uLayoutW) * st.m_uLayoutH; }
-
-/// Sides of which a grid of cells with at least one pixel can be made.
-bool GridHolds(const stFontFileHeader& st) {
-    const auto isSide = [](u32 u) { return u > 0 && u <= g_uFontFileSideMost; };
-    return isSide(st.m_uLayoutW) && isSide(st.m_uLayoutH) && isSide(st.m_uTexW) && isSide(st.m_uTexH) &&
-           st.m_uTexW >= st.m_uLayoutW && st.m_uTexH >= std::max(st.m_uLayoutW, st.m_uLayoutH);
-}
 
 /// All that follows divides by the nominal size. Its other values, and those of the size of the calibration,
 /// are the file's business.
@@ -38,7 +29,7 @@ bool MetricsHold(const stFontFileHeader& st) {
 
 /// A header of this version, with its records behind it, that a font can be made of.
 bool CanBeLoaded(const stFontFileHeader& st, u32 uFileBytes) {
-    return st.m_uVersion == g_uFontFileVersion && GridHolds(st) && MetricsHold(st) &&
+    return st.m_uVersion == g_uFontFileVersion && g_fnFontGridHolds(st) && MetricsHold(st) &&
            (Cells(st) + 2) * sizeof(stFontChar) <= uFileBytes - sizeof st;
 }
 
@@ -141,27 +132,26 @@ void ExportAtlas(const CFontUniCode& font) {
     g_fnSaveAtlasBitmap(font, szName);
 }
 
-/// A file's bytes as far as its header asks for them; they come piece by piece, so that a header that lies
-/// about a short file takes no memory. Empty if there is no header.
-std::vector<u8> ReadClaimed(std::FILE* pFile) {
-    std::vector<u8> bytes(sizeof(stFontFileHeader));
-    stFontFileHeader st;
-    if (std::fread(bytes.data(), bytes.size(), 1, pFile) != 1) return {};
-    std::memcpy(&st, bytes.data(), sizeof st);
-    if (!GridHolds(st)) return bytes;
-    const u64 uWanted =
-        bytes.size() + (Cells(st) + 2) * sizeof(stFontChar) + g_fnFontLevelsBytes(st.m_uTexW, st.m_uTexH);
-    for (u64 uWhole = std::min<u64>(uWanted, g_uFontFileBytesMost); bytes.size() < uWhole;) {
-        const std::size_t uHad = bytes.size(), uPiece = std::min<u64>(uWhole - uHad, 1u << 20);
-        bytes.resize(uHad + uPiece);
-        const std::size_t uRead = std::fread(bytes.data() + uHad, 1, uPiece, pFile);
-        bytes.resize(uHad + uRead);
-        if (uRead < uPiece) break;
-    }
-    return bytes;
+} // namespace
+
+/// Sides of which a grid of cells with at least one pixel can be made.
+bool g_fnFontGridHolds(const stFontFileHeader& st) noexcept {
+    const auto isSide = [](u32 u) { return u > 0 && u <= g_uFontFileSideMost; };
+    return isSide(st.m_uLayoutW) && isSide(st.m_uLayoutH) && isSide(st.m_uTexW) && isSide(st.m_uTexH) &&
+           st.m_uTexW >= st.m_uLayoutW && st.m_uTexH >= std::max(st.m_uLayoutW, st.m_uLayoutH);
 }
 
-} // namespace
+std::vector<u8> g_fnReadFontFile(std::FILE* pFile) {
+    std::vector<u8> bytes;
+    stFontFileHeader st;
+    platform::AppendBytes(pFile, sizeof st, bytes);
+    if (bytes.size() < sizeof st) return {};
+    std::memcpy(&st, bytes.data(), sizeof st);
+    if (st.m_uVersion != g_uFontFileVersion || !g_fnFontGridHolds(st)) return bytes;
+    const u64 uRest = (Cells(st) + 2) * sizeof(stFontChar) + g_fnFontLevelsBytes(st.m_uTexW, st.m_uTexH);
+    platform::AppendBytes(pFile, std::min<u64>(uRest, g_uFontFileBytesMost), bytes);
+    return bytes;
+}
 
 bool CFontUniCode::m_fnLoadFromMemory(stMemoryStream* pStream) {
     stFontFileHeader st;
@@ -174,7 +164,7 @@ bool CFontUniCode::m_fnLoadFromMemory(stMemoryStream* pStream) {
 
 bool CFontUniCode::m_fnLoadFromStream(std::FILE* pFile) {
     if (!pFile) return false;
-    const std::vector<u8> bytes = ReadClaimed(pFile);
+    const std::vector<u8> bytes = g_fnReadFontFile(pFile);
     stMemoryStream stream = {bytes.data(), static_cast<u32>(bytes.size()), 0};
     stFontFileHeader st;
     if (!g_fnReadFontFileHeader(&stream, &st) || !CanBeLoaded(st, stream.m_uSize)) return false;
@@ -191,11 +181,9 @@ bool CFontUniCode::m_fnLoadFromStream(std::FILE* pFile) {
 }
 
 bool CFontUniCode::m_fnLoadFromFile(const char16_t* wzPath) {
-    const File pFile(wzPath ? platform::OpenFileForRead(wzPath) : nullptr, std::fclose);
-    return m_fnLoadFromStream(pFile.get());
+    return m_fnLoadFromStream(platform::OpenInput(wzPath).get());
 }
 
 bool CFontUniCode::m_fnLoadFromFileA(const char* szPath) {
-    const File pFile(szPath ? std::fopen(szPath, "rb") : nullptr, std::fclose);
-    return m_fnLoadFromStream(pFile.get());
+    return m_fnLoadFromStream(platform::OpenInput(szPath).get());
 }

@@ -12,7 +12,8 @@ bool CommonDataFolder(char16_t* wzOut, u32 uCapacity) noexcept;
 extern const char16_t g_cPathSeparator;
 /// Narrow form of a path for the file calls (Win32: ANSI code page; Linux: UTF-8). False if it does not fit.
 bool NarrowPath(const char16_t* wzPath, char* szOut, u32 uCapacity) noexcept;
-/// Opens a file for binary reading; null on failure.
+/// Opens a regular file for binary reading, without waiting; null for any other kind and on failure. Contents
+/// are read by platform/input_file.h.
 std::FILE* OpenFileForRead(const char16_t* wzPath) noexcept;
 /// The same; on Win32 nobody else may open the file meanwhile.
 std::FILE* OpenFileForReadAlone(const char16_t* wzPath) noexcept;

@@ -1,12 +1,10 @@
 #include "platform/ini_file.h"
 
 #include "platform/code_page.h"
-#include "platform/folders.h"
+#include "platform/input_file.h"
 #include "platform/utf.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <memory>
 #include <string>
 
 namespace platform {
@@ -88,10 +86,10 @@ bool LessNoCase(std::u16string_view a, std::u16string_view b) noexcept {
 }
 
 CIniFile CIniFile::Load(const char16_t* wzPath) {
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pFile(OpenFileForRead(wzPath), std::fclose);
+    const InputFile pFile = OpenInput(wzPath);
     if (!pFile) return {};
-    std::string strBytes(g_uIniBytesMax, 0);
-    strBytes.resize(std::fread(strBytes.data(), 1, strBytes.size(), pFile.get()));
+    std::string strBytes;
+    AppendBytes(pFile.get(), g_uIniBytesMax, strBytes);
     return Parse(strBytes);
 }
 

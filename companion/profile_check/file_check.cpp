@@ -1,9 +1,11 @@
 // Files that items of a profile name.
 #include "companion/profile_check/text_check.h"
 #include "companion/profile_folder.h"
+#include "companion/utf.h"
 #include "controls/text_file.h"
 #include "platform/utf.h"
 
+#include <algorithm>
 #include <cstring>
 #include <fstream>
 #include <iterator>
@@ -34,11 +36,6 @@ bool IsPlainUtf8(const std::string& strBytes) {
 
 /// What keeps a memo's file from being shown; empty if nothing does.
 std::string MemoFault(const fs::path& path) {
-    std::error_code ignored;
-    const auto uSize = fs::file_size(path, ignored);
-    if (!ignored && uSize > g_uTextFileBytesMax)
-        return "is larger than " + std::to_string(g_uTextFileBytesMax / 1024) +
-               " KiB: the layout cannot be built";
     if (g_fnLoadTextFromFile(path.u16string().c_str())) return {};
     return "holds no text: the layout cannot be built";
 }
@@ -48,6 +45,10 @@ void CheckMemo(const ProfileItem& item, const fs::path& path, Findings& findings
     const std::string strWhat = ItemTitle(item) + ": \"" + AttributeText(item, "FileName") + "\" ";
     if (const std::string strFault = MemoFault(path); !strFault.empty())
         return findings.Error(iLine, strWhat + strFault);
+    std::error_code ignored;
+    if (const auto uSize = fs::file_size(path, ignored); !ignored && uSize > g_uTextFileBytesMax)
+        findings.Warning(iLine, strWhat + "is larger than " + std::to_string(g_uTextFileBytesMax / 1024) +
+                                    " KiB; the lines beyond are not shown");
     if (!IsPlainUtf8(ReadBytes(path, g_uTextFileBytesMax)))
         findings.Warning(
             iLine, strWhat + "is neither UTF-8 nor UTF-16 with a mark; its letters depend on the system");
@@ -73,13 +74,10 @@ void CheckFile(const ProfileItem& item, const char* szAttribute, const fs::path&
 
 fs::path FileInProfile(const fs::path& pathFolder, const std::string& strName) {
     std::string strParts = strName;
-    for (char& c : strParts)
-        if (c == '\\') c = '/';
-    const fs::path path = PathOfText(strParts);
-    if (path.is_absolute() || path.has_root_path() || strParts.find(':') != std::string::npos) return {};
-    for (const fs::path& part : path)
-        if (part == "..") return {};
-    return pathFolder / path;
+    std::replace(strParts.begin(), strParts.end(), '\\', '/');
+    std::u16string wzParts;
+    UnitsFromUtf8(strParts, wzParts);
+    return g_fnStaysInFolder(wzParts) ? pathFolder / PathOfText(strParts) : fs::path();
 }
 
 void CheckFiles(const std::vector<const ProfileItem*>& taken, const fs::path& pathFolder,

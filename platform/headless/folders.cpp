@@ -1,5 +1,6 @@
 #include "platform/folders.h"
 #include "platform/headless/state.h"
+#include "platform/regular_file.h"
 #include "platform/utf.h"
 #include <algorithm>
 
@@ -36,7 +37,7 @@ std::FILE* OpenFileForRead(const char16_t* wzPath) noexcept {
     char szPath[4096];
     if (!NarrowPath(wzPath, szPath, sizeof szPath)) return nullptr;
     Get().m_vecOpened.emplace_back(szPath);
-    return Open(wzPath, szPath, "rb");
+    return OpenRegularFile(wzPath, false);
 }
 
 std::FILE* OpenFileForReadAlone(const char16_t* wzPath) noexcept { return OpenFileForRead(wzPath); }

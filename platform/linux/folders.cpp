@@ -1,11 +1,9 @@
 #include "platform/folders.h"
+#include "platform/regular_file.h"
 #include "platform/utf.h"
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace platform {
 namespace {
@@ -37,19 +35,9 @@ bool NarrowPath(const char16_t* wzPath, char* szOut, u32 uCapacity) noexcept {
     return Utf16ToUtf8(wzPath, szOut, uCapacity);
 }
 
-std::FILE* OpenFileForRead(const char16_t* wzPath) noexcept {
-    char szPath[4096];
-    if (!NarrowPath(wzPath, szPath, sizeof szPath)) return nullptr;
-    // Not blocking, and plain files only: a pipe in a file's place must not stop the host.
-    const int iFile = open(szPath, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (iFile < 0) return nullptr;
-    struct stat st {};
-    std::FILE* const pFile = fstat(iFile, &st) == 0 && S_ISREG(st.st_mode) ? fdopen(iFile, "rb") : nullptr;
-    if (!pFile) close(iFile);
-    return pFile;
-}
+std::FILE* OpenFileForRead(const char16_t* wzPath) noexcept { return OpenRegularFile(wzPath, false); }
 
-std::FILE* OpenFileForReadAlone(const char16_t* wzPath) noexcept { return OpenFileForRead(wzPath); }
+std::FILE* OpenFileForReadAlone(const char16_t* wzPath) noexcept { return OpenRegularFile(wzPath, true); }
 
 std::FILE* OpenFileForWrite(const char16_t* wzPath) noexcept {
     char szPath[4096];

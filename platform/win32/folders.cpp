@@ -1,7 +1,7 @@
 #include "platform/folders.h"
+#include "platform/regular_file.h"
 #include "platform/win32/windows_api.h"
 #include <cwchar>
-#include <share.h>
 #include <shlobj.h>
 
 namespace platform {
@@ -27,13 +27,9 @@ bool NarrowPath(const char16_t* wzPath, char* szOut, u32 uCapacity) noexcept {
                                                 szOut, iCapacity, nullptr, nullptr) > 0;
 }
 
-std::FILE* OpenFileForRead(const char16_t* wzPath) noexcept {
-    return _wfopen(reinterpret_cast<const wchar_t*>(wzPath), L"rb");
-}
+std::FILE* OpenFileForRead(const char16_t* wzPath) noexcept { return OpenRegularFile(wzPath, false); }
 
-std::FILE* OpenFileForReadAlone(const char16_t* wzPath) noexcept {
-    return _wfsopen(reinterpret_cast<const wchar_t*>(wzPath), L"rb", _SH_DENYRW);
-}
+std::FILE* OpenFileForReadAlone(const char16_t* wzPath) noexcept { return OpenRegularFile(wzPath, true); }
 
 std::FILE* OpenFileForWrite(const char16_t* wzPath) noexcept {
     return _wfopen(reinterpret_cast<const wchar_t*>(wzPath), L"wb+");

@@ -1,5 +1,6 @@
 // Documents that are no profile, or that would cost the host time and memory.
 #include "profile_fixture.h"
+#include "tests/support/odd_files.h"
 
 namespace {
 
@@ -35,6 +36,17 @@ struct ProfileHostile : ProfileTest {
 };
 
 } // namespace
+
+TEST_F(ProfileHostile, WhatIsNoPlainFileIsNotOpened) {
+    const std::string strPath = m_folder.Path("odd.xml");
+    ForEachOddFile(strPath, [&](const char* szKind) {
+        tinyxml2::XMLDocument document;
+        i32 iCode = 99;
+        const std::u16string wzPath(strPath.begin(), strPath.end());
+        EXPECT_FALSE(g_fnOpenProfileDocument(wzPath.c_str(), document, &iCode)) << szKind;
+        EXPECT_EQ(iCode, PROFILE_NOT_OPENED) << szKind;
+    });
+}
 
 TEST_F(ProfileHostile, AMissingFileIsNotOpened) {
     tinyxml2::XMLDocument document;

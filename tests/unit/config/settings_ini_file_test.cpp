@@ -2,6 +2,7 @@
 #include "platform/ini_file.h"
 
 #include "platform/headless/test_controls.h"
+#include "tests/support/odd_files.h"
 #include "tests/support/test_data_folder.h"
 
 #include <gtest/gtest.h>
@@ -35,6 +36,15 @@ std::string Wide(std::u16string_view wz, bool bBigEndian) {
 }
 
 } // namespace
+
+TEST(IniFile, WhatIsNoPlainFileReadsAsEmpty) {
+    const CTestDataFolder folder(false);
+    const std::string strPath = folder.Path("odd.ini");
+    const std::u16string wzPath(strPath.begin(), strPath.end());
+    ForEachOddFile(strPath, [&](const char* szKind) {
+        EXPECT_EQ(CIniFile::Load(wzPath.c_str()).Sections(), 0u) << szKind;
+    });
+}
 
 TEST(IniFile, ValuesAreFoundBySectionAndKey) {
     const std::string str = "[a]\r\nx=1\r\ny=2\r\n[b]\r\nx=3\r\n";

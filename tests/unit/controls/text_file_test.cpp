@@ -1,6 +1,7 @@
 #include "controls/text_file.h"
 
 #include "shared/process_records.h"
+#include "tests/support/odd_files.h"
 #include "tests/support/test_data_folder.h"
 #include "tests/unit/controls/text_fixture.h"
 
@@ -74,9 +75,59 @@ TEST_F(TextFile, AnEmptyTextIsNone) {
     EXPECT_EQ(Load("\0text"s), u"(none)");
 }
 
-TEST_F(TextFile, AFileAboveTheLimitIsRefused) {
+TEST_F(TextFile, AFileAboveTheLimitIsCutAtALinesEnd) {
     EXPECT_EQ(Load(std::string(g_uTextFileBytesMax, 'a')), std::u16string(g_uTextFileBytesMax, u'a'));
-    EXPECT_EQ(Load(std::string(g_uTextFileBytesMax + 1, 'a')), u"(none)");
+    EXPECT_EQ(Load("one\ntwo\r\n" + std::string(g_uTextFileBytesMax, 'a')), u"one\ntwo\r");
+    std::string strUnits = "\xFF\xFE"
+                           "A\0\n\0B\0\n\0"s;
+    for (u32 i = 0; i < g_uTextFileBytesMax / 2; ++i) strUnits += "\x0A\x0A"; // a letter, not two line ends
+    EXPECT_EQ(Load(strUnits), u"A\nB");
+    EXPECT_EQ(Load("\xFE\xFF"
+                   "\0A\0\n"s +
+                   std::string(g_uTextFileBytesMax, '\x0A')),
+              u"A");
+}
+
+TEST_F(TextFile, ALineAboveTheLimitIsCutBehindAWholeCharacter) {
+    EXPECT_EQ(Load(std::string(g_uTextFileBytesMax + 1, 'a')), std::u16string(g_uTextFileBytesMax, u'a'));
+    const std::u16string wzMost(g_uTextFileBytesMax - 2, u'a');
+    const std::string strMost(wzMost.begin(), wzMost.end());
+    EXPECT_EQ(Load(strMost + "\xE2\x82\xAC and more"), wzMost) << "a third of it would fall away";
+    EXPECT_EQ(Load(strMost + "\xF0\x9F\x98\x80 and more"), wzMost);
+    EXPECT_EQ(Load(strMost + "\xC3\xA4 and more"), wzMost + u"\u00E4");
+    std::string strUnits = "\xFF\xFE";
+    for (u32 i = 0; i < g_uTextFileBytesMax / 4; ++i) strUnits += "\x3D\xD8\x00\xDE"s;
+    EXPECT_EQ(Load(strUnits + strUnits.substr(2)).size(), g_uTextFileBytesMax / 2 - 2) << "no half pair";
+}
+
+TEST_F(TextFile, WhatIsNoPlainFileIsNone) {
+    const std::string strPath = m_folder.Path("Profiles/Mine/odd.txt");
+    ForEachOddFile(strPath, [&](const char* szKind) {
+        char16_t wzPath[g_uProfilePathCapacity];
+        ASSERT_TRUE(g_fnResolveProfilePath(wzPath, u"odd.txt"));
+        EXPECT_EQ(g_fnCheckMemoFile(u"odd.txt"), std::string_view(szKind).starts_with("file")) << szKind;
+        EXPECT_EQ(g_fnLoadTextFromFile(wzPath), nullptr) << szKind;
+    });
+}
+
+TEST_F(TextFile, NamesThatLeaveTheProfileFolderAreRefused) {
+    std::filesystem::create_directories(m_folder.Path("Profiles/Mine/sub"));
+    m_folder.Write("Profiles/Mine/a..b.txt", "in");
+    m_folder.Write("secret.txt", "out");
+    const std::string strFull = m_folder.Path("secret.txt");
+    EXPECT_TRUE(g_fnCheckMemoFile(u"a..b.txt"));
+    EXPECT_TRUE(g_fnCheckMemoFile(u".\\a..b.txt"));
+    char16_t wzPath[g_uProfilePathCapacity] = u"x";
+    for (const std::u16string& wz :
+         {u"..\\..\\secret.txt"s, u"../../secret.txt"s, u"sub\\..\\..\\..\\secret.txt"s,
+          u"..\\Mine\\a..b.txt"s, u".. \\a"s, u"...\\a"s, u".."s, u"\\a"s, u"/a"s, u"\\\\server\\share\\a"s,
+          u"C:a"s, u"C:\\a"s, std::u16string(strFull.begin(), strFull.end())}) {
+        EXPECT_FALSE(g_fnResolveProfilePath(wzPath, wz.c_str())) << strFull;
+        EXPECT_EQ(wzPath[0], 0);
+        EXPECT_FALSE(g_fnCheckMemoFile(wz.c_str()));
+        CTextBox_Base box;
+        EXPECT_FALSE(box.m_fnLoadText(wz.c_str(), false));
+    }
 }
 
 TEST_F(TextFile, AMissingFileIsNone) {

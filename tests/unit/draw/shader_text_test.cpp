@@ -1,5 +1,6 @@
 #include "draw/gl_shader.h"
 #include "frame/log.h"
+#include "tests/support/odd_files.h"
 
 #include <gtest/gtest.h>
 
@@ -82,6 +83,19 @@ TEST(InsertDefinesDeathTest, ADefineLineAboveTheLimitEndsTheProcess) {
     ::testing::FLAGS_gtest_death_test_style = "threadsafe";
     EXPECT_DEATH(g_fnInsertDefines("#version 150", {{"N", std::string(245, '1')}}), "");
     EXPECT_EQ(g_fnInsertDefines("#version 150", {{"N", std::string(243, '1')}}).size(), 14u + 255u);
+}
+
+TEST(ShaderFiles, WhatIsNoPlainFileCannotBeOpened) {
+    const std::string strPath = ::testing::TempDir() + "orvin_odd_shader.vs";
+    ForEachOddFile(strPath, [&](const char* szKind) {
+        try {
+            const GLShader shader(strPath.c_str(), 0x8B31); // fails before any call of GL
+            ADD_FAILURE() << szKind;
+        } catch (const std::runtime_error& error) {
+            EXPECT_EQ("Failed to open file : " + strPath, error.what()) << szKind;
+        }
+    });
+    EXPECT_THROW(GLShader(strPath.c_str(), 0x8B31), std::runtime_error) << "nothing there";
 }
 
 static std::vector<std::filesystem::path> ShaderFiles() {

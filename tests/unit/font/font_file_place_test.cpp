@@ -1,6 +1,8 @@
 // Which cache file a font is looked for in, and whether it may be used.
 #include "draw/data_path.h"
 #include "font_file_test.h"
+#include "platform/input_file.h"
+#include "tests/support/odd_files.h"
 #include "tests/support/test_data_folder.h"
 
 #include <gtest/gtest.h>
@@ -36,6 +38,25 @@ struct FontFilePlace : testing::Test {
 };
 
 } // namespace
+
+TEST_F(FontFilePlace, WhatIsNoPlainFileIsNoFont) {
+    const std::string strPath = m_folder.Path("Profiles/Mine/2-Face.fnt");
+    const std::u16string wzPath(strPath.begin(), strPath.end());
+    ForEachOddFile(strPath, [&](const char* szKind) {
+        CTestFont font;
+        EXPECT_FALSE(g_fnLoadFontFile(&font, wzPath.c_str(), u"Face")) << szKind;
+        EXPECT_FALSE(font.m_fnLoadFromFile(wzPath.c_str())) << szKind;
+        EXPECT_FALSE(font.m_fnLoadFromFileA(strPath.c_str())) << szKind;
+    });
+}
+
+TEST_F(FontFilePlace, OfAHugeFileNoMoreIsReadThanItsHeaderAsksFor) {
+    m_folder.Write("Profiles/Mine/2-Face.fnt", SmallFile());
+    std::filesystem::resize_file(m_folder.Path("Profiles/Mine/2-Face.fnt"), 300u << 20);
+    const platform::InputFile pFile = platform::OpenInput(m_folder.Path("Profiles/Mine/2-Face.fnt").c_str());
+    ASSERT_TRUE(pFile);
+    EXPECT_EQ(g_fnReadFontFile(pFile.get()).size(), g_uSmallFileBytes);
+}
 
 TEST_F(FontFilePlace, FixedFontsGoByStyleAndId) {
     EXPECT_EQ(FixedTail(u"Profiles\\Mine", 0, 7), "Profiles/Mine/0-7.fnt");

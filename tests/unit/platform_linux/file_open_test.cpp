@@ -1,7 +1,9 @@
 // Files that are written, and read.
 #include "platform/folders.h"
+#include "platform/regular_file.h"
 
 #include <cstdio>
+#include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -25,4 +27,12 @@ TEST(LinuxFileOpen, WritingEmptiesTheFileAndReadingNeedsAPlainOne) {
     EXPECT_EQ(platform::OpenFileForReadAlone(wzFolder.c_str()), nullptr);
     EXPECT_EQ(platform::OpenFileForWrite(wzFolder.c_str()), nullptr);
     std::filesystem::remove_all(path);
+}
+
+TEST(LinuxFileOpen, ProgramsThatTheHostStartsDoNotInheritTheFile) {
+    std::FILE* const pFile = platform::OpenRegularFile("/proc/self/exe");
+    ASSERT_NE(pFile, nullptr);
+    EXPECT_NE(fcntl(fileno(pFile), F_GETFD) & FD_CLOEXEC, 0);
+    EXPECT_GT(platform::SizeOfFile(pFile), 100000u);
+    std::fclose(pFile);
 }
