@@ -1,5 +1,7 @@
 #include "controls/glyph_quads.h"
 
+#include "font/font_unicode.h"
+
 void g_fnWriteQuadIndices(u32* pIndices, u32 uQuads) {
     static constexpr u32 auCorner[g_uQuadIndices] = {0, 1, 2, 0, 2, 3};
     for (u32 uQuad = 0; uQuad < uQuads; ++uQuad)
@@ -20,12 +22,35 @@ void g_fnSetQuadTexture(stTextVertex* pQuad, f32 u0, f32 v0, f32 u1, f32 v1) {
     pQuad[2].v = pQuad[3].v = v1;
 }
 
-void g_fnExpandQuads(stTextVertex* p, u32 uQuads) {
+stCellSize g_fnCellOf(const CFontUniCode* pFont) {
+    if (!pFont || !pFont->m_uLayoutW || !pFont->m_uLayoutH) return {2, 2};
+    return {1 / static_cast<f32>(pFont->m_uLayoutW), 1 / static_cast<f32>(pFont->m_uLayoutH)};
+}
+
+/// Far end of a grown side: its position and the texture there.
+struct stFarEnd {
+    f32 fPosition, fTexture;
+};
+
+/// A side from (fPos0, fTex0) to (fPos1, fTex1), grown by a quarter and cut where a cell that begins at fTex0
+/// ends.
+static stFarEnd GrownEnd(f32 fPos0, f32 fPos1, f32 fTex0, f32 fTex1, f32 fCell) {
+    const f32 dPos = (fPos1 - fPos0) * 0.25f, dTex = (fTex1 - fTex0) * 0.25f;
+    const stFarEnd stGrown = {fPos1 + dPos, fTex1 + dTex};
+    const f32 fMost = fTex0 + fCell;
+    if (!(stGrown.fTexture > fMost)) return stGrown;
+    const f32 fShare = (fMost - fTex0) / (fTex1 - fTex0);
+    return {fPos0 + (fPos1 - fPos0) * fShare, fMost};
+}
+
+void g_fnExpandQuads(stTextVertex* p, u32 uQuads, const stCellSize& stCell) {
     for (; uQuads > 0; --uQuads, p += g_uQuadVertices) {
         const f32 dx = (p[1].x - p[0].x) * 0.25f, dy = (p[2].y - p[1].y) * 0.25f;
         const f32 du = (p[1].u - p[0].u) * 0.25f, dv = (p[2].v - p[1].v) * 0.25f;
-        g_fnSetQuadRect(p, {p[0].x - dx, p[0].y - dy, p[2].x + dx, p[2].y + dy});
-        g_fnSetQuadTexture(p, p[0].u - du, p[0].v - dv, p[2].u + du, p[2].v + dv);
+        const stFarEnd stRight = GrownEnd(p[0].x, p[2].x, p[0].u, p[2].u, stCell.fWidth);
+        const stFarEnd stBelow = GrownEnd(p[0].y, p[2].y, p[0].v, p[2].v, stCell.fHeight);
+        g_fnSetQuadRect(p, {p[0].x - dx, p[0].y - dy, stRight.fPosition, stBelow.fPosition});
+        g_fnSetQuadTexture(p, p[0].u - du, p[0].v - dv, stRight.fTexture, stBelow.fTexture);
     }
 }
 

@@ -3,6 +3,8 @@
 // left, top right, bottom right, bottom left, and six 32-bit indices.
 #include "platform/types.h"
 
+class CFontUniCode;
+
 /// Vertex of every text control: canvas units, texture 0 to 1, colour 0 to 1.
 struct stTextVertex {
     f32 x, y;
@@ -30,8 +32,15 @@ inline stTextVertex* g_fnVertexAt(f32* pVertices, u32 uFirst) {
 void g_fnWriteQuadIndices(u32* pIndices, u32 uQuads);
 void g_fnSetQuadRect(stTextVertex* pQuad, const stQuadRect& stRect);
 void g_fnSetQuadTexture(stTextVertex* pQuad, f32 u0, f32 v0, f32 u1, f32 v1);
-/// Grows each quad by a quarter of its size on every side, position and texture alike.
-void g_fnExpandQuads(stTextVertex* pVertices, u32 uQuads);
+/// Size of a cell of a font's picture, in the units of texture coordinates.
+struct stCellSize {
+    f32 fWidth, fHeight;
+};
+
+stCellSize g_fnCellOf(const CFontUniCode* pFont); ///< of a null font: more than any picture has
+/// Grows each quad by a quarter of its size on every side, position and texture alike, but not beyond the
+/// right and lower edge of its cell, where the next glyph begins.
+void g_fnExpandQuads(stTextVertex* pVertices, u32 uQuads, const stCellSize& stCell);
 /// pColor: red, green, blue, alpha.
 void g_fnColorVertices(stTextVertex* pVertices, u32 uVertices, const f32* pColor);
 void g_fnMoveVertices(stTextVertex* pVertices, u32 uVertices, f32 x, f32 y);

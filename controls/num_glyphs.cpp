@@ -26,9 +26,10 @@ void CNumBox_Base::BuildGlyph(u32 uGlyph, f32 fScaled) {
     const u32 uFirst = uGlyph * m_uVerticesPerGlyph + (m_bShadow ? g_uQuadVertices : 0);
     stTextVertex* const pQuad = g_fnVertexAt(m_pVertices.get(), uFirst);
     f32 u0, v0, z, u1, v1, fOffset, fWidth, fHeight;
-    // What the font can't give is as empty as a blank.
+    // What the font can't give, or has no ink, is as empty as a blank.
     if (IsBlank(m_wzCharset[uGlyph]) ||
-        !m_pFont->m_fnGetCharInfo(m_wzCharset[uGlyph], &u0, &v0, &z, &u1, &v1, &fOffset, &fWidth, &fHeight)) {
+        !m_pFont->m_fnGetCharInfo(m_wzCharset[uGlyph], &u0, &v0, &z, &u1, &v1, &fOffset, &fWidth, &fHeight) ||
+        !(fHeight > 0)) {
         g_fnSetQuadRect(pQuad, {});
         m_fnSetQuadTex(pQuad, 0, 0, 0, 0);
         return;
@@ -86,6 +87,7 @@ bool CNumBox_Base::m_fnBuildGlyphs() {
 
 bool CNumBox_Base::m_fnExpandQuads() {
     if (!m_pVertices) return false;
-    g_fnExpandQuads(g_fnVertexAt(m_pVertices.get(), 0), m_uGlyphCount * (m_bShadow ? 2 : 1));
+    g_fnExpandQuads(g_fnVertexAt(m_pVertices.get(), 0), m_uGlyphCount * (m_bShadow ? 2 : 1),
+                    g_fnCellOf(m_pFont));
     return true;
 }

@@ -83,7 +83,8 @@ bool CTextBox_Base::m_fnAllocBuffers() {
 bool CTextBox_Base::m_fnExpandQuads() {
     if (!m_pVertices) return false;
     // KEEP: a glyph draws one and a half times its nominal box.
-    g_fnExpandQuads(g_fnVertexAt(m_pVertices.get(), 0), m_uGlyphCapacity * (m_bShadow ? 2 : 1));
+    g_fnExpandQuads(g_fnVertexAt(m_pVertices.get(), 0), m_uGlyphCapacity * (m_bShadow ? 2 : 1),
+                    g_fnCellOf(m_pFont));
     return true;
 }
 

@@ -13,6 +13,7 @@ struct stGlyphBox {
     f32 u0, v0, u1, v1;
     f32 fOffset; ///< of the bottom, in text sizes
     f32 fWidth, fHeight;
+    bool bInk;
 };
 
 /// One pass over the text of a box: a pen that moves right and from line to line.
@@ -50,6 +51,7 @@ class LayoutPass {
         if (!m_box.m_pFont->m_fnGetCharInfo(uCode, &st.u0, &st.v0, &z, &st.u1, &st.v1, &st.fOffset,
                                             &st.fWidth, &st.fHeight))
             return false;
+        st.bInk = st.fHeight > 0;
         st.fWidth *= m_fScaleX;
         st.fHeight *= m_box.m_fTextSize;
         return true;
@@ -70,10 +72,17 @@ class LayoutPass {
         if (bQuad) Write(st);
         m_fPenX += st.fWidth + m_box.m_fSpacingX;
     }
+    /// Nothing is drawn for a glyph without ink (its height is negative) or a hidden one: what lies where its
+    /// picture would be belongs to others.
+    void Clear(stTextVertex* pQuad) const {
+        g_fnSetQuadRect(pQuad, {m_fPenX, m_fLineY, m_fPenX, m_fLineY});
+        m_box.m_fnSetQuadTex(pQuad, 0, 0, 0, 0);
+    }
     /// Glyphs beyond the room take their space only.
     void Write(const stGlyphBox& st) {
         if (m_uQuad >= m_uQuadEnd) return;
         stTextVertex* const pQuad = g_fnVertexAt(m_box.m_pVertices.get(), m_uQuad++ * g_uQuadVertices);
+        if (!st.bInk) return Clear(pQuad);
         const f32 fBottom = st.fOffset * m_box.m_fTextSize + m_fLineY;
         g_fnSetQuadRect(pQuad, {m_fPenX, fBottom - st.fHeight, m_fPenX + st.fWidth, fBottom});
         m_box.m_fnSetQuadTex(pQuad, st.u0, st.v0, st.u1, st.v1);

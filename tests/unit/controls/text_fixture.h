@@ -32,10 +32,11 @@ class CTestFont : public CFontUniCode {
         Put(pYB, Top(uCode) + 3 / 64.0f);
         Put(pYOff, 0.125f);
         Put(pW, Width(uCode));
-        Put(pH, 0.75f);
+        Put(pH, m_setInkless.contains(uCode) ? -2.0f : 0.75f);
         return true;
     }
     std::set<u32> m_setMissing; ///< codes that the font can't give
+    std::set<u32> m_setInkless; ///< codes with an advance and no picture
 
   private:
     static void Put(f32* pOut, f32 fValue) {

@@ -75,10 +75,38 @@ TEST_F(TextLayout, GrowingTakesAQuarterOfPositionAndTextureAlike) {
         g_fnSetQuadRect(p, {10, 20, 18, 36});
         g_fnSetQuadTexture(p, 0.25f, 0.5f, 0.5f, 0.75f);
     }
-    g_fnExpandQuads(aQuad, 1);
+    g_fnExpandQuads(aQuad, 1, {0.3125f, 0.3125f}); // the cell ends where the growth does
     EXPECT_EQ(Rect(aQuad), (Four{8, 16, 20, 40}));
     EXPECT_EQ(Texture(aQuad), (Four{0.1875f, 0.4375f, 0.5625f, 0.8125f}));
     EXPECT_EQ(Rect(aQuad + 4), (Four{10, 20, 18, 36}));
+}
+
+TEST_F(TextLayout, AGlyphWiderOrHigherThanItsCellIsCutAtTheCellsEdge) {
+    stTextVertex aQuad[4] = {};
+    g_fnSetQuadRect(aQuad, {10, 20, 26, 36});
+    g_fnSetQuadTexture(aQuad, 0.25f, 0.5f, 0.5f, 0.75f);
+    g_fnExpandQuads(aQuad, 1, {0.125f, 0.28125f});
+    EXPECT_EQ(Rect(aQuad), (Four{6, 16, 18, 38})) << "positions are cut like the picture";
+    EXPECT_EQ(Texture(aQuad), (Four{0.1875f, 0.4375f, 0.375f, 0.78125f}));
+}
+
+TEST_F(TextLayout, AGlyphWithoutInkTakesItsSpaceAndDrawsNothing) {
+    m_font.m_setInkless = {0xA0, 0x301};
+    for (const bool bShadow : {false, true}) {
+        auto p = New(u"a\u00A0b\u0301");
+        p->m_fnSetShadow(bShadow);
+        ASSERT_TRUE(p->m_fnInitialize());
+        EXPECT_EQ(p->m_uGlyphCapacity, 4u);
+        for (u32 uLayer = 0; uLayer < (bShadow ? 2u : 1u); ++uLayer)
+            for (const u32 uQuad : {1u, 3u}) {
+                const Four rect = Rect(Quad(p->m_pVertices, 4 * uLayer + uQuad));
+                EXPECT_EQ(rect[0], rect[2]);
+                EXPECT_EQ(rect[1], rect[3]);
+                EXPECT_EQ(Texture(Quad(p->m_pVertices, 4 * uLayer + uQuad)), (Four{0, 0, 0, 0}));
+            }
+        EXPECT_EQ(Nominal(*p, bShadow ? 6 : 2)[0], 8 + 8) << "behind a's and the blank's advance";
+        EXPECT_EQ(p->m_fnGetTextWidth(), 32);
+    }
 }
 
 TEST_F(TextLayout, TheFontsScaleStretchesAcrossOnly) {

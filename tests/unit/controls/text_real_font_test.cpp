@@ -57,6 +57,16 @@ TEST_F(TextRealFont, ATextOfManyScriptsIsMeasuredByItsGlyphs) {
     EXPECT_EQ(p->m_uGlyphCapacity, 5u);
 }
 
+TEST_F(TextRealFont, BlanksOfOtherKindsTakeTheirSpaceAndDrawNothing) {
+    const auto p = Ready(m_real, u"W\u00A0W\u2003W");
+    for (const u32 uQuad : {1u, 3u}) {
+        const Four rect = Rect(Quad(p->m_pVertices, uQuad));
+        EXPECT_TRUE(rect[0] == rect[2] && rect[1] == rect[3]) << uQuad;
+    }
+    EXPECT_FLOAT_EQ(Rect(Quad(p->m_pVertices, 2))[0] - Rect(Quad(p->m_pVertices, 0))[0],
+                    Advance(m_real, u'W') + Advance(m_real, 0xA0));
+}
+
 TEST_F(TextRealFont, ASurrogatePairIsOneGlyph) {
     auto p = Ready(m_real, u"\U0001D7D8");
     EXPECT_GE(m_real.m_fnFindChar(0x1D7D8), 0);
