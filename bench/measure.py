@@ -27,6 +27,8 @@ MODES = {"bare": (False, "Empty", True), "off": (True, "Panels20", False), "Empt
          "Bench": (True, "Bench", True), "Panels20": (True, "Panels20", True),
          "Frosted20": (True, "Frosted20", True), "Boxes8": (True, "Boxes8", True),
         "Boxes37": (True, "Boxes37", True), "Boxes80": (True, "Boxes80", True)}
+SHIPPED = sorted(path.name for path in (ROOT / "data/Profiles").iterdir())
+MODES |= {name: (True, name, True) for name in SHIPPED}
 # What number boxes show, published once; eight of these names recur in the layouts with boxes.
 PUBLISHED = {"GPU_CLK#0": 1755, "GPU_TEMP#0": 71, "CPU_USAGE#0": 38, "GPU_USAGE#0": 97, "CPU_CLK#0": 4650}
 RAW_DATA, RAW_BANK = 0xBFA0, 16384  # in the shared segment: two banks of values
@@ -172,6 +174,14 @@ class Bench:
             result["gl_calls"] = by_name.pop("total")
             result["by_name"] = by_name
         return result
+
+    def building(self, mode, driver):
+        """The costliest swap while the overlay is built, by the processor's time, which a busy machine does not
+        change much; the first swap on the clock; milliseconds."""
+        said, _ = self.run([self.host, "--frames", "60", "--size", "1280x720", "--swap-cpu"],
+                           self.variables(mode, driver, probe=False))
+        got = read_pairs(said)
+        return {"longest_cpu_ms": int(got["longest_swap_cpu_ns"]) / 1e6, "first_ms": int(got["first_swap_ns"]) / 1e6}
 
     def instructions(self, mode, driver="null"):
         """Instructions a frame: two runs of different length under callgrind, their difference."""

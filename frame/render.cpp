@@ -3,6 +3,7 @@
 #include "controls/osd_manager.h"
 #include "draw/draw_basic.h"
 #include "draw/draw_text.h"
+#include "frame/build_ahead.h"
 #include "frame/frame_driver.h"
 #include "frame/log.h"
 #include "frame/outer_guard.h"
@@ -112,6 +113,7 @@ static bool BuildResources() {
         return false;
     }
     g_fInitSeconds = timer.Stop();
+    g_fnEndPreparation();
     g_bInitGL = true;
     return true;
 }
@@ -223,6 +225,7 @@ static void RenderInOuterGuard() {
 
 void g_fnTavo_GL_Render() {
     if (!g_bInitGLEW && !SetUpContext()) return;
+    if (!g_bInitGL && !g_fnIsBuildPrepared()) return;
     if (g_stHostCare.bOuterGuard) return RenderInOuterGuard();
     g_fnTavo_GL_CaptureState();
     g_fnTavo_GL_SetupState();

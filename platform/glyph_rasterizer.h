@@ -22,6 +22,11 @@ struct stGlyphFontRequest {
     bool m_bAtFirstUse = false;
 };
 
+/// Opens what all fonts share, which takes long, ahead of the first font, and keeps it open until it is let
+/// go. True if there was something to open.
+bool HoldGlyphSystem() noexcept;
+void LetGlyphSystemGo() noexcept;
+
 /// Null when out of memory.
 GlyphDevice* CreateGlyphDevice() noexcept;
 void DestroyGlyphDevice(GlyphDevice* pDevice) noexcept;

@@ -62,6 +62,12 @@ GLint IntegerAnswer(GLenum eName) {
     case GL_UNPACK_ALIGNMENT:
     case GL_PACK_ALIGNMENT:
         return 4;
+    case GL_RENDER_MODE:
+        return GL_RENDER;
+    case GL_ACTIVE_TEXTURE:
+        return GL_TEXTURE0;
+    case GL_POLYGON_MODE:
+        return GL_FILL;
     case GL_READ_BUFFER:
     case GL_DRAW_BUFFER:
         return GL_BACK;

@@ -117,10 +117,19 @@ static FT_Face OpenFace(const GlyphFont& font, const stFaceFile& stFile) {
     return nullptr;
 }
 
+/// Never destroyed: the host may still draw while the process ends.
+struct stKeptSystem {
+    std::weak_ptr<stFontSystem> pCurrent;
+    std::shared_ptr<stFontSystem> pHeld;
+};
+static stKeptSystem& Kept() {
+    static auto* const pKept = new stKeptSystem;
+    return *pKept;
+}
+
 /// The one in use, or a new one; null without memory or a font configuration.
 static std::shared_ptr<stFontSystem> OpenSystem() {
-    // Never destroyed: the host may still draw while the process ends.
-    static auto* const pCurrent = new std::weak_ptr<stFontSystem>;
+    auto* const pCurrent = &Kept().pCurrent;
     if (auto pOpen = pCurrent->lock()) return pOpen;
     if (!OpenFontOutput()) return nullptr;
     auto pNew = std::make_shared<stFontSystem>();
@@ -128,6 +137,22 @@ static std::shared_ptr<stFontSystem> OpenSystem() {
     if (!pNew->m_pCatalogue || FT_Init_FreeType(&pNew->m_hLibrary)) return nullptr;
     *pCurrent = pNew;
     return pNew;
+}
+
+bool HoldGlyphSystem() noexcept {
+    try {
+        const std::lock_guard lock(g_mutexSystem);
+        const bool bOpen = !Kept().pCurrent.expired();
+        Kept().pHeld = OpenSystem();
+        return !bOpen && Kept().pHeld;
+    } catch (...) { // out of memory
+        return false;
+    }
+}
+
+void LetGlyphSystemGo() noexcept {
+    const std::lock_guard lock(g_mutexSystem);
+    Kept().pHeld.reset();
 }
 
 static bool TakeRequest(GlyphFont& font, const stGlyphFontRequest& stRequest) {

@@ -45,6 +45,10 @@ class CSelectedFont {
 
 static const wchar_t* Wide(const char16_t* wz) { return reinterpret_cast<const wchar_t*>(wz); }
 
+// The system has its fonts open for all programs.
+bool HoldGlyphSystem() noexcept { return false; }
+void LetGlyphSystemGo() noexcept {}
+
 GlyphDevice* CreateGlyphDevice() noexcept {
     auto* const pDevice = new (std::nothrow) GlyphDevice{};
     if (!pDevice) return nullptr;

@@ -1,4 +1,5 @@
 // Whole frames in a real context: build, draw, resize, release, and every way of not drawing.
+#include "config/host_care.h"
 #include "controls/osd_manager.h"
 #include "draw/creation_table.h"
 #include "draw/draw_basic.h"
@@ -6,6 +7,7 @@
 #include "frame/resources.h"
 #include "frame/statistics.h"
 #include "platform/gl_api.h"
+#include "platform/glyph_rasterizer.h"
 #include "platform/headless/test_controls.h"
 #include "platform/shared_block.h"
 #include "tests/gl/frame_fixture.h"
@@ -13,6 +15,8 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <utility>
 #include <vector>
 
@@ -45,6 +49,24 @@ TEST_F(FrameRender, BuildsAndDrawsInTheFirstFrame) {
         EXPECT_NE(Pixels(), vecBare) << "panels stand on the picture";
         g_fnTavo_GL_Release();
     }
+}
+
+TEST_F(FrameRender, WithTheOuterGuardTheFontsAreOpenedOnAFrameAheadOfTheBuild) {
+    ASSERT_TRUE(Begin(true));
+    std::filesystem::path file =
+        std::filesystem::path(m_strFolder) / "ZARN/Orvin Deck/ORVIN-OSD/Data/OSD.ini";
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream(file) << "[HostCare]\nOuterGuard = 1\n";
+    Clear();
+    const std::vector<u8> vecBare = Pixels();
+    Swap();
+    EXPECT_FALSE(g_bInitGL);
+    EXPECT_EQ(Pixels(), vecBare);
+    EXPECT_FALSE(platform::HoldGlyphSystem()) << "open already";
+    Swap();
+    EXPECT_TRUE(g_bInitGL);
+    EXPECT_NE(Pixels(), vecBare);
+    g_stHostCare = stHostCare();
 }
 
 TEST_F(FrameRender, DisabledMakesExactlyOneGLCallAndReadsNoClock) {

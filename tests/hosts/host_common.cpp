@@ -1,5 +1,6 @@
 #include "tests/hosts/host_common.h"
 #include "tests/hosts/host_gl.h"
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
@@ -96,7 +97,7 @@ class CHostLoop {
     stHostContext m_stContexts[2];
     u32 m_uWindows = 1, m_uContexts = 1;
     u32 m_uFrames = 0, m_uSwaps = 0, m_uErrorFrames = 0, m_uErrorFramesBefore = 0, m_uContextsMade = 0;
-    i64 m_iFirstFrame = 0, m_iWindowWall = 0, m_iWindowCpu = 0;
+    i64 m_iFirstFrame = 0, m_iLongestCpu = 0, m_iWindowWall = 0, m_iWindowCpu = 0;
     void (*m_fnBenchFrame)() = nullptr;
     std::set<std::string> m_setChanged;
     std::vector<i64> m_iStamps;
@@ -210,9 +211,10 @@ bool CHostLoop::m_fnSwap(u32 uFrame, stHostContext& stContext, WindowRef pWindow
     std::string strIgnored;
     if (m_st.bPrintErrors) m_fnTakeErrors(stContext.stGl, strIgnored, m_uErrorFramesBefore);
     if (m_st.bPrintState) listBefore = ReadStates(stContext.stGl);
-    const i64 iStart = NowNanoseconds();
+    const i64 iStart = NowNanoseconds(), iCpu = m_st.bSwapCpu ? CpuNanoseconds() : 0;
     const bool bSwapped = m_pSystem->m_fnSwap(pWindow);
     if (uFrame == 1) m_iFirstFrame = NowNanoseconds() - iStart;
+    if (m_st.bSwapCpu) m_iLongestCpu = std::max(m_iLongestCpu, CpuNanoseconds() - iCpu);
     if (m_st.bPrintErrors) {
         std::string strCodes;
         m_fnTakeErrors(stContext.stGl, strCodes, m_uErrorFrames);
@@ -263,6 +265,7 @@ void CHostLoop::m_fnReport(i64 iTotal) {
     m_fnPrint("contexts_made", std::to_string(m_uContextsMade));
     m_fnPrint("first_swap_ns", std::to_string(m_iFirstFrame));
     m_fnPrint("total_ns", std::to_string(iTotal));
+    if (m_st.bSwapCpu) m_fnPrint("longest_swap_cpu_ns", std::to_string(m_iLongestCpu));
     if (m_st.uMeasureFrom && m_uFrames >= m_st.uMeasureFrom) {
         m_fnPrint("measured_frames", std::to_string(m_uFrames - m_st.uMeasureFrom + 1));
         m_fnPrint("measured_wall_ns", std::to_string(NowNanoseconds() - m_iWindowWall));

@@ -14,6 +14,7 @@ struct stHostOptions {
     i32 iMajor = 0, iMinor = 0; ///< 0.0: whatever the driver gives without asking
     bool bSecondWindow = false, bSecondContext = false, bTwoThreads = false;
     bool bResizeStorm = false, bNoPump = false, bOddState = false, bFreshSurface = false, bIdle = false;
+    bool bSwapCpu = false;
     bool bEndFontconfig = false;
     u32 uRemakeContext = 0;          ///< remake the context every so many frames; 0 never
     u32 uPauseMs = 0, uLingerMs = 0; ///< once before the first and once after the last frame

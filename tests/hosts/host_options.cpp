@@ -74,6 +74,7 @@ constexpr stSwitch g_stSwitches[] = {
     {"--no-pump", nullptr, Flag<&O::bNoPump>, "never take window messages or events"},
     {"--end-fontconfig", nullptr, Flag<&O::bEndFontconfig>,
      "GLX: use fontconfig, and end it before the exit"},
+    {"--swap-cpu", nullptr, Flag<&O::bSwapCpu>, "print the processor time of the costliest swap"},
     {"--idle", nullptr, Flag<&O::bIdle>, "swap without drawing"},
     {"--odd-state", nullptr, Flag<&O::bOddState>, "set unusual GL states before every swap"},
     {"--pause-ms", "T", Number<&O::uPauseMs>, "wait before the first frame, taking messages"},
