@@ -62,6 +62,7 @@ struct stHostContext {
     ContextRef pContext = nullptr;
     stHostGl stGl;
     std::unique_ptr<CHostScene> pScene;
+    CHostObjects clObjects;
 };
 
 /// Windows, contexts and the frame loop of one thread.
@@ -77,6 +78,10 @@ class CHostLoop {
     bool m_fnOpenInTurn();
     bool m_fnMakeContext(stHostContext& stContext, WindowRef pWindow);
     void m_fnDropContext(stHostContext& stContext);
+    WindowRef m_fnWindowOf(const stHostContext& stContext) const;
+    void m_fnCountObjects(stHostContext& stContext);
+    void m_fnCloseFirst();
+    static u32 InTurn(u32 uFrame, u32 uFirst, u32 uCount);
     bool m_fnChangeSurroundings(u32 uFrame);
     bool m_fnFrame(u32 uFrame);
     bool m_fnSwap(u32 uFrame, stHostContext& stContext, WindowRef pWindow);
@@ -88,14 +93,17 @@ class CHostLoop {
                            stHostGl& stGl);
     void m_fnReport(i64 iTotal);
     void m_fnPrint(const std::string& strKey, const std::string& strValue);
+    std::string m_fnOwnFile(const std::string& strPath) const;
 
     const stHostOptions& m_st;
     u32 m_uThread;
     u32 m_uWidth, m_uHeight;
     std::unique_ptr<CWindowSystem> m_pSystem;
-    WindowRef m_pWindows[2] = {};
-    stHostContext m_stContexts[2];
+    WindowRef m_pWindows[g_uHostWindows] = {};
+    stHostContext m_stContexts[g_uHostWindows];
     u32 m_uWindows = 1, m_uContexts = 1;
+    u32 m_uFirstWindow = 0, m_uFirstContext = 0; ///< 1 once the first ones are closed
+    u32 m_uObjectsMade = 0, m_uObjectsLeft = 0;
     u32 m_uFrames = 0, m_uSwaps = 0, m_uErrorFrames = 0, m_uErrorFramesBefore = 0, m_uContextsMade = 0;
     i64 m_iFirstFrame = 0, m_iLongestCpu = 0, m_iWindowWall = 0, m_iWindowCpu = 0;
     void (*m_fnBenchFrame)() = nullptr;
@@ -111,23 +119,44 @@ CHostLoop::~CHostLoop() {
 }
 
 void CHostLoop::m_fnPrint(const std::string& strKey, const std::string& strValue) {
-    std::string strFull = m_uThread ? "thread2." : "";
+    std::string strFull;
+    if (m_uThread) strFull.append("thread").append(std::to_string(m_uThread + 1)).append(".");
     strFull.append(strKey);
     PrintLine(strFull, strValue);
 }
 
 bool CHostLoop::m_fnMakeContext(stHostContext& stContext, WindowRef pWindow) {
-    stContext.pContext = m_pSystem->m_fnMakeContext(pWindow);
+    const stHostContext& stFirst = m_stContexts[m_uContexts - 1]; // the last of the row is made first
+    stContext.pContext = m_pSystem->m_fnMakeContext(
+        pWindow, m_st.bShare && &stFirst != &stContext ? stFirst.pContext : nullptr);
     if (!stContext.pContext || !m_pSystem->m_fnMakeCurrent(pWindow, stContext.pContext)) return false;
     if (!LoadHostGl(*m_pSystem, stContext.stGl)) return false;
     stContext.pScene = std::make_unique<CHostScene>(stContext.stGl);
+    // More in each, so that another context's names are names of objects here.
+    stContext.clObjects.m_fnMake(stContext.stGl, m_st.uObjects * (m_uContextsMade + 1));
     ++m_uContextsMade;
     return true;
+}
+
+WindowRef CHostLoop::m_fnWindowOf(const stHostContext& stContext) const {
+    const u32 uIndex = u32(&stContext - m_stContexts) % m_uWindows;
+    return m_pWindows[uIndex] ? m_pWindows[uIndex] : m_pWindows[m_uWindows - 1];
+}
+
+/// Takes stock of a context's objects ahead of its end.
+void CHostLoop::m_fnCountObjects(stHostContext& stContext) {
+    if (!stContext.clObjects.m_fnCountMade() ||
+        !m_pSystem->m_fnMakeCurrent(m_fnWindowOf(stContext), stContext.pContext))
+        return;
+    m_uObjectsMade += stContext.clObjects.m_fnCountMade();
+    m_uObjectsLeft += stContext.clObjects.m_fnCountLeft(stContext.stGl);
+    stContext.clObjects = {};
 }
 
 void CHostLoop::m_fnDropContext(stHostContext& stContext) {
     if (!stContext.pContext) return;
     stContext.pScene.reset();
+    m_fnCountObjects(stContext);
     m_pSystem->m_fnMakeCurrent(nullptr, nullptr);
     m_pSystem->m_fnDestroyContext(stContext.pContext);
     stContext.pContext = nullptr;
@@ -136,8 +165,8 @@ void CHostLoop::m_fnDropContext(stHostContext& stContext) {
 bool CHostLoop::m_fnOpen() {
     m_pSystem = MakeWindowSystem();
     if (!m_pSystem->m_fnOpen(m_st)) return false;
-    m_uWindows = m_st.bSecondWindow ? 2 : 1;
-    m_uContexts = m_st.bSecondContext ? 2 : 1;
+    m_uWindows = m_st.uWindows;
+    m_uContexts = m_st.uContexts;
     for (u32 i = 0; i < m_uWindows; ++i)
         if (!(m_pWindows[i] = m_pSystem->m_fnMakeWindow(m_uWidth, m_uHeight))) return false;
     for (u32 i = m_uContexts; i-- > 0;)
@@ -166,21 +195,37 @@ void CHostLoop::m_fnWait() {
     m_fnSleepPumping(m_st.uPauseMs);
 }
 
+/// The first of several windows goes, and with it the first of several contexts.
+void CHostLoop::m_fnCloseFirst() {
+    if (m_uWindows < 2) return;
+    if (m_uContexts > 1) m_fnDropContext(m_stContexts[m_uFirstContext++]);
+    m_pSystem->m_fnMakeCurrent(m_pWindows[1], m_stContexts[m_uFirstContext].pContext);
+    m_pSystem->m_fnDestroyWindow(m_pWindows[m_uFirstWindow]);
+    m_pWindows[m_uFirstWindow++] = nullptr;
+}
+
+/// Which of so many comes in a frame, where they are used in turn.
+u32 CHostLoop::InTurn(u32 uFrame, u32 uFirst, u32 uCount) {
+    return uFirst + (uFrame - 1) % (uCount - uFirst);
+}
+
 bool CHostLoop::m_fnChangeSurroundings(u32 uFrame) {
+    if (m_st.uCloseFirst && uFrame == m_st.uCloseFirst) m_fnCloseFirst();
     if (m_st.bResizeStorm && uFrame % 3 == 0) {
         const auto& uSize = g_uStormSizes[(uFrame / 3) % std::size(g_uStormSizes)];
         m_uWidth = uSize[0], m_uHeight = uSize[1];
-        for (u32 i = 0; i < m_uWindows; ++i) m_pSystem->m_fnResize(m_pWindows[i], m_uWidth, m_uHeight);
+        for (u32 i = m_uFirstWindow; i < m_uWindows; ++i)
+            m_pSystem->m_fnResize(m_pWindows[i], m_uWidth, m_uHeight);
     }
     if (m_st.uRemakeContext && uFrame > 1 && (uFrame - 1) % m_st.uRemakeContext == 0)
-        for (u32 i = m_uContexts; i-- > 0;) {
+        for (u32 i = m_uContexts; i-- > m_uFirstContext;) {
             m_fnDropContext(m_stContexts[i]);
-            if (!m_fnMakeContext(m_stContexts[i], m_pWindows[i % m_uWindows])) return false;
+            if (!m_fnMakeContext(m_stContexts[i], m_fnWindowOf(m_stContexts[i]))) return false;
         }
     if (m_st.bFreshSurface && uFrame > 1 && (uFrame - 1) % 30 == 0)
-        for (u32 i = 0; i < m_uWindows; ++i) {
+        for (u32 i = m_uFirstWindow; i < m_uWindows; ++i) {
             m_pSystem->m_fnFreshSurface(m_pWindows[i]);
-            m_pSystem->m_fnMakeCurrent(m_pWindows[i], m_stContexts[0].pContext);
+            m_pSystem->m_fnMakeCurrent(m_pWindows[i], m_stContexts[m_uFirstContext].pContext);
         }
     return true;
 }
@@ -227,9 +272,10 @@ bool CHostLoop::m_fnSwap(u32 uFrame, stHostContext& stContext, WindowRef pWindow
 
 void CHostLoop::m_fnAfterSwap(u32 uFrame, stHostContext&, WindowRef pWindow) {
     if (!m_st.strStamps.empty()) m_iStamps.push_back(NowNanoseconds());
-    if (uFrame == m_st.uDumpFrame && !m_uThread && !m_st.strDumpPpm.empty()) {
+    if (uFrame == m_st.uDumpFrame && !m_st.strDumpPpm.empty()) {
         m_fnPrint("presented_from", m_pSystem->m_fnPresentedFrom());
-        if (!WritePpm(m_st.strDumpPpm, m_pSystem->m_fnReadPresented(pWindow))) m_fnPrint("dump", "failed");
+        if (!WritePpm(m_fnOwnFile(m_st.strDumpPpm), m_pSystem->m_fnReadPresented(pWindow)))
+            m_fnPrint("dump", "failed");
     }
     if (!m_st.strScribble.empty()) m_pSystem->m_fnScribble(m_st.strScribble, uFrame);
     if (m_fnBenchFrame) m_fnBenchFrame();
@@ -239,20 +285,28 @@ void CHostLoop::m_fnAfterSwap(u32 uFrame, stHostContext&, WindowRef pWindow) {
 bool CHostLoop::m_fnFrame(u32 uFrame) {
     if (!m_st.bNoPump) m_pSystem->m_fnPump();
     if (!m_fnChangeSurroundings(uFrame)) return false;
-    WindowRef pWindow = m_pWindows[(uFrame - 1) % m_uWindows];
-    stHostContext& stContext = m_stContexts[(uFrame - 1) % m_uContexts];
+    WindowRef pWindow = m_pWindows[InTurn(uFrame, m_uFirstWindow, m_uWindows)];
+    stHostContext& stContext = m_stContexts[InTurn(uFrame, m_uFirstContext, m_uContexts)];
     if (m_uWindows + m_uContexts > 2 && !m_pSystem->m_fnMakeCurrent(pWindow, stContext.pContext))
         return false;
     if (m_st.bOddState) ClearOddStates(stContext.stGl);
     if (!m_st.bIdle) stContext.pScene->m_fnDraw(m_uWidth, m_uHeight);
-    if (uFrame == m_st.uDumpFrame && !m_uThread && !m_st.strDumpBefore.empty() &&
-        !WritePpm(m_st.strDumpBefore, ReadBufferPicture(stContext.stGl, GL_BACK, m_uWidth, m_uHeight)))
+    if (uFrame == m_st.uDumpFrame && !m_st.strDumpBefore.empty() &&
+        !WritePpm(m_fnOwnFile(m_st.strDumpBefore),
+                  ReadBufferPicture(stContext.stGl, GL_BACK, m_uWidth, m_uHeight)))
         m_fnPrint("dump_before", "failed");
     if (m_st.bOddState) SetOddStates(stContext.stGl);
     m_uSwaps += m_fnSwap(uFrame, stContext, pWindow);
     g_uFramesOfAll.store(++m_uFrames, std::memory_order_relaxed);
     m_fnAfterSwap(uFrame, stContext, pWindow);
     return true;
+}
+
+/// The further threads write beside the first one's file.
+std::string CHostLoop::m_fnOwnFile(const std::string& strPath) const {
+    std::string strOwn = strPath;
+    if (m_uThread) strOwn.append(".").append(std::to_string(m_uThread + 1));
+    return strOwn;
 }
 
 void CHostLoop::m_fnReport(i64 iTotal) {
@@ -263,6 +317,12 @@ void CHostLoop::m_fnReport(i64 iTotal) {
     std::string strSize = std::to_string(m_uWidth);
     m_fnPrint("size", strSize.append("x").append(std::to_string(m_uHeight)));
     m_fnPrint("contexts_made", std::to_string(m_uContextsMade));
+    for (stHostContext& st : m_stContexts)
+        if (st.pContext) m_fnCountObjects(st);
+    if (m_st.uObjects) {
+        m_fnPrint("objects_made", std::to_string(m_uObjectsMade));
+        m_fnPrint("objects_left", std::to_string(m_uObjectsLeft));
+    }
     m_fnPrint("first_swap_ns", std::to_string(m_iFirstFrame));
     m_fnPrint("total_ns", std::to_string(iTotal));
     if (m_st.bSwapCpu) m_fnPrint("longest_swap_cpu_ns", std::to_string(m_iLongestCpu));
@@ -313,6 +373,11 @@ int CHostLoop::m_fnRun() {
 }
 
 } // namespace
+
+int NextWindowX(u32 uWidth) {
+    static std::atomic<int> s_iNext{0};
+    return s_iNext.fetch_add(int(uWidth));
+}
 
 bool WritePpm(const std::string& strPath, const stPicture& stShown) {
     if (stShown.u8Rgb.empty()) return false;
@@ -395,10 +460,11 @@ int RunHost(int iCount, char** pszArguments) {
     if (iParsed) return iParsed == 1 ? 0 : iParsed;
     if (stOptions.uExitAfter) return ExitWhileSwapping(stOptions);
     if (stOptions.uStackKb) return RunOnStack(stOptions);
-    int iSecond = 0;
-    std::thread clSecond;
-    if (stOptions.bTwoThreads) clSecond = std::thread([&] { iSecond = CHostLoop(stOptions, 1).m_fnRun(); });
-    const int iFirst = CHostLoop(stOptions, 0).m_fnRun();
-    if (clSecond.joinable()) clSecond.join();
-    return iFirst ? iFirst : iSecond;
+    int iCodes[g_uHostThreads] = {};
+    std::vector<std::thread> listThreads;
+    for (u32 i = 1; i < stOptions.uThreads; ++i)
+        listThreads.emplace_back([&, i] { iCodes[i] = CHostLoop(stOptions, i).m_fnRun(); });
+    iCodes[0] = CHostLoop(stOptions, 0).m_fnRun();
+    for (std::thread& clThread : listThreads) clThread.join();
+    return *std::max_element(std::begin(iCodes), std::end(iCodes));
 }

@@ -6,13 +6,20 @@
 #include <string>
 #include <vector>
 
+/// Most threads of a program, and most windows and contexts of a thread.
+constexpr u32 g_uHostThreads = 16, g_uHostWindows = 8;
+
 /// Everything the command line can ask for. Defaults are those of a small, well-behaved program.
 struct stHostOptions {
     u32 uFrames = 60;
     u32 uWidth = 640, uHeight = 480;
     bool bCore = false;
-    i32 iMajor = 0, iMinor = 0; ///< 0.0: whatever the driver gives without asking
-    bool bSecondWindow = false, bSecondContext = false, bTwoThreads = false;
+    i32 iMajor = 0, iMinor = 0;      ///< 0.0: whatever the driver gives without asking
+    u32 uThreads = 1;                ///< each with windows and contexts of its own
+    u32 uWindows = 1, uContexts = 1; ///< of a thread, used in turn
+    bool bShare = false;             ///< all contexts of a thread share their objects
+    u32 uObjects = 0;    ///< buffers, textures and programs of a context that have to outlive its frames
+    u32 uCloseFirst = 0; ///< frame ahead of which the first window goes, with its context; 0 never
     bool bResizeStorm = false, bNoPump = false, bOddState = false, bFreshSurface = false, bIdle = false;
     bool bSwapCpu = false;
     bool bEndFontconfig = false;
@@ -51,7 +58,7 @@ class CWindowSystem {
     virtual WindowRef m_fnMakeWindow(u32 uWidth, u32 uHeight) = 0;
     virtual void m_fnDestroyWindow(WindowRef pWindow) = 0;
     virtual void m_fnResize(WindowRef pWindow, u32 uWidth, u32 uHeight) = 0;
-    virtual ContextRef m_fnMakeContext(WindowRef pWindow) = 0;
+    virtual ContextRef m_fnMakeContext(WindowRef pWindow, ContextRef pShare) = 0;
     virtual void m_fnDestroyContext(ContextRef pContext) = 0;
     virtual bool m_fnMakeCurrent(WindowRef pWindow, ContextRef pContext) = 0;
     virtual bool m_fnSwap(WindowRef pWindow) = 0;
@@ -82,6 +89,9 @@ int ParseHostOptions(int iCount, char** pszArguments, stHostOptions& stOptions);
 /// Runs the program and prints its lines. Exit code: 0, 2 wrong switch, 3 no window system, window or
 /// context.
 int RunHost(int iCount, char** pszArguments);
+
+/// Where the next window of this width goes: windows stand side by side, so that each is seen whole.
+int NextWindowX(u32 uWidth);
 
 /// Writes a binary PPM; false on an empty picture or a file error.
 bool WritePpm(const std::string& strPath, const stPicture& stShown);

@@ -28,7 +28,7 @@ class CEglSystem final : public CWindowSystem {
     WindowRef m_fnMakeWindow(u32 uWidth, u32 uHeight) override;
     void m_fnDestroyWindow(WindowRef pWindow) override;
     void m_fnResize(WindowRef pWindow, u32 uWidth, u32 uHeight) override;
-    ContextRef m_fnMakeContext(WindowRef) override;
+    ContextRef m_fnMakeContext(WindowRef, ContextRef pShare) override;
     void m_fnDestroyContext(ContextRef pContext) override { eglDestroyContext(m_pDisplay, pContext); }
     bool m_fnMakeCurrent(WindowRef pWindow, ContextRef pContext) override;
     bool m_fnSwap(WindowRef pWindow) override;
@@ -142,7 +142,7 @@ void CEglSystem::m_fnFreshSurface(WindowRef pWindow) {
     pOld->pSurface = m_fnMakeSurface(pOld->uWindow, m_stOptions.uWidth, m_stOptions.uHeight);
 }
 
-ContextRef CEglSystem::m_fnMakeContext(WindowRef) {
+ContextRef CEglSystem::m_fnMakeContext(WindowRef, ContextRef pShare) {
     std::vector<EGLint> iWanted;
     if (m_stOptions.bCore || m_stOptions.iMajor)
         iWanted = {EGL_CONTEXT_MAJOR_VERSION, m_stOptions.iMajor ? m_stOptions.iMajor : 3,
@@ -150,7 +150,7 @@ ContextRef CEglSystem::m_fnMakeContext(WindowRef) {
     const EGLint iProfile = m_stOptions.bCore ? EGL_CONTEXT_OPENGL_CORE_PROFILE_BIT
                                               : EGL_CONTEXT_OPENGL_COMPATIBILITY_PROFILE_BIT;
     iWanted.insert(iWanted.end(), {EGL_CONTEXT_OPENGL_PROFILE_MASK, iProfile, EGL_NONE});
-    return eglCreateContext(m_pDisplay, m_pConfig, EGL_NO_CONTEXT, iWanted.data());
+    return eglCreateContext(m_pDisplay, m_pConfig, pShare, iWanted.data());
 }
 
 bool CEglSystem::m_fnMakeCurrent(WindowRef pWindow, ContextRef pContext) {

@@ -195,6 +195,34 @@ void CHostScene::m_fnDraw(u32 uWidth, u32 uHeight) {
     m_stGl.End();
 }
 
+void CHostObjects::m_fnMake(stHostGl& stGl, u32 uOfEach) {
+    if (!stGl.GenBuffers || !stGl.GenTextures || !stGl.CreateProgram) return;
+    for (u32 i = 0; i < uOfEach; ++i) {
+        m_uBuffers.push_back(0);
+        stGl.GenBuffers(1, &m_uBuffers.back());
+        stGl.BindBuffer(GL_ARRAY_BUFFER, m_uBuffers.back()); // the first binding makes it an object
+        stGl.BufferData(GL_ARRAY_BUFFER, sizeof g_fVertices, g_fVertices, GL_STATIC_DRAW);
+        m_uTextures.push_back(0);
+        stGl.GenTextures(1, &m_uTextures.back());
+        stGl.BindTexture(GL_TEXTURE_2D, m_uTextures.back());
+        m_uPrograms.push_back(stGl.CreateProgram());
+    }
+    stGl.BindBuffer(GL_ARRAY_BUFFER, 0);
+    stGl.BindTexture(GL_TEXTURE_2D, 0);
+}
+
+u32 CHostObjects::m_fnCountLeft(stHostGl& stGl) const {
+    u32 uLeft = 0;
+    for (const GLuint uName : m_uBuffers) uLeft += stGl.IsBuffer(uName) != GL_FALSE;
+    for (const GLuint uName : m_uTextures) uLeft += stGl.IsTexture(uName) != GL_FALSE;
+    for (const GLuint uName : m_uPrograms) uLeft += stGl.IsProgram(uName) != GL_FALSE;
+    return uLeft;
+}
+
+u32 CHostObjects::m_fnCountMade() const {
+    return u32(m_uBuffers.size() + m_uTextures.size() + m_uPrograms.size());
+}
+
 void SetOddStates(stHostGl& stGl) {
     stGl.Viewport(3, 5, 77, 55);
     stGl.Scissor(11, 13, 17, 19);

@@ -69,7 +69,10 @@
     X(void, EnableVertexAttribArray, (GLuint))                                                               \
     X(void, GenSamplers, (GLsizei, GLuint*))                                                                 \
     X(void, BindSampler, (GLuint, GLuint))                                                                   \
-    X(void, ClipControl, (GLenum, GLenum))
+    X(void, ClipControl, (GLenum, GLenum))                                                                   \
+    X(GLboolean, IsBuffer, (GLuint))                                                                         \
+    X(GLboolean, IsTexture, (GLuint))                                                                        \
+    X(GLboolean, IsProgram, (GLuint))
 
 /// Entry points of one context. Loaded anew for each context, since they may differ on Windows.
 struct stHostGl {
@@ -96,6 +99,18 @@ class CHostScene {
     GLuint m_fnMakeShader(GLenum eKind, const char* szSource);
     stHostGl& m_stGl;
     GLuint m_uProgram = 0, m_uVertexArray = 0, m_uBuffer = 0;
+};
+
+/// Objects that a program makes early and looks after until its end: so many buffers, textures and programs.
+class CHostObjects {
+  public:
+    void m_fnMake(stHostGl& stGl, u32 uOfEach);
+    /// How many are still there, in the context that made them or in one that shares with it.
+    u32 m_fnCountLeft(stHostGl& stGl) const;
+    u32 m_fnCountMade() const;
+
+  private:
+    std::vector<GLuint> m_uBuffers, m_uTextures, m_uPrograms;
 };
 
 /// Sets the states of the "odd" table to values that no careful program leaves behind; the second undoes it.

@@ -27,7 +27,7 @@ class CGlxSystem final : public CWindowSystem {
     void m_fnResize(WindowRef pWindow, u32 uWidth, u32 uHeight) override {
         m_clWindows.m_fnResize(Window(pWindow), uWidth, uHeight);
     }
-    ContextRef m_fnMakeContext(WindowRef) override;
+    ContextRef m_fnMakeContext(WindowRef, ContextRef pShare) override;
     void m_fnDestroyContext(ContextRef pContext) override {
         glXDestroyContext(m_clWindows.m_pDisplay, static_cast<GLXContext>(pContext));
     }
@@ -93,10 +93,11 @@ WindowRef CGlxSystem::m_fnMakeWindow(u32 uWidth, u32 uHeight) {
     return WindowRef(uWindow);
 }
 
-ContextRef CGlxSystem::m_fnMakeContext(WindowRef) {
+ContextRef CGlxSystem::m_fnMakeContext(WindowRef, ContextRef pShare) {
+    const auto pShared = static_cast<GLXContext>(pShare);
     Display* pDisplay = m_clWindows.m_pDisplay;
     if (!m_stOptions.bCore && !m_stOptions.iMajor)
-        return glXCreateNewContext(pDisplay, m_pConfig, GLX_RGBA_TYPE, nullptr, True);
+        return glXCreateNewContext(pDisplay, m_pConfig, GLX_RGBA_TYPE, pShared, True);
     MakeContextWithAttributes fnMake = nullptr;
     void* pMake = m_fnGetProc("glXCreateContextAttribsARB");
     std::memcpy(&fnMake, &pMake, sizeof pMake);
@@ -110,7 +111,7 @@ ContextRef CGlxSystem::m_fnMakeContext(WindowRef) {
     const int iProfile =
         m_stOptions.bCore ? GLX_CONTEXT_CORE_PROFILE_BIT_ARB : GLX_CONTEXT_COMPATIBILITY_PROFILE_BIT_ARB;
     iWanted.insert(iWanted.end(), {GLX_CONTEXT_PROFILE_MASK_ARB, iProfile, None});
-    return fnMake(pDisplay, m_pConfig, nullptr, True, iWanted.data());
+    return fnMake(pDisplay, m_pConfig, pShared, True, iWanted.data());
 }
 
 bool CGlxSystem::m_fnSwap(WindowRef pWindow) {

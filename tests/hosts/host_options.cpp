@@ -46,6 +46,15 @@ bool ReadVersion(stHostOptions& st, const char* szText) {
     return std::sscanf(szText, "%d.%d", &st.iMajor, &st.iMinor) == 2;
 }
 
+/// 1 to a limit, of things that the program keeps in arrays.
+template <u32 stHostOptions::*pMember, u32 uLimit> bool Count(stHostOptions& st, const char* szText) {
+    return ReadNumber(szText, st.*pMember) && st.*pMember >= 1 && st.*pMember <= uLimit;
+}
+template <u32 stHostOptions::*pMember> bool Two(stHostOptions& st, const char*) {
+    st.*pMember = 2;
+    return true;
+}
+
 struct stSwitch {
     const char* szName;
     const char* szValue; ///< name of the value in the help; null for a plain flag
@@ -59,9 +68,17 @@ constexpr stSwitch g_stSwitches[] = {
     {"--size", "WxH", ReadSize, "client size in pixels (640x480)"},
     {"--profile", "core|compat", ReadProfile, "kind of context (compat)"},
     {"--gl", "MAJOR.MINOR", ReadVersion, "version to ask for (none)"},
-    {"--second-window", nullptr, Flag<&O::bSecondWindow>, "two windows, drawn in turn"},
-    {"--second-context", nullptr, Flag<&O::bSecondContext>, "two contexts, used in turn"},
-    {"--two-threads", nullptr, Flag<&O::bTwoThreads>, "two threads, each with window and context"},
+    {"--threads", "N", Count<&O::uThreads, g_uHostThreads>, "N threads, each with window and context"},
+    {"--windows", "N", Count<&O::uWindows, g_uHostWindows>, "N windows of a thread, drawn in turn"},
+    {"--contexts", "N", Count<&O::uContexts, g_uHostWindows>, "N contexts of a thread, used in turn"},
+    {"--second-window", nullptr, Two<&O::uWindows>, "the same as --windows 2"},
+    {"--second-context", nullptr, Two<&O::uContexts>, "the same as --contexts 2"},
+    {"--two-threads", nullptr, Two<&O::uThreads>, "the same as --threads 2"},
+    {"--share", nullptr, Flag<&O::bShare>, "the contexts of a thread share their objects"},
+    {"--objects", "N", Number<&O::uObjects>,
+     "N buffers, textures and programs in the first context, N more in each further; says how many are left"},
+    {"--close-first", "K", Number<&O::uCloseFirst>,
+     "ahead of frame K close the first of several windows, with its own context if it has one"},
     {"--exit-while-swapping", "K", Number<&O::uExitAfter>,
      "call exit() in the main thread after K frames of another one, which goes on"},
     {"--stack-kb", "K", Number<&O::uStackKb>, "draw in a thread with a stack of K KB"},

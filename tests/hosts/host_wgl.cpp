@@ -42,7 +42,7 @@ class CWglSystem final : public CWindowSystem {
     WindowRef m_fnMakeWindow(u32 uWidth, u32 uHeight) override;
     void m_fnDestroyWindow(WindowRef pWindow) override;
     void m_fnResize(WindowRef pWindow, u32 uWidth, u32 uHeight) override;
-    ContextRef m_fnMakeContext(WindowRef pWindow) override;
+    ContextRef m_fnMakeContext(WindowRef pWindow, ContextRef pShare) override;
     void m_fnDestroyContext(ContextRef pContext) override { wglDeleteContext(static_cast<HGLRC>(pContext)); }
     bool m_fnMakeCurrent(WindowRef pWindow, ContextRef pContext) override;
     bool m_fnSwap(WindowRef pWindow) override;
@@ -59,7 +59,7 @@ class CWglSystem final : public CWindowSystem {
 
   private:
     void m_fnFinish();
-    HGLRC m_fnMakeWithAttributes(HDC hDc);
+    HGLRC m_fnMakeWithAttributes(HDC hDc, HGLRC hShare);
     stHostOptions m_stOptions;
     SwapFunction m_fnSwapBuffers = nullptr;
     CReloader m_clReloader;
@@ -137,8 +137,8 @@ bool ChoosePixels(HDC hDc) {
 WindowRef CWglSystem::m_fnMakeWindow(u32 uWidth, u32 uHeight) {
     auto pWindow = std::make_unique<stWglWindow>();
     pWindow->hWindow =
-        CreateWindowExA(WS_EX_NOACTIVATE, g_szWindowClass, "orvin host", WS_POPUP, 0, 0, int(uWidth),
-                        int(uHeight), nullptr, nullptr, GetModuleHandleA(nullptr), nullptr);
+        CreateWindowExA(WS_EX_NOACTIVATE, g_szWindowClass, "orvin host", WS_POPUP, NextWindowX(uWidth), 0,
+                        int(uWidth), int(uHeight), nullptr, nullptr, GetModuleHandleA(nullptr), nullptr);
     if (!pWindow->hWindow) return nullptr;
     ShowWindow(pWindow->hWindow,
                SW_SHOWNOACTIVATE); // an activated window waits for a window manager at its end
@@ -157,7 +157,7 @@ void CWglSystem::m_fnResize(WindowRef pWindow, u32 uWidth, u32 uHeight) {
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-HGLRC CWglSystem::m_fnMakeWithAttributes(HDC hDc) {
+HGLRC CWglSystem::m_fnMakeWithAttributes(HDC hDc, HGLRC hShare) {
     PFNWGLCREATECONTEXTATTRIBSARBPROC fnMake = nullptr;
     void* pMake = ToAddress(wglGetProcAddress("wglCreateContextAttribsARB"));
     std::memcpy(&fnMake, &pMake, sizeof pMake);
@@ -169,15 +169,18 @@ HGLRC CWglSystem::m_fnMakeWithAttributes(HDC hDc) {
                            m_stOptions.bCore ? WGL_CONTEXT_CORE_PROFILE_BIT_ARB
                                              : WGL_CONTEXT_COMPATIBILITY_PROFILE_BIT_ARB,
                            0};
-    return fnMake ? fnMake(hDc, nullptr, iWanted) : nullptr;
+    return fnMake ? fnMake(hDc, hShare, iWanted) : nullptr;
 }
 
-ContextRef CWglSystem::m_fnMakeContext(WindowRef pWindow) {
+ContextRef CWglSystem::m_fnMakeContext(WindowRef pWindow, ContextRef pShare) {
+    HGLRC hShare = static_cast<HGLRC>(pShare);
     HDC hDc = static_cast<stWglWindow*>(pWindow)->hDc;
     HGLRC hPlain = wglCreateContext(hDc);
-    if (!hPlain || (!m_stOptions.bCore && !m_stOptions.iMajor)) return hPlain;
+    const bool bPlain = !m_stOptions.bCore && !m_stOptions.iMajor;
+    if (hPlain && bPlain && hShare) wglShareLists(hShare, hPlain);
+    if (!hPlain || bPlain) return hPlain;
     wglMakeCurrent(hDc, hPlain);
-    HGLRC hAsked = m_fnMakeWithAttributes(hDc);
+    HGLRC hAsked = m_fnMakeWithAttributes(hDc, hShare);
     wglMakeCurrent(nullptr, nullptr);
     wglDeleteContext(hPlain);
     return hAsked;

@@ -18,9 +18,8 @@ Window CX11Windows::m_fnMake(Visual* pVisual, int iDepth, u32 uWidth, u32 uHeigh
     stAttributes.event_mask = StructureNotifyMask | ExposureMask;
     stAttributes.override_redirect = True;
     const Window uWindow =
-        XCreateWindow(m_pDisplay, uRoot, m_iNextX, 0, uWidth, uHeight, 0, iDepth, InputOutput, pVisual,
-                      CWColormap | CWEventMask | CWOverrideRedirect, &stAttributes);
-    m_iNextX += 40; // a second window leaves part of the first one visible
+        XCreateWindow(m_pDisplay, uRoot, NextWindowX(uWidth), 0, uWidth, uHeight, 0, iDepth, InputOutput,
+                      pVisual, CWColormap | CWEventMask | CWOverrideRedirect, &stAttributes);
     XStoreName(m_pDisplay, uWindow, "orvin host");
     XMapRaised(m_pDisplay, uWindow);
     XEvent unEvent;

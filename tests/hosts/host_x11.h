@@ -17,9 +17,6 @@ class CX11Windows {
     void m_fnPump();
     stPicture m_fnRead(Window uWindow);
     Display* m_pDisplay = nullptr;
-
-  private:
-    int m_iNextX = 0;
 };
 
 /// The function behind a name in a library that is opened by name, as programs do that load GL themselves.
