@@ -1,7 +1,7 @@
 #include "draw/gl_program.h"
 
+#include "frame/own_context.h"
 #include "platform/gl_api.h"
-#include "platform/surface.h"
 
 #include <stdexcept>
 #include <string>
@@ -39,10 +39,8 @@ void GLProgram::Link(const std::vector<GLShader>& shaders) {
     for (const GLShader& shader : shaders) glDetachShader(m_uObject, shader.m_fnGetObject());
 }
 
-/// Without a current context (at unload) there is nothing left to delete in, and some drivers crash on
-/// trying.
 GLProgram::~GLProgram() {
-    if (m_uObject != 0 && platform::CurrentContext()) glDeleteProgram(m_uObject);
+    if (m_uObject != 0 && g_fnMayDeleteNames()) glDeleteProgram(m_uObject);
 }
 
 i32 GLProgram::m_fnAttrib(const char* szName) const {

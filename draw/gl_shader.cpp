@@ -1,9 +1,9 @@
 #include "draw/gl_shader.h"
 
 #include "frame/log.h"
+#include "frame/own_context.h"
 #include "platform/gl_api.h"
 #include "platform/input_file.h"
-#include "platform/surface.h"
 
 #include <cstdlib>
 #include <memory>
@@ -92,7 +92,7 @@ GLShader::~GLShader() { Drop(); }
 
 void GLShader::Drop() noexcept {
     if (--*m_puUses != 0) return;
-    if (platform::CurrentContext()) glDeleteShader(m_uObject);
+    if (g_fnMayDeleteNames()) glDeleteShader(m_uObject);
     delete m_puUses;
 }
 

@@ -1,7 +1,7 @@
 #include "draw/mesh_gl.h"
 
+#include "frame/own_context.h"
 #include "platform/gl_api.h"
-#include "platform/surface.h"
 
 bool CMesh_GL::m_fnCreate(u32 uStride, u32 uVertexBytes, u32 uIndexBytes, u8 u8IndexSize) {
     if (!CMesh_Base::m_fnCreate(uStride, uVertexBytes, uIndexBytes, u8IndexSize)) return false;
@@ -45,10 +45,8 @@ void CMesh_GL::m_fnDraw(u32 uIndexCount, u32 uFirstIndex, u32) {
                         reinterpret_cast<const void*>(uOffset));
 }
 
-/// Without a current context (at unload) there is nothing left to delete in, and some drivers crash on
-/// trying.
 static void Delete(u32* puName) {
-    if (*puName != 0 && platform::CurrentContext()) glDeleteBuffers(1, puName);
+    if (*puName != 0 && g_fnMayDeleteNames()) glDeleteBuffers(1, puName);
     *puName = 0;
 }
 

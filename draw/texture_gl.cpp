@@ -1,8 +1,8 @@
 #include "draw/texture_gl.h"
 
 #include "frame/outer_guard.h"
+#include "frame/own_context.h"
 #include "platform/gl_api.h"
-#include "platform/surface.h"
 
 #include <new>
 
@@ -135,11 +135,8 @@ void CTexture2D_GL::m_fnBindKept() {
     m_bDrawSampling = true;
 }
 
-/// Without a current context (at unload) there is nothing left to delete in, and some drivers crash on
-/// trying.
 void CTexture2D_GL::m_fnRelease() {
-    if (m_pNames && platform::CurrentContext())
-        glDeleteTextures(static_cast<GLsizei>(m_uNameCount), m_pNames);
+    if (m_pNames && g_fnMayDeleteNames()) glDeleteTextures(static_cast<GLsizei>(m_uNameCount), m_pNames);
     delete[] m_pNames;
     m_pNames = nullptr;
     m_uNameCount = 0;

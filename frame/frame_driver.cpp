@@ -5,6 +5,7 @@
 #include "frame/limiter.h"
 #include "frame/log.h"
 #include "frame/outer_guard.h"
+#include "frame/own_context.h"
 #include "frame/resources.h"
 #include "frame/statistics.h"
 #include "frame/timer.h"
@@ -22,10 +23,9 @@
 #include <cstring>
 #include <optional>
 
-bool g_bPipelineIdle = true;
+std::atomic<bool> g_bPipelineIdle = true;
 u32 g_iInitFailCount = 0;
 platform::SurfaceHandle g_hDC = nullptr;
-platform::ContextHandle g_hGLRC = nullptr;
 platform::WindowHandle hFocusWindow = nullptr;
 u32 g_uCallCount = 0;
 bool g_bCheckApiMapping = true;
@@ -98,8 +98,11 @@ static void ReportStatus(u32 uPid, u32 uTid) {
     WriteStatusRecord(uPid, uTid, stStatus);
 }
 
-/// Everything ahead of the real swap.
+/// Everything ahead of the real swap. One swap at a time: what follows is flat state, and a wait for another
+/// thread's frame would be the program's wait.
 static void RunSwapSteps(void* hdc) {
+    const CPipelineTurn turn;
+    if (!turn) return;
     const platform::ErrorKeeper keeper;
     const u32 uPid = platform::CurrentProcessId(), uTid = platform::CurrentThreadId();
     g_fnTakeOwedRecord(uPid, uTid);
@@ -135,10 +138,18 @@ extern "C" i32 GL_wglDeleteContext(void* hglrc) {
     return platform::ImportedDeleteContext(hglrc);
 }
 
+static void LeaveContext() {
+    g_bInitGLEW = false;
+    g_fnLeaveContext();
+}
+
 /// False where this frame must be left undrawn.
 static bool AcceptDeviceContext(platform::SurfaceHandle hdc) {
-    if (hdc == g_hDC) return true;
+    const bool bOtherContext = g_fnHasContextChanged();
+    if (hdc == g_hDC && !bOtherContext) return true;
     g_fnLog("GLGraphics: g_fnTavo_GL_PrewglSwapBuffers() - HDC Changed %#x => %#x", Low32(g_hDC), Low32(hdc));
+    // Without resources the release leaves these alone, and another context has to be asked for its version.
+    if (bOtherContext && !g_bInitGL) LeaveContext();
     if (g_hDC) {
         g_hDC = nullptr;
         g_fnTavo_GL_Release();
@@ -181,7 +192,7 @@ static void LogContext() {
 static void RefreshContext(platform::SurfaceHandle hdc) {
     ResizeTimer().Start();
     g_hDC = platform::CurrentSurface();
-    g_hGLRC = platform::CurrentContext();
+    g_fnTakeContext();
     LogContext();
     hFocusWindow = platform::WindowFromSurface(hdc);
     u32 uWidth = g_uWidth, uHeight = g_uHeight;
@@ -205,21 +216,17 @@ static void RunPipeline(platform::SurfaceHandle hdc) {
 }
 
 void g_fnTavo_GL_PrewglSwapBuffers(platform::SurfaceHandle hdc) noexcept {
-    if (g_iInitFailCount >= g_uInitFailLimit || !g_bPipelineIdle) return;
-    g_bPipelineIdle = false;
+    if (g_iInitFailCount >= g_uInitFailLimit) return;
     try {
         RunPipeline(hdc);
     } catch (...) {
         g_fnLog("GLGraphics: g_fnTavo_GL_PrewglSwapBuffers() - exception");
     }
-    // Every way out comes through here: left false, the overlay would freeze silently.
-    g_bPipelineIdle = true;
 }
 
 static void DeleteCopyTexture() {
     if (!g_uCopyTexture) return;
-    // At unload no context is current, and the name died with its context.
-    if (platform::CurrentContext()) glDeleteTextures(1, &g_uCopyTexture);
+    if (g_fnMayDeleteNames()) glDeleteTextures(1, &g_uCopyTexture);
     g_uCopyTexture = 0;
 }
 
@@ -239,8 +246,7 @@ void g_fnTavo_GL_Release() noexcept {
     ReleaseGuard();
     g_iInitFailCount = 0;
     g_bInitGL = false;
-    g_bInitGLEW = false;
+    LeaveContext();
     g_bNeedOnResize = true;
     g_hDC = nullptr;
-    g_hGLRC = nullptr;
 }

@@ -4,6 +4,7 @@
 #include "platform/export.h"
 #include "platform/surface.h"
 #include "platform/types.h"
+#include <atomic>
 
 class CDrawBasic_Base;
 class CDrawText_Base;
@@ -11,9 +12,11 @@ class CDrawText_Base;
 extern bool g_bInitGL;       ///< the overlay's resources exist
 extern bool g_bInitGLEW;     ///< GLEW has been initialised for this context
 extern u32 g_iInitFailCount; ///< 5 and above: the pipeline refuses to run
-extern bool g_bPipelineIdle; ///< re-entry guard: cleared while the pipeline runs, set again on every way out
+/// Cleared by the one swap that runs the pipeline and set again on its every way out. A swap that comes in
+/// between, on another thread or inside the pipeline, goes straight through.
+extern std::atomic<bool> g_bPipelineIdle;
 extern platform::SurfaceHandle g_hDC;
-extern platform::ContextHandle g_hGLRC;
+extern std::atomic<platform::ContextHandle> g_hGLRC; ///< what the resources were built in
 extern platform::WindowHandle hFocusWindow;
 extern i32 g_iGL_Major, g_iGL_Minor;
 extern i32 g_iGL_ContextProfileMask, g_iGL_ContextFlag; ///< logged only
@@ -48,12 +51,28 @@ ORVIN_EXPORT i32 GL_wglDeleteContext(void* hglrc);
 
 /// All that GL_wglSwapBuffers does ahead of the real swap.
 void g_fnAheadOfSwap(void* hdc) noexcept;
-/// Steps before drawing, then one drawn frame. Throws nothing; g_bPipelineIdle is set again on every way out.
+/// The right to run the pipeline, while it lives; taken only where nobody has it. Takes commands, draws,
+/// limits and reports only with it.
+class CPipelineTurn {
+  public:
+    CPipelineTurn() noexcept : m_bTaken(g_bPipelineIdle.exchange(false, std::memory_order_acquire)) {}
+    ~CPipelineTurn() {
+        if (m_bTaken) g_bPipelineIdle.store(true, std::memory_order_release);
+    }
+    CPipelineTurn(const CPipelineTurn&) = delete;
+    CPipelineTurn& operator=(const CPipelineTurn&) = delete;
+    explicit operator bool() const noexcept { return m_bTaken; }
+
+  private:
+    const bool m_bTaken;
+};
+
+/// Steps before drawing, then one drawn frame, for whoever has the pipeline's turn. Throws nothing.
 void g_fnTavo_GL_PrewglSwapBuffers(platform::SurfaceHandle hdc) noexcept;
 /// One drawn frame in the current context.
 void g_fnTavo_GL_Render();
-/// Tears everything down; nothing while g_bInitGL is false. GL objects are deleted only where a context is
-/// current.
+/// Tears everything down; nothing while g_bInitGL is false. GL objects are deleted only where the context
+/// that made them is current, and forgotten elsewhere.
 void g_fnTavo_GL_Release() noexcept;
 /// Unmaps and closes the API mapping (at unhook).
 void g_fnCloseApiMapping() noexcept;

@@ -1,7 +1,9 @@
 #include "shared/hooking.h"
 #include "frame/frame_driver.h"
 #include "frame/log.h"
+#include "frame/own_context.h"
 #include "platform/clock.h"
+#include "platform/contexts.h"
 #include "platform/process.h"
 #include "platform/shared_block.h"
 #include "platform/swap_gate.h"
@@ -181,6 +183,7 @@ i32 LayDetour() noexcept {
     platform::OpenSwapGate(g_pTrampoline);
     eStatus = pMiniHook->EnableHook(g_pHookTarget);
     if (eStatus != MH_OK && eStatus != MH_ERROR_ENABLED) return FailHook("EnableHook");
+    platform::WatchContexts(&g_fnNoteContextGone);
     g_bHooked = true;
     return 0;
 }
@@ -256,6 +259,7 @@ i32 UnHook_openGL(u32 deInitCase) noexcept {
     if (!g_bHooked) return -1;
     platform::CloseSwapGate(); // what follows takes away what a swap stands on
     g_fnCloseApiMapping();
+    platform::WatchContexts(nullptr);
     CMiniHook* pMiniHook = g_pMiniHook;
     if (pMiniHook && g_pHookTarget) pMiniHook->RemoveHook(g_pHookTarget);
     g_fnTavo_GL_Release();

@@ -1,5 +1,6 @@
 #pragma once
 // The one state behind the headless services and their test controls.
+#include "platform/contexts.h"
 #include "platform/headless/test_controls.h"
 #include "platform/settings_tree.h"
 #include <atomic>
@@ -97,6 +98,7 @@ struct State {
     bool m_bSizeFails = false;
     SurfaceHandle m_hSurface = reinterpret_cast<void*>(0x1000);
     ContextHandle m_hContext = reinterpret_cast<void*>(0x2000);
+    ContextGoneFunction m_fnContextGone = nullptr;
     WindowHandle m_hWindow = reinterpret_cast<void*>(0x3000);
     u32 m_uWidth = 1280;
     u32 m_uHeight = 720;

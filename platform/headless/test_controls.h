@@ -142,6 +142,8 @@ u32 CreateMappingCalls();
 /// current real context is reported; without either: surface 0x1000, context 0x2000, window 0x3000, 1280x720.
 void SetCurrentSurface(SurfaceHandle hSurface);
 void SetCurrentContext(ContextHandle hContext);
+/// Tells whoever watches (see WatchContexts()) of the end of a context. Nothing is destroyed.
+void DestroyContext(ContextHandle hContext);
 void SetWindow(WindowHandle hWindow);
 void SetClientSize(u32 uWidth, u32 uHeight);
 void SetClientSizeFails(bool bFails);

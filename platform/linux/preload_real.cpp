@@ -13,7 +13,8 @@ constexpr u32 g_uNames = static_cast<u32>(Name::Count);
 constexpr const char* g_aszNames[g_uNames] = {
     "glXSwapBuffers",    "glXGetProcAddress",           "glXGetProcAddressARB",
     "eglSwapBuffers",    "eglSwapBuffersWithDamageKHR", "eglSwapBuffersWithDamageEXT",
-    "eglGetProcAddress",
+    "eglGetProcAddress", "glXDestroyContext",           "eglDestroyContext",
+    "eglTerminate",
 };
 constexpr const char* g_aszGlxLibraries[] = {"libGL.so.1", "libGLX.so.0"};
 constexpr const char* g_aszEglLibraries[] = {"libEGL.so.1"};

@@ -12,6 +12,9 @@ enum class Name : u32 {
     EglSwapBuffersWithDamageKhr,
     EglSwapBuffersWithDamageExt,
     EglGetProcAddress,
+    GlxDestroyContext,
+    EglDestroyContext,
+    EglTerminate,
     Count
 };
 

@@ -43,7 +43,7 @@ bool RunRealSwap(i32* piResult) noexcept {
     return true;
 }
 
-constinit SwapLink g_stLink{nullptr, &CurrentCall, &RunRealSwap, &RealSymbol};
+constinit SwapLink g_stLink{nullptr, &CurrentCall, &RunRealSwap, nullptr, &RealSymbol};
 
 void* GlxFunction(const char* szName) noexcept {
     const auto fnLookUp = reinterpret_cast<void* (*)(const unsigned char*)>(Real(Name::GlxGetProcAddressArb));
@@ -140,6 +140,12 @@ void* Interposer(Name eName) noexcept {
         return reinterpret_cast<void*>(&eglSwapBuffersWithDamageEXT);
     case Name::EglGetProcAddress:
         return reinterpret_cast<void*>(&eglGetProcAddress);
+    case Name::GlxDestroyContext:
+        return reinterpret_cast<void*>(&glXDestroyContext);
+    case Name::EglDestroyContext:
+        return reinterpret_cast<void*>(&eglDestroyContext);
+    case Name::EglTerminate:
+        return reinterpret_cast<void*>(&eglTerminate);
     case Name::Count:
         break;
     }

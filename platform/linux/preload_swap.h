@@ -13,6 +13,9 @@ ORVIN_INTERPOSE u32 eglSwapBuffersWithDamageKHR(void* hDisplay, void* hSurface, 
 ORVIN_INTERPOSE u32 eglSwapBuffersWithDamageEXT(void* hDisplay, void* hSurface, const i32* piRects,
                                                 i32 iRects);
 ORVIN_INTERPOSE void* eglGetProcAddress(const char* szName);
+ORVIN_INTERPOSE void glXDestroyContext(void* hDisplay, void* hContext);
+ORVIN_INTERPOSE u32 eglDestroyContext(void* hDisplay, void* hContext);
+ORVIN_INTERPOSE u32 eglTerminate(void* hDisplay);
 #undef ORVIN_INTERPOSE
 }
 

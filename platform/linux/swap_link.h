@@ -7,7 +7,7 @@
 
 namespace platform::preload {
 
-inline constexpr char g_szLinkName[] = "ORVIN-OSD64-GL preload link 1";
+inline constexpr char g_szLinkName[] = "ORVIN-OSD64-GL preload link 2";
 
 enum class SwapApi : u32 { Glx, Egl };
 
@@ -30,6 +30,9 @@ struct SwapLink {
     const SwapCall* (*m_fnCurrentCall)() noexcept;
     /// Runs the real swap of that call. False outside of one.
     bool (*m_fnRunRealSwap)(i32* piResult) noexcept;
+    /// Told ahead of the end of a context, or of all (null); null while nobody listens. Written by the
+    /// library.
+    std::atomic<void (*)(void* hContext)> m_fnContextGone;
     /// dlsym() without interposition.
     void* (*m_fnRealSymbol)(void* hModule, const char* szName) noexcept;
 };

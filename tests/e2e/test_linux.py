@@ -424,6 +424,7 @@ class Exports(unittest.TestCase):
                                capture_output=True, text=True, check=True).stdout.split("\n")
         exported = {line.split()[-1].split("@")[0] for line in names if line.strip()}
         allowed = {"glXSwapBuffers", "eglSwapBuffers", "eglSwapBuffersWithDamageKHR", "eglSwapBuffersWithDamageEXT",
-                   "glXGetProcAddress", "glXGetProcAddressARB", "eglGetProcAddress", "dlsym"}
+                   "glXGetProcAddress", "glXGetProcAddressARB", "eglGetProcAddress", "dlsym", "glXDestroyContext",
+                   "eglDestroyContext", "eglTerminate"}
         self.assertEqual(exported - allowed, set())
         self.assertIn("glXSwapBuffers", exported)

@@ -249,6 +249,34 @@ TEST_F(Driver, BusyPipelineSkipsTheFrameAndStaysBusy) {
     EXPECT_EQ(headless::ImportedSwapCalls(), 1u);
 }
 
+TEST_F(Driver, SwapThatComesWhileAnotherRunsThePipelineOnlySwaps) {
+    g_bPipelineIdle = false;
+    EnableFPSLimiter = 1;
+    Mailbox().bChanged = 1;
+    Mailbox().Command.bRelease = 1;
+    EXPECT_EQ(Swap(), 1);
+    EXPECT_EQ(Mailbox().bChanged, 1) << "the command waits for the one who has the turn";
+    EXPECT_FALSE(g_stLimiter.bLimiterStarted);
+    EXPECT_TRUE(g_bCheckApiMapping);
+    EXPECT_EQ(Record().Command.uApiCode, g_uApiCodeUnseen);
+    g_bPipelineIdle = true;
+    Swap();
+    EXPECT_EQ(Mailbox().bChanged, 0);
+    EXPECT_TRUE(g_stLimiter.bLimiterStarted);
+}
+
+TEST_F(Driver, OneTurnAtATimeAndItIsGivenBack) {
+    {
+        const CPipelineTurn first;
+        EXPECT_TRUE(first);
+        const CPipelineTurn second;
+        EXPECT_FALSE(second);
+    }
+    EXPECT_TRUE(g_bPipelineIdle) << "given back by the one who had it, and by nobody else";
+    const CPipelineTurn third;
+    EXPECT_TRUE(third);
+}
+
 TEST_F(Driver, NestedSwapInsideTheRealSwapRunsThrough) {
     static bool s_bNested;
     s_bNested = false;
@@ -306,6 +334,28 @@ TEST_F(Driver, DeviceContextChangeReleasesAndLeavesTheFrameUndrawn) {
     EXPECT_FALSE(g_bInitGLEW);
     EXPECT_TRUE(g_bNeedOnResize);
     EXPECT_EQ(hFocusWindow, nullptr) << "the frame was left before anything was asked";
+}
+
+TEST_F(Driver, AnotherContextOnTheSameDeviceContextReleasesAndLeavesTheFrameUndrawn) {
+    g_hDC = Handle(0x1000);
+    g_hGLRC = Handle(0x2000);
+    headless::SetCurrentContext(Handle(0x2222));
+    g_bInitGL = g_bInitGLEW = true;
+    Swap(Handle(0x1000));
+    EXPECT_FALSE(g_bInitGL);
+    EXPECT_EQ(g_hDC, nullptr);
+    EXPECT_EQ(g_hGLRC, nullptr);
+    EXPECT_EQ(hFocusWindow, nullptr) << "the frame was left before anything was asked";
+}
+
+TEST_F(Driver, AnotherContextWithoutResourcesIsAskedForItsVersion) {
+    g_hDC = Handle(0x1000);
+    g_hGLRC = Handle(0x2000);
+    headless::SetCurrentContext(Handle(0x2222));
+    g_bInitGLEW = true;
+    Swap(Handle(0x1000));
+    EXPECT_FALSE(g_bInitGLEW);
+    EXPECT_EQ(g_hGLRC, nullptr);
 }
 
 TEST_F(Driver, DeviceContextChangeWithoutResourcesKeepsGlewAndStillLeavesTheFrame) {

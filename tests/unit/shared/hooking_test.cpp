@@ -1,5 +1,9 @@
 #include "frame/frame_driver.h"
+<<<<<<< HEAD
 #include "platform/last_error.h"
+=======
+#include "frame/own_context.h"
+>>>>>>> f043961 (Run the pipeline in one swap at a time, and delete names only in the context that made them)
 #include "platform/process.h"
 #include "shared/attach.h"
 #include "shared/exports.h"
@@ -57,6 +61,24 @@ TEST_F(Hooking, AttachRegistersAndLaysTheDetour) {
         if (st.m_eCall != HookCall::Create) continue;
         EXPECT_EQ(st.m_pDetour, reinterpret_cast<void*>(&GL_wglSwapBuffers));
     }
+}
+
+TEST_F(Hooking, TheEndOfTheOverlaysContextIsNoticedWhileTheDetourStands) {
+    g_fnTakeContext();
+    platform::headless::DestroyContext(platform::CurrentContext());
+    EXPECT_FALSE(g_fnIsContextGone()) << "nobody watches yet";
+    Attach();
+    platform::headless::DestroyContext(&g_bHooked);
+    EXPECT_FALSE(g_fnIsContextGone()) << "another one";
+    platform::headless::DestroyContext(platform::CurrentContext());
+    EXPECT_TRUE(g_fnIsContextGone());
+    EXPECT_FALSE(g_fnMayDeleteNames());
+    g_fnTakeContext();
+    EXPECT_TRUE(g_fnMayDeleteNames());
+    UnHook_openGL(0);
+    platform::headless::DestroyContext(platform::CurrentContext());
+    EXPECT_FALSE(g_fnIsContextGone());
+    g_fnLeaveContext();
 }
 
 TEST_F(Hooking, ExcludedPathIsAdmittedLikeAnyOther) {

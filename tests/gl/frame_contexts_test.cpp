@@ -1,0 +1,139 @@
+// Whole frames of a program with more than one context: whose names are deleted, and where the overlay
+// stands.
+#include "config/host_care.h"
+#include "frame/frame_driver.h"
+#include "frame/own_context.h"
+#include "platform/contexts.h"
+#include "platform/gl_api.h"
+#include "platform/headless/test_controls.h"
+#include "platform/shared_block.h"
+#include "tests/gl/frame_fixture.h"
+#include "tests/support/gl_recorder.h"
+
+#include <filesystem>
+#include <fstream>
+
+namespace headless = platform::headless;
+namespace fs = std::filesystem;
+
+class FrameContexts : public FrameFixture {
+  protected:
+    static constexpr GLsizei c_iObjects = 300;
+
+    void SetUp() override {
+        FrameFixture::SetUp();
+        platform::WatchContexts(&g_fnNoteContextGone); // as the hook does
+    }
+    void TearDown() override {
+        m_other.Destroy();
+        g_stHostCare = {};
+        FrameFixture::TearDown();
+    }
+    /// Another context with a surface of its own, current afterwards.
+    bool MakeOther() {
+        headless::EglOptions stOptions;
+        const bool bMade = m_other.Create(stOptions);
+        EXPECT_TRUE(bMade);
+        return bMade;
+    }
+    i32 SwapOther() {
+        headless::AdvanceClock(16'666'667);
+        m_other.MakeCurrent();
+        return GL_wglSwapBuffers(m_other.Surface());
+    }
+    i32 SwapFirst() {
+        m_context.MakeCurrent();
+        return Swap();
+    }
+    /// The program's own objects in the current context: more than the overlay has in its own.
+    void MakeObjects() {
+        glGenTextures(c_iObjects, m_auTextures);
+        glGenBuffers(c_iObjects, m_auBuffers);
+        for (GLsizei i = 0; i < c_iObjects; ++i) {
+            glBindTexture(GL_TEXTURE_2D, m_auTextures[i]);
+            glBindBuffer(GL_ARRAY_BUFFER, m_auBuffers[i]);
+            m_auPrograms[i] = glCreateProgram();
+        }
+    }
+    int CountObjects() const {
+        int iLeft = 0;
+        for (GLsizei i = 0; i < c_iObjects; ++i)
+            iLeft += glIsTexture(m_auTextures[i]) + glIsBuffer(m_auBuffers[i]) + glIsProgram(m_auPrograms[i]);
+        return iLeft;
+    }
+    /// The settings file with the key alone.
+    void StayWithSurface() const {
+        std::ofstream(fs::path(m_strFolder) / "ZARN/Orvin Deck/ORVIN-OSD/Data/OSD.ini")
+            << "[HostCare]\nStayWithSurface=1\n";
+    }
+    static std::size_t Deletes(const std::vector<std::string>& vecCalls) {
+        return CountCalls(vecCalls, "glDelete") - CountCalls(vecCalls, "glDeleteVertexArrays");
+    }
+
+    headless::EglContext m_other;
+    GLuint m_auTextures[c_iObjects] = {}, m_auBuffers[c_iObjects] = {}, m_auPrograms[c_iObjects] = {};
+};
+
+TEST_F(FrameContexts, ProgramsObjectsSurviveAChangeToItsOtherContext) {
+    ASSERT_TRUE(Begin(true));
+    ASSERT_TRUE(RunUntilBuilt());
+    ASSERT_TRUE(MakeOther());
+    MakeObjects();
+    SwapOther();
+    EXPECT_FALSE(g_bInitGL) << "released";
+    EXPECT_EQ(CountObjects(), 3 * c_iObjects);
+    SwapOther();
+    EXPECT_TRUE(g_bInitGL);
+    EXPECT_EQ(g_hGLRC, m_other.Context());
+    EXPECT_EQ(CountObjects(), 3 * c_iObjects);
+}
+
+TEST_F(FrameContexts, AnotherContextOnTheSameSurfaceCountsAsAnotherSurface) {
+    ASSERT_TRUE(Begin(true));
+    ASSERT_TRUE(RunUntilBuilt());
+    void* const hSurface = m_context.Surface();
+    ASSERT_TRUE(MakeOther());
+    MakeObjects();
+    headless::SetCurrentSurface(hSurface);
+    gl_recorder::Install();
+    gl_recorder::Start();
+    GL_wglSwapBuffers(hSurface);
+    const std::vector<std::string> vecCalls = gl_recorder::Stop();
+    EXPECT_EQ(Deletes(vecCalls), 0u);
+    EXPECT_EQ(CountCalls(vecCalls, "glDraw"), 0u) << "this frame is left";
+    GL_wglSwapBuffers(hSurface);
+    EXPECT_TRUE(g_bInitGL);
+    EXPECT_EQ(g_hGLRC, m_other.Context());
+    EXPECT_EQ(CountObjects(), 3 * c_iObjects);
+    headless::UseRealSurface();
+}
+
+TEST_F(FrameContexts, AContextThatIsGoneIsForgottenAlsoUnderTheSameHandle) {
+    ASSERT_TRUE(Begin(true));
+    ASSERT_TRUE(RunUntilBuilt());
+    headless::DestroyContext(m_context.Context());
+    const std::vector<std::string> vecCalls = RecordSwap();
+    EXPECT_EQ(Deletes(vecCalls), 0u);
+    EXPECT_FALSE(g_bInitGL);
+    Swap();
+    EXPECT_TRUE(g_bInitGL);
+    EXPECT_GT(CountCalls(RecordSwap(), "glDraw"), 0u);
+}
+
+TEST_F(FrameContexts, TheEndOfAnotherContextChangesNothing) {
+    ASSERT_TRUE(Begin(true));
+    ASSERT_TRUE(RunUntilBuilt());
+    headless::DestroyContext(m_context.Surface());
+    EXPECT_GT(CountCalls(RecordSwap(), "glDraw"), 0u);
+    headless::DestroyContext(nullptr);
+    EXPECT_EQ(CountCalls(RecordSwap(), "glDraw"), 0u) << "null stands for all";
+}
+
+TEST_F(FrameContexts, InItsOwnContextTheOverlayLeavesNothingBehind) {
+    ASSERT_TRUE(Begin(true));
+    ASSERT_TRUE(RunUntilBuilt());
+    gl_recorder::Install();
+    gl_recorder::Start();
+    g_fnTavo_GL_Release();
+    EXPECT_GT(Deletes(gl_recorder::Stop()), 0u);
+}
