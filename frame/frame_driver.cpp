@@ -8,6 +8,7 @@
 #include "frame/own_context.h"
 #include "frame/resources.h"
 #include "frame/statistics.h"
+#include "frame/surface_owner.h"
 #include "frame/timer.h"
 #include "platform/gl_api.h"
 #include "platform/last_error.h"
@@ -119,7 +120,7 @@ static void RunSwapSteps(void* hdc) {
 static bool IsEnabled() { return g_bHooked && g_fnReadOnce(platform::SharedSegment()->bGlobalEnable) != 0; }
 
 void g_fnAheadOfSwap(void* hdc) noexcept {
-    if (!IsEnabled()) return;
+    if (!IsEnabled() || g_fnIsForeignSwap(hdc)) return;
     try {
         RunSwapSteps(hdc);
     } catch (...) {
@@ -140,6 +141,7 @@ extern "C" i32 GL_wglDeleteContext(void* hglrc) {
 
 static void LeaveContext() {
     g_bInitGLEW = false;
+    g_fnLeaveSurface();
     g_fnLeaveContext();
 }
 
@@ -147,6 +149,10 @@ static void LeaveContext() {
 static bool AcceptDeviceContext(platform::SurfaceHandle hdc) {
     const bool bOtherContext = g_fnHasContextChanged();
     if (hdc == g_hDC && !bOtherContext) return true;
+    if (!bOtherContext && g_fnIsOwnSurface(hdc)) {
+        g_hDC = hdc;
+        return true;
+    }
     g_fnLog("GLGraphics: g_fnTavo_GL_PrewglSwapBuffers() - HDC Changed %#x => %#x", Low32(g_hDC), Low32(hdc));
     // Without resources the release leaves these alone, and another context has to be asked for its version.
     if (bOtherContext && !g_bInitGL) LeaveContext();
@@ -213,6 +219,7 @@ static void RunPipeline(platform::SurfaceHandle hdc) {
     CheckSize();
     if (!bBuilt) RefreshContext(hdc);
     g_fnTavo_GL_Render();
+    if (g_bInitGL) g_fnKeepSurface();
 }
 
 void g_fnTavo_GL_PrewglSwapBuffers(platform::SurfaceHandle hdc) noexcept {

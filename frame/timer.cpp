@@ -5,7 +5,7 @@
 static bool g_bReadingHeld = false;
 static i64 g_iHeldReading = 0;
 
-static i64 Reading() noexcept { return g_bReadingHeld ? g_iHeldReading : platform::CounterNow(); }
+i64 g_fnTimerReading() noexcept { return g_bReadingHeld ? g_iHeldReading : platform::CounterNow(); }
 
 CTimerReading::CTimerReading() noexcept : m_bOuter(!g_bReadingHeld) {
     if (m_bOuter) g_iHeldReading = platform::CounterNow();
@@ -19,7 +19,7 @@ CTimerReading::~CTimerReading() {
 CTimer::CTimer() noexcept : m_fTotal(0.0f), m_bStopped(1), m_iFrequency(platform::CounterFrequency()) {}
 
 f32 CTimer::Tick() noexcept {
-    const i64 iNow = Reading();
+    const i64 iNow = g_fnTimerReading();
     f32 fDelta = 0.0f;
     if (!m_bStopped) {
         // One rounding only: the division runs in double precision, the total in single.
@@ -38,18 +38,18 @@ f32 CTimer::Elapsed() noexcept {
 void CTimer::Reset() noexcept {
     m_fTotal = 0.0f;
     m_bStopped = 1;
-    m_iLast = Reading();
+    m_iLast = g_fnTimerReading();
 }
 
 void CTimer::Restart() noexcept {
     m_fTotal = 0.0f;
     m_bStopped = 0;
-    m_iLast = Reading();
+    m_iLast = g_fnTimerReading();
 }
 
 f32 CTimer::Start() noexcept {
     m_bStopped = 0;
-    m_iLast = Reading();
+    m_iLast = g_fnTimerReading();
     return m_fTotal;
 }
 

@@ -29,6 +29,9 @@ class CTimer {
     i64 m_iFrequency;
 };
 
+/// What a timer reads now: the counter, or the reading that all share.
+i64 g_fnTimerReading() noexcept;
+
 /// While one lives, all timers share one reading of the counter, taken when it was made: what happens in
 /// between takes no time for them. One inside another shares the outer one's. For the render thread, around
 /// steps that wait for nothing.

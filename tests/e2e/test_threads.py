@@ -3,6 +3,7 @@ import unittest
 
 from PIL import Image
 
+from e2e.open_count import OpenCount
 from e2e.panels import boxes
 from e2e.pictures import difference_box, differing_outside
 from e2e.test_linux import LinuxCase
@@ -66,6 +67,31 @@ class Contexts:
             with self.subTest(share=share):
                 self.keep_objects(self.host(*SIZE, "--windows", "3", "--contexts", "3", "--objects", "60", "--frames",
                                             "24", *share))
+
+    def builds(self, *switches):
+        with OpenCount(self.programs.data / "Profiles/Default/OSD.xml") as opens:
+            self.dumped(*switches)
+            return opens.count()
+
+    def test_the_overlay_stays_with_the_window_that_it_was_built_on(self):
+        self.stay()
+        once = self.builds(41, "--frames", "42")
+        self.assertGreater(once, 0)
+        for contexts in ("1", "2"):
+            with self.subTest(contexts=contexts):
+                both = ["--windows", "2", "--contexts", contexts, "--frames", "42"]
+                self.assertEqual(self.builds(41, *both), once)
+                self.assertTrue(self.carries(), "the first window's frame")
+                self.builds(42, *both)
+                self.assertFalse(self.carries(), "the second one's")
+
+    def test_the_second_window_gets_the_overlay_when_the_first_is_closed(self):
+        self.stay()
+        for contexts in ("1", "2"):
+            with self.subTest(contexts=contexts):
+                self.dumped(120, "--windows", "2", "--contexts", contexts, "--close-first", "41", "--frames", "121",
+                            "--fps-cap", "40")
+                self.assertTrue(self.carries())
 
 
 class LinuxContexts(Contexts, LinuxCase):

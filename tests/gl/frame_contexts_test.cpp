@@ -137,3 +137,77 @@ TEST_F(FrameContexts, InItsOwnContextTheOverlayLeavesNothingBehind) {
     g_fnTavo_GL_Release();
     EXPECT_GT(Deletes(gl_recorder::Stop()), 0u);
 }
+
+TEST_F(FrameContexts, WithoutTheKeyEachOtherSurfaceTakesTheOverlay) {
+    ASSERT_TRUE(Begin(true));
+    ASSERT_TRUE(RunUntilBuilt());
+    ASSERT_TRUE(MakeOther());
+    SwapOther();
+    SwapOther();
+    EXPECT_EQ(g_hDC, m_other.Surface());
+}
+
+TEST_F(FrameContexts, StaysWithItsSurfaceUntilThatHasNotSwappedForASecond) {
+    ASSERT_TRUE(Begin(true));
+    StayWithSurface();
+    ASSERT_TRUE(RunUntilBuilt());
+    ASSERT_TRUE(MakeOther());
+    const u32 uCalls = g_uCallCount;
+    for (int i = 0; i < 120; ++i) {
+        SwapOther();
+        SwapFirst();
+    }
+    EXPECT_EQ(g_hDC, m_context.Surface());
+    EXPECT_EQ(g_uCallCount - uCalls, 120u) << "the owner's swaps alone come into the pipeline";
+    int iPassed = 0;
+    while (g_hDC != m_other.Surface() && iPassed < 200) {
+        SwapOther();
+        ++iPassed;
+    }
+    EXPECT_NEAR(iPassed, 61, 2) << "a second of swaps, and the one that releases";
+    EXPECT_TRUE(g_bInitGL);
+}
+
+TEST_F(FrameContexts, AForeignSwapTakesNoCommandAndReportsNothing) {
+    ASSERT_TRUE(Begin(true));
+    StayWithSurface();
+    ASSERT_TRUE(RunUntilBuilt());
+    ASSERT_TRUE(MakeOther());
+    stProcessRecord& stRecord = platform::SharedSegment()->CommandTable[0];
+    stRecord.Command.bRelease = stRecord.bChanged = 1;
+    gl_recorder::Start();
+    SwapOther();
+    EXPECT_EQ(gl_recorder::Stop(), std::vector<std::string>{gl_recorder::Call("glGetError")});
+    EXPECT_EQ(stRecord.bChanged, 1);
+    SwapFirst();
+    EXPECT_EQ(stRecord.bChanged, 0) << "its owner takes it";
+}
+
+TEST_F(FrameContexts, TheOwnersContextGoneTheNextSurfaceTakesTheOverlayAtOnce) {
+    ASSERT_TRUE(Begin(true));
+    StayWithSurface();
+    ASSERT_TRUE(RunUntilBuilt());
+    ASSERT_TRUE(MakeOther());
+    headless::DestroyContext(m_context.Context());
+    SwapOther();
+    SwapOther();
+    EXPECT_EQ(g_hDC, m_other.Surface());
+    EXPECT_TRUE(g_bInitGL);
+}
+
+/// A program that asks for its window's device context each frame may get another handle each time.
+TEST_F(FrameContexts, AnotherHandleOfTheOwnersWindowIsTheOwner) {
+    ASSERT_TRUE(Begin(true));
+    StayWithSurface();
+    headless::SetWindow(m_context.Surface());
+    ASSERT_TRUE(RunUntilBuilt());
+    int iOther = 0;
+    gl_recorder::Install();
+    gl_recorder::Start();
+    headless::AdvanceClock(16'666'667);
+    GL_wglSwapBuffers(&iOther);
+    EXPECT_GT(CountCalls(gl_recorder::Stop(), "glDraw"), 0u);
+    EXPECT_EQ(g_hDC, &iOther);
+    Swap();
+    headless::UseRealSurface();
+}

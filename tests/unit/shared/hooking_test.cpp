@@ -1,9 +1,6 @@
 #include "frame/frame_driver.h"
-<<<<<<< HEAD
-#include "platform/last_error.h"
-=======
 #include "frame/own_context.h"
->>>>>>> f043961 (Run the pipeline in one swap at a time, and delete names only in the context that made them)
+#include "platform/last_error.h"
 #include "platform/process.h"
 #include "shared/attach.h"
 #include "shared/exports.h"

@@ -1,0 +1,34 @@
+#include "frame/surface_owner.h"
+
+#include "config/host_care.h"
+#include "frame/frame_driver.h"
+#include "frame/own_context.h"
+#include "frame/timer.h"
+#include "platform/clock.h"
+
+// Written with the pipeline's turn, read by the swaps of all threads.
+static std::atomic<platform::SurfaceHandle> g_hOwner = nullptr;
+static std::atomic<platform::WindowHandle> g_hOwnerWindow = nullptr;
+static std::atomic<i64> g_iOwnerSwap = 0;
+
+bool g_fnIsOwnSurface(platform::SurfaceHandle hdc) noexcept {
+    const platform::SurfaceHandle hOwner = g_hOwner;
+    if (!hOwner || hdc == hOwner) return hOwner;
+    const platform::WindowHandle hWindow = platform::WindowFromSurface(hdc);
+    return hWindow && hWindow == g_hOwnerWindow;
+}
+
+bool g_fnIsForeignSwap(platform::SurfaceHandle hdc) noexcept {
+    if (!g_hOwner || g_fnIsContextGone()) return false;
+    if (platform::CurrentContext() == g_hGLRC && g_fnIsOwnSurface(hdc)) return false;
+    return platform::CounterNow() - g_iOwnerSwap < platform::CounterFrequency();
+}
+
+void g_fnKeepSurface() noexcept {
+    if (!g_stHostCare.bStayWithSurface) return;
+    g_iOwnerSwap = g_fnTimerReading();
+    g_hOwnerWindow = hFocusWindow;
+    g_hOwner = g_hDC;
+}
+
+void g_fnLeaveSurface() noexcept { g_hOwner = nullptr; }
