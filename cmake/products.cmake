@@ -36,6 +36,11 @@ if(NOT WIN32)
     set_target_properties(orvin_preload PROPERTIES OUTPUT_NAME ORVIN-OSD64-GL-preload
       LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
     target_link_libraries(orvin_preload PRIVATE orvin_options ${CMAKE_DL_LIBS} Threads::Threads)
+    if(ORVIN_SANITIZE MATCHES thread)
+      # The sanitizer's own start goes through our dlsym(), ahead of all that its instructions need.
+      set_source_files_properties(${CMAKE_SOURCE_DIR}/platform/linux/preload_dlsym.cpp
+        ${CMAKE_SOURCE_DIR}/platform/linux/preload_real.cpp PROPERTIES COMPILE_OPTIONS -fno-sanitize=all)
+    endif()
     target_link_options(orvin_preload PRIVATE ${static_runtime} -Wl,-z,defs -Wl,-z,nodelete
       -Wl,--version-script=${CMAKE_SOURCE_DIR}/platform/linux/preload.map)
     set_target_properties(orvin_preload PROPERTIES LINK_DEPENDS ${CMAKE_SOURCE_DIR}/platform/linux/preload.map)

@@ -139,7 +139,12 @@ extern "C" i32 GL_wglDeleteContext(void* hglrc) {
     return platform::ImportedDeleteContext(hglrc);
 }
 
+/// What is kept for one context goes with it.
 static void LeaveContext() {
+    if (g_fnMayDeleteNames())
+        g_fnReleaseOuterGuard();
+    else
+        g_fnForgetOuterGuard();
     g_bInitGLEW = false;
     g_fnLeaveSurface();
     g_fnLeaveContext();
@@ -237,20 +242,10 @@ static void DeleteCopyTexture() {
     g_uCopyTexture = 0;
 }
 
-/// The guard's array is deleted only in the context that it was made in.
-static void ReleaseGuard() {
-    const platform::ContextHandle hCurrent = platform::CurrentContext();
-    if (hCurrent && hCurrent == g_hGLRC)
-        g_fnReleaseOuterGuard();
-    else
-        g_fnForgetOuterGuard();
-}
-
 void g_fnTavo_GL_Release() noexcept {
     if (!g_bInitGL) return;
     DeleteCopyTexture();
     g_fnReleaseResources();
-    ReleaseGuard();
     g_iInitFailCount = 0;
     g_bInitGL = false;
     LeaveContext();

@@ -5,6 +5,7 @@
 #include "frame/own_context.h"
 #include "frame/timer.h"
 #include "platform/clock.h"
+#include "platform/last_error.h"
 
 // Written with the pipeline's turn, read by the swaps of all threads.
 static std::atomic<platform::SurfaceHandle> g_hOwner = nullptr;
@@ -20,6 +21,7 @@ bool g_fnIsOwnSurface(platform::SurfaceHandle hdc) noexcept {
 
 bool g_fnIsForeignSwap(platform::SurfaceHandle hdc) noexcept {
     if (!g_hOwner || g_fnIsContextGone()) return false;
+    const platform::ErrorKeeper keeper;
     if (platform::CurrentContext() == g_hGLRC && g_fnIsOwnSurface(hdc)) return false;
     return platform::CounterNow() - g_iOwnerSwap < platform::CounterFrequency();
 }

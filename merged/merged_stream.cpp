@@ -1,9 +1,9 @@
 #include "merged/merged_stream.h"
 
 #include "config/host_care.h"
+#include "frame/own_context.h"
 #include "frame/state_guard.h"
 #include "platform/gl_api.h"
-#include "platform/surface.h"
 
 #include <cstring>
 
@@ -86,12 +86,10 @@ void CMergedStream::m_fnBind() {
     m_bChanged = false;
 }
 
-/// Without a current context (at unload) there is nothing left to delete in, and some drivers crash on
-/// trying.
 void CMergedStream::m_fnRelease() {
-    const bool bContext = platform::CurrentContext() != nullptr;
+    const bool bMayDelete = g_fnMayDeleteNames();
     for (stBuffers& st : m_astBuffers) {
-        if (st.uVertexArray != 0 && bContext) {
+        if (st.uVertexArray != 0 && bMayDelete) {
             const GLuint auBuffers[] = {st.uVertexBuffer, st.uIndexBuffer};
             glDeleteBuffers(2, auBuffers);
             glDeleteVertexArrays(1, &st.uVertexArray);

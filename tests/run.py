@@ -2,7 +2,8 @@
 """Runs all tests from cheap to dear and prints one closing line "N passed, N failed".
 
 Stages: house (rules of the code base), unit (both compilers; Linux under address and undefined-behaviour
-sanitizers, with bounded fuzz runs, Windows under Wine), gl (real contexts), e2e (host programs with the overlay on
+sanitizers, with bounded fuzz runs, Windows under Wine), gl (real contexts), threads (a program that
+swaps on four threads, under the thread sanitizer), cost, e2e (host programs with the overlay on
 both platforms).
 A stage with a failure ends the run.
 """
@@ -14,9 +15,9 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 sys.path.insert(0, str(ROOT / "tests"))
-from e2e.environment import Display, STATE, prepare  # noqa: E402
+from e2e.environment import Display, LinuxPrograms, STATE, prepare  # noqa: E402
 
-STAGES = ["house", "unit", "gl", "cost", "e2e"]
+STAGES = ["house", "unit", "gl", "threads", "cost", "e2e"]
 GTEST_PASSED = re.compile(r"\[  PASSED  \] (\d+) test")
 GTEST_FAILED = re.compile(r"^\[  FAILED  \] [\w/.]+(?:, where.*)?(?: \(\d+ ms\))?$", re.M)
 
@@ -98,6 +99,26 @@ def gl():
     env = {"LIBGL_ALWAYS_SOFTWARE": "1", "EGL_PLATFORM": "surfaceless", **SANITIZER,
            "ASAN_OPTIONS": SANITIZER["ASAN_OPTIONS"].replace("detect_leaks=1", "detect_leaks=0")}
     yield gtest("linux-asan-gl_tests", [str(ROOT / "build/linux-asan/tests/gl_tests")], env)
+
+
+TSAN = {"TSAN_OPTIONS": f"exitcode=66:suppressions={ROOT}/tests/support/threads.supp", "LP_NUM_THREADS": "0"}
+THREADED = {"swapping": ["--frames", "150"], "remaking": ["--frames", "60", "--remake-context", "20"],
+            "staying": ["--frames", "150"]}
+
+
+def threads():
+    """The library itself in a program of four threads; their frames are few, as each build takes a second here."""
+    build("linux-tsan")
+    folder = ROOT / "build/linux-tsan/bin"
+    with Display() as display:
+        for name, switches in THREADED.items():
+            with LinuxPrograms(display) as programs:
+                programs.show("Bench")
+                if name == "staying":
+                    (programs.data / "OSD.ini").write_text("[HostCare]\nStayWithSurface=1\n")
+                code, output = programs.run([folder / "host_glx", "--threads", "4", "--size", "320x240", *switches], 60,
+                                            LD_PRELOAD=str(folder / "libORVIN-OSD64-GL-preload.so"), **TSAN)
+            yield report(f"linux-tsan-{name}", int(code == 0), int(code != 0), output)
 
 
 def cost():
