@@ -12,7 +12,7 @@
 #include <cstring>
 #include <thread>
 
-            using namespace platform::headless;
+using namespace platform::headless;
 
 class Hooking : public SharedTest {
   protected:
