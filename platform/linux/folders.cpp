@@ -4,12 +4,20 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
+#include <new>
 
 namespace platform {
 namespace {
 
+constexpr u32 g_uPathRoom = 4096;
+/// On the heap: the thread is the host's, and its stack may be small.
+struct PathRoom {
+    char m_sz[g_uPathRoom];
+};
+
 const char* Variable(const char* szName) noexcept {
-    const char* const szValue = std::getenv(szName);
+    const char* const szValue = secure_getenv(szName);
     return szValue && *szValue ? szValue : nullptr;
 }
 
@@ -18,15 +26,17 @@ const char* Variable(const char* szName) noexcept {
 const char16_t g_cPathSeparator = u'/';
 
 bool CommonDataFolder(char16_t* wzOut, u32 uCapacity) noexcept {
-    char szFolder[4096];
+    std::unique_ptr<PathRoom> pRoom(new (std::nothrow) PathRoom);
+    if (!pRoom) return false;
+    char* const szFolder = pRoom->m_sz;
     int iLength = -1;
     if (const char* const szOwn = Variable("ORVIN_OSD_APPDATA"))
-        iLength = std::snprintf(szFolder, sizeof szFolder, "%s", szOwn);
+        iLength = std::snprintf(szFolder, g_uPathRoom, "%s", szOwn);
     else if (const char* const szData = Variable("XDG_DATA_HOME"))
-        iLength = std::snprintf(szFolder, sizeof szFolder, "%s", szData);
+        iLength = std::snprintf(szFolder, g_uPathRoom, "%s", szData);
     else if (const char* const szHome = Variable("HOME"))
-        iLength = std::snprintf(szFolder, sizeof szFolder, "%s/.local/share", szHome);
-    if (iLength <= 0 || iLength >= static_cast<int>(sizeof szFolder)) return false;
+        iLength = std::snprintf(szFolder, g_uPathRoom, "%s/.local/share", szHome);
+    if (iLength <= 0 || iLength >= static_cast<int>(g_uPathRoom)) return false;
     while (iLength > 1 && szFolder[iLength - 1] == '/') szFolder[--iLength] = 0;
     return Utf8ToUtf16(szFolder, wzOut, uCapacity);
 }
@@ -40,8 +50,8 @@ std::FILE* OpenFileForRead(const char16_t* wzPath) noexcept { return OpenRegular
 std::FILE* OpenFileForReadAlone(const char16_t* wzPath) noexcept { return OpenRegularFile(wzPath, true); }
 
 std::FILE* OpenFileForWrite(const char16_t* wzPath) noexcept {
-    char szPath[4096];
-    return NarrowPath(wzPath, szPath, sizeof szPath) ? std::fopen(szPath, "wb+") : nullptr;
+    std::unique_ptr<PathRoom> pRoom(new (std::nothrow) PathRoom);
+    return pRoom && NarrowPath(wzPath, pRoom->m_sz, g_uPathRoom) ? std::fopen(pRoom->m_sz, "wb+") : nullptr;
 }
 
 } // namespace platform

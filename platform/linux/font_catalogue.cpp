@@ -1,4 +1,5 @@
 #include "platform/linux/font_catalogue.h"
+#include "platform/linux/font_stack.h"
 
 #include <fontconfig/fontconfig.h>
 
@@ -50,7 +51,8 @@ std::shared_ptr<CFontCatalogue> CFontCatalogue::Open() {
     // Never destroyed: the host may still draw while the process ends.
     static auto* const pCurrent = new std::weak_ptr<CFontCatalogue>;
     if (auto pOpen = pCurrent->lock()) return pOpen;
-    FcConfig* const pConfig = FcInitLoadConfigAndFonts();
+    FcConfig* pConfig = nullptr; // its reader nests, with big buffers at each step
+    host::RunWithStack([](void* p) { *static_cast<FcConfig**>(p) = FcInitLoadConfigAndFonts(); }, &pConfig);
     if (!pConfig) return nullptr;
     auto pNew = std::make_shared<CFontCatalogue>(pConfig);
     *pCurrent = pNew;

@@ -40,16 +40,18 @@ Cache& TheCache() {
 }
 
 bool SettingsPath(std::u16string& wstrPath) {
-    char16_t wzFolder[4096];
-    if (!CommonDataFolder(wzFolder, 4096)) return false;
-    wstrPath = std::u16string(wzFolder) + u"/ZARN/Orvin Deck/ORVIN-OSD/Settings/settings.ini";
+    std::u16string wstrFolder(4095, u'\0'); // a host's thread may have a small stack
+    if (!CommonDataFolder(wstrFolder.data(), 4096)) return false;
+    wstrPath = std::u16string(wstrFolder.c_str()) + u"/ZARN/Orvin Deck/ORVIN-OSD/Settings/settings.ini";
     return true;
 }
 
 FileState StateOf(const std::u16string& wstrPath) {
-    char szPath[8192];
+    std::string strPath(8191, '\0');
     struct stat st {};
-    if (!NarrowPath(wstrPath.c_str(), szPath, sizeof szPath) || stat(szPath, &st) != 0) return {};
+    if (!NarrowPath(wstrPath.c_str(), strPath.data(), static_cast<u32>(strPath.size() + 1)) ||
+        stat(strPath.c_str(), &st) != 0)
+        return {};
     return {st.st_dev, st.st_ino, st.st_size, st.st_mtim, st.st_ctim};
 }
 
