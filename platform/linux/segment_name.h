@@ -20,7 +20,7 @@ enum class SegmentOwner : u8 { Any, User };
 /// with ".uidN" for a user's own.
 inline void SegmentPath(SegmentOwner eOwner, char (&szPath)[g_uSegmentPathBytes]) noexcept {
     char szUser[24] = "", szSuffix[g_uSegmentSuffixLimit + 1] = "";
-    const char* const szAsked = std::getenv("ORVIN_OSD_SEGMENT");
+    const char* const szAsked = secure_getenv("ORVIN_OSD_SEGMENT");
     if (szAsked && std::strlen(szAsked) <= g_uSegmentSuffixLimit) std::strcpy(szSuffix, szAsked);
     for (char* p = szSuffix; *p; ++p)
         if (*p == '/' || *p == '\\') *p = '_';
