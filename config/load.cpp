@@ -5,6 +5,7 @@
 #include "config/settings.h"
 #include "config/settings_sensors.h"
 #include "config/variables.h"
+#include "config/watched_files.h"
 #include "controls/control_ids.h"
 #include "controls/osd_manager.h"
 #include "draw/draw_keys.h"
@@ -32,7 +33,8 @@ constexpr f64 g_fLeastWait = 1, g_fMostWait = 10, g_fWaitPerTry = 20;
 struct stFailedLoad {
     bool bFailed = false;
     char16_t wzProfile[g_uProfileNameUnits] = {};
-    i64 iDue = 0; ///< performance-counter ticks
+    i64 iDue = 0;  ///< performance-counter ticks
+    i64 iLook = 0; ///< the same, of the next look at the files
 };
 stFailedLoad g_stFailedLoad;
 
@@ -57,6 +59,7 @@ bool CreateLayout() {
 }
 
 bool Load() {
+    g_fnForgetWatchedFiles();
     g_fnClearConfiguration();
     if (!EmptyManager()) return false;
     g_fnRegisterVariables();
@@ -102,6 +105,7 @@ void g_fnNoteFailedLoad(i64 iStart) noexcept {
     const f64 fTry = static_cast<f64>(iNow - iStart) / fFrequency;
     const f64 fWait = std::clamp(fTry * g_fWaitPerTry, g_fLeastWait, g_fMostWait);
     g_stFailedLoad.bFailed = true;
+    g_stFailedLoad.iLook = iNow + platform::CounterFrequency();
     g_stFailedLoad.iDue = iNow + static_cast<i64>(fWait * fFrequency);
     std::copy_n(g_wzProfileName, g_uProfileNameUnits, g_stFailedLoad.wzProfile);
 }
@@ -112,5 +116,9 @@ bool g_fnIsLoadDue() noexcept {
     if (!g_stFailedLoad.bFailed) return true;
     g_fnSelectProfileName();
     if (std::u16string_view(g_wzProfileName) != g_stFailedLoad.wzProfile) return true;
-    return platform::CounterNow() >= g_stFailedLoad.iDue;
+    const i64 iNow = platform::CounterNow();
+    if (iNow >= g_stFailedLoad.iDue) return true;
+    if (iNow < g_stFailedLoad.iLook) return false;
+    g_stFailedLoad.iLook = iNow + platform::CounterFrequency();
+    return g_fnHaveWatchedFilesChanged();
 }

@@ -19,5 +19,6 @@ void g_fnNoteFailedLoad(i64 iStart) noexcept;
 /// The next build is the first again: it need not wait.
 void g_fnForgetFailedLoad() noexcept;
 /// False while another try is not due: the load failed, the profile of this process has the same name since,
-/// and a second, or twenty times what the try took (10 seconds at most), has not passed.
+/// and a second, or twenty times what the try took (10 seconds at most), has not passed. Once a second it
+/// looks whether a file that the try opened or missed has changed since: then it is due at once.
 bool g_fnIsLoadDue() noexcept;

@@ -2,6 +2,7 @@
 
 #include "config/setting_binding.h"
 #include "config/settings.h"
+#include "config/watched_files.h"
 #include "frame/log.h"
 #include "platform/folders.h"
 #include "platform/input_file.h"
@@ -105,6 +106,7 @@ bool g_fnOpenProfileDocument(const char16_t* wzPath, XMLDocument& document, i32*
     std::string strBytes;
     document.Clear();
     SetCode(piCode, PROFILE_NOT_OPENED);
+    g_fnWatchFile(wzPath);
     return platform::ReadWholeFile(platform::OpenInput(wzPath), g_uDocumentBytesMax, strBytes) &&
            g_fnParseProfileDocument(strBytes, document, piCode);
 } catch (...) { // no memory

@@ -1,5 +1,6 @@
 #include "controls/text_file.h"
 
+#include "config/watched_files.h"
 #include "platform/code_page.h"
 #include "platform/folders.h"
 #include "platform/input_file.h"
@@ -124,10 +125,13 @@ bool g_fnResolveProfilePath(char16_t* wzOut, const char16_t* wzName) noexcept {
 bool g_fnCheckMemoFile(const char16_t* wzName, char16_t* wzFullPath) noexcept {
     char16_t wzOwn[g_uProfilePathCapacity];
     char16_t* const wzPath = wzFullPath ? wzFullPath : wzOwn;
-    return g_fnResolveProfilePath(wzPath, wzName) && platform::OpenInput(wzPath);
+    if (!g_fnResolveProfilePath(wzPath, wzName)) return false;
+    g_fnWatchFile(wzPath);
+    return static_cast<bool>(platform::OpenInput(wzPath));
 }
 
 std::unique_ptr<char16_t[]> g_fnLoadTextFromFile(const char16_t* wzFullPath) noexcept {
+    g_fnWatchFile(wzFullPath);
     const platform::InputFile pFile = platform::OpenInput(wzFullPath);
     const std::unique_ptr<char[]> pBytes(new (std::nothrow) char[g_uTextFileBytesMax + 1]);
     if (!pFile || !pBytes) return nullptr;

@@ -1,5 +1,6 @@
 #include "draw/gl_shader.h"
 
+#include "config/watched_files.h"
 #include "frame/log.h"
 #include "frame/own_context.h"
 #include "platform/gl_api.h"
@@ -49,6 +50,7 @@ std::string g_fnInsertDefines(std::string_view szSource, const ShaderDefines& de
 }
 
 static std::string ReadWholeFile(const char* szPath) {
+    g_fnWatchFile(szPath);
     std::string strText;
     if (!platform::ReadWholeFile(platform::OpenInput(szPath), g_uShaderBytesMax, strText))
         throw std::runtime_error(std::string("Failed to open file : ") + szPath);

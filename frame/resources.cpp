@@ -162,16 +162,24 @@ static bool AbandonLoad(i64 iStart) {
     return false;
 }
 
+/// Shaders that can't be read or built.
+static bool FailBatchers(i64 iStart) {
+    // KEEP: without the key the next try comes with the next frame.
+    if (g_stHostCare.bRestoreAfterFailure) g_fnNoteFailedLoad(iStart);
+    return false;
+}
+
 bool g_fnTavo_Init_Resource() {
-    if (AreBatchersHopeless() || !MakeManager()) return false;
     const i64 iStart = platform::CounterNow();
+    if (AreBatchersHopeless()) return FailBatchers(iStart);
+    if (!MakeManager()) return false;
     g_fnSelectManager();
     MakeFrameSamples();
     g_fnSetupIntervals();
     RestartTimers();
     MarkStatusDue();
     if (!LoadConfiguration()) return AbandonLoad(iStart);
-    if (!MakeBatchers()) return Abandon();
+    if (!MakeBatchers()) return Abandon() || FailBatchers(iStart);
     g_pOSDManager->m_fnOnResize();
     // The first update shows all data at once.
     g_fnRaiseUpdateFlag(g_bUpdateData);

@@ -10,6 +10,8 @@
 #include "shared/segment.h"
 #include "tests/unit/config/custom_fixture.h"
 
+#include <functional>
+
 namespace headless = platform::headless;
 
 namespace {
@@ -255,6 +257,28 @@ TEST_F(LoadAgain, IsDueAtOnceForAnotherProfile) {
     EXPECT_TRUE(g_fnIsLoadDue());
     Select(u"Mine");
     EXPECT_FALSE(g_fnIsLoadDue());
+}
+
+/// Whatever the pause: a repair is seen within a second.
+TEST_F(LoadAgain, IsDueWithinASecondOfAChangeInTheFilesOfTheTry) {
+    const std::pair<const char*, std::function<void()>> aChanges[] = {
+        {"the profile appears", [this] { Profile(""); }},
+        {"it changes", [this] { Profile("<Panel/>"); }},
+        {"the shared document goes", [this] { std::filesystem::remove(m_folder.Path("OSD_Ref.xml")); }},
+    };
+    Select(u"Mine");
+    for (const auto& [szWhat, fnChange] : aChanges) {
+        const i64 iStart = platform::CounterNow();
+        g_fnLoadConfiguration();
+        headless::AdvanceClock(60 * c_iSecond);
+        g_fnNoteFailedLoad(iStart); // a pause of ten seconds
+        headless::AdvanceClock(2 * c_iSecond);
+        EXPECT_FALSE(g_fnIsLoadDue()) << "nothing has changed: " << szWhat;
+        fnChange();
+        EXPECT_FALSE(g_fnIsLoadDue()) << "it looks once a second: " << szWhat;
+        headless::AdvanceClock(c_iSecond);
+        EXPECT_TRUE(g_fnIsLoadDue()) << szWhat;
+    }
 }
 
 TEST_F(LoadAgain, IsDueAtOnceAfterARelease) {
