@@ -49,6 +49,7 @@ def middle(values):
 
 class Bench:
     def __init__(self, build, care=False):
+        """With care True the keys of [HostCare] are those of the shipped file, else those that care names."""
         self.build, self.care = pathlib.Path(build).resolve(), care
         self.host = self.build / "bin/host_glx"
         self.companion = self.build / "bin/orvin-osd"
@@ -65,8 +66,11 @@ class Bench:
         data.mkdir(parents=True)
         for source, folder in (("data", data), ("shaders", data), ("tests/profiles", data / "Profiles")):
             shutil.copytree(ROOT / source, folder, dirs_exist_ok=True)
-        if not self.care:
+        if self.care is not True:
             (data / "OSD.ini").unlink()
+        if self.care and self.care is not True:
+            keys = "".join(f"{key} = 1\n" for key in self.care)
+            (data / "OSD.ini").write_text("[HostCare]\n" + keys)
         read, write = os.pipe()
         self.display = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x1024x24", "-nolisten",
                                          "tcp"], pass_fds=[write], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)

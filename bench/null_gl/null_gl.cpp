@@ -64,10 +64,15 @@ GLint IntegerAnswer(GLenum eName) {
         return 4;
     case GL_RENDER_MODE:
         return GL_RENDER;
-    case GL_ACTIVE_TEXTURE:
-        return GL_TEXTURE0;
     case GL_POLYGON_MODE:
         return GL_FILL;
+    case GL_BLEND_EQUATION_RGB:
+    case GL_BLEND_EQUATION_ALPHA:
+        return GL_FUNC_ADD;
+    case GL_ACTIVE_TEXTURE:
+        return GL_TEXTURE0;
+    case GL_CLIP_ORIGIN:
+        return GL_LOWER_LEFT;
     case GL_READ_BUFFER:
     case GL_DRAW_BUFFER:
         return GL_BACK;
@@ -136,10 +141,11 @@ void NullAnswer_glGetIntegerv(GLenum eName, GLint* piOut) {
     for (GLsizei i = 0; i < AnswerLength(eName); ++i) piOut[i] = IntegerAnswer(eName);
 }
 void NullAnswer_glGetFloatv(GLenum eName, GLfloat* pfOut) {
-    for (GLsizei i = 0; i < AnswerLength(eName); ++i) pfOut[i] = 0.0f;
+    const float afWindow[] = {0.0f, 0.0f, static_cast<float>(g_iWidth), static_cast<float>(g_iHeight)};
+    for (GLsizei i = 0; i < AnswerLength(eName); ++i) pfOut[i] = eName == GL_VIEWPORT ? afWindow[i] : 0.0f;
 }
 void NullAnswer_glGetBooleanv(GLenum eName, GLboolean* pbOut) {
-    for (GLsizei i = 0; i < AnswerLength(eName); ++i) pbOut[i] = GL_FALSE;
+    for (GLsizei i = 0; i < AnswerLength(eName); ++i) pbOut[i] = eName == GL_COLOR_WRITEMASK;
 }
 void NullAnswer_glGetShaderiv(GLuint, GLenum eName, GLint* piOut) { *piOut = eName == GL_COMPILE_STATUS; }
 void NullAnswer_glGetProgramiv(GLuint, GLenum eName, GLint* piOut) {
