@@ -104,12 +104,12 @@ def gl():
 # The driver's mutexes and what it calls of the C library are its own: it is not instrumented, and is unloaded before the end.
 TSAN = {"TSAN_OPTIONS": "exitcode=66:report_mutex_bugs=0:detect_deadlocks=0:ignore_noninstrumented_modules=1:"
                         f"suppressions={ROOT}/tests/support/threads.supp", "LP_NUM_THREADS": "0"}
-THREADED = {"swapping": ["--frames", "150"], "remaking": ["--frames", "60", "--remake-context", "20"],
-            "staying": ["--frames", "150"]}
+THREADED = {"swapping": ["--frames", "1500"], "remaking": ["--frames", "300", "--remake-context", "20"],
+            "staying": ["--frames", "1500"]}
 
 
 def threads():
-    """The library itself in a program of four threads; their frames are few, as each build takes a second here."""
+    """The library itself in a program of four threads. A race shows only where two frames meet, so there are many."""
     build("linux-tsan")
     folder = ROOT / "build/linux-tsan/bin"
     with Display() as display:
