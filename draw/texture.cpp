@@ -96,7 +96,7 @@ bool CTexture_Base::AllocateFrames() {
     return true;
 }
 
-std::size_t CTexture_Base::LevelBytes(i32 iLevel) const {
+std::size_t CTexture_Base::LevelBytes(i32 iLevel) const noexcept {
     const u32 uLevel = static_cast<u32>(iLevel);
     return static_cast<std::size_t>(g_fnLevelSide(m_uWidth, uLevel)) * g_fnLevelSide(m_uHeight, uLevel) *
            m_uBytesPerPixel;
@@ -105,15 +105,34 @@ std::size_t CTexture_Base::LevelBytes(i32 iLevel) const {
 /// A glyph atlas is blank for the most part, so a level takes memory as it is written.
 bool CTexture_Base::AllocateLevels(u8** ppLevels) {
     for (i32 i = 0; i < m_uLevelCount; ++i) {
-        ppLevels[i] = platform::AllocatePages(LevelBytes(i));
+        if (!ppLevels[i]) ppLevels[i] = platform::AllocatePages(LevelBytes(i));
         if (!ppLevels[i]) return false;
     }
     return true;
 }
 
+void CTexture_Base::FreeLevels(u8** ppLevels) noexcept {
+    for (i32 i = 0; i < m_uLevelCount; ++i) {
+        platform::FreePages(ppLevels[i], LevelBytes(i));
+        ppLevels[i] = nullptr;
+    }
+}
+
+bool CTexture_Base::HasFrame(u32 uFrame) const noexcept {
+    return m_pFrames && uFrame < static_cast<u32>(m_uFrameCount);
+}
+
+void CTexture_Base::m_fnDropLevels(u32 uFrame) noexcept {
+    if (HasFrame(uFrame)) FreeLevels(m_pFrames[uFrame]);
+}
+
+bool CTexture_Base::m_fnTakeLevels(u32 uFrame) {
+    return HasFrame(uFrame) && AllocateLevels(m_pFrames[uFrame]);
+}
+
 void CTexture_Base::m_fnFreeFrames() {
     for (i32 i = 0; m_pFrames && i < m_uFrameCount && m_pFrames[i]; ++i) {
-        for (i32 n = 0; n < m_uLevelCount; ++n) platform::FreePages(m_pFrames[i][n], LevelBytes(n));
+        FreeLevels(m_pFrames[i]);
         delete[] m_pFrames[i];
     }
     delete[] m_pFrames;
@@ -135,8 +154,7 @@ bool CTexture_Base::m_fnUploadFrame(const void* const* ppLevels, u32 uFrame) {
 }
 
 void CTexture_Base::m_fnGetLevel(u8** ppPixels, u32 uFrame, u32 uLevel) {
-    const bool bInside =
-        m_pFrames && uFrame < static_cast<u32>(m_uFrameCount) && uLevel < static_cast<u32>(m_uLevelCount);
+    const bool bInside = HasFrame(uFrame) && uLevel < static_cast<u32>(m_uLevelCount);
     *ppPixels = bInside ? m_pFrames[uFrame][uLevel] : nullptr;
 }
 

@@ -37,8 +37,12 @@ class CTexture_Base {
     /// All levels of a frame, until one is refused. Null stands for the frame's own chain; otherwise one
     /// pointer a level.
     virtual bool m_fnUploadFrame(const void* const* ppLevels, u32 uFrame);
-    /// The memory of a level; null when there is none of that number.
+    /// The memory of a level; null when there is none of that number, or it was dropped.
     virtual void m_fnGetLevel(u8** ppPixels, u32 uFrame, u32 uLevel);
+    /// Gives the memory of a frame's levels back. There are none then until they are taken anew.
+    void m_fnDropLevels(u32 uFrame) noexcept;
+    /// Zeroed levels where a frame has none. False for a frame that does not exist, or without memory.
+    bool m_fnTakeLevels(u32 uFrame);
     virtual void m_fnGetSize(u32* puWidth, u32* puHeight);
     /// Reads a picture file. No decoder in this version: always false.
     virtual bool m_fnLoadTexture(const char16_t* wzPath);
@@ -90,5 +94,7 @@ class CTexture_Base {
   private:
     bool AllocateFrames();
     bool AllocateLevels(u8** ppLevels);
-    std::size_t LevelBytes(i32 iLevel) const;
+    void FreeLevels(u8** ppLevels) noexcept;
+    bool HasFrame(u32 uFrame) const noexcept;
+    std::size_t LevelBytes(i32 iLevel) const noexcept;
 };

@@ -10,7 +10,5 @@ namespace platform {
 u8* AllocatePages(std::size_t uBytes) noexcept;
 /// Null does nothing. The size is that of the allocation.
 void FreePages(u8* pBlock, std::size_t uBytes) noexcept;
-/// Makes the block zeros again and gives its memory back until it is written anew.
-void EmptyPages(u8* pBlock, std::size_t uBytes) noexcept;
 
 } // namespace platform

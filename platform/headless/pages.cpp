@@ -1,7 +1,6 @@
 #include "platform/pages.h"
 
 #include <cstdlib>
-#include <cstring>
 
 namespace platform {
 
@@ -10,9 +9,5 @@ u8* AllocatePages(std::size_t uBytes) noexcept {
 }
 
 void FreePages(u8* pBlock, std::size_t) noexcept { std::free(pBlock); }
-
-void EmptyPages(u8* pBlock, std::size_t uBytes) noexcept {
-    if (pBlock) std::memset(pBlock, 0, uBytes);
-}
 
 } // namespace platform

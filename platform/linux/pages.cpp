@@ -2,7 +2,6 @@
 #include "platform/pages.h"
 
 #include <cstdlib>
-#include <cstring>
 #include <sys/mman.h>
 
 namespace platform {
@@ -26,11 +25,6 @@ void FreePages(u8* pBlock, std::size_t uBytes) noexcept {
         std::free(pBlock);
     else
         munmap(pBlock, uBytes);
-}
-
-void EmptyPages(u8* pBlock, std::size_t uBytes) noexcept {
-    if (!pBlock) return;
-    if (uBytes < g_uPagesLeast || madvise(pBlock, uBytes, MADV_DONTNEED) != 0) std::memset(pBlock, 0, uBytes);
 }
 
 } // namespace platform

@@ -3,7 +3,6 @@
 #include "platform/win32/windows_api.h"
 
 #include <cstdlib>
-#include <cstring>
 
 namespace platform {
 
@@ -22,13 +21,6 @@ void FreePages(u8* pBlock, std::size_t uBytes) noexcept {
         std::free(pBlock);
     else
         VirtualFree(pBlock, 0, MEM_RELEASE);
-}
-
-void EmptyPages(u8* pBlock, std::size_t uBytes) noexcept {
-    if (!pBlock) return;
-    const bool bEmptied = uBytes >= g_uPagesLeast && VirtualFree(pBlock, uBytes, MEM_DECOMMIT) &&
-                          VirtualAlloc(pBlock, uBytes, MEM_COMMIT, PAGE_READWRITE);
-    if (!bEmptied) std::memset(pBlock, 0, uBytes);
 }
 
 } // namespace platform

@@ -77,6 +77,36 @@ TEST_F(FontGL, WholeTextIsUploadedOnce) {
     EXPECT_TRUE(std::equal(m_pFont->m_pAtlas, m_pFont->m_pAtlas + 128 * 128, Level(0).begin()));
 }
 
+TEST_F(FontGL, LevelsTakeMemoryOnlyWhileTheyAreUploaded) {
+    const auto hasLevel = [&](u32 uLevel) {
+        u8* pLevel = nullptr;
+        m_pFont->m_pTexture->m_fnGetLevel(&pLevel, 0, uLevel);
+        return pLevel != nullptr;
+    };
+    g_fnFontAddText(m_pFont.get(), u"AB");
+    for (u32 u = 0; u < 8; ++u) EXPECT_FALSE(hasLevel(u)) << u;
+    m_pFont->m_pTexture->m_fnUploadLevel(nullptr, 0, 0);
+    EXPECT_TRUE(std::equal(m_pFont->m_pAtlas, m_pFont->m_pAtlas + 128 * 128, Level(0).begin())) << "kept";
+    g_fnFontAddChar(m_pFont.get(), 'C');
+    EXPECT_FALSE(hasLevel(0));
+    EXPECT_TRUE(std::equal(m_pFont->m_pAtlas, m_pFont->m_pAtlas + 128 * 128, Level(0).begin()));
+}
+
+TEST_F(FontGL, LaterGlyphsGiveTheSameLevelsAsAllAtOnce) {
+    g_fnFontAddText(m_pFont.get(), u"AB");
+    g_fnFontAddText(m_pFont.get(), u"hello");
+    g_fnFontAddChar(m_pFont.get(), 'W');
+    std::vector<std::vector<u8>> late;
+    for (i32 i = 0; i < 8; ++i) late.push_back(Level(i));
+    m_pFont = std::make_unique<CFontUC_GL>();
+    m_pFont->m_fnSetLayout(4, 4, 0);
+    m_pFont->m_fnSetTexSize(128, 128);
+    m_pFont->m_fnSetFontName(u"DejaVu Sans");
+    ASSERT_TRUE(m_pFont->m_fnInitialize(false));
+    g_fnFontAddText(m_pFont.get(), u"ABheloW");
+    for (i32 i = 0; i < 8; ++i) EXPECT_EQ(Level(i), late[static_cast<u32>(i)]) << i;
+}
+
 TEST_F(FontGL, SmallLevelsKeepTheWeightOfThinStrokes) {
     // A solid cell stays solid in the inside of each level; 170 would too, raised by half.
     std::fill_n(m_pFont->m_pAtlas, 128 * 128, u8{170});

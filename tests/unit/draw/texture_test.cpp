@@ -84,6 +84,28 @@ class CTestFile {
 
 } // namespace
 
+TEST(Texture, LevelsThatWereDroppedComeBackZeroed) {
+    CTexture_Base texture;
+    EXPECT_FALSE(texture.m_fnTakeLevels(0)) << "no frame yet";
+    texture.m_fnDropLevels(0);
+    ASSERT_TRUE(texture.m_fnCreate(4, 4, g_uFormatR8, 2, true));
+    for (u32 u = 0; u < 3; ++u) *Level(texture, 0, u) = *Level(texture, 1, u) = 9;
+    u8* const pKept = Level(texture, 1, 0);
+    texture.m_fnDropLevels(0);
+    texture.m_fnDropLevels(0);
+    EXPECT_EQ(Level(texture, 0, 0), nullptr);
+    EXPECT_EQ(Level(texture, 0, 2), nullptr);
+    ASSERT_TRUE(texture.m_fnTakeLevels(0));
+    for (u32 u = 0; u < 3; ++u) EXPECT_EQ(*Level(texture, 0, u), 0) << u;
+    *Level(texture, 0, 0) = 5;
+    ASSERT_TRUE(texture.m_fnTakeLevels(0));
+    EXPECT_EQ(*Level(texture, 0, 0), 5) << "there already";
+    EXPECT_EQ(Level(texture, 1, 0), pKept) << "the other frame stays";
+    EXPECT_FALSE(texture.m_fnTakeLevels(2));
+    texture.m_fnDropLevels(2);
+    texture.m_fnDropLevels(1); // and the end finds a frame without levels
+}
+
 TEST(TextureFormat, BytesAPixel) {
     const std::pair<u32, std::vector<u32>> aSizes[] = {
         {1, {1, 2, 4, 5, 6}},
