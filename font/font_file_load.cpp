@@ -59,12 +59,36 @@ bool ReadRecords(CFontUniCode& font, stMemoryStream* pStream, u32 uCount) {
     return true;
 }
 
+bool IsBlank(const u8* pBytes, std::size_t uBytes) {
+    return uBytes == 0 || (pBytes[0] == 0 && std::memcmp(pBytes, pBytes + 1, uBytes - 1) == 0);
+}
+
+/// Copies uGiven pixels of a row and makes the rest black. What is as it has to be is not written, so that
+/// blank rows stay without memory. True if the row has ink.
+bool TakeRow(u8* pRow, const u8* pFrom, std::size_t uGiven, std::size_t uWidth) {
+    if (uGiven && std::memcmp(pRow, pFrom, uGiven) != 0) std::memcpy(pRow, pFrom, uGiven);
+    if (!IsBlank(pRow + uGiven, uWidth - uGiven)) std::memset(pRow + uGiven, 0, uWidth - uGiven);
+    return !IsBlank(pRow, uWidth);
+}
+
+/// The first level, up to where the stream ends.
+void TakeAtlas(CFontUniCode& font, stMemoryStream* pStream) {
+    const std::size_t uWidth = font.m_uTexW;
+    std::size_t uLeft = pStream->m_pData ? pStream->m_uSize - pStream->m_uPosition : 0;
+    font.m_uAtlasRows = 0;
+    for (u32 y = 0; y < font.m_uTexH; ++y) {
+        const std::size_t uGiven = std::min(uLeft, uWidth);
+        if (TakeRow(font.m_pAtlas + y * uWidth, pStream->m_pData + pStream->m_uPosition, uGiven, uWidth))
+            font.m_uAtlasRows = y + 1;
+        pStream->m_uPosition += static_cast<u32>(uGiven);
+        uLeft -= uGiven;
+    }
+}
+
 /// Takes the first level, black where the file ends, and passes over the others: the upload makes its own.
 void ReadLevels(CFontUniCode& font, stMemoryStream* pStream) {
     const u32 uPixels = font.m_uTexW * font.m_uTexH;
-    const u32 uRead = g_fnReadStream(font.m_pAtlas, 1, uPixels, pStream);
-    std::memset(font.m_pAtlas + uRead, 0, uPixels - uRead);
-    font.m_uAtlasRows = font.m_uTexH;
+    TakeAtlas(font, pStream);
     const u64 uRest = g_fnFontLevelsBytes(font.m_uTexW, font.m_uTexH) - uPixels;
     pStream->m_uPosition += static_cast<u32>(std::min<u64>(uRest, pStream->m_uSize - pStream->m_uPosition));
     font.m_fnUploadAtlasAll(nullptr);

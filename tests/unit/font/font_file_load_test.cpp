@@ -138,6 +138,22 @@ TEST(FontFileLoad, MissingPixelsAreBlack) {
     EXPECT_EQ(font.m_pAtlas[0], 0) << "of a font that had pixels";
 }
 
+TEST(FontFileLoad, OnlyRowsThatMayHaveInkAreReduced) {
+    std::string bytes = SmallFile();
+    std::memset(bytes.data() + 376, 0, 256);
+    CTestFont font;
+    ASSERT_TRUE(Load(font, bytes));
+    EXPECT_EQ(font.m_uAtlasRows, 0u);
+    bytes[376 + 5 * 16 + 15] = 1;
+    ASSERT_TRUE(Load(font, bytes));
+    EXPECT_EQ(font.m_uAtlasRows, 6u);
+    EXPECT_EQ(font.m_pAtlas[5 * 16 + 15], 1);
+    bytes[376 + 255] = 9; // far from any glyph; it is the file's all the same
+    ASSERT_TRUE(Load(font, bytes));
+    EXPECT_EQ(font.m_uAtlasRows, 16u);
+    EXPECT_EQ(font.m_pAtlas[255], 9);
+}
+
 TEST(FontFileLoad, MissingRecordsAreRefusedBeforeTheFontIsTouched) {
     const std::string bytes = SmallFile();
     const auto pFont = SmallFont(u"Mine");
