@@ -56,9 +56,13 @@ class Bench:
         self.preload = self.build / "bin/libORVIN-OSD64-GL-preload.so"
         self.probe = self.build / "bench/libbench_probe.so"
         self.null = self.build / "bench/null"
-        for needed in (self.host, self.companion, self.preload, self.probe, self.null / "libGL.so.1"):
+        for needed in (self.host, self.companion, self.preload, self.probe, self.null / "libGL.so.1",
+                       *self.build.glob("bin/*.so")):
             if not needed.exists():
                 raise SystemExit(f"bench: {needed} is missing: build first")
+            # Pages of a file just linked count as the program's own memory until they are written out.
+            with open(needed, "rb") as file:
+                os.fsync(file.fileno())
 
     def __enter__(self):
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="orvin-bench."))
