@@ -160,6 +160,8 @@ Result DoDoctor(Context& st) {
 
 Result DoFeed(Context& st) {
     const Result stFed = Feed(st.stLibrary, st.stOptions);
+    // Numbers go blank with their values; gauges and graphs would stand at the last ones.
+    if (stFed && !st.stOptions.bOnce) ReloadAll(st.stLibrary);
     return stFed && st.stOptions.bOnce ? NeedHolder(st.stLibrary) : stFed;
 }
 

@@ -1,5 +1,6 @@
 #include "companion/values.h"
 #include "companion/os.h"
+#include "companion/own_names.h"
 #include "companion/profile_commands.h"
 #include "companion/segment_json.h"
 #include "companion/segment_view.h"
@@ -140,7 +141,12 @@ std::string SensorJson(const std::vector<Reading>& listReadings) {
 
 std::string NameTable(const std::vector<PublishedValue>& listPublished) {
     std::vector<std::vector<std::string>> listRows;
-    for (const std::string& strName : sensors::OwnNames()) listRows.push_back({strName, "-", "each program"});
+    for (const std::string& strName : sensors::OwnNames()) {
+        const OwnName* const pOwn = FindProgramName(strName);
+        const bool bRemark = pOwn && *pOwn->szRemark;
+        listRows.push_back(
+            {strName, "-", bRemark ? std::string("each program; ") + pOwn->szRemark : "each program"});
+    }
     for (const PublishedValue& st : listPublished) {
         listRows.push_back({st.strName, st.bInRoom ? std::to_string(st.iValue) : "-", "published"});
     }
@@ -149,8 +155,13 @@ std::string NameTable(const std::vector<PublishedValue>& listPublished) {
 
 std::string NameJson(const std::vector<PublishedValue>& listPublished) {
     Json jsRows = Json::array();
-    for (const std::string& strName : sensors::OwnNames())
-        jsRows.push_back({{"name", strName}, {"value", nullptr}, {"published", false}});
+    for (const std::string& strName : sensors::OwnNames()) {
+        const OwnName* const pOwn = FindProgramName(strName);
+        jsRows.push_back({{"name", strName},
+                          {"value", nullptr},
+                          {"published", false},
+                          {"remark", pOwn ? pOwn->szRemark : ""}});
+    }
     for (const PublishedValue& st : listPublished) {
         jsRows.push_back({{"name", st.strName},
                           {"value", st.bInRoom ? Json(st.iValue) : Json(nullptr)},

@@ -1,5 +1,6 @@
 #include "companion/profile_check/data_name_check.h"
 
+#include "companion/own_names.h"
 #include "config/sensor_table.h"
 
 #include <algorithm>
@@ -8,10 +9,6 @@
 namespace companion {
 namespace {
 
-/// What each program measures itself.
-constexpr const char* g_aszProgramNames[] = {"FPS",       "FPS_AVG", "FPS_MAX", "FPS_MIN",
-                                             "FPS_50P",   "FPS_1P",  "FPS_01P", "FRAME_TIME",
-                                             "FRAME_CNT", "PID",     "TID"};
 /// Items of several numbers.
 constexpr const char* g_aszMixedNames[] = {"SYSTEM_TIME", "RESOLUTION"};
 /// Base names that are offered for a misspelt one.
@@ -48,7 +45,7 @@ DataNameCheck::DataNameCheck(const DataNames& names)
       m_listSensors(names.sensors.begin(), names.sensors.end()) {}
 
 bool DataNameCheck::IsKnown(const std::string& strName) const {
-    if (Holds(g_aszProgramNames, strName)) return true;
+    if (FindProgramName(strName)) return true;
     const std::string strBase = BaseOf(strName);
     return HasIndex(strName) && (g_fnIsBuiltInDataName(strBase) || m_listSensors.contains(strBase));
 }
@@ -61,7 +58,7 @@ std::string DataNameCheck::Nearest(const std::string& strName) const {
         const unsigned u = strBase.size() <= 63 ? WordDistance(strBase, strKnown) : uBest;
         if (u < uBest) uBest = u, strFound = strKnown + szTail;
     };
-    for (const char* sz : g_aszProgramNames) Offer(sz, "");
+    for (const OwnName& st : ProgramNames()) Offer(st.szName, "");
     for (const char* sz : g_aszMixedNames) Offer(sz, "");
     for (const char* sz : g_aszBaseNames) Offer(sz, "#0");
     for (const std::string& str : m_listSensors) Offer(str, "#0");
@@ -77,9 +74,12 @@ void DataNameCheck::Check(const ProfileItem& item, Findings& findings) const {
             findings.Error(iLine, ItemTitle(item) + ": " + strName + " can only be shown by a NumBox");
         return;
     }
+    if (const OwnName* const pOwn = FindProgramName(strName)) {
+        if (*pOwn->szRemark) findings.Warning(iLine, ItemTitle(item) + ": " + strName + ' ' + pOwn->szRemark);
+        return;
+    }
     if (IsKnown(strName)) {
-        if (!m_listPublished.empty() && !Holds(g_aszProgramNames, strName) &&
-            !m_listPublished.contains(strName))
+        if (!m_listPublished.empty() && !m_listPublished.contains(strName))
             findings.Note(iLine, ItemTitle(item) + ": \"" + strName + "\" is not published at the moment");
         return;
     }

@@ -124,10 +124,28 @@ bool CheckStyle(const tinyxml2::XMLElement& root, Findings& findings) {
     return false;
 }
 
+/// Two numbers above 0 with a colon between them.
+bool IsRatio(const char* szText) {
+    const auto Number = [&] {
+        const char* const szBegin = szText;
+        while ((*szText >= '0' && *szText <= '9') || *szText == '.') ++szText;
+        return szText != szBegin && ReadNumber(szBegin, ValueKind::Number) > 0;
+    };
+    return Number() && *szText++ == ':' && Number() && !*szText;
+}
+
 /// One side alone counts as none.
 void CheckPreview(const tinyxml2::XMLElement& settings, Findings& findings) {
     const tinyxml2::XMLElement* p = Child(&settings, "Preview");
-    if (!p || (p->Attribute("AspectRatio") && *p->Attribute("AspectRatio"))) return;
+    if (const char* szRatio = p ? p->Attribute("AspectRatio") : nullptr; szRatio && *szRatio) {
+        if (!IsRatio(szRatio))
+            findings.Warning(p->GetLineNum(),
+                             std::string("AspectRatio \"") + szRatio +
+                                 "\" is not two numbers with a colon, as 16:9; any text makes the "
+                                 "canvas 1080 units high");
+        return;
+    }
+    if (!p) return;
     const char *szWidth = p->Attribute("Width"), *szHeight = p->Attribute("Height");
     const bool bWidth = szWidth && ReadNumber(szWidth, ValueKind::Whole) != 0;
     const bool bHeight = szHeight && ReadNumber(szHeight, ValueKind::Whole) != 0;
@@ -171,6 +189,9 @@ bool ParseForCheck(std::string_view text, tinyxml2::XMLDocument& document, Findi
 const tinyxml2::XMLElement* CheckDocument(const tinyxml2::XMLDocument& document, Findings& findings) {
     const tinyxml2::XMLElement* pRoot = document.FirstChildElement("OSD");
     if (!pRoot) return nullptr;
+    if (const tinyxml2::XMLElement* pSecond = pRoot->NextSiblingElement())
+        findings.Warning(pSecond->GetLineNum(), "a second root element, " + Quoted(pSecond->Name()) +
+                                                    "; only the first <OSD> is read");
     CheckElement(*pRoot, *FindElement("OSD", ""), findings);
     if (!CheckStyle(*pRoot, findings)) return nullptr;
     const tinyxml2::XMLElement* pSettings = FindSettings(*pRoot, findings);

@@ -1,4 +1,5 @@
 // Files that items of a profile name.
+#include "companion/profile_check/font_cache.h"
 #include "companion/profile_check/text_check.h"
 #include "companion/profile_folder.h"
 #include "companion/utf.h"
@@ -9,6 +10,7 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <set>
 #include <tinyxml2.h>
 
 namespace companion {
@@ -85,6 +87,29 @@ void CheckFiles(const std::vector<const ProfileItem*>& taken, const fs::path& pa
     for (const ProfileItem* p : taken)
         for (const char* szAttribute : {"FileName", "ImageFileName"})
             if (FindAttribute(*p->pKind, szAttribute)) CheckFile(*p, szAttribute, pathFolder, findings);
+}
+
+void CheckFontFiles(const std::vector<const ProfileItem*>& taken, const fs::path& pathFolder,
+                    const fs::path& pathShared, Findings& findings) {
+    const std::string strDocument = findings.File();
+    std::set<std::string> faces;
+    for (const ProfileItem* p : taken) {
+        if (!FindAttribute(*p->pKind, "FontName")) continue;
+        const std::string strFace = AttributeText(*p, "FontName");
+        if (!faces.insert(strFace).second || strFace.find_first_of("/\\") != std::string::npos) continue;
+        const fs::path pathName = PathOfText("2-" + strFace + ".fnt");
+        std::error_code ignored;
+        const bool bOwn = fs::exists(pathFolder / pathName, ignored);
+        FontFileFacts stFacts;
+        if (const Result stRead = InspectFontFile((bOwn ? pathFolder : pathShared) / pathName, stFacts);
+            !stRead)
+            continue; // none there, the usual case
+        if (stFacts.strFault.empty()) continue;
+        findings.SetFile(TextOfPath(fs::path(stFacts.path).make_preferred()));
+        findings.Warning(0, "the font file " + stFacts.strFault + "; it is passed over" +
+                                (bOwn ? "" : ", in every profile that shares it"));
+        findings.SetFile(strDocument);
+    }
 }
 
 } // namespace companion

@@ -3,6 +3,7 @@
 #include "companion/profile_check/data_name_check.h"
 #include "config/item_graph.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <map>
@@ -160,6 +161,60 @@ void CheckByKind(const ProfileItem& item, const ItemReport& report) {
     if (IsKind(item, "Image")) report.Note("Name", "images are read but not drawn by this version");
 }
 
+/// Names of the controls that an item is made of, by the letter of their kind in front.
+std::vector<std::string> ControlNames(const ProfileItem& item) {
+    const std::string strStem = item.strName.substr(0, item.strName.rfind('@'));
+    const std::string strTail = item.strOwner.empty() ? "" : '@' + item.strOwner;
+    const auto Name = [&](char cLetter, const char* szPart) { return cLetter + strStem + szPart + strTail; };
+    const std::string strData = AttributeText(item, "DataFullName");
+    if (IsKind(item, "Panel")) return {Name('P', "_F"), Name('P', "")};
+    if (IsKind(item, "TextBox") || IsKind(item, "Memo")) return {Name('P', "_F"), Name('T', "")};
+    if (!IsKind(item, "NumBox")) return {Name('P', "_F")};
+    if (strData == "SYSTEM_TIME")
+        return {Name('P', "_F"),  Name('T', "[0]"), Name('T', "[1]"),
+                Name('N', "[0]"), Name('N', "[1]"), Name('N', "[2]")};
+    if (strData == "RESOLUTION") return {Name('P', "_F"), Name('T', ""), Name('N', "[0]"), Name('N', "[1]")};
+    return {Name('P', "_F"), Name('N', "")};
+}
+
+/// A frame, and each part of a clock, has a name that is made of the item's; what has it as its own loses it.
+void CheckMadeUpNames(const std::vector<const ProfileItem*>& taken, Findings& findings) {
+    std::map<std::string, const ProfileItem*> holders;
+    for (const ProfileItem* p : taken)
+        for (const std::string& strName : ControlNames(*p)) {
+            const auto [it, bFirst] = holders.emplace(strName, p);
+            if (!bFirst && it->second != p)
+                findings.Error(LineOf(*p, "Name"),
+                               ItemTitle(*p) + ": the name \"" + strName.substr(1) +
+                                   "\" belongs to a part of one of two items, this one and the " +
+                                   it->second->pKind->szName + " in line " +
+                                   std::to_string(it->second->pElement->GetLineNum()) +
+                                   "; one of them is not built whole, so rename it");
+        }
+}
+
+bool HasInk(const ProfileItem& item, const char* szOpacity) {
+    return AttributeNumber(item, szOpacity) * 100 / 255 >= 1; // whole percent
+}
+
+bool HasRoom(const ProfileItem& item) {
+    return AttributeNumber(item, "ContentSizeW") > 0 && AttributeNumber(item, "ContentSizeH") > 0;
+}
+
+/// Whether an item could show anything at all.
+bool CanBeSeen(const ProfileItem& item) {
+    if (FindAttribute(*item.pKind, "TextSize")) {
+        const bool bWords = !IsKind(item, "TextBox") || !AttributeText(item, "Text").empty() ||
+                            !AttributeText(item, "StringFullName").empty();
+        return bWords && AttributeNumber(item, "TextSize") > 0 && HasInk(item, "TextColorA");
+    }
+    if (IsKind(item, "Panel"))
+        return AttributeNumber(item, "PanelType") != 0 && HasInk(item, "PanelColorA") && HasRoom(item);
+    if (IsKind(item, "LineGraph")) return HasInk(item, "LineColorA") && HasRoom(item);
+    if (IsKind(item, "PieChart")) return HasInk(item, "ChartColorA") && HasRoom(item);
+    return false; // images
+}
+
 using ItemsByName = std::map<std::string, const ProfileItem*>;
 
 /// Items as owners see them.
@@ -192,9 +247,9 @@ std::string OwnerFault(const std::string& strOwner, const stOwners& st) {
 
 /// Owners go by their whole names, so an owner with an owner is never found.
 void CheckOwner(const ProfileItem& item, const stOwners& owners, const ItemReport& report) {
-    if (item.strName.find('@') == std::string::npos || owners.taken.contains(item.strOwner)) return;
-    report.Error("Name",
-                 "the owner is missing: " + OwnerFault(item.strOwner, owners) + "; the item is not shown");
+    if (item.strOwner.empty() || owners.taken.contains(item.strOwner)) return;
+    report.Error("Name", "the owner is missing: " + OwnerFault(item.strOwner, owners) +
+                             "; the item stands in the upper left corner of the screen");
 }
 
 } // namespace
@@ -215,8 +270,13 @@ unsigned GraphColumns(const ProfileItem& item) {
     return fColumns < 2 ? 2 : ToU32(fColumns);
 }
 
+bool AnyCanBeSeen(const std::vector<const ProfileItem*>& taken) {
+    return std::any_of(taken.begin(), taken.end(), [](const ProfileItem* p) { return CanBeSeen(*p); });
+}
+
 void CheckItems(const std::vector<const ProfileItem*>& taken, const std::vector<ProfileItem>& all,
                 const DataNames& names, Findings& findings) {
+    CheckMadeUpNames(taken, findings);
     const stOwners owners = OwnersOf(taken, all);
     DataNameCheck dataNames(names);
     for (const ProfileItem* p : taken) {

@@ -15,6 +15,10 @@ struct DataNames {
 void CheckItems(const std::vector<const ProfileItem*>& taken, const std::vector<ProfileItem>& all,
                 const DataNames& names, Findings& findings);
 
+/// False for a profile that stays unseen: items without words, size or opacity, and images, which are not
+/// drawn.
+bool AnyCanBeSeen(const std::vector<const ProfileItem*>& taken);
+
 /// A number without its fraction.
 std::string WholeText(double f);
 /// How many columns a graph gets: as written, or out of its width for stairs and bars.

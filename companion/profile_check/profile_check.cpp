@@ -79,11 +79,15 @@ void CheckItemList(const tinyxml2::XMLElement& info, const stPlace& place, const
     const std::vector<ProfileItem> items = ItemsInReadingOrder(&info);
     const auto taken = CheckByReaders(info, items, findings);
     g_fnClearItems();
-    if (taken.empty()) findings.Warning(info.GetLineNum(), "the profile has no item: nothing is shown");
+    if (taken.empty())
+        findings.Warning(info.GetLineNum(), "the profile has no item: nothing is shown");
+    else if (!AnyCanBeSeen(taken))
+        findings.Warning(info.GetLineNum(), "no item of the profile can be seen: nothing is shown");
     CheckItems(taken, items, {stOptions.publishedNames, stOptions.sensorNames}, findings);
     CheckFiles(taken, place.pathFolder, findings);
     if (!CheckCapacity(taken, info, findings)) return;
     CheckFaces(taken, place.pathFolder, findings);
+    CheckFontFiles(taken, place.pathFolder, place.pathData / "Profiles" / "Default", findings);
     CheckLayout(taken, place.pathFolder, place.pathData, findings);
 }
 

@@ -19,4 +19,9 @@ void CheckFiles(const std::vector<const ProfileItem*>& taken, const std::filesys
 void CheckFaces(const std::vector<const ProfileItem*>& taken, const std::filesystem::path& pathFolder,
                 Findings& findings);
 
+/// The font file that each face is loaded from, the profile's own or else the default profile's: one that is
+/// no good is passed over.
+void CheckFontFiles(const std::vector<const ProfileItem*>& taken, const std::filesystem::path& pathFolder,
+                    const std::filesystem::path& pathShared, Findings& findings);
+
 } // namespace companion

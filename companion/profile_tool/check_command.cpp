@@ -1,5 +1,6 @@
 #include "companion/profile_check/profile_check.h"
 #include "companion/profile_folder.h"
+#include "companion/profile_tool/machine_settings.h"
 #include "companion/profile_tool/sample_values.h"
 #include "companion/profile_tool/tool.h"
 #include "companion/utf.h"
@@ -17,6 +18,8 @@ Result CheckProfileCommand(const Options& stOptions, int& iExitCode) {
     st.strDataFolder = TextOfPath(pathData);
     st.bJson = stWish.bJson;
     st.bQuiet = stWish.bQuiet;
+    TakeMachineSettings(pathData, !stWish.strData.empty());
+    st.sensorNames = DefinedSensors();
     for (const auto& [strName, iValue] : LiveValues(stOptions.strLibrary))
         st.publishedNames.push_back(strName);
     std::string strReport;

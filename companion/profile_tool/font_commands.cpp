@@ -1,5 +1,5 @@
 #include "companion/os.h"
-#include "companion/profile_tool/font_cache.h"
+#include "companion/profile_check/font_cache.h"
 #include "companion/profile_tool/renderer.h"
 #include "companion/profile_tool/stage.h"
 #include "companion/profile_tool/tool.h"
@@ -75,6 +75,8 @@ Result WriteFilesOf(const Options& stOptions, const ProfilePlace& stProfile, con
     fs::create_directories(pathOut, error);
     RenderPlan stPlan;
     stPlan.pathCommon = stage.CommonFolder();
+    stPlan.pathSettings = pathData;
+    stPlan.bSettingsNamed = !stOptions.stProfile.strData.empty();
     stPlan.strProfile = stProfile.strName;
     stPlan.background = Picture(1920, 1080);
     stPlan.pValues = &values;

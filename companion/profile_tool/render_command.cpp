@@ -29,6 +29,8 @@ Result DrawOnce(Work& st) {
     if (stResult) stResult = values.Open(stWish.strValues, st.stOptions.strLibrary);
     if (!stResult) return stResult;
     stPlan.pathCommon = st.stage.CommonFolder();
+    stPlan.pathSettings = st.pathData;
+    stPlan.bSettingsNamed = !stWish.strData.empty();
     stPlan.strProfile = st.stProfile.strName;
     stPlan.pValues = &values;
     stPlan.uFrames = stWish.uFrames;

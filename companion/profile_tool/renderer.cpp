@@ -1,6 +1,7 @@
 #include "companion/profile_tool/renderer.h"
 #include "companion/profile_folder.h"
 #include "companion/profile_tool/context.h"
+#include "companion/profile_tool/machine_settings.h"
 #include "companion/utf.h"
 #include "config/profile_document.h"
 #include "config/profile_names.h"
@@ -146,6 +147,7 @@ void Program::SetUpSegment() {
 
 Result Program::Start() {
     headless::ResetAll();
+    TakeMachineSettings(m_stPlan.pathSettings, m_stPlan.bSettingsNamed);
     headless::SetClock(g_iClock);
     headless::SetCommonDataFolder(TextOfPath(m_stPlan.pathCommon));
     SetTimeOfDay(0);

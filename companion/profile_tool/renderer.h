@@ -9,9 +9,11 @@
 namespace companion {
 
 struct RenderPlan {
-    std::filesystem::path pathCommon; ///< common application data folder
-    std::string strProfile;           ///< name of a folder below Profiles in it
-    Picture background;               ///< its size is that of the framebuffer
+    std::filesystem::path pathCommon;   ///< common application data folder
+    std::filesystem::path pathSettings; ///< data folder beside which the machine's settings stand
+    bool bSettingsNamed = false;        ///< it was chosen, and is not the machine's own
+    std::string strProfile;             ///< name of a folder below Profiles in it
+    Picture background;                 ///< its size is that of the framebuffer
     const ValueSource* pValues = nullptr;
     u32 uFrames = 0;       ///< frames drawn; 0: as many as fill dSeconds of simulated time
     double dSeconds = 0.0; ///< at least one frame is drawn

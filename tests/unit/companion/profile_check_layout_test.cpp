@@ -136,7 +136,7 @@ TEST_F(ProfileCheckLayout, NumbersAreMeasuredWithAllTheirDigits) {
 
 TEST_F(ProfileCheckLayout, UnseenPanelsMayLieAnywhere) {
     CheckItems(Panel("a", "FrameAnchorX=\"3000\" PanelType=\"0\"") + "\n" +
-               Panel("b", "FrameAnchorX=\"3000\" PanelColorA=\"0\""));
+               Panel("b", "FrameAnchorX=\"3000\" PanelColorA=\"0\"") + "\n" + Text("seen"));
     EXPECT_TRUE(IsClean());
 }
 

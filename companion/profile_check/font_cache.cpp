@@ -1,4 +1,4 @@
-#include "companion/profile_tool/font_cache.h"
+#include "companion/profile_check/font_cache.h"
 #include "companion/profile_folder.h"
 #include "companion/utf.h"
 #include "font/font_file.h"
