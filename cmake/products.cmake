@@ -49,7 +49,8 @@ endif()
 
 # The data folder as it is installed: settings, profiles and shaders, beside the programs.
 add_custom_target(orvin_data ALL
-  COMMAND ${CMAKE_COMMAND} -E copy_directory ${CMAKE_SOURCE_DIR}/data ${CMAKE_SOURCE_DIR}/shaders ${CMAKE_BINARY_DIR}/data)
+  COMMAND ${CMAKE_COMMAND} -E copy_directory ${CMAKE_SOURCE_DIR}/data ${CMAKE_SOURCE_DIR}/shaders ${CMAKE_BINARY_DIR}/data
+  COMMAND ${CMAKE_COMMAND} -E copy_directory ${CMAKE_SOURCE_DIR}/Settings ${CMAKE_BINARY_DIR}/Settings)
 if(EXISTS ${CMAKE_SOURCE_DIR}/companion/CMakeLists.txt)
   add_subdirectory(companion)
 endif()

@@ -17,8 +17,8 @@ ROOT = HERE.parent.parent
 MOST_BYTES = 150 * 1024
 # Background and the part of the picture that is shown: left, top, right, bottom.
 VIEWS = {"Default": ("bright", (0, 0, 640, 300)), "FPS": ("dark", (1280, 0, 1920, 300)),
-         "Gauges": ("bright", (1280, 0, 1920, 564)), "Graphs": ("dark", (0, 0, 640, 564)),
-         "Streamer": ("bright", (300, 900, 1620, 1080))}
+         "Gauges": ("bright", (1280, 0, 1920, 640)), "Graphs": ("dark", (0, 0, 640, 640)),
+         "Full": ("dark", (0, 0, 640, 690)), "Streamer": ("bright", (640, 390, 1280, 1080))}
 
 
 def main(companion):

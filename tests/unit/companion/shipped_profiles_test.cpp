@@ -1,9 +1,13 @@
 // The check has nothing to say against what is shipped.
 #include "companion/profile_check/profile_check.h"
+#include "companion/profile_tool/machine_settings.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <regex>
 #include <string>
 
 namespace fs = std::filesystem;
@@ -16,13 +20,28 @@ TEST(ShippedProfilesCheck, FindsNothingButAFaceThatAnotherOneStandsInFor) {
         companion::CheckOptions st;
         st.strProfile = entry.path().generic_string();
         st.strDataFolder = data.generic_string();
-        st.publishedNames = {"CPU_USAGE#0", "CPU_TEMP#0", "GPU_USAGE#0", "GPU_TEMP#0"};
+        companion::TakeMachineSettings(data, true);
+        st.sensorNames = companion::DefinedSensors();
         companion::Findings findings;
         ASSERT_TRUE(companion::FindProfileFaults(st, findings)) << entry.path();
         for (const companion::Finding& found : findings.All())
             EXPECT_TRUE(found.eSeverity != companion::Severity::Error &&
-                        found.strText.starts_with("the face \"Arial\" is not installed here"))
+                        (found.strText.starts_with("the face \"Arial\" is not installed here") ||
+                         found.strText.starts_with("the face \"Consolas\" is not installed here")))
                 << companion::FindingsAsText(st.strProfile, findings, false);
     }
-    EXPECT_EQ(uProfiles, 5u);
+    EXPECT_EQ(uProfiles, 6u);
+}
+
+TEST(ShippedProfilesCheck, NoWritingIsSmallerThanElevenPixelsOnFourHundredAndEightyRows) {
+    const fs::path data = fs::path(ORVIN_SOURCE_DIR) / "data";
+    for (const auto& entry : fs::directory_iterator(data / "Profiles")) {
+        std::ifstream file(entry.path() / "OSD.xml");
+        const std::string str{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+        static const std::regex s_size("TextSize=\"(\\d+)\"");
+        unsigned uSizes = 0;
+        for (std::sregex_iterator it(str.begin(), str.end(), s_size), end; it != end; ++it, ++uSizes)
+            EXPECT_GE(std::stoi((*it)[1]) * 480 / 1080.0, 11) << entry.path();
+        EXPECT_GT(uSizes, 0u);
+    }
 }

@@ -66,7 +66,7 @@ class ProfileLayouts : public CustomTest {
 
 TEST_F(ProfileLayouts, AllAreBuiltAtEveryShapeInsideThePicture) {
     const std::set<std::string> setNames = All();
-    ASSERT_EQ(setNames.size(), 14u);
+    ASSERT_EQ(setNames.size(), 15u);
     for (const std::string& strName : setNames)
         for (const u32 uWidth : g_auCanvasWidths) {
             SCOPED_TRACE(strName + " " + std::to_string(uWidth));
@@ -95,7 +95,7 @@ TEST_F(ProfileLayouts, AllHaveEveryItemAssembledAndInTheTree) {
 }
 
 TEST_F(ProfileLayouts, WhatHangsInAnItemOfAShippedOneStandsInsideIt) {
-    for (const char* szName : {"Default", "FPS", "Gauges", "Graphs", "Streamer"}) {
+    for (const char* szName : {"Default", "FPS", "Full", "Gauges", "Graphs", "Streamer"}) {
         SCOPED_TRACE(szName);
         ASSERT_TRUE(Build(szName));
         for (const auto& [strItem, pItem] : g_mapItemByName) {
@@ -155,10 +155,11 @@ TEST_F(ProfileLayouts, OwnFiguresAreBoundAndWhatNobodyPublishesStaysEmpty) {
     EXPECT_TRUE(g_listUpdateData_N.empty());
     EXPECT_EQ(g_listUpdateMixed.size(), 2u);
     ASSERT_TRUE(Build("Gauges"));
-    EXPECT_EQ(g_listUpdateFPS_L.size(), 2u) << "the rings that are always whole";
+    EXPECT_EQ(g_listUpdateFPS_L.size(), 3u) << "the rings that are always whole, and the dark lamp";
     EXPECT_TRUE(g_listUpdateFPS_N.empty());
     ASSERT_TRUE(Build("Graphs"));
-    EXPECT_EQ(g_listUpdateFPS_L.size(), 3u) << "frame time, and the area and the line of the frame rate";
+    EXPECT_EQ(g_listUpdateFPS_L.size(), 4u)
+        << "frame time, the area and the line of the frame rate, and the dark lamp";
 }
 
 TEST_F(ProfileLayouts, BoxesOfTheMeasuredProfiles) {

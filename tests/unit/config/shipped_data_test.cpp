@@ -228,7 +228,7 @@ TEST_F(ShippedProfiles, AreTheSetThatTheManualNames) {
     std::set<std::string> setNames;
     for (const auto& entry : fs::directory_iterator(g_source / "data/Profiles"))
         setNames.insert(entry.path().filename().string());
-    EXPECT_EQ(setNames, (std::set<std::string>{"Default", "FPS", "Gauges", "Graphs", "Streamer"}));
+    EXPECT_EQ(setNames, (std::set<std::string>{"Default", "FPS", "Full", "Gauges", "Graphs", "Streamer"}));
 }
 
 } // namespace
