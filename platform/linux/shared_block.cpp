@@ -6,6 +6,7 @@
 #include "platform/clock.h"
 #include "platform/linux/segment_name.h"
 #include "platform/linux/shm_object.h"
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -23,7 +24,7 @@ namespace {
 
 constexpr int g_iLockTries = 200; // a millisecond each
 
-constinit stSharedSegment* g_pSegment = nullptr;
+constinit std::atomic<stSharedSegment*> g_pSegment = nullptr;
 constinit std::once_flag g_once;
 
 enum class LockState : u8 { Failed, Shared, Alone };
@@ -143,14 +144,21 @@ stSharedSegment* PrivateSegment() noexcept {
 
 } // namespace
 
-stSharedSegment* SharedSegment() noexcept {
+/// Once: the segment, or a block of this process alone.
+static stSharedSegment* FirstSegment() noexcept {
     std::call_once(g_once, [] {
         const int iError = errno;
-        g_pSegment = OpenSegment();
-        if (!g_pSegment) g_pSegment = PrivateSegment();
+        stSharedSegment* const pShared = OpenSegment();
+        g_pSegment = pShared ? pShared : PrivateSegment();
         errno = iError;
     });
     return g_pSegment;
+}
+
+/// Asked at each swap, also while the overlay is off; call_once alone takes eighty instructions each time.
+stSharedSegment* SharedSegment() noexcept {
+    stSharedSegment* const pKnown = g_pSegment.load(std::memory_order_acquire);
+    return pKnown ? pKnown : FirstSegment();
 }
 
 } // namespace platform
