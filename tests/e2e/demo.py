@@ -20,6 +20,7 @@ OUT = ROOT / "out/demo"
 FEED_MS = "100"
 SECONDS_TO_LOOK_AT = 4
 INK = 120
+STRIP = (92, 188, 255)  # at the left edge of the Default profile
 
 
 def publish(programs):
@@ -56,8 +57,14 @@ def is_complete(picture, bare, profile, names):
     return True
 
 
-def tour(programs, display, program, name, profiles=SHIPPED, pictures=True):
-    """One program, its profiles in turn, a picture of each."""
+def shows_strip(picture, bare):
+    """Whether the Default profile stands in a window that lies and is large as its program wants."""
+    return STRIP in picture.getdata() and STRIP not in bare.getdata()
+
+
+def tour(programs, display, program, name, profiles=SHIPPED, pictures=True, whole=True):
+    """One program, its profiles in turn, a picture of each. Without whole its window is not the whole screen."""
+    programs.take_settings()
     bare = bare_picture(programs, display, program) if pictures else None
     process = programs.with_overlay(program)
     programs.wait_for_overlay(process, frame_time=True)
@@ -67,7 +74,8 @@ def tour(programs, display, program, name, profiles=SHIPPED, pictures=True):
         ask(programs, "reload")
         if pictures:
             path = OUT / f"{name}-{profile}.png"
-            see(display, path, lambda picture: is_complete(picture, bare, profile, names))
+            see(display, path, lambda picture: (is_complete(picture, bare, profile, names) if whole else
+                                                shows_strip(picture, bare)))
             print(f"out/demo/{name}-{profile}.png", flush=True)
         else:
             time.sleep(SECONDS_TO_LOOK_AT)
@@ -89,7 +97,7 @@ def main():
             with WinePrograms(display, care=True) as wine:
                 tour(wine, display, [WIN64 / "host_wgl.exe", "--size", size, "--frames", "1000000"], f"wine-host-{size}")
             with WinePrograms(display, care=True) as wine:
-                tour(wine, display, [glfw_examples() / "gears.exe"], f"wine-glfw-gears-{size}", ["Default"])
+                tour(wine, display, [glfw_examples() / "gears.exe"], f"wine-glfw-gears-{size}", ["Default"], whole=False)
     if os.environ.get("DISPLAY"):
         with LinuxPrograms(os.environ["DISPLAY"], care=True) as linux:
             tour(linux, None, ["glxgears", "-geometry", "1280x720+0+0"], "glxgears", pictures=False)

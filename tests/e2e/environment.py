@@ -205,6 +205,12 @@ class LinuxPrograms(Programs):
         self.data = install_data(self.folder, care)
         self.companion = LINUX / "orvin-osd"
 
+    def take_settings(self):
+        """The settings store as it is shipped, for programs that start from now on."""
+        folder = self.data.parent / "Settings"
+        folder.mkdir(exist_ok=True)
+        shutil.copy(ROOT / "Settings/settings.ini", folder)
+
     def with_overlay(self, command, **more):
         return self.start([self.companion, "run", "--", *command], **more)
 
@@ -220,6 +226,7 @@ class WinePrograms(Programs):
     def __init__(self, display, care=False):
         super().__init__({"DISPLAY": display, "ORVIN_STATE": str(STATE), "ORVIN_WINE_TIMEOUT": "120"})
         self.env["ORVIN_E2E"] = self.folder.name
+        self.settings_taken = False
         self.mark = f"ORVIN_E2E={self.folder.name}".encode()
         prefix = pathlib.Path(os.environ.get("WINEPREFIX", STATE / "wine"))
         prepare()
@@ -227,6 +234,19 @@ class WinePrograms(Programs):
         for built in ("ORVIN-OSD64-GL.dll", "orvin-osd.exe", "orvin-profile.exe"):
             shutil.copy(WIN64 / built, self.folder)
         self.companion = self.folder / "orvin-osd.exe"
+
+    def take_settings(self):
+        """The settings store as it is shipped, until these programs are closed."""
+        shutil.copy(ROOT / "Settings/settings.reg", self.folder)
+        code, output = self.run([*self.wrapper, "reg", "import", self.folder / "settings.reg"])
+        if code:
+            raise AssertionError(f"the settings cannot be imported: {output}")
+        self.settings_taken = True
+
+    def close(self):
+        if self.settings_taken:
+            self.run([*self.wrapper, "reg", "delete", r"HKLM\SOFTWARE\Zarn\ORVIN-OSD", "/f"])
+        super().close()
 
     def wine(self, *command, **more):
         return self.start([*self.wrapper, *command], **more)
