@@ -2,6 +2,7 @@
 #include "tests/hosts/host_gl.h"
 #include <GL/wglext.h>
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cstring>
 #include <random>
@@ -36,6 +37,19 @@ class CReloader {
     std::atomic<bool> m_bDone{false};
 };
 
+constexpr u32 g_uJumpBytes = 5;
+
+/// The code of the swap as the first thread found it, before any message was taken: a later one may find the
+/// detour.
+const std::array<u8, g_uJumpBytes>& FirstBytes(const void* pSwap) {
+    static const auto s_aBytes = [pSwap] {
+        std::array<u8, g_uJumpBytes> aBytes;
+        std::memcpy(aBytes.data(), pSwap, aBytes.size());
+        return aBytes;
+    }();
+    return s_aBytes;
+}
+
 class CWglSystem final : public CWindowSystem {
   public:
     bool m_fnOpen(const stHostOptions& stOptions) override;
@@ -54,7 +68,7 @@ class CWglSystem final : public CWindowSystem {
     void* m_fnGetProc(const char* szName) override;
     void m_fnScribble(const std::string& strModule, u32 uFrame) override;
     bool m_fnIsDetoured() override {
-        return std::memcmp(m_pSwapCode, m_aSwapBegin, sizeof m_aSwapBegin) != 0;
+        return std::memcmp(m_pSwapCode, FirstBytes(m_pSwapCode).data(), g_uJumpBytes) != 0;
     }
 
   private:
@@ -64,7 +78,6 @@ class CWglSystem final : public CWindowSystem {
     SwapFunction m_fnSwapBuffers = nullptr;
     CReloader m_clReloader;
     const void* m_pSwapCode = nullptr;
-    u8 m_aSwapBegin[5] = {}; ///< as long as a jump is; as it stood before any message was taken
 };
 
 void* ToAddress(PROC fnProc) {
@@ -110,7 +123,7 @@ bool CWglSystem::m_fnOpen(const stHostOptions& stOptions) {
     m_fnSwapBuffers = SwapBuffers; // gdi32, as most programs do
     void* pSwap = ToAddress(GetProcAddress(GetModuleHandleA("opengl32.dll"), "wglSwapBuffers"));
     m_pSwapCode = pSwap;
-    std::memcpy(m_aSwapBegin, pSwap, sizeof m_aSwapBegin);
+    FirstBytes(pSwap);
     if (stOptions.strSwapThrough != "import") std::memcpy(&m_fnSwapBuffers, &pSwap, sizeof pSwap);
     m_clReloader.m_fnStart(stOptions.strLoadLibrary, stOptions.uReloads);
     WNDCLASSA stClass{};
