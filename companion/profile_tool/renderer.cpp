@@ -100,7 +100,8 @@ class Program {
     /// One frame. One that is not shown is laid out and drawn as any other, but none of its pixels is worked
     /// out.
     void SwapOnce(bool bShown = true);
-    /// Swaps until the layout stands.
+    /// Swaps until the layout stands, all in one moment of the simulated time: how many swaps that takes
+    /// differs by platform, and the pictures may not.
     Result Build(RenderTimes& stTimes);
     void PaintBackground();
     Picture ReadFrame() const;
@@ -108,6 +109,8 @@ class Program {
 
   private:
     void SetUpSegment();
+    void PassTime();
+    void Swap();
     void PublishValues();
     void MakeBackgroundTexture();
     Result NoLayout() const;
@@ -166,23 +169,31 @@ void Program::PublishValues() {
     m_pPublisher->Publish(m_stPlan.pValues->At(m_dSeconds, m_setShown));
 }
 
-void Program::SwapOnce(bool bShown) {
+void Program::PassTime() {
     const double dFrame = SampleFrameSeconds(m_dSeconds);
     m_dSeconds += dFrame;
     headless::AdvanceClock(static_cast<i64>(dFrame * 1e9));
     SetTimeOfDay(m_dSeconds);
     PublishValues();
+}
+
+void Program::Swap() {
+    GL_wglSwapBuffers(m_context.Surface());
+    EnableFPSLimiter = 0; // it would wait for a clock that only moves from frame to frame
+}
+
+void Program::SwapOnce(bool bShown) {
+    PassTime();
     const bool bBackdrop = g_bCaptureBackdrop;
     if (!bShown) {
         glEnable(GL_RASTERIZER_DISCARD);
         g_bCaptureBackdrop = false; // frosting costs most of a frame
     }
-    GL_wglSwapBuffers(m_context.Surface());
+    Swap();
     if (!bShown) {
         glDisable(GL_RASTERIZER_DISCARD);
         g_bCaptureBackdrop = bBackdrop;
     }
-    EnableFPSLimiter = 0; // it would wait for a clock that only moves from frame to frame
 }
 
 double MillisecondsOf(const std::function<void()>& fnWork) {
@@ -194,10 +205,11 @@ double MillisecondsOf(const std::function<void()>& fnWork) {
 }
 
 Result Program::Build(RenderTimes& stTimes) {
+    PassTime();
+    stTimes.uFrames = 1;
     for (u32 u = 0; u < kBuildTries && !g_bInitGL; ++u) {
         m_log.Forget();
-        stTimes.dFirstFrame = MillisecondsOf([this] { SwapOnce(); });
-        ++stTimes.uFrames;
+        stTimes.dFirstFrame = MillisecondsOf([this] { Swap(); });
     }
     return g_bInitGL ? Result{} : NoLayout();
 }

@@ -268,9 +268,8 @@ class BothPlatforms(unittest.TestCase):
                     for programs in (wine, linux):
                         path = programs.folder / f"{name}.png"
                         shown = path if programs is linux else f"Z:{path}"
-                        # Ahead of the first interval of values: in which frame one ends differs by platform.
-                        code, output = programs.ask("profile", "render", name, "-o", shown, "--size", SIZE, "--frames",
-                                                    "3", "--background", "#B0B0B0")
+                        code, output = programs.ask("profile", "render", name, "-o", shown, "--size", SIZE, "--seconds",
+                                                    "8", "--background", "#B0B0B0")
                         self.assertEqual(code, 0, output)
                         pictures.append(Image.open(path).convert("RGB"))
                     apart = difference(*pictures)
