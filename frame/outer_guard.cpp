@@ -24,6 +24,8 @@ struct stOffers {
     bool bDebugOutput = false;  ///< a debug context, whose messages can be switched off
     bool bMultisampled = false; ///< framebuffer 0 is
     bool bDepthBounds = false;
+    bool bPipelineStatistics = false;
+    bool bConservativeNV = false, bConservativeINTEL = false;
 };
 stOffers g_stOffers;
 /// Kept from frame to frame, of the context that the offers are of.
@@ -49,6 +51,9 @@ constexpr stOfferRow g_astOffers[] = {
     {&stOffers::bAnySamplesConservative, 4, 3, "GL_ARB_ES3_compatibility"},
     {&stOffers::bDebugOutput, 4, 3, "GL_KHR_debug"},
     {&stOffers::bDepthBounds, c_iNoVersion, 0, "GL_EXT_depth_bounds_test"},
+    {&stOffers::bPipelineStatistics, 4, 6, "GL_ARB_pipeline_statistics_query"},
+    {&stOffers::bConservativeNV, c_iNoVersion, 0, "GL_NV_conservative_raster"},
+    {&stOffers::bConservativeINTEL, c_iNoVersion, 0, "GL_INTEL_conservative_rasterization"},
 };
 
 /// The driver's own list counts: GLEW's flags say only that entry points were found, which stubs are too.
@@ -108,9 +113,14 @@ constexpr stSwitch g_astSwitches[] = {
     {GL_SAMPLE_COVERAGE, 0, OfMultisampling, Never},
     {GL_SAMPLE_MASK, 0, OfMultisampling, Never},
     {GL_DEPTH_BOUNDS_TEST_EXT, 0, [](const stOffers& st) { return st.bDepthBounds; }, Never},
+    {GL_CONSERVATIVE_RASTERIZATION_NV, 0, [](const stOffers& st) { return st.bConservativeNV; }, Never},
+    {GL_CONSERVATIVE_RASTERIZATION_INTEL, 0, [](const stOffers& st) { return st.bConservativeINTEL; }, Never},
 };
 
-/// Queries that count what is drawn while they are active.
+bool OfStatistics(const stOffers& st) { return st.bPipelineStatistics; }
+
+/// Queries that count what is drawn while they are active. Of the statistics only those that our drawing adds
+/// to: it has no tessellation, geometry or compute shaders.
 struct stCountingQuery {
     GLenum eTarget;
     bool (*fnIsOffered)(const stOffers&);
@@ -120,6 +130,12 @@ constexpr stCountingQuery g_astQueries[] = {
     {GL_ANY_SAMPLES_PASSED, [](const stOffers& st) { return st.bAnySamples; }},
     {GL_ANY_SAMPLES_PASSED_CONSERVATIVE, [](const stOffers& st) { return st.bAnySamplesConservative; }},
     {GL_PRIMITIVES_GENERATED, Always},
+    {GL_VERTICES_SUBMITTED, OfStatistics},
+    {GL_PRIMITIVES_SUBMITTED, OfStatistics},
+    {GL_VERTEX_SHADER_INVOCATIONS, OfStatistics},
+    {GL_FRAGMENT_SHADER_INVOCATIONS, OfStatistics},
+    {GL_CLIPPING_INPUT_PRIMITIVES, OfStatistics},
+    {GL_CLIPPING_OUTPUT_PRIMITIVES, OfStatistics},
 };
 
 constexpr GLenum g_aeFactors[] = {GL_BLEND_SRC_RGB, GL_BLEND_DST_RGB, GL_BLEND_SRC_ALPHA, GL_BLEND_DST_ALPHA};
@@ -127,6 +143,9 @@ constexpr GLenum g_aeEquations[] = {GL_BLEND_EQUATION_RGB, GL_BLEND_EQUATION_ALP
 constexpr GLint g_aiFactorsNeeded[] = {GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_SRC_ALPHA,
                                        GL_ONE_MINUS_SRC_ALPHA};
 constexpr GLint g_aiEquationsNeeded[] = {GL_FUNC_ADD, GL_FUNC_ADD};
+
+/// As many as framebuffer 0 can name: front and back, left and right.
+constexpr u32 c_uDrawBuffers = 4;
 
 /// The program's state, as begin found it.
 struct stSaved {
@@ -137,6 +156,8 @@ struct stSaved {
     GLboolean abColorMask[4];
     GLboolean abSwitches[std::size(g_astSwitches)];
     GLboolean bDebugOutput;
+    GLenum aeDrawBuffers[c_uDrawBuffers];
+    bool bDrawBufferSet; ///< and the names above are known
 };
 stSaved g_stSaved;
 
@@ -319,6 +340,35 @@ void BeginFramebuffer() {
     if (g_stSaved.iFramebuffer != 0) glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0);
 }
 
+/// Framebuffer 0 with a second buffer swaps that one in; with one buffer only that can be drawn to.
+GLint DrawBufferNeeded() { return Ask(GL_DOUBLEBUFFER) ? GL_BACK : GL_FRONT; }
+
+/// All of a program's draw buffers of framebuffer 0: setting one of them lays the others down.
+void SaveDrawBuffers() {
+    for (GLenum e = 0; e < c_uDrawBuffers; ++e) g_stSaved.aeDrawBuffers[e] = Enum(Ask(GL_DRAW_BUFFER0 + e));
+}
+
+/// The draw buffers belong to the framebuffer, so they are asked for while that is bound. Nearly all programs
+/// draw to the back one, so the rest is asked for only where one does not.
+void BeginDrawBuffer() {
+    g_stSaved.bDrawBufferSet = false;
+    const GLint iBuffer = Ask(GL_DRAW_BUFFER);
+    if (iBuffer == GL_BACK || iBuffer == DrawBufferNeeded()) return;
+    SaveDrawBuffers();
+    g_stSaved.bDrawBufferSet = true;
+    glDrawBuffer(Enum(DrawBufferNeeded()));
+}
+
+/// The plural call does not take the names that stand for several buffers.
+void EndDrawBuffer() {
+    if (!g_stSaved.bDrawBufferSet) return;
+    const GLenum* pe = g_stSaved.aeDrawBuffers;
+    GLsizei iCount = c_uDrawBuffers;
+    while (iCount > 0 && pe[iCount - 1] == GL_NONE) --iCount;
+    if (iCount < 2) return glDrawBuffer(pe[0]);
+    glDrawBuffers(iCount, pe);
+}
+
 void EndFramebuffer() {
     if (g_stSaved.iFramebuffer != 0) glBindFramebuffer(GL_DRAW_FRAMEBUFFER, Name(g_stSaved.iFramebuffer));
 }
@@ -369,6 +419,7 @@ bool g_fnBeginOuterGuard() {
     if (WouldReachProgram()) return false;
     BeginDebugOutput();
     BeginFramebuffer();
+    BeginDrawBuffer();
     if (bFirst) g_stOffers.bMultisampled = Ask(GL_SAMPLE_BUFFERS) != 0;
     BeginSwitches();
     BeginBlending();
@@ -393,6 +444,7 @@ void g_fnEndOuterGuard() noexcept {
     EndColorMask();
     EndBlending();
     EndSwitches();
+    EndDrawBuffer();
     EndFramebuffer();
     if (!g_bInitGL) g_fnReleaseOuterGuard();
     EndDebugOutput();

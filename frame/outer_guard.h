@@ -5,9 +5,10 @@
 // the profile at hand.
 //
 // Between begin and end the drawing may rely on this:
-// - framebuffer 0 takes the drawing; the viewport is the client area; the scissor, depth, stencil, alpha and
-//   cull tests, polygon stipple and smoothing, logic operation, primitive restart, rasterizer discard, sRGB
-//   writes and the sample tests are off; polygons are filled; all colours are written;
+// - framebuffer 0 takes the drawing, in the buffer that the swap shows; the viewport is the client area; the
+//   scissor, depth, stencil, alpha and cull tests, polygon stipple and smoothing, logic operation, primitive
+//   restart, rasterizer discard, conservative rasterization, sRGB writes and the sample tests are off;
+//   polygons are filled; all colours are written;
 // - blending is on for buffer 0: added, SRC_ALPHA and ONE_MINUS_SRC_ALPHA for colour and alpha;
 // - texture unit 0 is active, with no sampler object; a vertex array of ours is bound, which is kept from
 //   frame to frame, so its attributes are as the last frame left them.

@@ -204,6 +204,7 @@ static bool TryBuildResources() {
         return BuildResources();
     } catch (...) {
         g_fnLog("GLGraphics: g_fnTavo_GL_Render() - exception while building");
+        g_fnAbandonBuild();
         return false;
     }
 }

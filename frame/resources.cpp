@@ -169,6 +169,11 @@ static bool FailBatchers(i64 iStart) {
     return false;
 }
 
+void g_fnAbandonBuild() noexcept {
+    Abandon();
+    g_fnNoteFailedLoad(g_iStartTime);
+}
+
 bool g_fnTavo_Init_Resource() {
     const i64 iStart = platform::CounterNow();
     if (AreBatchersHopeless()) return FailBatchers(iStart);

@@ -18,5 +18,8 @@ extern i64 g_iStartTime;
 bool g_fnInitGL_Resource() noexcept;
 /// Makes manager, layout and batchers of the current slot. False on failure; the next frame tries again.
 bool g_fnTavo_Init_Resource();
+/// After an exception out of the build: what it left is released, and the next try waits as after any
+/// failure.
+void g_fnAbandonBuild() noexcept;
 /// Destroys everything the two stages made, in the prescribed order.
 void g_fnReleaseResources() noexcept;

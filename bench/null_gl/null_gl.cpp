@@ -5,6 +5,7 @@
 //              NULL_GL_FROM, NULL_GL_TO  count only between the ends of these swaps (default: all)
 //              NULL_GL_SIZE=WxH        answer of the drawable's size (640x480)
 //              NULL_GL_CORE=1          the context says that it is a core profile
+//              NULL_GL_MINOR=N         the context says that it is version 4.N (5)
 #include "null_answers.h"
 #include <GL/glx.h>
 #include <GL/glxext.h>
@@ -21,6 +22,7 @@ unsigned long long g_uWindowCalls = 0, g_uWindowAtFrom = 0, g_uWindowAtTo = 0; /
 unsigned g_uNextName = 0;
 int g_iWidth = 640, g_iHeight = 480;
 bool g_bCore = false;
+unsigned long long g_uMinor = 5;
 alignas(64) unsigned char g_u8Mapped[8 << 20];
 
 void GiveNames(GLsizei iCount, GLuint* puOut) {
@@ -50,7 +52,7 @@ GLint IntegerAnswer(GLenum eName) {
     case GL_MAJOR_VERSION:
         return 4;
     case GL_MINOR_VERSION:
-        return 5;
+        return static_cast<GLint>(g_uMinor);
     case GL_CONTEXT_PROFILE_MASK:
         return g_bCore ? GL_CONTEXT_CORE_PROFILE_BIT : GL_CONTEXT_COMPATIBILITY_PROFILE_BIT;
     case GL_NUM_EXTENSIONS:
@@ -90,6 +92,7 @@ void ReadEnvironment() {
     };
     fnNumber("NULL_GL_FROM", g_uFrom);
     fnNumber("NULL_GL_TO", g_uTo);
+    fnNumber("NULL_GL_MINOR", g_uMinor);
     if (const char* szSize = std::getenv("NULL_GL_SIZE")) std::sscanf(szSize, "%dx%d", &g_iWidth, &g_iHeight);
     g_bCore = std::getenv("NULL_GL_CORE") != nullptr;
 }

@@ -86,6 +86,19 @@ class Picture(LinuxCase):
             self.assertGreater(differing_inside(before, shown, box), 0.3)
             self.assertLess(roughness(shown, box), roughness(before, box) + 0.01)
 
+    def test_a_host_that_draws_to_another_buffer_at_the_swap_carries_the_overlay(self):
+        """With two buffers: what is swapped in has it, and the program finds its draw buffer as it was."""
+        (self.programs.data / "OSD.ini").write_text("[HostCare]\nOuterGuard = 1\n")
+        for buffer in ("none", "front"):
+            for profile in ("compat", "core"):
+                with self.subTest(buffer=buffer, profile=profile):
+                    switches = ["--draw-buffer", buffer, "--profile", profile, "--gl", "3.2"]
+                    before, shown = self.pictures(*switches)
+                    self.assertIsNotNone(difference_box(before, shown))
+                    self.assertEqual(differing_outside(before, shown, boxes("Bench", 640, 480)), 0)
+                    states = self.host("--print-state", *switches)
+                    self.assertEqual(states["state_before.DRAW_BUFFER"], states["state_after.DRAW_BUFFER"])
+
     def test_bare_host_presents_what_it_drew(self):
         before, shown = self.folder / "before.ppm", self.folder / "shown.ppm"
         self.host("--frames", "20", "--dump-ppm", f"{shown}@10", "--dump-before", str(before), overlay=False)

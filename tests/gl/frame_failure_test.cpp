@@ -95,6 +95,47 @@ TEST_F(RestoreAfterFailure, IsPartOfTheOuterGuard) {
     EXPECT_EQ(glIsVertexArray(1), GL_FALSE) << "no array of ours is left";
 }
 
+int g_iThrown = 0;
+
+GLuint GLAPIENTRY Throw() {
+    ++g_iThrown;
+    throw g_iThrown;
+}
+
+/// Something throws while programs are built, after the layout and its fonts. With either guard the state
+/// comes back, what was made goes, and a try is not made in each frame.
+TEST_F(RestoreAfterFailure, WithAnExceptionInTheBuild) {
+    for (const char* szKey : {"OuterGuard", "RestoreAfterFailure"}) {
+        SCOPED_TRACE(szKey);
+        SetCare({szKey});
+        ASSERT_TRUE(Begin(false, u"Bench", 160, 120));
+        ASSERT_TRUE(RunUntilBuilt());
+        g_fnTavo_GL_Release();
+        UseShaders(false); // fails, but leaves GLEW's pointers set
+        SetCare({szKey});
+        while (g_bInitGLEW == false) Swap();
+        ASSERT_FALSE(g_bInitGL);
+        UseShaders(true);
+        SetCare({szKey});
+        const auto fnReal = __glewCreateProgram;
+        __glewCreateProgram = Throw;
+        g_iThrown = 0;
+        glEnable(GL_DEPTH_TEST);
+        for (int i = 0; i < c_iSecondOfFrames / 5; ++i) ExpectUntouchedFrames(false);
+        EXPECT_GE(g_iThrown, 1);
+        EXPECT_LE(g_iThrown, 2) << "in a second";
+        for (GLuint u = 1; u < 64; ++u) {
+            EXPECT_EQ(glIsTexture(u), GL_FALSE) << u;
+            EXPECT_EQ(glIsBuffer(u), GL_FALSE) << u;
+        }
+        __glewCreateProgram = fnReal;
+        for (int i = 0; i < 10 && !g_bInitGL; ++i) ExpectBuiltWithinASecond();
+        EXPECT_TRUE(g_bInitGL);
+        g_fnTavo_GL_Release();
+        m_context.Destroy();
+    }
+}
+
 /// Without the keys the state stays as the failed build left it.
 TEST_F(RestoreAfterFailure, WithoutTheKeyTheStateIsLost) {
     ASSERT_TRUE(Begin(false, u"Absent", 160, 120));

@@ -2,9 +2,11 @@
 // default one, it draws nothing where the drawing would reach the program, and it raises no errors and no
 // messages.
 #include "frame/frame_driver.h"
+#include "frame/outer_guard.h"
 #include "platform/gl_api.h"
 #include "platform/glyph_rasterizer.h"
 #include "tests/gl/frame_fixture.h"
+#include "tests/support/gl_recorder.h"
 
 #include <functional>
 #include <vector>
@@ -121,6 +123,19 @@ std::vector<stOddState> DrawingStates() {
         {"texture unit 5", false, [](bool b) { glActiveTexture(b ? GL_TEXTURE5 : GL_TEXTURE0); }},
         {"sampler", false, [](bool b) { glBindSampler(0, b ? g_uSampler : 0); }},
         {"read buffer of framebuffer 0", false, [](bool b) { glReadBuffer(b ? GL_FRONT : GL_BACK); }},
+        {"no draw buffer", false, [](bool b) { glDrawBuffer(b ? GL_NONE : GL_BACK); }},
+        {"front draw buffer", false, [](bool b) { glDrawBuffer(b ? GL_FRONT : GL_BACK); }},
+        {"no draw buffer, and another framebuffer", false,
+         [](bool b) {
+             if (b) glDrawBuffer(GL_NONE);
+             glBindFramebuffer(GL_FRAMEBUFFER, b ? g_uFramebuffer : 0);
+             if (!b) glDrawBuffer(GL_BACK);
+         }},
+        {"back draw buffer in second place", false,
+         [](bool b) {
+             const GLenum ae[] = {GL_NONE, GL_BACK_LEFT};
+             b ? glDrawBuffers(2, ae) : glDrawBuffer(GL_BACK);
+         }},
         {"user clip plane", true,
          [](bool b) {
              const GLdouble af[] = {0, 0, 0, -1};
@@ -141,6 +156,13 @@ std::vector<stOddState> DrawingStates() {
         Switch("fog", GL_FOG, true),
         Switch("lighting", GL_LIGHTING, true),
     };
+}
+
+/// The first call of a frame that draws.
+std::string FirstDraw(const std::vector<std::string>& vecCalls) {
+    for (const std::string& str : vecCalls)
+        if (str.compare(0, 6, "glDraw") == 0 && str.compare(0, 12, "glDrawBuffer") != 0) return str;
+    return "none";
 }
 
 /// What changes pixels on their way into textures: set while fonts are made, and while the frame is copied.
@@ -307,15 +329,87 @@ TEST_F(OuterGuard, DrawsIntoPausedTransformFeedbackWithoutReachingIt) {
     EXPECT_EQ(glGetError(), GLenum{GL_NO_ERROR});
 }
 
+/// The draw buffers of framebuffer 0 as the program set them, after a frame that needed another.
+TEST_F(OuterGuard, GivesTheDrawBuffersBack) {
+    ASSERT_TRUE(Build(Options(true), u"Panels20"));
+    const std::vector<std::vector<GLenum>> vecLists = {
+        {GL_NONE}, {GL_FRONT}, {GL_FRONT_AND_BACK}, {GL_BACK_LEFT}, {GL_NONE, GL_BACK_LEFT}};
+    for (const std::vector<GLenum>& vecList : vecLists) {
+        const GLsizei iCount = static_cast<GLsizei>(vecList.size());
+        iCount == 1 ? glDrawBuffer(vecList[0]) : glDrawBuffers(iCount, vecList.data());
+        Swap();
+        for (GLsizei i = 0; i < 4; ++i) {
+            GLint iSeen = -1;
+            glGetIntegerv(GL_DRAW_BUFFER0 + static_cast<GLenum>(i), &iSeen);
+            const GLenum eSet = i < iCount ? vecList[static_cast<std::size_t>(i)] : GLenum{GL_NONE};
+            EXPECT_EQ(static_cast<GLenum>(iSeen), eSet) << i << " of list that begins with " << vecList[0];
+        }
+        EXPECT_EQ(glGetError(), GLenum{GL_NO_ERROR});
+    }
+}
+
+/// Switches that only drivers of certain makers have: as if this one had them, on in the program.
+TEST_F(OuterGuard, DrawsWithoutConservativeRasterization) {
+    struct stKind {
+        const char* szExtension;
+        GLenum eCap;
+    };
+    for (const stKind st :
+         {stKind{"GL_NV_conservative_raster", GL_CONSERVATIVE_RASTERIZATION_NV},
+          stKind{"GL_INTEL_conservative_rasterization", GL_CONSERVATIVE_RASTERIZATION_INTEL}}) {
+        const gl_recorder::CPretendedSwitch pretended(st.eCap);
+        SetCare({"OuterGuard"});
+        ASSERT_TRUE(Begin(Options(true), u"Panels20"));
+        ASSERT_TRUE(platform::InitGlew());
+        ASSERT_TRUE(RunUntilBuilt());
+        glEnable(st.eCap);
+        EXPECT_EQ(CountCalls(RecordSwap(), gl_recorder::Call("glDisable", st.eCap)), 0u) << "not offered";
+        pretended.Offer(st.szExtension);
+        g_fnForgetOuterGuard();
+        const std::vector<std::string> vecCalls = RecordSwap();
+        const std::size_t uOff = FindCall(vecCalls, gl_recorder::Call("glDisable", st.eCap));
+        const std::size_t uDraw = FindCall(vecCalls, FirstDraw(vecCalls), uOff);
+        const std::size_t uOn = FindCall(vecCalls, gl_recorder::Call("glEnable", st.eCap), uDraw);
+        EXPECT_NE(uOff, std::string::npos) << st.szExtension;
+        EXPECT_NE(uDraw, std::string::npos) << st.szExtension;
+        EXPECT_NE(uOn, std::string::npos) << st.szExtension;
+        EXPECT_EQ(glIsEnabled(st.eCap), GL_TRUE);
+        g_fnTavo_GL_Release();
+        m_context.Destroy();
+    }
+}
+
 TEST_F(OuterGuard, DrawsNothingWhileAQueryCounts) {
     ASSERT_TRUE(Build(Options(true), u"Panels20"));
+    ASSERT_TRUE(glewIsSupported("GL_ARB_pipeline_statistics_query"));
     for (GLenum e : {GL_SAMPLES_PASSED, GL_ANY_SAMPLES_PASSED, GL_ANY_SAMPLES_PASSED_CONSERVATIVE,
-                     GL_PRIMITIVES_GENERATED}) {
+                     GL_PRIMITIVES_GENERATED, GL_VERTICES_SUBMITTED, GL_PRIMITIVES_SUBMITTED,
+                     GL_VERTEX_SHADER_INVOCATIONS, GL_FRAGMENT_SHADER_INVOCATIONS,
+                     GL_CLIPPING_INPUT_PRIMITIVES, GL_CLIPPING_OUTPUT_PRIMITIVES}) {
         GLuint uQuery = 0, uCounted = 77;
         glGenQueries(1, &uQuery);
         ExpectNothingDrawn([&](bool b) { b ? glBeginQuery(e, uQuery) : glEndQuery(e); }, "query");
         glGetQueryObjectuiv(uQuery, GL_QUERY_RESULT, &uCounted);
         EXPECT_EQ(uCounted, 0u) << e;
+    }
+}
+
+/// The statistics that are not asked for: the drawing adds nothing to them.
+TEST_F(OuterGuard, DrawingAddsNothingToTheOtherStatistics) {
+    for (const char16_t* wzProfile : {u"Panels20", u"Frosted20", u"TextSheet"}) {
+        ASSERT_TRUE(Build(Options(true), wzProfile));
+        const Pixels vecExpected = Frame();
+        for (GLenum e : {GL_TESS_CONTROL_SHADER_PATCHES, GL_TESS_EVALUATION_SHADER_INVOCATIONS,
+                         GL_GEOMETRY_SHADER_INVOCATIONS, GL_GEOMETRY_SHADER_PRIMITIVES_EMITTED,
+                         GL_COMPUTE_SHADER_INVOCATIONS}) {
+            GLuint uQuery = 0, uCounted = 77;
+            glGenQueries(1, &uQuery);
+            EXPECT_TRUE(Frame([&](bool b) { b ? glBeginQuery(e, uQuery) : glEndQuery(e); }) == vecExpected);
+            glGetQueryObjectuiv(uQuery, GL_QUERY_RESULT, &uCounted);
+            EXPECT_EQ(uCounted, 0u) << e;
+        }
+        g_fnTavo_GL_Release();
+        m_context.Destroy();
     }
 }
 

@@ -290,12 +290,14 @@ bool CHostLoop::m_fnFrame(u32 uFrame) {
     if (m_uWindows + m_uContexts > 2 && !m_pSystem->m_fnMakeCurrent(pWindow, stContext.pContext))
         return false;
     if (m_st.bOddState) ClearOddStates(stContext.stGl);
+    if (!m_st.strDrawBuffer.empty()) SetDrawBuffer(stContext.stGl, "back");
     if (!m_st.bIdle) stContext.pScene->m_fnDraw(m_uWidth, m_uHeight);
     if (uFrame == m_st.uDumpFrame && !m_st.strDumpBefore.empty() &&
         !WritePpm(m_fnOwnFile(m_st.strDumpBefore),
                   ReadBufferPicture(stContext.stGl, GL_BACK, m_uWidth, m_uHeight)))
         m_fnPrint("dump_before", "failed");
     if (m_st.bOddState) SetOddStates(stContext.stGl);
+    if (!m_st.strDrawBuffer.empty()) SetDrawBuffer(stContext.stGl, m_st.strDrawBuffer);
     m_uSwaps += m_fnSwap(uFrame, stContext, pWindow);
     g_uFramesOfAll.store(++m_uFrames, std::memory_order_relaxed);
     m_fnAfterSwap(uFrame, stContext, pWindow);

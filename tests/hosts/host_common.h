@@ -33,6 +33,7 @@ struct stHostOptions {
     u32 uReloads = 0; ///< Win32 only: load and free strLoadLibrary so often while frames are drawn
     bool bPrintState = false, bPrintErrors = false;
     std::string strSurface = "window";     ///< EGL only: window, pbuffer or surfaceless
+    std::string strDrawBuffer;             ///< at the swap: none or front; empty: the back one, as always
     std::string strSwapThrough = "import"; ///< import, getproc or dlsym; EGL: damage-khr or damage-ext too
     std::string strLoadLibrary;            ///< Win32 only
     bool bAwaitDetour = false;             ///< Win32 only

@@ -259,6 +259,10 @@ void ClearOddStates(stHostGl& stGl) {
     if (stGl.iMajor >= 3) stGl.Disable(GL_FRAMEBUFFER_SRGB);
 }
 
+void SetDrawBuffer(stHostGl& stGl, const std::string& strName) {
+    stGl.DrawBuffer(strName == "none" ? GL_NONE : strName == "front" ? GL_FRONT : GL_BACK);
+}
+
 std::vector<std::pair<std::string, std::string>> ReadStates(stHostGl& stGl) {
     std::vector<std::pair<std::string, std::string>> listStates;
     for (const stStateRow& stRow : g_stStates) {

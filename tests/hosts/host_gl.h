@@ -36,6 +36,7 @@
     X(void, GetIntegerv, (GLenum, GLint*))                                                                   \
     X(void, GetFloatv, (GLenum, GLfloat*))                                                                   \
     X(void, PixelStorei, (GLenum, GLint))                                                                    \
+    X(void, DrawBuffer, (GLenum))                                                                            \
     X(void, ReadBuffer, (GLenum))                                                                            \
     X(void, ReadPixels, (GLint, GLint, GLsizei, GLsizei, GLenum, GLenum, void*))                             \
     X(void, Finish, ())                                                                                      \
@@ -116,6 +117,8 @@ class CHostObjects {
 /// Sets the states of the "odd" table to values that no careful program leaves behind; the second undoes it.
 void SetOddStates(stHostGl& stGl);
 void ClearOddStates(stHostGl& stGl);
+/// none or front; the back one for any other word.
+void SetDrawBuffer(stHostGl& stGl, const std::string& strName);
 
 /// One "name=value" entry per state that can be asked in this context.
 std::vector<std::pair<std::string, std::string>> ReadStates(stHostGl& stGl);

@@ -94,6 +94,7 @@ constexpr stSwitch g_stSwitches[] = {
     {"--swap-cpu", nullptr, Flag<&O::bSwapCpu>, "print the processor time of the costliest swap"},
     {"--idle", nullptr, Flag<&O::bIdle>, "swap without drawing"},
     {"--odd-state", nullptr, Flag<&O::bOddState>, "set unusual GL states before every swap"},
+    {"--draw-buffer", "none|front", Text<&O::strDrawBuffer>, "draw buffer of framebuffer 0 at every swap"},
     {"--pause-ms", "T", Number<&O::uPauseMs>, "wait before the first frame, taking messages"},
     {"--await-detour", nullptr, Flag<&O::bAwaitDetour>,
      "Win32: before the first frame, take messages until a jump lies over the swap"},

@@ -31,6 +31,35 @@ static void* Resolve(const char* szName) {
     return fnGetProc ? fnGetProc(szName) : nullptr;
 }
 
+static u32 g_ePretended = 0;
+static bool g_bPretendedOn = false;
+static const char* g_szPretended = nullptr;
+static PFNGLGETSTRINGIPROC g_fnRealGetStringi = nullptr;
+
+static const GLubyte* GLAPIENTRY PretendingGetStringi(GLenum eName, GLuint uIndex) {
+    if (eName == GL_EXTENSIONS && uIndex == 0) return reinterpret_cast<const GLubyte*>(g_szPretended);
+    return g_fnRealGetStringi(eName, uIndex);
+}
+
+CPretendedSwitch::CPretendedSwitch(u32 eCap) {
+    g_ePretended = eCap;
+    g_bPretendedOn = false;
+}
+
+CPretendedSwitch::~CPretendedSwitch() {
+    g_ePretended = 0;
+    if (g_szPretended) __glewGetStringi = g_fnRealGetStringi;
+    g_szPretended = nullptr;
+}
+
+void CPretendedSwitch::Offer(const char* szExtension) const {
+    g_szPretended = szExtension;
+    g_fnRealGetStringi = __glewGetStringi;
+    __glewGetStringi = PretendingGetStringi;
+}
+
+static bool IsPretended(GLenum eCap) { return g_ePretended != 0 && eCap == g_ePretended; }
+
 /// One GLEW pointer. The tag keeps functions of the same type apart.
 template <auto& Pointer, class Tag, class Function> struct Hook;
 template <auto& Pointer, class Tag, class R, class... A> struct Hook<Pointer, Tag, R(GLAPIENTRY*)(A...)> {
@@ -116,12 +145,10 @@ GL11(void, glDeleteTextures, (GLsizei n, const GLuint* textures), n, textures)
 GL11(void, glDepthFunc, (GLenum func), func)
 GL11(void, glDepthMask, (GLboolean flag), flag)
 GL11(void, glDepthRange, (GLclampd zNear, GLclampd zFar), zNear, zFar)
-GL11(void, glDisable, (GLenum cap), cap)
 GL11(void, glDrawArrays, (GLenum mode, GLint first, GLsizei count), mode, first, count)
 GL11(void, glDrawBuffer, (GLenum mode), mode)
 GL11(void, glDrawElements, (GLenum mode, GLsizei count, GLenum type, const void* indices), mode, count, type,
      indices)
-GL11(void, glEnable, (GLenum cap), cap)
 GL11(void, glEnd, ())
 GL11(void, glFinish, ())
 GL11(void, glFlush, ())
@@ -140,7 +167,6 @@ GL11(void, glGetTexLevelParameteriv, (GLenum target, GLint level, GLenum pname, 
 GL11(void, glGetTexParameterfv, (GLenum target, GLenum pname, GLfloat* params), target, pname, params)
 GL11(void, glGetTexParameteriv, (GLenum target, GLenum pname, GLint* params), target, pname, params)
 GL11(void, glHint, (GLenum target, GLenum mode), target, mode)
-GL11(GLboolean, glIsEnabled, (GLenum cap), cap)
 GL11(GLboolean, glIsTexture, (GLuint texture), texture)
 GL11(void, glLineWidth, (GLfloat width), width)
 GL11(void, glLoadIdentity, ())
@@ -182,3 +208,17 @@ GL11(void, glTexSubImage2D,
 GL11(void, glVertex2f, (GLfloat x, GLfloat y), x, y)
 GL11(void, glVertex3f, (GLfloat x, GLfloat y, GLfloat z), x, y, z)
 GL11(void, glViewport, (GLint x, GLint y, GLsizei width, GLsizei height), x, y, width, height)
+
+// The same, but a pretended switch does not get to the driver.
+#define GL11_SWITCH(R, name, pretended)                                                                      \
+    extern "C" R GLAPIENTRY name(GLenum cap) {                                                               \
+        using Function = R(GLAPIENTRY*)(GLenum);                                                             \
+        static const Function fnReal = reinterpret_cast<Function>(gl_recorder::Resolve(#name));              \
+        gl_recorder::Record(#name, cap);                                                                     \
+        if (gl_recorder::IsPretended(cap)) return pretended;                                                 \
+        return fnReal ? fnReal(cap) : R();                                                                   \
+    }
+
+GL11_SWITCH(void, glDisable, void(gl_recorder::g_bPretendedOn = false))
+GL11_SWITCH(void, glEnable, void(gl_recorder::g_bPretendedOn = true))
+GL11_SWITCH(GLboolean, glIsEnabled, gl_recorder::g_bPretendedOn)

@@ -21,6 +21,18 @@ std::vector<std::string> Stop();
 /// Calls since the program began, recorded or not.
 u64 TotalCalls();
 
+/// A switch of glEnable that this machine's driver lacks, for as long as this lives: asked for and set here,
+/// the driver never sees it.
+class CPretendedSwitch {
+  public:
+    explicit CPretendedSwitch(u32 eCap);
+    ~CPretendedSwitch();
+    CPretendedSwitch(const CPretendedSwitch&) = delete;
+    CPretendedSwitch& operator=(const CPretendedSwitch&) = delete;
+    /// From here on the first of the driver's extensions bears this name.
+    void Offer(const char* szExtension) const;
+};
+
 /// One argument as text: whole numbers in decimal, floats in the shortest form, pointers as "null" or "ptr".
 template <class T> std::string Text(T value) {
     if constexpr (std::is_pointer_v<T>)
