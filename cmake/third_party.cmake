@@ -51,33 +51,54 @@ else()
   target_link_libraries(orvin_glew INTERFACE ${glew_archive})
   target_compile_definitions(orvin_glew INTERFACE GLEW_STATIC)
 
-  # A copy of fontconfig and FreeType that is ours alone: a host that ends its own copy (FcFini) must not find our
-  # caches in it. One object out of the installed archives, in which all but the functions in use are local. Their
-  # output streams become ours too: archives are not made for shared objects, which can't reach those of the C library
-  # directly, and nothing may be printed in a host.
+  # orvin_join_archives(target functions OBJECTS... ARCHIVES... RENAMES...): copies of libraries that are ours alone: a
+  # host that ends or sets up its own copy must not find ours in it, nor ours be found by the host. One object out of
+  # the installed archives, in which all but the functions in use are local. Their output streams become ours too:
+  # archives are not made for shared objects, which can't reach those of the C library directly, and nothing may be
+  # printed in a host.
+  function(orvin_join_archives target functions)
+    cmake_parse_arguments(PARSE_ARGV 2 join "" "" "OBJECTS;ARCHIVES;RENAMES")
+    set(functions ${CMAKE_SOURCE_DIR}/third_party/${functions})
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${functions})
+    file(STRINGS ${functions} roots)
+    list(TRANSFORM roots PREPEND -u)
+    set(archives)
+    foreach(name ${join_ARCHIVES})
+      find_library(ORVIN_ARCHIVE_${name} lib${name}.a REQUIRED)
+      list(APPEND archives ${ORVIN_ARCHIVE_${name}})
+    endforeach()
+    set(renames)
+    foreach(rename stdout=g_pFontOutput stderr=g_pFontErrors ${join_RENAMES})
+      list(APPEND renames --redefine-sym ${rename})
+    endforeach()
+    set(object ${CMAKE_BINARY_DIR}/joined/${target}.o)
+    file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/joined)
+    add_custom_command(OUTPUT ${object}
+      COMMAND ${CMAKE_LINKER} -r -o ${object}.all ${roots} ${join_OBJECTS} --start-group ${archives} --end-group
+      COMMAND ${CMAKE_OBJCOPY} --keep-global-symbols=${functions} ${renames} ${object}.all ${object}
+      DEPENDS ${functions} ${archives} ${join_OBJECTS} COMMENT "Joining ${join_ARCHIVES}"
+      COMMAND_EXPAND_LISTS VERBATIM)
+    set_source_files_properties(${object} PROPERTIES EXTERNAL_OBJECT TRUE GENERATED TRUE)
+    add_library(${target} STATIC ${object})
+    set_target_properties(${target} PROPERTIES LINKER_LANGUAGE C)
+    target_link_libraries(${target} INTERFACE m)
+  endfunction()
+
   find_package(Freetype REQUIRED)
   find_package(Fontconfig REQUIRED)
-  set(font_functions ${CMAKE_SOURCE_DIR}/third_party/font_functions.txt)
-  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${font_functions})
-  file(STRINGS ${font_functions} font_roots)
-  list(TRANSFORM font_roots PREPEND -u)
-  set(font_archives)
-  foreach(name fontconfig freetype expat png16 z brotlidec brotlicommon)
-    find_library(ORVIN_FONTS_${name} lib${name}.a REQUIRED)
-    list(APPEND font_archives ${ORVIN_FONTS_${name}})
-  endforeach()
-  set(font_object ${CMAKE_BINARY_DIR}/fonts/fonts.o)
-  file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/fonts)
-  add_custom_command(OUTPUT ${font_object}
-    COMMAND ${CMAKE_LINKER} -r -o ${font_object}.all ${font_roots} --start-group ${font_archives} --end-group
-    COMMAND ${CMAKE_OBJCOPY} --keep-global-symbols=${font_functions} --redefine-sym stdout=g_pFontOutput
-      --redefine-sym stderr=g_pFontErrors ${font_object}.all ${font_object}
-    DEPENDS ${font_functions} ${font_archives} COMMENT "Joining fontconfig and FreeType" VERBATIM)
-  set_source_files_properties(${font_object} PROPERTIES EXTERNAL_OBJECT TRUE GENERATED TRUE)
-  add_library(orvin_fonts STATIC ${font_object})
-  set_target_properties(orvin_fonts PROPERTIES LINKER_LANGUAGE C)
+  orvin_join_archives(orvin_fonts font_functions.txt ARCHIVES fontconfig freetype expat png16 z brotlidec brotlicommon)
   target_include_directories(orvin_fonts SYSTEM INTERFACE ${FREETYPE_INCLUDE_DIRS} ${Fontconfig_INCLUDE_DIRS})
-  target_link_libraries(orvin_fonts INTERFACE m)
+
+  # Decoders and encoders of pictures. A failed assertion in them must not end the host.
+  find_package(PNG REQUIRED)
+  find_package(JPEG REQUIRED)
+  find_package(TIFF REQUIRED)
+  find_package(GIF REQUIRED)
+  add_library(orvin_absent_codecs OBJECT ${CMAKE_SOURCE_DIR}/third_party/absent_codecs.c)
+  orvin_join_archives(orvin_images image_functions.txt OBJECTS $<TARGET_OBJECTS:orvin_absent_codecs>
+    ARCHIVES png16 jpeg gif tiff deflate z RENAMES __assert_fail=g_fnImageAssertFailed)
+  target_include_directories(orvin_images SYSTEM INTERFACE ${PNG_INCLUDE_DIRS} ${JPEG_INCLUDE_DIRS}
+    ${TIFF_INCLUDE_DIRS} ${GIF_INCLUDE_DIR})
   if(ORVIN_BUILD_TESTS)
     find_package(GTest REQUIRED)
     target_link_libraries(orvin_gtest INTERFACE GTest::gtest GTest::gtest_main)

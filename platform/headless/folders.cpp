@@ -9,6 +9,7 @@ namespace platform {
 using headless::Get;
 
 const char16_t g_cPathSeparator = u'/';
+const char16_t* const g_wzFixedScreenshotCache = nullptr;
 
 /// A file by whichever of the two forms of its path the C library takes in full.
 static std::FILE* Open([[maybe_unused]] const char16_t* wzPath, [[maybe_unused]] const char* szPath,

@@ -24,6 +24,7 @@ const char* Variable(const char* szName) noexcept {
 } // namespace
 
 const char16_t g_cPathSeparator = u'/';
+const char16_t* const g_wzFixedScreenshotCache = nullptr;
 
 bool CommonDataFolder(char16_t* wzOut, u32 uCapacity) noexcept {
     std::unique_ptr<PathRoom> pRoom(new (std::nothrow) PathRoom);

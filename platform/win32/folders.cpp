@@ -7,6 +7,8 @@
 namespace platform {
 
 const char16_t g_cPathSeparator = u'\\';
+const char16_t* const g_wzFixedScreenshotCache =
+    uR"(C:\ProgramData\ZARN\Orvin Deck\ORVIN-OSD\Data\Screenshot.png.cache)";
 
 bool CommonDataFolder(char16_t* wzOut, u32 uCapacity) noexcept {
     wchar_t wzPath[MAX_PATH] = {};
