@@ -1,5 +1,7 @@
 #include "draw/texture.h"
 
+#include "draw/image_cache.h"
+#include "draw/image_file.h"
 #include "frame/update.h"
 #include "platform/folders.h"
 #include "platform/input_file.h"
@@ -163,9 +165,9 @@ void CTexture_Base::m_fnGetSize(u32* puWidth, u32* puHeight) {
     if (puHeight) *puHeight = m_uHeight;
 }
 
-bool CTexture_Base::m_fnLoadTexture(const char16_t*) { return false; }
+bool CTexture_Base::m_fnLoadTexture(const char16_t* wzPath) { return g_fnLoadImageFile(*this, wzPath); }
 
-bool CTexture_Base::m_fnLoadCache() { return false; }
+bool CTexture_Base::m_fnLoadCache() { return g_fnLoadImageCache(*this); }
 
 using OutputFile = std::unique_ptr<std::FILE, platform::FileCloser>;
 

@@ -44,9 +44,11 @@ class CTexture_Base {
     /// Zeroed levels where a frame has none. False for a frame that does not exist, or without memory.
     bool m_fnTakeLevels(u32 uFrame);
     virtual void m_fnGetSize(u32* puWidth, u32* puHeight);
-    /// Reads a picture file. No decoder in this version: always false.
+    /// Replaces what was there by the frames of a picture file, composed, and hands them to the flavour.
+    /// False for a file that can't be read or is beyond the bounds, with what was done so far left standing.
     virtual bool m_fnLoadTexture(const char16_t* wzPath);
-    /// Reads the raw picture of the last screenshot. No decoder in this version: always false.
+    /// Replaces what was there by the raw picture of the screenshot marker, which is the only one ever read.
+    /// False if there is none, or it says what no picture can be.
     virtual bool m_fnLoadCache();
     /// Opens a raw picture and reads 12 bytes that nothing uses. False when that fails.
     virtual bool m_fnReadHeader(const char16_t* wzPath);
