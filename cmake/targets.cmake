@@ -1,6 +1,8 @@
-# orvin_core_library(folder): static library orvin_<folder> of all sources in the folder; empty folders are allowed.
+# orvin_core_library(folder): static library orvin_<folder> of all sources in the folder and below; empty folders are
+# allowed.
 function(orvin_core_library folder)
-  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${folder}/*.cpp)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${folder}/*.cpp)
+  list(FILTER sources EXCLUDE REGEX "/platform/(win32|linux|headless)/")
   if(sources)
     add_library(orvin_${folder} STATIC ${sources})
     target_link_libraries(orvin_${folder} PUBLIC orvin_options orvin_glew_headers)

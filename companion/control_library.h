@@ -1,7 +1,7 @@
 #pragma once
 // The overlay library as the companion uses it: loaded at run time, its exports resolved by name.
 #include "companion/result.h"
-#include "shared/exports.h"
+#include "entry/exports.h"
 #include "shared/segment.h"
 #include <string>
 

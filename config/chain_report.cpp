@@ -1,6 +1,6 @@
 #include "config/chain_report.h"
 
-#include "config/settings.h"
+#include "config/settings/settings.h"
 #include "platform/log.h"
 
 #include <string>

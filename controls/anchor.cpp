@@ -1,6 +1,6 @@
 #include "controls/anchor.h"
 
-#include "frame/canvas.h"
+#include "draw/canvas.h"
 
 namespace {
 

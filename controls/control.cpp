@@ -2,7 +2,7 @@
 
 #include "controls/anchor.h"
 #include "controls/osd_manager.h"
-#include "frame/canvas.h"
+#include "draw/canvas.h"
 
 u32 g_uControlChanges = 0, g_uDrawListChanges = 0;
 

@@ -1,8 +1,8 @@
 #include "controls/control_ids.h"
 
+#include "base/log.h"
 #include "controls/later_controls.h"
 #include "controls/panel.h"
-#include "frame/log.h"
 
 stControlIdTable g_stTextBoxIds, g_stNumBoxIds, g_stLineGraphIds, g_stPanelIds, g_stImgBoxIds, g_stFlipBoxIds,
     g_stPieChartIds;

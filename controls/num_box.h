@@ -3,8 +3,8 @@
 // take, in one vertex buffer that never changes afterwards: showing a value is writing a few first-index
 // numbers.
 #include "controls/control.h"
-#include "controls/glyph_quads.h"
 #include "draw/entity.h"
+#include "draw/glyph_quads.h"
 #include "draw/mesh.h"
 
 #include <memory>

@@ -2,8 +2,8 @@
 // A run of Unicode text in one font, on one or many lines, with an optional drop shadow. This half lays
 // glyphs out into quads; the drawing call belongs to the flavour.
 #include "controls/control.h"
-#include "controls/glyph_quads.h"
 #include "draw/entity.h"
+#include "draw/glyph_quads.h"
 #include "draw/mesh.h"
 
 #include <memory>

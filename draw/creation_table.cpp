@@ -1,10 +1,10 @@
 #include "draw/creation_table.h"
 
+#include "batch/draw_basic_gl.h"
+#include "batch/draw_text_gl.h"
 #include "controls/num_box_gl.h"
 #include "controls/panel.h"
 #include "controls/text_box_gl.h"
-#include "draw/draw_basic_gl.h"
-#include "draw/draw_text_gl.h"
 #include "draw/entity_gl.h"
 #include "draw/mesh_gl.h"
 #include "draw/texture_gl.h"

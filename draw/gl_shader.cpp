@@ -1,7 +1,7 @@
 #include "draw/gl_shader.h"
 
+#include "base/log.h"
 #include "config/watched_files.h"
-#include "frame/log.h"
 #include "frame/own_context.h"
 #include "platform/gl_api.h"
 #include "platform/input_file.h"

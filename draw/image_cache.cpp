@@ -2,7 +2,7 @@
 
 #include "draw/data_path.h"
 #include "draw/image_file.h"
-#include "frame/log.h"
+#include "base/log.h"
 #include "platform/folders.h"
 #include "platform/image_decoder.h"
 #include "platform/image_signature.h"

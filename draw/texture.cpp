@@ -2,7 +2,7 @@
 
 #include "draw/image_cache.h"
 #include "draw/image_file.h"
-#include "frame/update.h"
+#include "frame/update/update.h"
 #include "platform/folders.h"
 #include "platform/input_file.h"
 #include "platform/pages.h"

@@ -1,7 +1,7 @@
 #pragma once
 // A picture in memory: frames, each with a chain of levels, and what an animation needs. Where the pixels
 // come from is not known here.
-#include "frame/timer.h"
+#include "base/timer.h"
 #include "platform/types.h"
 
 #include <map>

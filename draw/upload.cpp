@@ -1,7 +1,7 @@
 #include "draw/upload.h"
 
+#include "base/log.h"
 #include "controls/osd_manager.h"
-#include "frame/log.h"
 
 #include <cstring>
 

@@ -1,6 +1,6 @@
 // One glyph at a time: drawing into the canvas, measuring, copying.
+#include "base/log.h"
 #include "font/font_unicode.h"
-#include "frame/log.h"
 
 #include <algorithm>
 #include <array>

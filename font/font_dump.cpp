@@ -1,7 +1,7 @@
 // Looking at a font from outside: pictures in the log, the atlas as a file.
+#include "base/log.h"
 #include "font/atlas_bitmap.h"
 #include "font/font_unicode.h"
-#include "frame/log.h"
 #include "platform/utf.h"
 
 #include <string>

@@ -1,8 +1,8 @@
 // Fonts out of cache files. Nothing in a file is trusted: sizes are compared with what there is before
 // anything is made, and numbers that text is laid out with are held to what glyphs have.
+#include "base/log.h"
 #include "font/atlas_bitmap.h"
 #include "font/font_file.h"
-#include "frame/log.h"
 #include "platform/input_file.h"
 #include "platform/utf.h"
 

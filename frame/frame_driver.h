@@ -1,6 +1,6 @@
 #pragma once
 // What runs on the application's render thread at every swap. Flat state, one set per process.
-#include "frame/canvas.h"
+#include "draw/canvas.h"
 #include "platform/export.h"
 #include "platform/surface.h"
 #include "platform/types.h"

@@ -1,8 +1,8 @@
 #include "frame/limiter.h"
 
+#include "base/log.h"
+#include "base/timer.h"
 #include "frame/limiter_recovery.h"
-#include "frame/log.h"
-#include "frame/timer.h"
 #include "platform/clock.h"
 
 u32 EnableFPSLimiter = 0;

@@ -1,6 +1,6 @@
 #include "frame/outer_guard.h"
 
-#include "frame/canvas.h"
+#include "draw/canvas.h"
 #include "frame/frame_driver.h"
 #include "frame/outer_guard_pixels.h"
 #include "platform/gl_api.h"

@@ -1,6 +1,6 @@
 #include "frame/state_guard.h"
 
-#include "frame/canvas.h"
+#include "draw/canvas.h"
 #include "frame/frame_driver.h"
 
 stGLSavedState GLSavedState;

@@ -1,9 +1,9 @@
 #include "frame/surface_owner.h"
 
-#include "config/host_care.h"
+#include "base/timer.h"
+#include "config/settings/host_care.h"
 #include "frame/frame_driver.h"
 #include "frame/own_context.h"
-#include "frame/timer.h"
 #include "platform/clock.h"
 #include "platform/last_error.h"
 

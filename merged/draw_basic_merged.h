@@ -2,7 +2,7 @@
 // The batcher of flat, textured and frosted shapes in the merged flavour. The shapes of all lists lie in one
 // stream, in the order of drawing; each list is one draw. Controls are asked again only when they have
 // changed.
-#include "draw/draw_basic.h"
+#include "batch/draw_basic.h"
 #include "draw/gl_program.h"
 #include "merged/merged_stream.h"
 #include "merged/mesh_merged.h"

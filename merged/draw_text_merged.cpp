@@ -1,7 +1,7 @@
 #include "merged/draw_text_merged.h"
 
 #include "controls/control.h"
-#include "controls/glyph_quads.h"
+#include "draw/glyph_quads.h"
 #include "font/font_unicode.h"
 #include "merged/merged_programs.h"
 #include "platform/gl_api.h"

@@ -1,7 +1,7 @@
 #pragma once
 // The text batcher of the merged flavour. The quads of all fonts lie in one stream, in the order of drawing;
 // each font is one draw. Controls are asked again only when they have changed.
-#include "draw/draw_text.h"
+#include "batch/draw_text.h"
 #include "draw/gl_program.h"
 #include "merged/merged_stream.h"
 #include "merged/mesh_merged.h"

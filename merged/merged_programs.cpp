@@ -1,9 +1,9 @@
 #include "merged/merged_programs.h"
 
+#include "base/log.h"
+#include "draw/canvas.h"
 #include "draw/data_path.h"
 #include "draw/matrix.h"
-#include "frame/canvas.h"
-#include "frame/log.h"
 #include "platform/gl_api.h"
 
 #include <filesystem>

@@ -1,6 +1,6 @@
 #include "merged/merged_stream.h"
 
-#include "config/host_care.h"
+#include "config/settings/host_care.h"
 #include "frame/own_context.h"
 #include "frame/state_guard.h"
 #include "platform/gl_api.h"

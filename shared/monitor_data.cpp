@@ -1,7 +1,7 @@
 #include "shared/monitor_data.h"
 
-#include "frame/log.h"
-#include "frame/statistics.h"
+#include "base/log.h"
+#include "frame/update/statistics.h"
 #include "platform/process.h"
 #include "platform/shared_block.h"
 #include "shared/offset_tree.h"

@@ -1,7 +1,7 @@
 #include "companion/profile_check/data_name_check.h"
 
 #include "companion/own_names.h"
-#include "config/sensor_table.h"
+#include "config/settings/sensor_table.h"
 
 #include <algorithm>
 #include <tinyxml2.h>

@@ -1,7 +1,7 @@
 #include "companion/profile_check/document_check.h"
 
 #include "companion/profile_check/nearest.h"
-#include "config/profile_document.h"
+#include "config/profile/profile_document.h"
 #include "platform/utf.h"
 
 #include <cstring>

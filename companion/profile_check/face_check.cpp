@@ -1,9 +1,9 @@
 // Faces and the letters that they have.
 #include "companion/profile_check/text_check.h"
 #include "companion/profile_folder.h"
-#include "config/item_text.h"
+#include "config/items/item_text.h"
+#include "config/make/character_sets.h"
 #include "controls/text_file.h"
-#include "font/character_sets.h"
 #include "font/font_unicode.h"
 #include "platform/glyph_rasterizer.h"
 #include "platform/utf.h"

@@ -1,7 +1,7 @@
 #include "companion/profile_check/item_check.h"
 
 #include "companion/profile_check/data_name_check.h"
-#include "config/item_graph.h"
+#include "config/items/item_graph.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,6 +1,6 @@
 #include "companion/profile_check/log_capture.h"
 
-#include "frame/log.h"
+#include "base/log.h"
 
 #include <utility>
 

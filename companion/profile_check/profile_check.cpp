@@ -7,8 +7,8 @@
 #include "companion/profile_check/text_check.h"
 #include "companion/profile_folder.h"
 #include "companion/result.h"
-#include "config/item_map.h"
-#include "config/profile_document.h"
+#include "config/items/item_map.h"
+#include "config/profile/profile_document.h"
 
 #include <fstream>
 #include <iterator>

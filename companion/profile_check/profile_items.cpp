@@ -1,8 +1,8 @@
 #include "companion/profile_check/profile_items.h"
 
 #include "companion/profile_check/document_check.h"
-#include "config/item_property.h"
-#include "config/setting_binding.h"
+#include "config/items/item_property.h"
+#include "config/settings/setting_binding.h"
 
 #include <tinyxml2.h>
 

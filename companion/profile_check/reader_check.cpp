@@ -1,13 +1,13 @@
 #include "companion/profile_check/reader_check.h"
 
 #include "companion/profile_check/log_capture.h"
-#include "config/item_graph.h"
-#include "config/item_image.h"
-#include "config/item_map.h"
-#include "config/item_number.h"
-#include "config/item_panel.h"
-#include "config/item_pie.h"
-#include "config/item_text.h"
+#include "config/items/item_graph.h"
+#include "config/items/item_image.h"
+#include "config/items/item_map.h"
+#include "config/items/item_number.h"
+#include "config/items/item_panel.h"
+#include "config/items/item_pie.h"
+#include "config/items/item_text.h"
 
 #include <cstring>
 #include <map>

@@ -1,7 +1,7 @@
 // Texts of attributes against the table.
 #include "companion/profile_check/document_check.h"
 
-#include "config/setting_binding.h"
+#include "config/settings/setting_binding.h"
 
 #include <algorithm>
 #include <cmath>

@@ -5,10 +5,10 @@
 #include "companion/profile_tool/tool.h"
 #include "companion/table.h"
 #include "companion/utf.h"
+#include "config/make/profile_fonts.h"
 #include "controls/osd_manager.h"
 #include "draw/data_path.h"
 #include "font/font_file.h"
-#include "font/profile_fonts.h"
 #include "shared/overlay_state.h"
 #include "shared/process_records.h"
 #include <algorithm>

@@ -5,7 +5,7 @@
 #include "companion/profile_tool/tool.h"
 #include "companion/table.h"
 #include "companion/utf.h"
-#include "config/profile_document.h"
+#include "config/profile/profile_document.h"
 #include <algorithm>
 #include <cstdio>
 #include <nlohmann/json.hpp>

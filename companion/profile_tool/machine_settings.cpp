@@ -1,5 +1,5 @@
 #include "companion/profile_tool/machine_settings.h"
-#include "config/settings_sensors.h"
+#include "config/settings/settings_sensors.h"
 #include "platform/headless/test_controls.h"
 #include "platform/settings_tree.h"
 #include <cstring>

@@ -1,9 +1,9 @@
 // The library's entry point.
 #include "platform/linux/entry.h"
+#include "entry/attach.h"
 #include "platform/linux/identity.h"
 #include "platform/linux/thread_sleep.h"
 #include "platform/process.h"
-#include "shared/attach.h"
 #include "shared/process_records.h"
 #include <cerrno>
 #include <dlfcn.h>

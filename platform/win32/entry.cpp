@@ -1,7 +1,7 @@
 // The library's entry point.
+#include "entry/attach.h"
 #include "platform/last_error.h"
 #include "platform/win32/windows_api.h"
-#include "shared/attach.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE hModule, DWORD uReason, LPVOID) {
     const platform::ErrorKeeper keeper; // the host may have entered here out of PeekMessage

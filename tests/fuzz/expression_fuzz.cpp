@@ -1,6 +1,6 @@
 // The input as an expression, as it is and with other blanks. Divisions by 0 are kept out of it.
-#include "config/expression.h"
-#include "config/variables.h"
+#include "config/fixed/expression.h"
+#include "config/fixed/variables.h"
 #include "tests/fuzz/safe_division.h"
 
 #include <cstdlib>

@@ -1,12 +1,12 @@
 // The input once as the text of a profile's item list, once as the attribute values of six elements, since
 // few changes of a text leave it well formed. Whatever is registered holds together.
-#include "config/item_graph.h"
-#include "config/item_map.h"
-#include "config/item_number.h"
-#include "config/item_panel.h"
-#include "config/item_pie.h"
-#include "config/item_text.h"
-#include "frame/log.h"
+#include "base/log.h"
+#include "config/items/item_graph.h"
+#include "config/items/item_map.h"
+#include "config/items/item_number.h"
+#include "config/items/item_panel.h"
+#include "config/items/item_pie.h"
+#include "config/items/item_text.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,12 +1,12 @@
 // The input as the profile's document, read by everything that reads profiles: the handles, the preview, all
 // blocks of all styles and the companion's question. Each style is forced in turn. What was read holds
 // together.
-#include "config/profile_cards.h"
-#include "config/profile_document.h"
-#include "config/profile_names.h"
-#include "config/profile_panel_keys.h"
-#include "config/profile_switches.h"
-#include "config/settings_sensors.h"
+#include "config/profile/profile_cards.h"
+#include "config/profile/profile_document.h"
+#include "config/profile/profile_names.h"
+#include "config/profile/profile_panel_keys.h"
+#include "config/profile/profile_switches.h"
+#include "config/settings/settings_sensors.h"
 #include "platform/headless/test_controls.h"
 #include "shared/process_records.h"
 #include "tests/support/test_data_folder.h"

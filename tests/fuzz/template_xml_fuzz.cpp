@@ -1,13 +1,13 @@
 // The input once as a document, once as the attribute values of templates and groups, since few changes of a
 // text leave it well formed. Both are read as templates, made into records, and walked as a group over real
 // panels.
-#include "config/attribute_value.h"
-#include "config/group_order.h"
-#include "config/group_walker.h"
-#include "config/init_lists.h"
-#include "config/name_maps.h"
-#include "config/template_fonts.h"
-#include "config/variables.h"
+#include "config/fixed/attribute_value.h"
+#include "config/fixed/group_order.h"
+#include "config/fixed/group_walker.h"
+#include "config/fixed/init_lists.h"
+#include "config/fixed/name_maps.h"
+#include "config/fixed/template_fonts.h"
+#include "config/fixed/variables.h"
 #include "controls/control_ids.h"
 #include "tests/fuzz/safe_division.h"
 #include "tests/unit/controls/recording_flavour.h"

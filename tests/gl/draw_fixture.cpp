@@ -1,7 +1,7 @@
 #include "tests/gl/draw_fixture.h"
 
+#include "draw/canvas.h"
 #include "draw/creation_table.h"
-#include "frame/canvas.h"
 #include "frame/frame_driver.h"
 #include "platform/gl_api.h"
 #include "platform/headless/test_controls.h"

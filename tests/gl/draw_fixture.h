@@ -1,8 +1,8 @@
 #pragma once
 // A context, a manager and a data folder: what the basic batcher needs to draw. One canvas unit is one pixel.
+#include "batch/draw_basic_gl.h"
 #include "controls/osd_manager.h"
 #include "controls/panel.h"
-#include "draw/draw_basic_gl.h"
 #include "platform/headless/egl_context.h"
 #include "tests/support/test_data_folder.h"
 

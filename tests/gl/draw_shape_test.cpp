@@ -1,5 +1,5 @@
 // Flat and textured shapes, as pixels.
-#include "frame/canvas.h"
+#include "draw/canvas.h"
 #include "frame/frame_driver.h"
 #include "platform/gl_api.h"
 #include "tests/gl/draw_fixture.h"

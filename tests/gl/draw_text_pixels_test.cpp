@@ -1,5 +1,5 @@
 // Text as it is seen, with real glyphs: colour, opacity, shadow, halo, order and direction.
-#include "frame/canvas.h"
+#include "draw/canvas.h"
 #include "platform/gl_api.h"
 #include "tests/gl/text_fixture.h"
 

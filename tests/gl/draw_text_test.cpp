@@ -1,5 +1,5 @@
 // The text batcher against OpenGL: programs, locations, and the exact calls of a frame.
-#include "frame/canvas.h"
+#include "draw/canvas.h"
 #include "platform/gl_api.h"
 #include "tests/gl/text_fixture.h"
 #include "tests/support/gl_recorder.h"

@@ -1,6 +1,6 @@
 // Whole frames of a program with more than one context: whose names are deleted, and where the overlay
 // stands.
-#include "config/host_care.h"
+#include "config/settings/host_care.h"
 #include "frame/frame_driver.h"
 #include "frame/own_context.h"
 #include "platform/contexts.h"

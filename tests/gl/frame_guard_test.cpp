@@ -1,5 +1,5 @@
 // The state guard's calls, one by one, in order.
-#include "frame/canvas.h"
+#include "draw/canvas.h"
 #include "frame/frame_driver.h"
 #include "frame/state_guard.h"
 #include "tests/gl/frame_fixture.h"

@@ -1,8 +1,8 @@
 // Settings in force from the first frame that is drawn, and read again with each build.
 #include "frame/frame_driver.h"
 #include "frame/limiter.h"
-#include "frame/statistics.h"
-#include "frame/update.h"
+#include "frame/update/statistics.h"
+#include "frame/update/update.h"
 #include "platform/headless/test_controls.h"
 #include "tests/gl/frame_fixture.h"
 

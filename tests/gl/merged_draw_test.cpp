@@ -1,10 +1,10 @@
 // The merged flavour against the OpenGL flavour: the same controls, the same changes, the same pixels.
+#include "batch/draw_text.h"
 #include "controls/line_graph.h"
 #include "controls/num_box.h"
 #include "controls/pie_chart.h"
 #include "controls/text_box.h"
 #include "draw/creation_table.h"
-#include "draw/draw_text.h"
 #include "font/font_unicode.h"
 #include "frame/frame_driver.h"
 #include "frame/state_guard.h"

@@ -1,8 +1,8 @@
 // Whole profiles through the library, drawn by the OpenGL flavour and by the merged one.
-#include "config/host_care.h"
+#include "config/settings/host_care.h"
 #include "frame/frame_driver.h"
 #include "frame/resources.h"
-#include "frame/statistics.h"
+#include "frame/update/statistics.h"
 #include "merged/draw_basic_merged.h"
 #include "platform/gl_api.h"
 #include "platform/glyph_rasterizer.h"

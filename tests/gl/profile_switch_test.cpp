@@ -1,10 +1,10 @@
 // Profiles that change while a program runs, and profiles that must not hurt it.
-#include "config/item_map.h"
+#include "base/log.h"
+#include "config/items/item_map.h"
+#include "config/make/character_sets.h"
 #include "draw/creation_table.h"
-#include "font/character_sets.h"
 #include "font/font_unicode.h"
 #include "frame/frame_driver.h"
-#include "frame/log.h"
 #include "frame/resources.h"
 #include "platform/gl_api.h"
 #include "platform/headless/test_controls.h"

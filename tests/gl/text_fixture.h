@@ -1,8 +1,8 @@
 #pragma once
 // A context, a manager, the text batcher and real fonts. One canvas unit is one pixel.
+#include "batch/draw_text_gl.h"
 #include "controls/num_box.h"
 #include "controls/text_box.h"
-#include "draw/draw_text_gl.h"
 #include "font/font_unicode.h"
 #include "tests/gl/draw_fixture.h"
 

@@ -3,7 +3,7 @@
 
 #include "draw/creation_table.h"
 #include "draw/texture_reduce.h"
-#include "frame/update.h"
+#include "frame/update/update.h"
 #include "platform/gl_api.h"
 #include "platform/headless/egl_context.h"
 #include "platform/headless/test_controls.h"

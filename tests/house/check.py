@@ -8,7 +8,7 @@ import subprocess
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
-CORE = ("frame", "shared", "draw", "merged", "font", "controls", "config", "capture")
+CORE = ("base", "shared", "draw", "font", "controls", "batch", "merged", "config", "capture", "frame", "entry")
 OS_USE = re.compile(r"^\s*#\s*include\s*<(windows|winsock|X11/|GL/glx|EGL/|sys/|unistd|pthread|dlfcn)|_WIN32|__linux__|__MINGW")
 SPEECH = re.compile(r"\bParts? [1-7]\.[0-9]+\b|\bspec\.md\b|\bthe spec(ification)?\b|\bSubsystem [1-7]\b")
 UNFINISHED = re.compile(r"\b(TO" r"DO|FIX" r"ME|HA" r"CK|not imple" r"mented)\b")

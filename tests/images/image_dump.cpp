@@ -2,7 +2,7 @@
 // picture, and the bytes of all its frames in a file beside it. Usage: image_dump FOLDER NAME..., names in
 // FOLDER.
 #include "draw/texture.h"
-#include "frame/log.h"
+#include "base/log.h"
 
 #include <cstdio>
 #include <string>

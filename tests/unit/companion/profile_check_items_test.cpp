@@ -1,5 +1,5 @@
 // What the check says of items: names, owners, data, graphs and gauges, and what the readers report.
-#include "config/item_map.h"
+#include "config/items/item_map.h"
 #include "tests/unit/companion/profile_check_fixture.h"
 
 using namespace companion;

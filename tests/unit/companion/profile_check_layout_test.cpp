@@ -1,7 +1,7 @@
 // What the check says of files, faces, and where things stand in the picture.
+#include "base/log.h"
 #include "controls/osd_manager.h"
 #include "draw/creation_table.h"
-#include "frame/log.h"
 #include "tests/unit/companion/profile_check_fixture.h"
 
 using namespace companion;

@@ -1,13 +1,13 @@
 // The user's manual against what the linter and the readers know.
+#include "base/log.h"
 #include "companion/profile_check/attribute_table.h"
-#include "config/item_graph.h"
-#include "config/item_image.h"
-#include "config/item_map.h"
-#include "config/item_number.h"
-#include "config/item_panel.h"
-#include "config/item_pie.h"
-#include "config/item_text.h"
-#include "frame/log.h"
+#include "config/items/item_graph.h"
+#include "config/items/item_image.h"
+#include "config/items/item_map.h"
+#include "config/items/item_number.h"
+#include "config/items/item_panel.h"
+#include "config/items/item_pie.h"
+#include "config/items/item_text.h"
 #include "tests/unit/companion/profile_check_fixture.h"
 
 #include <iterator>

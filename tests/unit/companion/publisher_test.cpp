@@ -2,9 +2,9 @@
 #include "companion/sensors/published.h"
 #include "companion/sensors/publisher.h"
 #include "companion/values.h"
+#include "entry/exports.h"
 #include "platform/headless/test_controls.h"
 #include "platform/shared_block.h"
-#include "shared/exports.h"
 #include "shared/monitor_data.h"
 #include "shared/process_records.h"
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "companion/foreign_overlays.h"
 #include "companion/table.h"
 #include "companion/utf.h"
-#include "shared/hooking.h"
+#include "entry/hooking.h"
 #include <gtest/gtest.h>
 
 using namespace companion;

@@ -2,9 +2,9 @@
 #include "companion/options.h"
 #include "companion/top.h"
 #include "companion/values.h"
+#include "entry/exports.h"
 #include "platform/headless/test_controls.h"
 #include "platform/shared_block.h"
-#include "shared/exports.h"
 #include "shared/process_records.h"
 #include <algorithm>
 #include <gtest/gtest.h>

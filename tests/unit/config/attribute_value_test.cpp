@@ -1,7 +1,7 @@
-#include "config/attribute_value.h"
+#include "config/fixed/attribute_value.h"
 
-#include "config/variables.h"
-#include "frame/align_row.h"
+#include "config/fixed/variables.h"
+#include "controls/align_row.h"
 
 #include <gtest/gtest.h>
 

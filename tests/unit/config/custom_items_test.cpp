@@ -1,8 +1,8 @@
 // From items to init records: names, ids, fonts, and what each type is made of.
-#include "config/item_number.h"
-#include "config/profile_panel_keys.h"
+#include "config/items/item_number.h"
+#include "config/make/character_sets.h"
+#include "config/profile/profile_panel_keys.h"
 #include "controls/panel.h"
-#include "font/character_sets.h"
 #include "tests/unit/config/custom_fixture.h"
 
 namespace {

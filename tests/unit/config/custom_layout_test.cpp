@@ -1,6 +1,6 @@
 // From init records to controls that hang together: creation, attachment, stacking.
-#include "config/item_map.h"
-#include "config/item_property.h"
+#include "config/items/item_map.h"
+#include "config/items/item_property.h"
 #include "controls/panel.h"
 #include "tests/unit/config/custom_fixture.h"
 

@@ -1,7 +1,7 @@
 // Expressions against a model that never sees a text: trees are made at random, worked out as trees, written
 // down, and read back.
-#include "config/expression.h"
-#include "config/variables.h"
+#include "config/fixed/expression.h"
+#include "config/fixed/variables.h"
 
 #include <gtest/gtest.h>
 

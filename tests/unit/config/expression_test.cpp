@@ -1,6 +1,6 @@
-#include "config/expression.h"
+#include "config/fixed/expression.h"
 
-#include "config/variables.h"
+#include "config/fixed/variables.h"
 
 #include <gtest/gtest.h>
 

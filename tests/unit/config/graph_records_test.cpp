@@ -1,11 +1,11 @@
-#include "config/graph_records.h"
+#include "config/make/graph_records.h"
 
+#include "base/log.h"
 #include "controls/control_ids.h"
 #include "controls/line_graph.h"
 #include "controls/link_controls.h"
 #include "controls/pie_chart.h"
 #include "draw/draw_keys.h"
-#include "frame/log.h"
 #include "tests/unit/controls/graph_fixture.h"
 
 namespace {

@@ -1,9 +1,9 @@
 #pragma once
 // Panels and text boxes of a manager, under names, and groups that place them.
-#include "config/group_order.h"
-#include "config/group_walker.h"
-#include "config/name_maps.h"
-#include "config/variables.h"
+#include "config/fixed/group_order.h"
+#include "config/fixed/group_walker.h"
+#include "config/fixed/name_maps.h"
+#include "config/fixed/variables.h"
 #include "controls/panel.h"
 #include "tests/unit/controls/text_fixture.h"
 

@@ -1,6 +1,6 @@
 #include "group_fixture.h"
 
-#include "config/row_links.h"
+#include "config/fixed/row_links.h"
 
 namespace {
 

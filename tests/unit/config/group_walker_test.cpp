@@ -1,6 +1,6 @@
 #include "group_fixture.h"
 
-#include "frame/log.h"
+#include "base/log.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "config/setting_binding.h"
+#include "config/settings/setting_binding.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 #pragma once
 // Items from a piece of a profile, and the words that reading them leaves in the log.
-#include "config/item_map.h"
-#include "config/item_number.h"
-#include "config/item_panel.h"
-#include "config/item_text.h"
-#include "frame/log.h"
+#include "base/log.h"
+#include "config/items/item_map.h"
+#include "config/items/item_number.h"
+#include "config/items/item_panel.h"
+#include "config/items/item_text.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "config/item_graph.h"
+#include "config/items/item_graph.h"
 
-#include "config/interner.h"
+#include "config/items/interner.h"
 #include "tests/unit/config/item_fixture.h"
 
 namespace {

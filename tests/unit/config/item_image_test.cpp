@@ -1,5 +1,5 @@
-#include "config/item_image.h"
-#include "config/item_reader.h"
+#include "config/items/item_image.h"
+#include "config/items/item_reader.h"
 #include "tests/unit/config/item_fixture.h"
 
 namespace {

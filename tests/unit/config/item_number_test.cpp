@@ -1,4 +1,4 @@
-#include "config/interner.h"
+#include "config/items/interner.h"
 #include "tests/unit/config/item_fixture.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "config/item_pie.h"
+#include "config/items/item_pie.h"
 #include "tests/unit/config/item_fixture.h"
 
 namespace {

@@ -1,5 +1,5 @@
-#include "config/interner.h"
-#include "config/item_report.h"
+#include "config/items/interner.h"
+#include "config/items/item_report.h"
 #include "tests/unit/config/item_fixture.h"
 
 namespace {

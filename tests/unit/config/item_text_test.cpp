@@ -1,4 +1,4 @@
-#include "config/item_reader.h"
+#include "config/items/item_reader.h"
 #include "frame/frame_driver.h"
 #include "platform/process.h"
 #include "shared/process_records.h"

@@ -1,7 +1,7 @@
-#include "config/name_maps.h"
+#include "config/fixed/name_maps.h"
 
-#include "config/enable_map.h"
-#include "frame/log.h"
+#include "base/log.h"
+#include "config/fixed/enable_map.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
-#include "config/number_records.h"
+#include "config/make/number_records.h"
 
+#include "base/log.h"
 #include "controls/link_controls.h"
-#include "frame/log.h"
 #include "tests/unit/controls/text_fixture.h"
 
 namespace {

@@ -1,9 +1,9 @@
-#include "config/panel_records.h"
+#include "config/make/panel_records.h"
 
+#include "base/log.h"
 #include "config/load.h"
 #include "draw/draw_keys.h"
 #include "frame/frame_driver.h"
-#include "frame/log.h"
 #include "tests/unit/controls/manager_fixture.h"
 #include "tests/unit/controls/recording_flavour.h"
 

@@ -1,5 +1,5 @@
 // Which cards stand where, and which of their rows, of CPUs and of sensors are shown.
-#include "config/settings_sensors.h"
+#include "config/settings/settings_sensors.h"
 #include "profile_fixture.h"
 
 #include <numeric>

@@ -1,10 +1,10 @@
 #pragma once
 // Profiles in a data folder of the test's own.
-#include "config/profile_cards.h"
-#include "config/profile_document.h"
-#include "config/profile_panel_keys.h"
-#include "config/profile_switches.h"
-#include "frame/log.h"
+#include "base/log.h"
+#include "config/profile/profile_cards.h"
+#include "config/profile/profile_document.h"
+#include "config/profile/profile_panel_keys.h"
+#include "config/profile/profile_switches.h"
 #include "settings_fixture.h"
 #include "shared/process_records.h"
 

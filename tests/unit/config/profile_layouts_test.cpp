@@ -1,9 +1,9 @@
 // The profiles that are shipped and those of the tests, built from their files: where things stand at every
 // shape of the picture, and what they are bound to.
-#include "config/profile_panel_keys.h"
-#include "config/settings.h"
-#include "frame/canvas.h"
-#include "frame/update_records.h"
+#include "config/profile/profile_panel_keys.h"
+#include "config/settings/settings.h"
+#include "draw/canvas.h"
+#include "frame/update/update_records.h"
 #include "platform/headless/test_controls.h"
 #include "platform/shared_block.h"
 #include "shared/segment.h"

@@ -1,8 +1,8 @@
 // Data names that a profile shows, as the companion asks for them.
-#include "config/profile_names.h"
-#include "config/settings_sensors.h"
+#include "config/profile/profile_names.h"
+#include "config/settings/settings_sensors.h"
+#include "entry/exports.h"
 #include "profile_fixture.h"
-#include "shared/exports.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // Looks of a profile's parts, key by key.
-#include "draw/draw_text.h"
+#include "batch/draw_text.h"
 #include "profile_fixture.h"
 
 namespace {

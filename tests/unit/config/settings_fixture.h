@@ -1,10 +1,10 @@
 #pragma once
 // An empty settings store and a data folder of the test's own.
-#include "config/settings.h"
+#include "config/settings/settings.h"
 #include "frame/frame_driver.h"
 #include "frame/limiter.h"
-#include "frame/statistics.h"
-#include "frame/update.h"
+#include "frame/update/statistics.h"
+#include "frame/update/update.h"
 #include "platform/headless/test_controls.h"
 #include "tests/support/test_data_folder.h"
 

@@ -1,6 +1,6 @@
 // Sensor definitions of the settings store.
-#include "config/sensor_table.h"
-#include "config/settings_sensors.h"
+#include "config/settings/sensor_table.h"
+#include "config/settings/settings_sensors.h"
 #include "settings_fixture.h"
 
 namespace {

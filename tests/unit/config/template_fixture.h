@@ -1,10 +1,10 @@
 #pragma once
 // Templates from a piece of a reference file.
-#include "config/attribute_value.h"
-#include "config/name_maps.h"
-#include "config/template_fonts.h"
-#include "config/template_records.h"
-#include "config/variables.h"
+#include "config/fixed/attribute_value.h"
+#include "config/fixed/name_maps.h"
+#include "config/fixed/template_fonts.h"
+#include "config/fixed/template_records.h"
+#include "config/fixed/variables.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "config/settings.h"
+#include "config/settings/settings.h"
 #include "draw/creation_table.h"
 #include "platform/headless/test_controls.h"
 #include "template_fixture.h"

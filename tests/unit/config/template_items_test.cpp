@@ -1,7 +1,7 @@
 #include "settings_fixture.h"
 #include "template_fixture.h"
 
-#include "frame/log.h"
+#include "base/log.h"
 
 namespace {
 

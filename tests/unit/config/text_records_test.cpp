@@ -1,8 +1,8 @@
-#include "config/text_records.h"
+#include "config/make/text_records.h"
 
+#include "base/log.h"
 #include "controls/link_controls.h"
 #include "controls/text_file.h"
-#include "frame/log.h"
 #include "shared/process_records.h"
 #include "tests/support/test_data_folder.h"
 #include "tests/unit/controls/text_fixture.h"

@@ -1,6 +1,6 @@
-#include "config/variables.h"
+#include "config/fixed/variables.h"
 
-#include "config/setting_binding.h"
+#include "config/settings/setting_binding.h"
 #include "font/font_unicode.h"
 
 #include <gtest/gtest.h>

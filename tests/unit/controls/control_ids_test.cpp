@@ -1,7 +1,7 @@
 #include "controls/control_ids.h"
 
+#include "base/log.h"
 #include "controls/panel.h"
-#include "frame/log.h"
 #include "tests/unit/controls/manager_fixture.h"
 
 #include <memory>

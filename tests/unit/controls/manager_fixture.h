@@ -3,7 +3,7 @@
 #include "controls/control_ids.h"
 #include "controls/later_controls.h"
 #include "controls/osd_manager.h"
-#include "frame/canvas.h"
+#include "draw/canvas.h"
 #include "shared/overlay_state.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "draw/image_file.h"
 
-#include "frame/log.h"
+#include "base/log.h"
 #include "platform/utf.h"
 #include "tests/support/gif_maker.h"
 #include "tests/support/odd_files.h"

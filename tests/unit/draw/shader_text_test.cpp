@@ -1,5 +1,5 @@
+#include "base/log.h"
 #include "draw/gl_shader.h"
-#include "frame/log.h"
 #include "tests/support/odd_files.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "frame/log.h"
+#include "base/log.h"
 #include "test_font.h"
 
 #include <gtest/gtest.h>

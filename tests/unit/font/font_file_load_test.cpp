@@ -1,6 +1,6 @@
 // Fonts out of cache files, sound and damaged ones.
+#include "base/log.h"
 #include "font_file_test.h"
-#include "frame/log.h"
 
 #include <gtest/gtest.h>
 

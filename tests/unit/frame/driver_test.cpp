@@ -1,12 +1,12 @@
 // The driver's states as far as they need no GL context; the drawn frame is tested with a real one.
 #include "frame/frame_driver.h"
 
+#include "entry/hooking.h"
 #include "frame/limiter.h"
-#include "frame/statistics.h"
+#include "frame/update/statistics.h"
 #include "platform/headless/test_controls.h"
 #include "platform/last_error.h"
 #include "platform/shared_block.h"
-#include "shared/hooking.h"
 #include "shared/process_records.h"
 
 #include <gtest/gtest.h>

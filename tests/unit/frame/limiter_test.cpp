@@ -1,7 +1,7 @@
 #include "frame/limiter.h"
 
-#include "config/host_care.h"
-#include "frame/log.h"
+#include "base/log.h"
+#include "config/settings/host_care.h"
 #include "platform/clock.h"
 #include "platform/headless/test_controls.h"
 

@@ -1,8 +1,8 @@
 #pragma once
 // Frames on the virtual clock, and the figures back at their start.
 #include "frame/resources.h"
-#include "frame/statistics.h"
-#include "frame/update.h"
+#include "frame/update/statistics.h"
+#include "frame/update/update.h"
 #include "platform/headless/test_controls.h"
 #include "shared/overlay_state.h"
 

@@ -1,7 +1,7 @@
-#include "frame/statistics.h"
+#include "frame/update/statistics.h"
 
 #include "frame/resources.h"
-#include "frame/update.h"
+#include "frame/update/update.h"
 #include "platform/headless/test_controls.h"
 
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 // The status panels: moved by command, pulsing, hidden when the display is over, off the picture of a shot.
-#include "frame/status_items.h"
+#include "frame/update/status_items.h"
 
 #include "config/load.h"
-#include "config/panel_records.h"
+#include "config/make/panel_records.h"
 #include "controls/panel.h"
 #include "frame/frame_driver.h"
 #include "platform/headless/test_controls.h"

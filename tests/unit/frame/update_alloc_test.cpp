@@ -1,6 +1,6 @@
 // Once a layout stands, an update allocates nothing: every allocation of this program is counted.
 #include "frame/resources.h"
-#include "frame/status_items.h"
+#include "frame/update/status_items.h"
 #include "shared/overlay_state.h"
 #include "tests/support/allocation_count.h"
 #include "tests/unit/frame/update_fixture.h"

@@ -1,8 +1,8 @@
 // Line graphs and pie charts in the lists of the custom style.
-#include "frame/update_graphs.h"
+#include "frame/update/update_graphs.h"
 
-#include "config/item_graph.h"
-#include "config/item_pie.h"
+#include "config/items/item_graph.h"
+#include "config/items/item_pie.h"
 #include "controls/line_graph.h"
 #include "controls/pie_chart.h"
 #include "tests/unit/frame/update_fixture.h"

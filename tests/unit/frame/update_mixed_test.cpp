@@ -1,7 +1,7 @@
 // Time of day and resolution of the custom style: their records, their words, their alignment.
 #include "tests/unit/frame/update_fixture.h"
 
-#include "frame/mixed_items.h"
+#include "frame/update/mixed_items.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // The order, flags and timers of an update.
 #include "draw/creation_table.h"
-#include "frame/status_items.h"
-#include "frame/update_steps.h"
+#include "frame/update/status_items.h"
+#include "frame/update/update_steps.h"
 #include "platform/clock.h"
 #include "platform/shared_block.h"
 #include "shared/overlay_state.h"

@@ -1,4 +1,5 @@
 #include "child.h"
+#include "entry/hooking.h"
 #include "platform/clock.h"
 #include "platform/folders.h"
 #include "platform/linux/host_gl.h"
@@ -9,7 +10,6 @@
 #include "platform/process.h"
 #include "platform/surface.h"
 #include "platform/threads.h"
-#include "shared/hooking.h"
 #include <atomic>
 #include <cstdlib>
 #include <cstring>

@@ -1,7 +1,7 @@
+#include "entry/hooking.h"
 #include "frame/frame_driver.h"
 #include "platform/process.h"
 #include "shared/dead_records.h"
-#include "shared/hooking.h"
 #include "shared_fixture.h"
 
 class DeadRecords : public SharedTest {

@@ -1,6 +1,6 @@
 // Whatever bytes stand in the segment: no operation leaves its block, loops or crashes.
-#include "shared/command_handler.h"
-#include "shared/exports.h"
+#include "entry/exports.h"
+#include "frame/command_handler.h"
 #include "shared/overlay_state.h"
 #include "shared_fixture.h"
 #include <cstring>

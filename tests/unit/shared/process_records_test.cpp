@@ -1,4 +1,4 @@
-#include "shared/exports.h"
+#include "entry/exports.h"
 #include "shared_fixture.h"
 #include <cstring>
 #include <memory>

@@ -1,11 +1,11 @@
 #include "shared_fixture.h"
+#include "base/log.h"
+#include "entry/attach.h"
+#include "entry/hooking.h"
+#include "frame/command_handler.h"
 #include "frame/frame_driver.h"
-#include "frame/log.h"
-#include "frame/status_items.h"
-#include "frame/update.h"
-#include "shared/attach.h"
-#include "shared/command_handler.h"
-#include "shared/hooking.h"
+#include "frame/update/status_items.h"
+#include "frame/update/update.h"
 #include "shared/overlay_state.h"
 #include <algorithm>
 #include <cstring>

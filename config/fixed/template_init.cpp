@@ -1,0 +1,111 @@
+#include "config/fixed/template_init.h"
+
+#include "config/fixed/attribute_value.h"
+#include "controls/control_ids.h"
+#include "draw/canvas.h"
+
+namespace {
+
+/// An item's template, or that of the item that stands in for it.
+template <class Pool> auto FindTemplate(const Pool& pool, const stItemInstance& st) {
+    const auto* pTemplate = pool.m_fnFind(st.uBID);
+    return pTemplate ? pTemplate : pool.m_fnFind(st.uTemplateBID);
+}
+
+template <class T> void SetPlace(const stItemInstance& st, const stItemPlace& stPlace, T& stOut) {
+    stOut.u64LB_ID = g_fnMakeLB_ID(st.uInstance, st.uBID);
+    stOut.iAnchorCode = stPlace.iAnchor;
+    stOut.iX = stPlace.iAnchorX;
+    stOut.iY = stPlace.iAnchorY;
+}
+
+template <class T> void SetFont(const stTextStyle& stStyle, bool bShadow, T& stOut) {
+    stOut.uFont = stStyle.uFontID;
+    stOut.fTextSize = stStyle.fTextSize;
+    stOut.bShadow = bShadow;
+}
+
+template <class T> void SetColors(const stItemColors& st, T& stOut) {
+    stOut.u8TextR = st.au8Text[0];
+    stOut.u8TextG = st.au8Text[1];
+    stOut.u8TextB = st.au8Text[2];
+    stOut.u8TextA = st.au8Text[3];
+    stOut.u8ShadowR = st.au8Shadow[0];
+    stOut.u8ShadowG = st.au8Shadow[1];
+    stOut.u8ShadowB = st.au8Shadow[2];
+    stOut.u8ShadowA = st.au8Shadow[3];
+}
+
+} // namespace
+
+bool g_fnMakeTextInit(const stItemInstance& st, const stItemColors& stColors, bool bShadow,
+                      stTextInit& stOut) {
+    const stTextTemplate* pTemplate = FindTemplate(g_poolTextBox, st);
+    const stTextStyle* pStyle = pTemplate ? g_poolTextBoxStyle.m_fnFind(pTemplate->uStyleID) : nullptr;
+    if (!pStyle) return false;
+    stOut = {};
+    SetPlace(st, *pTemplate, stOut);
+    SetFont(*pStyle, bShadow, stOut);
+    SetColors(stColors, stOut);
+    stOut.fSpacingX = pStyle->fTextSpacingX;
+    stOut.fSpacingY = pStyle->fTextSpacingY;
+    stOut.bAutoSize = stOut.bFitToText = true;
+    stOut.wzText = pTemplate->wzText.c_str();
+    return true;
+}
+
+bool g_fnMakeNumInit(const stItemInstance& st, const stItemColors& stColors, bool bShadow, stNumInit& stOut) {
+    const stNumTemplate* pTemplate = FindTemplate(g_poolNumBox, st);
+    const stTextStyle* pStyle = pTemplate ? g_poolNumBoxStyle.m_fnFind(pTemplate->uStyleID) : nullptr;
+    if (!pStyle) return false;
+    stOut = {};
+    SetPlace(st, *pTemplate, stOut);
+    SetFont(*pStyle, bShadow, stOut);
+    SetColors(stColors, stOut);
+    stOut.fSpacing = pTemplate->fDigitSpacing;
+    stOut.iWidth = pTemplate->iWidth;
+    stOut.iHeight = pTemplate->iHeight;
+    stOut.uPadDigits = pTemplate->uDigitPadding;
+    stOut.uHidePad = pTemplate->uHideDigitPad;
+    stOut.uDataKind = g_uDataKindNone;
+    stOut.uDataArg = st.uDataIndex;
+    return true;
+}
+
+bool g_fnMakeFlipInit(const stItemInstance& st, const stItemColors& stColors, bool bShadow,
+                      stFlipInit& stOut) {
+    const stFlipTemplate* pTemplate = FindTemplate(g_poolFlipBox, st);
+    const stTextStyle* pStyle = pTemplate ? g_poolFlipBoxStyle.m_fnFind(pTemplate->uStyleID) : nullptr;
+    if (!pStyle) return false;
+    stOut = {};
+    SetPlace(st, *pTemplate, stOut);
+    SetFont(*pStyle, bShadow, stOut);
+    SetColors(stColors, stOut);
+    stOut.fSpacingX = pStyle->fTextSpacingX;
+    stOut.fSpacingY = pStyle->fTextSpacingY;
+    stOut.uDataArg = st.uDataIndex;
+    for (u32 u = 0; u < g_uFlipTexts; ++u) stOut.awzText[u] = pTemplate->awzText[u].c_str();
+    return true;
+}
+
+bool g_fnMakePanelInit(const stItemInstance& st, const stPanelLook& stLook, stPanelInit& stOut) {
+    const stPanelTemplate* pTemplate = FindTemplate(g_poolPanel, st);
+    const stPanelStyle* pStyle = pTemplate ? g_poolPanelStyle.m_fnFind(pTemplate->uStyleID) : nullptr;
+    if (!pStyle) return false;
+    stOut = {};
+    SetPlace(st, *pTemplate, stOut);
+    stOut.iWidth = pStyle->iWidth ? pStyle->iWidth : pTemplate->iWidth;
+    stOut.iHeight = pStyle->iHeight ? pStyle->iHeight : pTemplate->iHeight;
+    stOut.u8R = stLook.u8R;
+    stOut.u8G = stLook.u8G;
+    stOut.u8B = stLook.u8B;
+    stOut.u8A = stLook.u8A;
+    stOut.uPanelType = stLook.uPanelType;
+    stOut.uScatter = stLook.uScatter;
+    stOut.bHidden = pTemplate->bHidden;
+    return true;
+}
+
+f32 g_fnSettingsTextSize(i32 iFontScale) {
+    return g_fnNarrow(static_cast<f64>(g_uCanvasH) * iFontScale / 100.0);
+}

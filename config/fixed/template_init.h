@@ -1,0 +1,52 @@
+#pragma once
+// From template and style to the record that a control is made of, for one instance of an item.
+#include "config/fixed/template_records.h"
+#include "config/make/number_records.h"
+#include "config/make/panel_records.h"
+#include "config/make/text_records.h"
+
+/// Colours of a text, number or flip box: red, green, blue, alpha.
+struct stItemColors {
+    u8 au8Text[4] = {255, 255, 255, 255};
+    u8 au8Shadow[4] = {0, 0, 0, 255};
+};
+/// Look of the panels of a block.
+struct stPanelLook {
+    u8 u8R = 0, u8G = 0, u8B = 0, u8A = 0;
+    u32 uPanelType = 0;
+    u32 uScatter = 30;
+};
+/// Which copy of which item a record is for.
+struct stItemInstance {
+    u32 uInstance;
+    u32 uBID;
+    u32 uDataIndex = 0;               ///< card, CPU or group that the instance shows
+    u32 uTemplateBID = g_uNoTemplate; ///< whose template serves where the item has none
+};
+
+/// One flip box to make. Lengths in canvas units.
+struct stFlipInit {
+    u64 u64LB_ID;
+    u32 uFont; ///< place in g_ppFont
+    f32 fTextSize;
+    f32 fSpacingX, fSpacingY;
+    i32 iAnchorCode;
+    i32 iX, iY;
+    u8 u8TextR, u8TextG, u8TextB, u8TextA;
+    u8 u8ShadowR, u8ShadowG, u8ShadowB, u8ShadowA;
+    bool bShadow;
+    u32 uDataArg;
+    const char16_t* awzText[g_uFlipTexts]; ///< must live during creation only
+};
+
+/// Each writes the record of an item's instance. False, with the record untouched, if the item has no
+/// template, or the template's style was not read. Texts point into the pool.
+bool g_fnMakeTextInit(const stItemInstance& st, const stItemColors& stColors, bool bShadow,
+                      stTextInit& stOut);
+bool g_fnMakeNumInit(const stItemInstance& st, const stItemColors& stColors, bool bShadow, stNumInit& stOut);
+bool g_fnMakeFlipInit(const stItemInstance& st, const stItemColors& stColors, bool bShadow,
+                      stFlipInit& stOut);
+bool g_fnMakePanelInit(const stItemInstance& st, const stPanelLook& stLook, stPanelInit& stOut);
+
+/// Text size of memo, watermark and system information: percent of the canvas height.
+f32 g_fnSettingsTextSize(i32 iFontScale);

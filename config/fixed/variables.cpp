@@ -1,0 +1,146 @@
+#include "config/fixed/variables.h"
+
+#include "config/items/item_reader.h"
+#include "config/settings/setting_binding.h"
+#include "font/font_unicode.h"
+
+#include <cmath>
+#include <cstring>
+
+u32 g_uCPUNum = 0, g_uGPUNum = 0;
+i32 g_iAlign2X = 0, g_iAlign2Y = 0;
+std::map<std::string, stVariable, std::less<>> g_mapVariable;
+ProfileVariables g_mapProfileVariable;
+PresetVariables g_mapPresetVariable;
+
+namespace {
+
+template <class T> T Load(const void* pValue) {
+    T value;
+    std::memcpy(&value, pValue, sizeof value);
+    return value;
+}
+
+/// The part before the point; what no i32 holds becomes the nearest, and no number 0.
+i32 Truncate(f32 fValue) {
+    if (std::isnan(fValue)) return 0;
+    if (fValue >= 2147483648.0f) return 0x7FFFFFFF;
+    return fValue <= -2147483648.0f ? -0x7FFFFFFF - 1 : static_cast<i32>(fValue);
+}
+
+/// Name and value of a "Variable", both as wide as the target type says.
+template <class T>
+void ReadVariable(const tinyxml2::XMLElement& element, eSettingTarget uType, T (&szName)[g_uSettingText],
+                  T (&szValue)[g_uSettingText]) {
+    SettingTable table;
+    const stSettingRow aRows[] = {
+        {"Name", "", SETTING_TEXT, uType, szName, g_uSettingText},
+        {"Value", "", SETTING_TEXT, uType, szValue, g_uSettingText},
+    };
+    g_fnAddSettings(table, aRows);
+    g_fnApplyXmlSettings(&element, table);
+    g_fnFreeSettings(table);
+}
+
+/// All children "Variable"; one without a name can't be asked for.
+template <class T, class Map>
+void ReadVariables(const tinyxml2::XMLElement* pParent, eSettingTarget uType, Map& map) {
+    map.clear();
+    for (auto* p = g_fnFirstElement(pParent, "Variable"); p; p = g_fnNextElement(p, "Variable")) {
+        T szName[g_uSettingText] = {}, szValue[g_uSettingText] = {};
+        ReadVariable(*p, uType, szName, szValue);
+        if (szName[0]) map.insert_or_assign(szName, szValue);
+    }
+}
+
+i32 ProfileNumber(std::string_view szName) {
+    const auto it = g_mapProfileVariable.find(szName);
+    if (it == g_mapProfileVariable.end()) return 0;
+    return static_cast<i32>(static_cast<u32>(g_fnParseDecimal(it->second.c_str())));
+}
+
+void AddColumnWidthSum() {
+    const i64 iSum = static_cast<i64>(ProfileNumber("ColumnWidth#1")) + ProfileNumber("ColumnWidth#2");
+    g_mapProfileVariable[g_szColumnWidthSum] = std::to_string(iSum);
+}
+
+i32 Percent(const std::string& szValue) {
+    return static_cast<i32>(static_cast<u32>(g_fnParseDecimal(szValue.c_str())));
+}
+
+i32 Percent(const std::u16string& wzValue) {
+    std::string szAscii;
+    for (const char16_t c : wzValue) {
+        if (c >= 0x80) break; // ends a number
+        szAscii += static_cast<char>(c);
+    }
+    return Percent(szAscii);
+}
+
+} // namespace
+
+void g_fnRegisterVariable(std::string_view szName, const void* pValue, u8 uTargetType) {
+    g_mapVariable.insert_or_assign(std::string(szName), stVariable{pValue, uTargetType});
+}
+
+void g_fnRegisterVariables() {
+    g_mapVariable.clear();
+    g_fnClearFileVariables();
+    g_fnRegisterVariable("CPUNum", &g_uCPUNum, TARGET_U32);
+    g_fnRegisterVariable("GPUNum", &g_uGPUNum, TARGET_U32);
+    g_fnRegisterVariable("Align#2.x", &g_iAlign2X, TARGET_I32);
+    g_fnRegisterVariable("Align#2.y", &g_iAlign2Y, TARGET_I32);
+}
+
+i32 g_fnReadVariable(std::string_view szName) {
+    const auto it = g_mapVariable.find(szName);
+    if (it == g_mapVariable.end() || !it->second.pValue) return 0;
+    const void* p = it->second.pValue;
+    switch (it->second.uTargetType) {
+    case TARGET_I8:
+        return Load<i8>(p);
+    case TARGET_U8:
+        return Load<u8>(p);
+    case TARGET_I16:
+        return Load<i16>(p);
+    case TARGET_U16:
+        return Load<u16>(p);
+    case TARGET_I32:
+    case TARGET_U32:
+        return Load<i32>(p);
+    case TARGET_F32:
+        return Truncate(Load<f32>(p));
+    case TARGET_U64:
+        return static_cast<i32>(static_cast<u32>(Load<u64>(p)));
+    default:
+        return 0;
+    }
+}
+
+void g_fnReadProfileVariables(const tinyxml2::XMLElement* pInfo) {
+    ReadVariables<char>(g_fnFirstElement(pInfo, "CustomSettings"), TARGET_TEXT, g_mapProfileVariable);
+    AddColumnWidthSum();
+    g_fnHandOverFontScales();
+}
+
+void g_fnReadPresetVariables(const tinyxml2::XMLElement* pPreset) {
+    ReadVariables<char16_t>(pPreset, TARGET_WIDE, g_mapPresetVariable);
+    g_fnHandOverFontScales();
+}
+
+void g_fnHandOverFontScales() {
+    g_mapFontScalePercent.clear();
+    for (const auto& [wzName, wzValue] : g_mapPresetVariable)
+        g_mapFontScalePercent[wzName] = Percent(wzValue);
+    for (const auto& [szName, szValue] : g_mapProfileVariable) {
+        char16_t wzName[g_uSettingText];
+        g_fnDecodeUtf8(szName.c_str(), wzName, g_uSettingText);
+        g_mapFontScalePercent[wzName] = Percent(szValue);
+    }
+}
+
+void g_fnClearFileVariables() {
+    g_mapProfileVariable.clear();
+    g_mapPresetVariable.clear();
+    g_mapFontScalePercent.clear();
+}

@@ -1,0 +1,70 @@
+#pragma once
+// What the readers of item elements share.
+#include "config/items/interner.h"
+#include "config/items/item_map.h"
+#include "config/items/item_property.h"
+#include "config/make/panel_records.h"
+#include "config/settings/setting_binding.h"
+
+/// First child of that name, or the next sibling; null if there is none or the argument is null.
+const tinyxml2::XMLElement* g_fnFirstElement(const tinyxml2::XMLElement* pParent, const char* szElement);
+const tinyxml2::XMLElement* g_fnNextElement(const tinyxml2::XMLElement* pElement, const char* szElement);
+
+/// Items beyond so many, and elements of one kind beyond so many, are left out: no layout has room for them,
+/// and the program that the overlay stands in must not wait for them.
+constexpr std::size_t g_uItemsMax = 4096, g_uElementsMax = 65536;
+/// False, with the reason reported, if the element with that place among its kind is one too many.
+bool g_fnIsRoomForItem(std::size_t uElement, const char* szElement);
+
+/// Reads each child of that element name into a fresh record: fnRead(element, record) applies the class's own
+/// keys and validates, false for a record that must not be kept. After the first such record the walk reads
+/// and reports on, but registers nothing more; the names of those items stay free.
+template <class T, class Read>
+void g_fnReadItems(const tinyxml2::XMLElement* pParent, const char* szElement, Read fnRead) {
+    bool bFailed = false;
+    std::size_t uElement = 0;
+    const tinyxml2::XMLElement* pElement = g_fnFirstElement(pParent, szElement);
+    for (; pElement; pElement = g_fnNextElement(pElement, szElement)) {
+        if (!g_fnIsRoomForItem(uElement++, szElement)) return;
+        T item;
+        if (!g_fnParseItemBase(pElement, &item)) continue;
+        if (!fnRead(*pElement, item)) bFailed = true;
+        // KEEP: one bad item takes all later ones of its kind along.
+        if (bFailed) continue;
+        if (const char* szData = g_fnItemDataName(item)) g_fnInternName(szData);
+        g_fnRegisterItemProperty(&item);
+    }
+}
+
+/// The colour keys that texts and numbers share.
+template <class T> void g_fnAddColorSettings(SettingTable& table, T& item) {
+    const stSettingRow aRows[] = {
+        {"TextColorR", "255", SETTING_DECIMAL, TARGET_U8, &item.m_u8TextR},
+        {"TextColorG", "255", SETTING_DECIMAL, TARGET_U8, &item.m_u8TextG},
+        {"TextColorB", "255", SETTING_DECIMAL, TARGET_U8, &item.m_u8TextB},
+        {"TextColorA", "255", SETTING_DECIMAL, TARGET_U8, &item.m_u8TextA},
+        {"ShadowColorR", "0", SETTING_DECIMAL, TARGET_U8, &item.m_u8ShadowR},
+        {"ShadowColorG", "0", SETTING_DECIMAL, TARGET_U8, &item.m_u8ShadowG},
+        {"ShadowColorB", "0", SETTING_DECIMAL, TARGET_U8, &item.m_u8ShadowB},
+        {"ShadowColorA", "255", SETTING_DECIMAL, TARGET_U8, &item.m_u8ShadowA},
+    };
+    g_fnAddSettings(table, aRows);
+}
+
+/// KEEP: alphas go through whole percent and back, so 128 becomes 127 and 1 becomes 0.
+template <class T> void g_fnAlphasToPercent(T& item) {
+    item.m_u8TextOpacity = static_cast<u8>(g_fnAlphaToPercent(item.m_u8TextA));
+    item.m_u8ShadowOpacity = static_cast<u8>(g_fnAlphaToPercent(item.m_u8ShadowA));
+}
+
+template <class T> void g_fnAlphasFromPercent(T& item) {
+    item.m_u8TextA = g_fnPercentToAlpha(item.m_u8TextOpacity);
+    item.m_u8ShadowA = g_fnPercentToAlpha(item.m_u8ShadowOpacity);
+}
+
+/// Reports a shadow percentage above 100; the item is kept.
+void g_fnCheckShadowOpacity(const CItemProperty_Base& item, u32 uPercent);
+
+/// Log lines of a colour and of a wide text.
+void g_fnPrintColor(const char* szTitle, u8 uR, u8 uG, u8 uB, u8 uA);
+void g_fnPrintWide(const char* szTitle, const char16_t* wzText);

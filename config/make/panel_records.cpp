@@ -1,0 +1,77 @@
+#include "config/make/panel_records.h"
+
+#include "base/log.h"
+#include "controls/control_ids.h"
+#include "controls/panel.h"
+#include "draw/creation_table.h"
+#include "draw/draw_keys.h"
+#include "frame/frame_driver.h"
+#include "shared/overlay_state.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr u32 g_uStyleCustom = 2;
+/// Fixed for all panels made from records, canvas units.
+constexpr f32 g_fRecordOutset = 1, g_fRecordThickness = 1, g_fRecordCorner = 10;
+
+void Configure(CPanel_Base& panel, const stPanelInit& st) {
+    panel.m_fnSetShape(st.uShape);
+    panel.m_fnSetColorB(st.u8R, st.u8G, st.u8B, st.u8A);
+    panel.m_fnSetGeometry5(static_cast<f32>(st.iWidth), static_cast<f32>(st.iHeight), g_fRecordOutset,
+                           g_fRecordThickness, g_fRecordCorner);
+    panel.m_fnSetAnchor(st.iAnchorCode, static_cast<f32>(st.iX), static_cast<f32>(st.iY));
+    panel.m_fnSetRenderable(!st.bHidden);
+}
+
+void AttachFlat(CPanel_Base& panel) {
+    // KEEP: at the front, also with alpha 0.
+    panel.m_fnSetDrawKey(g_keyColorList);
+    g_pOSDManager->m_fnAttachFront(&panel, g_uLayerColor);
+}
+
+/// The diameter is counted as configured, but only a custom layout draws with it; the other styles share one
+/// key.
+void AttachFrosted(CPanel_Base& panel, u32 uScatter) {
+    const u32 uDiameter = std::min(uScatter, g_uScatterMax);
+    panel.m_fnSetDrawKey(g_uLayoutStyle == g_uStyleCustom ? g_keyBlurByDiameter[uDiameter] : g_keyBlurList);
+    ++g_mapBlurDiameters[uDiameter];
+    g_bCaptureBackdrop = true;
+    g_pOSDManager->m_fnAttachFront(&panel, g_uLayerBlur);
+}
+
+void Attach(CPanel_Base& panel, const stPanelInit& st) {
+    if (st.bHidden) return;
+    if (st.uPanelType == PANEL_TYPE_GELLOPHANE)
+        AttachFlat(panel);
+    else if (st.uPanelType == PANEL_TYPE_FROSTED)
+        AttachFrosted(panel, st.uScatter);
+    // KEEP: any other type is laid out and never drawn.
+}
+
+} // namespace
+
+bool g_fnMakePanel(const stPanelInit& stRecord, std::unique_ptr<CPanel_Base>& pPanel) {
+    pPanel.reset(g_stCreationTable.m_fnCreatePanel());
+    if (!pPanel) return true;
+    Configure(*pPanel, stRecord);
+    if (pPanel->m_fnInitialize()) return true;
+    pPanel.reset();
+    return false;
+}
+
+bool g_fnCreatePanels(std::span<const stPanelInit> records) {
+    for (const stPanelInit& st : records) {
+        std::unique_ptr<CPanel_Base> pPanel;
+        if (!g_fnMakePanel(st, pPanel)) return false;
+        if (!pPanel) continue;
+        if (!g_fnRegisterXCtrl(IdPanel, st.u64LB_ID, pPanel.get())) {
+            // It has no owner, so it goes.
+            g_fnLog("g_fnRegisterPanelCtrl() error - u64PanelLB_ID: %ld\n", static_cast<long>(st.u64LB_ID));
+            continue;
+        }
+        Attach(*pPanel.release(), st);
+    }
+    return true;
+}

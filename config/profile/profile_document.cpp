@@ -1,0 +1,181 @@
+#include "config/profile/profile_document.h"
+
+#include "base/log.h"
+#include "config/settings/setting_binding.h"
+#include "config/settings/settings.h"
+#include "config/watched_files.h"
+#include "platform/folders.h"
+#include "platform/input_file.h"
+#include "platform/log.h"
+#include "platform/surface.h"
+#include "shared/process_records.h"
+
+#include <algorithm>
+#include <memory>
+#include <string>
+
+#include <tinyxml2.h>
+
+using tinyxml2::XMLDocument;
+using tinyxml2::XMLElement;
+
+const XMLElement* g_pProfileRoot = nullptr;
+const XMLElement* g_pLayoutElement = nullptr;
+const XMLElement* g_pSettingsElement = nullptr;
+const XMLElement* g_pGroupElement = nullptr;
+const XMLElement* g_pTemplateElement = nullptr;
+const XMLElement* g_pExtensionElement = nullptr;
+const XMLElement* g_pPresetElement = nullptr;
+stLayoutRoutine g_apLayoutRoutine[3] = {};
+stLayoutRoutine g_pLayoutRoutine = nullptr;
+i32 g_iProfileError = PROFILE_OK;
+
+namespace {
+
+constexpr u32 c_uStyles = 3, c_uStyleCustom = 2;
+constexpr const char* c_aszLayouts[c_uStyles] = {"ClassicLayout", "ORVINLayout", "CustomLayout"};
+
+std::unique_ptr<XMLDocument> g_pProfileDocument, g_pReferenceDocument;
+
+void SetCode(i32* piCode, i32 iCode) {
+    if (piCode) *piCode = iCode;
+}
+
+bool Parse(std::string_view text, XMLDocument& document, i32* piCode) {
+    document.Clear();
+    SetCode(piCode, PROFILE_NOT_PARSED);
+    if (const char* szProblem = g_fnDocumentProblem(text)) {
+        g_fnLog("profile document refused: %s", szProblem);
+        return false;
+    }
+    if (document.Parse(text.data(), text.size()) != tinyxml2::XML_SUCCESS) return false;
+    const bool bRoot = document.FirstChildElement("OSD") != nullptr;
+    SetCode(piCode, bRoot ? PROFILE_OK : PROFILE_NO_ROOT);
+    return bRoot;
+}
+
+const XMLElement* Child(const XMLElement* pParent, const char* szName) {
+    return pParent ? pParent->FirstChildElement(szName) : nullptr;
+}
+
+const XMLElement* Demand(const XMLElement* pElement, i32 iCode) {
+    if (!pElement) throw iCode;
+    return pElement;
+}
+
+std::unique_ptr<XMLDocument> OpenOrThrow(const char16_t* wzPath) {
+    auto pDocument = std::make_unique<XMLDocument>();
+    i32 iCode = PROFILE_OK;
+    if (!g_fnOpenProfileDocument(wzPath, *pDocument, &iCode)) throw iCode;
+    return pDocument;
+}
+
+void OpenBoth() {
+    char16_t wzPath[g_uDataPathCapacity];
+    if (!g_wzProfileName[0]) g_fnSetProfileName(u"Default");
+    g_fnResolveProfileDocument(g_wzProfileName, wzPath);
+    g_pProfileDocument = OpenOrThrow(wzPath);
+    g_fnResolveDataPath(wzPath, u"OSD_Ref.xml");
+    g_pReferenceDocument = OpenOrThrow(wzPath);
+}
+
+/// The style comes last: a read that fails leaves it as it was.
+void TakeHandles() {
+    g_pProfileRoot = g_pProfileDocument->FirstChildElement("OSD");
+    const XMLElement* const pReference = g_pReferenceDocument->FirstChildElement("OSD");
+    const u32 uStyle = g_fnLayoutStyleOf(*g_pProfileRoot);
+    const char* const szLayout = g_fnLayoutElementName(uStyle);
+    g_pExtensionElement = Child(pReference, "Extension");
+    g_pPresetElement = Child(pReference, "Preset");
+    g_pLayoutElement = Demand(Child(g_pProfileRoot, szLayout), PROFILE_NO_LAYOUT);
+    // Custom is its own reference.
+    const XMLElement* const pFixed =
+        uStyle == c_uStyleCustom ? nullptr : Demand(Child(pReference, szLayout), PROFILE_NO_LAYOUT);
+    g_pSettingsElement = Demand(Child(g_pLayoutElement, "Settings"), PROFILE_NO_SETTINGS);
+    if (pFixed) {
+        g_pGroupElement = Demand(Child(pFixed, "Group"), PROFILE_NO_GROUP);
+        g_pTemplateElement = Demand(Child(pFixed, "Template"), PROFILE_NO_TEMPLATE);
+    }
+    g_pLayoutRoutine = g_apLayoutRoutine[uStyle < c_uStyles ? uStyle : 0];
+    g_uLayoutStyle = uStyle;
+}
+
+} // namespace
+
+bool g_fnOpenProfileDocument(const char16_t* wzPath, XMLDocument& document, i32* piCode) try {
+    std::string strBytes;
+    document.Clear();
+    SetCode(piCode, PROFILE_NOT_OPENED);
+    g_fnWatchFile(wzPath);
+    return platform::ReadWholeFile(platform::OpenInput(wzPath), g_uDocumentBytesMax, strBytes) &&
+           g_fnParseProfileDocument(strBytes, document, piCode);
+} catch (...) { // no memory
+    return false;
+}
+
+bool g_fnParseProfileDocument(std::string_view text, XMLDocument& document, i32* piCode) try {
+    return Parse(text, document, piCode);
+} catch (...) { // no memory
+    document.Clear();
+    return false;
+}
+
+bool g_fnResolveProfileDocument(const char16_t* wzName, char16_t* wzOut) noexcept {
+    static constexpr char16_t wzProfiles[] = u"Profiles", wzFile[] = u"OSD.xml";
+    char16_t wzRelative[g_uProfileNameUnits + std::size(wzProfiles) + std::size(wzFile)];
+    wzOut[0] = 0;
+    if (!g_fnIsPlainFolderName(wzName, g_uProfileNameUnits)) return false;
+    char16_t* pEnd = std::copy_n(wzProfiles, std::size(wzProfiles) - 1, wzRelative);
+    *pEnd++ = platform::g_cPathSeparator;
+    for (u32 u = 0; wzName[u]; ++u)
+        if (u < g_uProfileNameUnits - 1)
+            *pEnd++ = wzName[u];
+        else
+            return false;
+    *pEnd++ = platform::g_cPathSeparator;
+    std::copy_n(wzFile, std::size(wzFile), pEnd);
+    return g_fnResolveDataPath(wzOut, wzRelative);
+}
+
+const char* g_fnLayoutElementName(u32 uStyle) { return c_aszLayouts[uStyle < c_uStyles ? uStyle : 0]; }
+
+u32 g_fnLayoutStyleOf(const XMLElement& root) {
+    if (g_iLayoutStyleOverride != -1) return static_cast<u32>(g_iLayoutStyleOverride);
+    return g_fnReadXmlDecimal(&root, "LayoutStyle");
+}
+
+bool g_fnRead_OSD_Profile() {
+    g_fnClearProfileDocuments();
+    try {
+        OpenBoth();
+        TakeHandles();
+        g_iProfileError = PROFILE_OK;
+        return true;
+    } catch (i32 iCode) {
+        g_fnClearProfileDocuments();
+        g_iProfileError = iCode;
+        return false;
+    }
+}
+
+void g_fnClearProfileDocuments() {
+    g_pProfileRoot = g_pLayoutElement = g_pSettingsElement = nullptr;
+    g_pGroupElement = g_pTemplateElement = g_pExtensionElement = g_pPresetElement = nullptr;
+    g_pLayoutRoutine = nullptr;
+    g_pProfileDocument.reset();
+    g_pReferenceDocument.reset();
+}
+
+const XMLElement* g_fnProfileInfo() { return g_fnProfileSetting("Info"); }
+
+const XMLElement* g_fnProfileSetting(const char* szName) { return Child(g_pSettingsElement, szName); }
+
+u32 g_fnReadIsShow(const char* szName) { return g_fnReadXmlDecimal(g_fnProfileSetting(szName), "IsShow"); }
+
+void g_fnReportProfileFailure() {
+    if (g_bDebugMessageBox) platform::ShowMessageBox(u"g_fnRead_OSD_Profile fail", "Error");
+}
+
+void g_fnReportLoadFailure() {
+    if (g_bDebugMessageBox) platform::ShowMessageBox(g_wzProfileName, "g_wzProfileName");
+}

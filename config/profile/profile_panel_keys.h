@@ -1,0 +1,100 @@
+#pragma once
+// How the parts of a profile's settings look: colours, panels behind them, places; the styles by number.
+#include "config/settings/setting_binding.h"
+#include "platform/types.h"
+
+#include <map>
+
+/// Panel behind a part.
+struct stPanelKeys {
+    u8 u8R, u8G, u8B;
+    u8 u8Opacity;    ///< percent, 0 to 100
+    u8 u8A;          ///< the same as a byte
+    u32 uType;       ///< 0 none, 1 plain, 2 frosted
+    u32 uScattering; ///< blur diameter, 0 to 100
+    f32 fThick;      ///< kept, nothing reads it further
+};
+
+/// Colour of a text and of its shadow.
+struct stTextColors {
+    u8 u8R, u8G, u8B, u8ShadowR, u8ShadowG, u8ShadowB;
+    u8 u8Opacity, u8ShadowOpacity; ///< percent, 0 to 100
+    u8 u8A, u8ShadowA;             ///< the same as bytes
+};
+
+/// Place of a part on the canvas, in canvas pixels.
+struct stPartPlace {
+    i32 iAnchor; ///< anchor code
+    i32 iX, iY;
+};
+
+/// "Info": what goes for all its rows.
+struct stInfoKeys {
+    u32 uIsShow;
+    u32 uFontScale; ///< percent
+    stPartPlace stPlace;
+    stPanelKeys stPanel;
+};
+
+/// "Memo".
+struct stMemoKeys {
+    u32 uIsShow;
+    char szTitle[g_uSettingText];
+    char16_t wzFilename[g_uSettingText]; ///< relative to the profile folder
+    stTextColors stColors;
+    u32 uFontScale; ///< text size in percent of the canvas height
+    u32 uFrameSizeW;
+    stPartPlace stPlace;
+    stPanelKeys stPanel;
+};
+
+/// "Watermark" and "SystemInfo".
+struct stCaptionKeys {
+    u32 uIsShow;
+    char szTitle[g_uSettingText];
+    char16_t wzFontName[g_uSettingText];
+    char16_t wzText[g_uSettingText];
+    stTextColors stColors;
+    u32 uFontScale; ///< text size in percent of the canvas height
+    stPartPlace stPlace;
+    stPanelKeys stPanel;
+};
+
+/// "Photo".
+struct stPhotoKeys {
+    u32 uIsShow;
+    char szTitle[g_uSettingText];
+    char16_t wzFilename[g_uSettingText]; ///< relative to the profile folder
+    u32 uFrameSizeW, uFrameSizeH;
+    stPartPlace stPlace;
+    u8 u8Opacity; ///< percent, 0 to 100
+    u8 u8A;       ///< the same as a byte
+    stPanelKeys stPanel;
+};
+
+extern stInfoKeys g_stInfoKeys;
+extern stMemoKeys g_stMemoKeys;
+extern stCaptionKeys g_stWatermarkKeys, g_stSystemInfoKeys;
+extern stPhotoKeys g_stPhotoKeys;
+/// "Camera": shadows under all texts, numbers and flips of a layout. Its other key is g_bTextGlow.
+extern bool g_bTextShadow;
+
+/// Colours and anchors that "CustomSettings" gives to styles, by style id.
+constexpr u32 g_uStyleIds = 64;
+extern std::map<u32, stTextColors> g_mapTextColors;
+extern std::map<u32, i32> g_mapTextAligns; ///< 7, 8 or 9
+
+/// White over black, both full: what a style without colours has.
+constexpr stTextColors g_stPlainTextColors = {255, 255, 255, 0, 0, 0, 100, 100, 255, 255};
+const stTextColors& g_fnTextColorsOf(u32 uStyleId);
+/// 7 for a style without one.
+i32 g_fnTextAlignOf(u32 uStyleId);
+
+/// First run of digits in a title; false if there is none.
+bool g_fnTitleDigits(const char* szTitle, u32& uNumber);
+
+/// All of the above from the active profile; what is missing has its defaults.
+void g_fnReadProfilePanelKeys();
+void g_fnReadProfileTextStyles();
+/// g_fnReadProfilePanelKeys, then the settings batch, which needs the photo's size.
+void g_fnReadProfileBatch();

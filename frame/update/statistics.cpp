@@ -1,0 +1,171 @@
+#include "frame/update/statistics.h"
+
+#include "controls/control_ids.h"
+#include "frame/resources.h"
+#include "frame/update/update.h"
+#include "shared/overlay_state.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <initializer_list>
+
+u32 g_uFPS = 0;
+u32 g_uFPS_Avg = 0;
+u32 g_uFPS_Max = 0;
+u32 g_uFPS_Min = 0x7FFFFFFF;
+u32 g_uFPS_50P = 0;
+u32 g_uFPS_1P = 0;
+u32 g_uFPS_01P = 0;
+i32 g_iFrameTime = 0;
+u64 g_uFrameCnt = 0; // KEEP: nothing counts it; it is registered and shown all the same.
+f32 g_fFrameTimeMs = 0.0f;
+bool bQueryFrameTime = false;
+u32 uFPSIntervalMs = 100;
+u32 uDataIntervalMs = 500;
+f32 fFPSInterval = 0.1f;
+f32 fDataInterval = 0.5f;
+u32 uFrameRing[g_uFrameRingMax] = {};
+u32 uFPSRingSize = 11;
+u32 uFPSWindowMs = 1000;
+u32 uFrameRingIndex = 0;
+f32 fFPSCarry = 0.0f;
+u32 g_uFrameSampleCount = 0;
+CTimer g_timerFrame, g_timerFPS, g_timerFrameTime;
+std::vector<u32> g_vecFPSSamples;
+u32 g_uFPSMeanCount = 0;
+u64 g_u64FPSMeanRemainder = 0;
+bool (*g_fnIsFrameTimeShown)() noexcept = g_fnFrameTimeShownByStyle;
+bool (*g_fnArePercentilesShown)() noexcept = g_fnPercentilesShownByStyle;
+bool (*g_fnCustomShowsFrameTime)() noexcept = nullptr;
+
+/// The copy that is sorted; static, so that closing a period allocates nothing.
+static u32 g_auSortedSamples[g_uFrameSampleMax];
+
+namespace {
+enum Style : u32 { Classic = 0, RV5 = 1, Custom = 2 };
+}
+
+/// Towards zero; what no 64-bit integer holds becomes its nearest one.
+static i64 Truncate(f32 fValue) noexcept {
+    if (std::isnan(fValue)) return 0;
+    if (fValue >= 9223372036854775808.0f) return INT64_MAX;
+    if (fValue < -9223372036854775808.0f) return INT64_MIN;
+    return static_cast<i64>(fValue);
+}
+
+static bool AnyNumBox(std::initializer_list<u32> listBID) noexcept {
+    return std::any_of(listBID.begin(), listBID.end(),
+                       [](u32 uBID) { return g_fnFindCtrl(0, uBID, g_stNumBoxIds, g_ppNumBox) != nullptr; });
+}
+
+bool g_fnFrameTimeShownByStyle() noexcept {
+    if (g_uLayoutStyle == Classic) return AnyNumBox({1});
+    if (g_uLayoutStyle == RV5) return AnyNumBox({8});
+    return g_uLayoutStyle == Custom && g_fnCustomShowsFrameTime && g_fnCustomShowsFrameTime();
+}
+
+bool g_fnPercentilesShownByStyle() noexcept {
+    if (g_uLayoutStyle == Classic) return AnyNumBox({48, 49, 50});
+    return g_uLayoutStyle == RV5 && AnyNumBox({4, 5, 6});
+}
+
+void g_fnSetupIntervals() noexcept {
+    uFPSIntervalMs = std::clamp<u32>(uFPSIntervalMs, 10, 10000);
+    uDataIntervalMs = std::clamp<u32>(uDataIntervalMs, 10, 10000);
+    fFPSInterval = static_cast<f32>(uFPSIntervalMs) / 1000.0f;
+    fDataInterval = static_cast<f32>(uDataIntervalMs) / 1000.0f;
+    const u32 uSlots = 1000 / uFPSIntervalMs;
+    uFPSWindowMs = uSlots ? uSlots * uFPSIntervalMs : uFPSIntervalMs;
+    uFPSRingSize = uSlots ? uSlots + 1 : 2;
+    uFrameRingIndex = 0;
+}
+
+/// Median of the samples as unsigned numbers, in their unit of ten microseconds.
+static u32 MedianSample() {
+    std::memcpy(g_auSortedSamples, g_pFrameSamples, g_uFrameSampleCount * sizeof(u32));
+    std::sort(g_auSortedSamples, g_auSortedSamples + g_uFrameSampleCount);
+    return g_auSortedSamples[g_uFrameSampleCount / 2];
+}
+
+static void StoreSample(f32 fSeconds) {
+    if (g_uFrameSampleCount >= g_uFrameSampleMax) return;
+    g_pFrameSamples[g_uFrameSampleCount++] = static_cast<u32>(Truncate(fSeconds * 100000.0f));
+}
+
+void g_fnSampleFrameTime(f32 fSeconds) noexcept {
+    if (!g_pFrameSamples || !(bQueryFrameTime || g_fnIsFrameTimeShown())) return;
+    StoreSample(fSeconds);
+    if (!(g_timerFrameTime.Elapsed() > fFPSInterval)) return;
+    g_fnRaiseUpdateFlag(g_bUpdateFrameTime);
+    g_iFrameTime = static_cast<i32>(MedianSample());
+    g_fFrameTimeMs = static_cast<f32>(g_iFrameTime) * 0.01f;
+    g_uFrameSampleCount = 0;
+    g_timerFrameTime.Restart();
+}
+
+/// Room for the next sample; false if memory ran out.
+static bool MakeRoom() noexcept {
+    if (g_vecFPSSamples.size() < g_vecFPSSamples.capacity()) return true;
+    try {
+        g_vecFPSSamples.reserve(g_vecFPSSamples.size() + g_uFPSSampleStep);
+        return true;
+    } catch (...) {
+        return false;
+    }
+}
+
+/// The mean without rounding drift: what a division leaves goes into the next sum.
+// KEEP: the product has 32 bits and wraps around after some 30 million samples of 144.
+static void UpdateMean() {
+    const u64 u64Count = static_cast<u64>(g_uFPSMeanCount) + 1;
+    const u64 u64Total = static_cast<u64>(g_uFPSMeanCount * g_uFPS_Avg) + g_uFPS + g_u64FPSMeanRemainder;
+    g_uFPS_Avg = static_cast<u32>(u64Total / u64Count);
+    g_u64FPSMeanRemainder = u64Total % u64Count;
+    ++g_uFPSMeanCount;
+}
+
+// KEEP: the samples are never dropped and are sorted in full each time; the mean, too, counts only samples
+// that come while a layout shows the lows.
+static void UpdatePercentiles() {
+    if (!g_fnArePercentilesShown() || !MakeRoom()) return;
+    g_vecFPSSamples.push_back(g_uFPS);
+    UpdateMean();
+    std::sort(g_vecFPSSamples.begin(), g_vecFPSSamples.end());
+    const std::size_t uSize = g_vecFPSSamples.size();
+    g_uFPS_1P = g_vecFPSSamples[uSize / 100];
+    g_uFPS_01P = g_vecFPSSamples[uSize / 1000];
+    g_uFPS_50P = g_vecFPSSamples[uSize / 2];
+}
+
+/// Goes on to a cleared slot. However late the slot is closed, the ring advances by one.
+// KEEP: so a program slower than the interval shows too many frames a second: the window's slots then span
+// more time than they stand for.
+static void AdvanceRing(f32 fElapsed) {
+    uFrameRingIndex = (uFrameRingIndex + 1) % uFPSRingSize;
+    uFrameRing[uFrameRingIndex] = 0;
+    fFPSCarry = fElapsed - static_cast<f32>(Truncate(fElapsed / fFPSInterval)) * fFPSInterval;
+}
+
+static u32 FramesPerSecond() {
+    u32 uSum = 0;
+    for (u32 u = 0; u < uFPSRingSize; ++u) uSum += uFrameRing[u];
+    return static_cast<u32>(Truncate(1000.0f / static_cast<f32>(uFPSWindowMs) * static_cast<f32>(uSum)));
+}
+
+void g_fnSampleFPS() noexcept {
+    const f32 fElapsed = g_timerFPS.Elapsed() + fFPSCarry;
+    if (fElapsed < fFPSInterval) {
+        ++uFrameRing[uFrameRingIndex];
+        return;
+    }
+    AdvanceRing(fElapsed);
+    g_uFPS = FramesPerSecond();
+    g_uFPS_Max = std::max(g_uFPS_Max, g_uFPS);
+    // KEEP: the first sample counts too, though its slot began with the build: mostly it stays the smallest.
+    g_uFPS_Min = std::min(g_uFPS_Min, g_uFPS);
+    g_fnRaiseUpdateFlag(g_bUpdateFPS);
+    g_timerFPS.Restart();
+    uFrameRing[uFrameRingIndex] = 1;
+    UpdatePercentiles();
+}

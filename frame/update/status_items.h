@@ -1,0 +1,26 @@
+#pragma once
+// The status panels 1, 3 and 5: moving them on command, their pulse, and taking them off the picture of a
+// screenshot. Entries that do not exist are skipped.
+#include "base/timer.h"
+#include "platform/types.h"
+
+/// The shutter animation is running.
+extern bool g_bShutter;
+extern CTimer g_timerShutter, g_timerStatus;
+
+/// One position entry of a command.
+struct stStatusPosition {
+    u8 bChanged;
+    i32 iAlign; ///< anchor code
+    i32 iX, iY; ///< canvas units
+};
+
+/// Applies the three entries, for every manager, to the style panels 1, 3 and 5, only where alignment, X or Y
+/// truly differ. A move of panel 5 raises the slot's shutter-move flag.
+void g_fnMoveStatusItems(const stStatusPosition aPositions[3]);
+/// One step of the status animation, fSeconds after the last one: hides the three panels when the display is
+/// due, else pulses the one that the slot's status names.
+void g_fnStatusStep(f32 fSeconds);
+/// Takes what must not be on a screenshot off the draw lists, and brings it back.
+void g_fnHideForShot();
+void g_fnShowAfterShot();
