@@ -2,6 +2,8 @@
 
 #include "platform/clock.h"
 
+f32 g_fLastFrameSeconds = 0.0f;
+
 static bool g_bReadingHeld = false;
 static i64 g_iHeldReading = 0;
 

@@ -29,6 +29,9 @@ class CTimer {
     i64 m_iFrequency;
 };
 
+/// Seconds between the last two updates of the overlay.
+extern f32 g_fLastFrameSeconds;
+
 /// What a timer reads now: the counter, or the reading that all share.
 i64 g_fnTimerReading() noexcept;
 

@@ -1,10 +1,11 @@
 #include "batch/draw_basic_gl.h"
 
+#include "draw/backdrop.h"
+#include "draw/canvas.h"
 #include "draw/data_path.h"
 #include "draw/matrix.h"
 #include "draw/shape_meshes.h"
 #include "draw/texture_gl.h"
-#include "frame/frame_driver.h"
 #include "platform/gl_api.h"
 
 #include <string>

@@ -1,7 +1,7 @@
 // The frame limiter on the real clock: a host whose frame takes half a millisecond, stretched to a target.
 // Arguments: seconds a round, rounds a target, 1 for the key LimiterRecovery. Prints one JSON line a round:
 // how long the first sixty (measured, unlimited) and the later frames took, microseconds.
-#include "config/settings/host_care.h"
+#include "base/host_care.h"
 #include "frame/limiter.h"
 #include "platform/clock.h"
 #include <algorithm>

@@ -3,10 +3,10 @@
 if(NOT ORVIN_SANITIZE)
   set(static_runtime -static-libgcc -static-libstdc++)
 endif()
-file(GLOB entry_sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/platform/${ORVIN_BACKEND}/entry*.cpp)
+file(GLOB entry_sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/entry/${ORVIN_BACKEND}/*.cpp)
 if(entry_sources AND NOT WIN32)
   # The constructor is linked last, so that it runs when the library's own objects stand.
-  set(last_source ${CMAKE_SOURCE_DIR}/platform/linux/entry_last.cpp)
+  set(last_source ${CMAKE_SOURCE_DIR}/entry/linux/entry_last.cpp)
   list(REMOVE_ITEM entry_sources ${last_source})
   add_library(orvin_entry_last STATIC ${last_source})
   target_link_libraries(orvin_entry_last PUBLIC orvin_options)

@@ -1,20 +1,25 @@
-# orvin_core_library(folder): static library orvin_<folder> of all sources in the folder and below; empty folders are
-# allowed.
+# The floors of the core, from the top down. A folder includes and links only what stands behind it here.
+set(ORVIN_FLOORS entry frame capture config merged batch controls font draw shared base)
+
+# orvin_core_library(folder): static library orvin_<folder> of all sources in the folder and below, over the libraries of
+# the lower folders; empty folders are allowed.
 function(orvin_core_library folder)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${folder}/*.cpp)
-  list(FILTER sources EXCLUDE REGEX "/platform/(win32|linux|headless)/")
+  list(FILTER sources EXCLUDE REGEX "/entry/(win32|linux)/")
   if(sources)
     add_library(orvin_${folder} STATIC ${sources})
     target_link_libraries(orvin_${folder} PUBLIC orvin_options orvin_glew_headers)
-    set_property(GLOBAL APPEND PROPERTY ORVIN_CORE_LIBRARIES orvin_${folder})
+    get_property(lower GLOBAL PROPERTY ORVIN_CORE_LIBRARIES)
+    target_link_libraries(orvin_${folder} PUBLIC ${lower})
+    set_property(GLOBAL PROPERTY ORVIN_CORE_LIBRARIES orvin_${folder} ${lower})
   endif()
 endfunction()
 
-# orvin_platform_library(backend): static library orvin_platform_<backend>. Files under platform/<backend>/
-# whose name starts with "entry" or "preload" belong to a product, not to the library.
+# orvin_platform_library(backend): static library orvin_platform_<backend>, with what the back-ends share. Files under platform/<backend>/
+# whose name starts with "preload" belong to a product, not to the library.
 function(orvin_platform_library backend)
-  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/platform/${backend}/*.cpp)
-  list(FILTER sources EXCLUDE REGEX "/(entry|preload)[^/]*\\.cpp$")
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/platform/*.cpp ${CMAKE_SOURCE_DIR}/platform/${backend}/*.cpp)
+  list(FILTER sources EXCLUDE REGEX "/preload[^/]*\\.cpp$")
   if(backend STREQUAL "win32")
     # An installed MinHook takes the place of our own engine behind the same interface.
     find_library(ORVIN_MINHOOK NAMES MinHook minhook)
@@ -57,14 +62,14 @@ function(orvin_platform_library backend)
   endif()
 endfunction()
 
-# orvin_link_core(target backend): the whole core over one back-end, in one link group (folders refer to each other).
+# orvin_link_core(target backend): the whole core over one back-end, from the top down.
 function(orvin_link_core target backend)
   get_property(libraries GLOBAL PROPERTY ORVIN_CORE_LIBRARIES)
-  target_link_libraries(${target} PRIVATE orvin_options -Wl,--start-group ${libraries})
+  target_link_libraries(${target} PRIVATE orvin_options ${libraries})
   if(TARGET orvin_platform_${backend})
     target_link_libraries(${target} PRIVATE orvin_platform_${backend})
   endif()
-  target_link_libraries(${target} PRIVATE orvin_glew -Wl,--end-group)
+  target_link_libraries(${target} PRIVATE orvin_glew)
   if(WIN32)
     target_link_libraries(${target} PRIVATE opengl32 gdi32)
   endif()

@@ -2,7 +2,7 @@
 // The overlay library as the companion uses it: loaded at run time, its exports resolved by name.
 #include "companion/result.h"
 #include "entry/exports.h"
-#include "shared/segment.h"
+#include "platform/segment.h"
 #include <string>
 
 namespace companion {

@@ -3,7 +3,7 @@
 #include "companion/result.h"
 #include "companion/sensors/publisher.h"
 #include "companion/utf.h"
-#include "shared/segment.h"
+#include "platform/segment.h"
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <sstream>

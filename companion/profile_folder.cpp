@@ -1,7 +1,7 @@
 #include "companion/profile_folder.h"
 #include "companion/os.h"
 #include "companion/utf.h"
-#include "shared/segment.h"
+#include "platform/segment.h"
 #include <algorithm>
 #include <system_error>
 

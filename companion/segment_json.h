@@ -1,6 +1,6 @@
 #pragma once
 // The whole segment as a tree, for people and for scripts.
-#include "shared/segment.h"
+#include "platform/segment.h"
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 

@@ -1,7 +1,7 @@
 #pragma once
 // A copy of the shared segment and bounded ways to read it. Any process may have written anything into it.
 #include "companion/diagnosis.h"
-#include "shared/segment.h"
+#include "platform/segment.h"
 #include <memory>
 #include <optional>
 #include <vector>

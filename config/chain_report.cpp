@@ -6,7 +6,7 @@
 #include <string>
 
 void g_fnReportChainFailure(const char* szChain, i32 iStep) {
-    if (!g_bDebugMessageBox) return;
+    if (!g_stSettings.bDebugMessageBox) return;
     std::u16string wzText = u"Error code : ";
     for (const char c : std::to_string(iStep)) wzText += static_cast<char16_t>(c);
     platform::ShowMessageBox(wzText.c_str(), szChain);

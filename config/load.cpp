@@ -1,18 +1,19 @@
 #include "config/load.h"
 
+#include "base/layout_style.h"
 #include "base/log.h"
+#include "base/watched_files.h"
 #include "batch/draw_text.h"
 #include "config/custom/custom_layout.h"
 #include "config/fixed/variables.h"
 #include "config/profile/profile_document.h"
 #include "config/settings/settings.h"
 #include "config/settings/settings_sensors.h"
-#include "config/watched_files.h"
 #include "controls/control_ids.h"
 #include "controls/osd_manager.h"
+#include "draw/backdrop.h"
 #include "draw/canvas.h"
 #include "draw/draw_keys.h"
-#include "frame/frame_driver.h"
 #include "platform/clock.h"
 #include "shared/process_records.h"
 
@@ -20,12 +21,9 @@
 #include <exception>
 #include <string>
 
-u32 g_uPreviewWidth = 0, g_uPreviewHeight = 0;
-bool g_bPreviewFixedAspect = false;
+stPreviewSize g_stPreview;
 
 namespace {
-
-constexpr u32 g_uStyleCustom = 2;
 
 /// Waits after a failed load: so many seconds, or so many times what the try took.
 constexpr f64 g_fLeastWait = 1, g_fMostWait = 10, g_fWaitPerTry = 20;
@@ -46,14 +44,14 @@ bool EmptyManager() {
 }
 
 bool ReadDocuments() {
-    g_apLayoutRoutine[g_uStyleCustom] = g_fnCreateCustomLayout;
+    g_apLayoutRoutine[STYLE_CUSTOM] = g_fnCreateCustomLayout;
     if (g_fnRead_OSD_Profile()) return true;
     g_fnReportProfileFailure();
     return false;
 }
 
 bool CreateLayout() {
-    if (g_pLayoutRoutine) return g_pLayoutRoutine();
+    if (g_stProfile.pRoutine) return g_stProfile.pRoutine();
     g_fnLog("no routine for layout style %i", static_cast<i32>(g_uLayoutStyle));
     return false;
 }
@@ -65,12 +63,12 @@ bool Load() {
     g_fnRegisterVariables();
     g_fnProbeWowKeys();
     g_fnSelectProfileName();
-    g_fnReadPreviewSize(g_uPreviewWidth, g_uPreviewHeight, g_bPreviewFixedAspect);
-    g_fnSetCanvasHeight(g_bPreviewFixedAspect ? 0 : g_uPreviewHeight);
+    g_fnReadPreviewSize(g_stPreview.uWidth, g_stPreview.uHeight, g_stPreview.bFixedAspect);
+    g_fnSetCanvasHeight(g_stPreview.bFixedAspect ? 0 : g_stPreview.uHeight);
     g_fnLoadGlobalSettings();
     if (!ReadDocuments()) return false;
     g_fnReadSensorDefinitions();
-    g_fnReadPresetVariables(g_pPresetElement);
+    g_fnReadPresetVariables(g_stProfile.pPreset);
     return CreateLayout();
 }
 

@@ -11,8 +11,11 @@ bool g_fnLoadConfiguration();
 void g_fnClearConfiguration();
 
 /// Size of a preview of the profile, pixels, as the last load left it.
-extern u32 g_uPreviewWidth, g_uPreviewHeight;
-extern bool g_bPreviewFixedAspect;
+struct stPreviewSize {
+    u32 uWidth = 0, uHeight = 0;
+    bool bFixedAspect = false;
+};
+extern stPreviewSize g_stPreview;
 
 /// Takes note that a load that began at iStart (performance-counter ticks) came to nothing.
 void g_fnNoteFailedLoad(i64 iStart) noexcept;

@@ -1,14 +1,13 @@
 #include "controls/link_controls.h"
 
+#include "base/layout_style.h"
 #include "controls/later_controls.h"
 #include "controls/osd_manager.h"
 #include "controls/panel.h"
 #include "draw/draw_keys.h"
-#include "shared/overlay_state.h"
 
 namespace {
 
-constexpr u32 g_uStyleCustom = 2;
 constexpr u32 g_uShutterImage = 8;
 
 void EnterFixedKeys(COSDManager& manager) {
@@ -32,7 +31,7 @@ void EnterFontsAndText(COSDManager& manager, const stManagerArrays& st) {
 
 /// A custom layout has put its panels into the tree itself, under the frames of their items.
 void HangPanels(COSDManager& manager, const stManagerArrays& st) {
-    if (g_uLayoutStyle == g_uStyleCustom) return;
+    if (g_uLayoutStyle == STYLE_CUSTOM) return;
     for (u32 i = 0; i < g_uPanelEntries; ++i)
         if (st.m_ppPanel[i]) manager.m_fnAddChild(nullptr, st.m_ppPanel[i]);
 }

@@ -1,5 +1,6 @@
 // The vertices of a number box: the whole character table in every cell.
 #include "controls/num_box.h"
+#include "font/font_cell.h"
 #include "font/font_unicode.h"
 
 #include <cstring>

@@ -1,17 +1,16 @@
 #include "controls/osd_manager.h"
 
+#include "base/slots.h"
 #include "controls/control.h"
 #include "controls/later_controls.h"
 #include "controls/panel.h"
-#include "frame/frame_driver.h"
-#include "frame/resources.h"
+#include "draw/batcher_slots.h"
 
 #include <algorithm>
 #include <new>
 
 COSDManager* g_apOSDManager[g_uManagerSlots];
 COSDManager* g_pOSDManager;
-u32 g_uManagerSlot;
 
 CFontUniCode** g_ppFont;
 CTextBox_Base** g_ppTextBox;

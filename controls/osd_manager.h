@@ -1,6 +1,7 @@
 #pragma once
 // Owner and directory of everything that is drawn: who exists (ten arrays), who sits where (a tree), who is
 // drawn in which batch (layers of draw keys, a list of controls per key).
+#include "base/slots.h"
 #include "platform/types.h"
 
 #include <map>
@@ -106,10 +107,8 @@ class COSDManager final {
 };
 
 /// Managers by slot, and the current one.
-constexpr u32 g_uManagerSlots = 20;
 extern COSDManager* g_apOSDManager[g_uManagerSlots];
 extern COSDManager* g_pOSDManager;
-extern u32 g_uManagerSlot;
 
 /// Copies of the current manager's array pointers; null while there is none.
 extern CFontUniCode** g_ppFont;

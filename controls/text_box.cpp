@@ -3,6 +3,7 @@
 #include "controls/text_file.h"
 #include "draw/creation_table.h"
 #include "draw/upload.h"
+#include "font/font_cell.h"
 #include "font/font_unicode.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "controls/text_file.h"
 
-#include "config/watched_files.h"
+#include "base/watched_files.h"
 #include "platform/code_page.h"
 #include "platform/folders.h"
 #include "platform/input_file.h"

@@ -34,6 +34,3 @@ struct stCreationTable {
 
 /// The flavour in use; empty until the first frame names one.
 extern stCreationTable g_stCreationTable;
-
-/// Puts the makers of the OpenGL flavour in; the release hook is the frame driver's to set.
-void g_fnFillCreationTable_GL() noexcept;

@@ -1,6 +1,6 @@
 #include "draw/gl_program.h"
 
-#include "frame/own_context.h"
+#include "draw/own_context.h"
 #include "platform/gl_api.h"
 
 #include <stdexcept>

@@ -1,8 +1,8 @@
 #include "draw/gl_shader.h"
 
 #include "base/log.h"
-#include "config/watched_files.h"
-#include "frame/own_context.h"
+#include "base/watched_files.h"
+#include "draw/own_context.h"
 #include "platform/gl_api.h"
 #include "platform/input_file.h"
 

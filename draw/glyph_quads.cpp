@@ -1,7 +1,5 @@
 #include "draw/glyph_quads.h"
 
-#include "font/font_unicode.h"
-
 void g_fnWriteQuadIndices(u32* pIndices, u32 uQuads) {
     static constexpr u32 auCorner[g_uQuadIndices] = {0, 1, 2, 0, 2, 3};
     for (u32 uQuad = 0; uQuad < uQuads; ++uQuad)
@@ -20,11 +18,6 @@ void g_fnSetQuadTexture(stTextVertex* pQuad, f32 u0, f32 v0, f32 u1, f32 v1) {
     pQuad[1].u = pQuad[2].u = u1;
     pQuad[0].v = pQuad[1].v = v0;
     pQuad[2].v = pQuad[3].v = v1;
-}
-
-stCellSize g_fnCellOf(const CFontUniCode* pFont) {
-    if (!pFont || !pFont->m_uLayoutW || !pFont->m_uLayoutH) return {2, 2};
-    return {1 / static_cast<f32>(pFont->m_uLayoutW), 1 / static_cast<f32>(pFont->m_uLayoutH)};
 }
 
 /// Far end of a grown side: its position and the texture there.

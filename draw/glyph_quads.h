@@ -3,8 +3,6 @@
 // left, top right, bottom right, bottom left, and six 32-bit indices.
 #include "platform/types.h"
 
-class CFontUniCode;
-
 /// Vertex of every text control: canvas units, texture 0 to 1, colour 0 to 1.
 struct stTextVertex {
     f32 x, y;
@@ -37,7 +35,6 @@ struct stCellSize {
     f32 fWidth, fHeight;
 };
 
-stCellSize g_fnCellOf(const CFontUniCode* pFont); ///< of a null font: more than any picture has
 /// Grows each quad by a quarter of its size on every side, position and texture alike, but not beyond the
 /// right and lower edge of its cell, where the next glyph begins.
 void g_fnExpandQuads(stTextVertex* pVertices, u32 uQuads, const stCellSize& stCell);

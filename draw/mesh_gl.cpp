@@ -1,6 +1,6 @@
 #include "draw/mesh_gl.h"
 
-#include "frame/own_context.h"
+#include "draw/own_context.h"
 #include "platform/gl_api.h"
 
 bool CMesh_GL::m_fnCreate(u32 uStride, u32 uVertexBytes, u32 uIndexBytes, u8 u8IndexSize) {

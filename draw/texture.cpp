@@ -1,8 +1,8 @@
 #include "draw/texture.h"
 
+#include "base/timer.h"
 #include "draw/image_cache.h"
 #include "draw/image_file.h"
-#include "frame/update/update.h"
 #include "platform/folders.h"
 #include "platform/input_file.h"
 #include "platform/pages.h"

@@ -1,7 +1,7 @@
 #include "draw/texture_gl.h"
 
-#include "frame/outer_guard.h"
-#include "frame/own_context.h"
+#include "draw/own_context.h"
+#include "draw/pixel_guard.h"
 #include "platform/gl_api.h"
 
 #include <new>

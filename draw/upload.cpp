@@ -1,11 +1,11 @@
 #include "draw/upload.h"
 
 #include "base/log.h"
-#include "controls/osd_manager.h"
+#include "base/slots.h"
 
 #include <cstring>
 
-stSharedVertexBuffer* g_apSharedVertexBuffer[20] = {};
+stSharedVertexBuffer* g_apSharedVertexBuffer[g_uManagerSlots] = {};
 
 void g_fnUploadControlVertices(const void* pVertices, u32 u32VOffset, u32 u32VSize) noexcept {
     // KEEP: no slot ever gets a shared buffer in this flavour; every control ends here after each build.

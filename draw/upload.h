@@ -1,6 +1,7 @@
 #pragma once
 // The vertex buffer that all controls of a layout may share. The OpenGL flavour draws every control from a
 // mesh of its own and never sets one up.
+#include "base/slots.h"
 #include "platform/types.h"
 
 /// One shared buffer.
@@ -10,7 +11,7 @@ struct stSharedVertexBuffer {
 };
 
 /// By manager slot; null while a slot has none, which is always in this flavour.
-extern stSharedVertexBuffer* g_apSharedVertexBuffer[20];
+extern stSharedVertexBuffer* g_apSharedVertexBuffer[g_uManagerSlots];
 
 /// Copies the vertices of a control to a byte offset in the shared buffer of the current manager slot. Does
 /// nothing where there is none; what would reach past the end is logged and skipped.

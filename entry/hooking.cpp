@@ -1,7 +1,10 @@
 #include "entry/hooking.h"
 #include "base/log.h"
+#include "draw/own_context.h"
+#include "frame/api_claim.h"
 #include "frame/frame_driver.h"
-#include "frame/own_context.h"
+#include "frame/real_swap.h"
+#include "frame/release.h"
 #include "platform/clock.h"
 #include "platform/contexts.h"
 #include "platform/process.h"
@@ -17,11 +20,8 @@ platform::CriticalSection g_csHook;
 std::atomic<CMiniHook*> g_pMiniHook = nullptr;
 std::atomic<platform::ThreadHandle> g_hThread_DelayHook = nullptr;
 std::atomic<platform::ThreadHandle> g_hThreadToTryHookGLAgain = nullptr;
-std::atomic<bool> g_bHooked = false;
 void* g_hOpenGL = nullptr;
-void* pOrg_GL_wglSwapBuffers = nullptr;
 void* g_pHookTarget = nullptr;
-void* g_pTrampoline = nullptr;
 void* g_apGlFuncs[g_uGlFuncCount] = {};
 
 const char* const g_aszGlFuncs[] = {

@@ -24,11 +24,8 @@ extern platform::CriticalSection g_csHook; ///< guards Hook_openGL
 extern std::atomic<CMiniHook*> g_pMiniHook;
 extern std::atomic<platform::ThreadHandle> g_hThread_DelayHook;       ///< stays set after the thread ended
 extern std::atomic<platform::ThreadHandle> g_hThreadToTryHookGLAgain; ///< stays set after the thread ended
-extern std::atomic<bool> g_bHooked;                                   ///< the detour is in place
 extern void* g_hOpenGL;                                               ///< opengl32.dll
-extern void* pOrg_GL_wglSwapBuffers; ///< its address in opengl32.dll; null before it was looked up
-extern void* g_pHookTarget;          ///< the target while a hook stands
-extern void* g_pTrampoline;          ///< calls the real function; null if no detour was ever made
+extern void* g_pHookTarget;                                           ///< the target while a hook stands
 
 /// Names that GetAllGlFuncs looks up, and what it found.
 constexpr u32 g_uGlFuncCount = 44;

@@ -1,6 +1,6 @@
 #include "frame/build_ahead.h"
 
-#include "config/settings/host_care.h"
+#include "base/host_care.h"
 #include "platform/glyph_rasterizer.h"
 
 static bool g_bPrepared = false;

@@ -1,20 +1,18 @@
 #include "frame/command_handler.h"
+#include "base/layout_style.h"
 #include "base/log.h"
 #include "draw/creation_table.h"
-#include "frame/frame_driver.h"
+#include "frame/parts.h"
+#include "frame/update/local_clock.h"
 #include "frame/update/status_items.h"
 #include "frame/update/update.h"
 #include "platform/process.h"
-#include "shared/overlay_state.h"
+#include "shared/api_code.h"
 #include "shared/process_records.h"
 #include <algorithm>
 #include <iterator>
 
-void (*g_fnReloadCameraHook)() = nullptr;
-
 namespace {
-
-constexpr u32 c_uStyleCustom = 2;
 
 /// The block's name may lack a terminator; it ends at its field then.
 bool IsOurProfile(const char16_t* wzTarget) noexcept {
@@ -43,7 +41,7 @@ void Rebuild(stSharedCommand& stBlock) {
 }
 
 void ReloadCamera(stSharedCommand& stBlock) {
-    if (g_fnReloadCameraHook) g_fnReloadCameraHook();
+    if (g_stParts.m_fnReloadCamera) g_stParts.m_fnReloadCamera();
     stBlock.bReloadCamera = 0;
 }
 
@@ -84,7 +82,7 @@ void Reposition(stSharedCommand& stBlock) {
 }
 
 void ActOnLayout(stSharedCommand& stBlock) {
-    if (g_uLayoutStyle >= c_uStyleCustom) return;
+    if (g_uLayoutStyle >= STYLE_CUSTOM) return;
     if (stBlock.u8Timer) return ToggleStopWatch(stBlock);
     if (stBlock.bStatusChanged) return TakeStatus(stBlock);
     Reposition(stBlock);

@@ -1,12 +1,9 @@
 #pragma once
 // Acts on a waiting command inside a process.
-#include "shared/segment.h"
+#include "platform/segment.h"
 
 /// Handles one command block, a local copy of the record's: at most one of its flags is acted on and cleared,
 /// the result goes back to the record. Render thread only.
 void g_fnTavo_ProcessCommand(stSharedCommand& stBlock) noexcept;
 /// True if this process and thread are meant by the block's target fields.
 bool g_fnCommandIsForUs(const stSharedCommand& stBlock) noexcept;
-
-/// Re-reads the camera settings; null while nothing is installed.
-extern void (*g_fnReloadCameraHook)();

@@ -3,54 +3,35 @@
 #include "base/log.h"
 #include "base/timer.h"
 #include "config/load.h"
-#include "config/settings/host_care.h"
-#include "entry/hooking.h"
+#include "config/settings/settings_care.h"
+#include "draw/backdrop.h"
+#include "draw/canvas.h"
+#include "draw/own_context.h"
+#include "frame/api_claim.h"
 #include "frame/command_handler.h"
+#include "frame/context_state.h"
 #include "frame/limiter.h"
 #include "frame/outer_guard.h"
-#include "frame/own_context.h"
-#include "frame/resources.h"
+#include "frame/real_swap.h"
+#include "frame/release.h"
+#include "frame/render.h"
 #include "frame/surface_owner.h"
 #include "frame/update/statistics.h"
 #include "platform/gl_api.h"
 #include "platform/last_error.h"
-#include "platform/named_mapping.h"
 #include "platform/process.h"
 #include "platform/shared_block.h"
 #include "platform/swap_gate.h"
+#include "shared/api_code.h"
 #include "shared/process_records.h"
 
-#include <cstdio>
 #include <cstring>
 #include <optional>
 
 std::atomic<bool> g_bPipelineIdle = true;
-u32 g_iInitFailCount = 0;
-platform::SurfaceHandle g_hDC = nullptr;
-platform::WindowHandle hFocusWindow = nullptr;
 u32 g_uCallCount = 0;
-bool g_bCheckApiMapping = true;
-bool g_bOtherApiOwnsProcess = false;
-void* g_hApiMapping = nullptr;
-char* g_pApiView = nullptr;
-
-static constexpr u32 g_uApiMappingBytes = 256;
 
 static u32 Low32(const void* p) { return static_cast<u32>(reinterpret_cast<std::uintptr_t>(p)); }
-
-/// Through the trampoline if one was made, else the looked-up entry, else the imported one.
-static i32 RealSwap(void* hdc) {
-    void* const pEntry = g_pTrampoline ? g_pTrampoline : pOrg_GL_wglSwapBuffers;
-    return pEntry ? reinterpret_cast<i32 (*)(void*)>(pEntry)(hdc) : platform::ImportedSwapBuffers(hdc);
-}
-
-/// Drains one error, which the calls that a core profile rejects leave behind.
-static i32 SwapAndDrain(void* hdc) {
-    const i32 iResult = RealSwap(hdc);
-    const platform::ErrorKeeper keeper; // what the real swap left is the host's
-    glGetError();
-    return iResult;
-}
 
 static void TakeCommand(u32 uPid, u32 uTid) {
     u8 bChanged = 0;
@@ -59,35 +40,6 @@ static void TakeCommand(u32 uPid, u32 uTid) {
     if (!ReadCommandRecord(uPid, uTid, g_uRecordCommand, nullptr, &stBlock)) return;
     g_fnTavo_ProcessCommand(stBlock);
     WriteCommandRecord(uPid, uTid, 0, stBlock, g_uRecordChanged);
-}
-
-/// Another flavour's tag is respected only if it reads "D3D"; any other is overwritten.
-static void ClaimApi() {
-    char szName[64];
-    std::snprintf(szName, sizeof szName, "[RV5-OSD][PID:%d]", static_cast<i32>(platform::CurrentProcessId()));
-    g_hApiMapping = platform::CreateNamedMapping(szName, g_uApiMappingBytes);
-    if (!g_hApiMapping) return;
-    g_pApiView = static_cast<char*>(platform::MapView(g_hApiMapping, g_uApiMappingBytes));
-    if (!g_pApiView) {
-        platform::CloseMapping(g_hApiMapping);
-        g_hApiMapping = nullptr;
-        return;
-    }
-    if (std::memcmp(g_pApiView, "D3D", 3) == 0) g_bOtherApiOwnsProcess = true;
-    // KEEP: only "D3D" counts as an owner.
-    if (!g_bOtherApiOwnsProcess) std::memcpy(g_pApiView, "OGL", 4);
-}
-
-void g_fnCloseApiMapping() noexcept {
-    if (g_pApiView) platform::UnmapView(g_pApiView);
-    if (g_hApiMapping) platform::CloseMapping(g_hApiMapping);
-    g_pApiView = nullptr;
-    g_hApiMapping = nullptr;
-}
-
-void g_fnDropApiClaim() noexcept {
-    if (g_hApiMapping) platform::CloseMapping(g_hApiMapping);
-    g_hApiMapping = nullptr;
 }
 
 static void ReportStatus(u32 uPid, u32 uTid) {
@@ -109,7 +61,7 @@ static void RunSwapSteps(void* hdc) {
     g_fnTakeOwedRecord(uPid, uTid);
     TakeCommand(uPid, uTid);
     if (g_bCheckApiMapping) {
-        ClaimApi();
+        g_fnClaimApi();
         g_bCheckApiMapping = false;
     }
     if (!g_bOtherApiOwnsProcess) g_fnTavo_GL_PrewglSwapBuffers(hdc);
@@ -130,24 +82,13 @@ void g_fnAheadOfSwap(void* hdc) noexcept {
 
 extern "C" i32 GL_wglSwapBuffers(void* hdc) {
     g_fnAheadOfSwap(hdc);
-    return SwapAndDrain(hdc);
+    return g_fnSwapAndDrain(hdc);
 }
 
 extern "C" i32 GL_wglDeleteContext(void* hglrc) {
     g_fnLog("Delete hglrc: %#x", Low32(hglrc));
     g_fnLog("Current hglrc: %#x", Low32(platform::CurrentContext()));
     return platform::ImportedDeleteContext(hglrc);
-}
-
-/// What is kept for one context goes with it.
-static void LeaveContext() {
-    if (g_fnMayDeleteNames())
-        g_fnReleaseOuterGuard();
-    else
-        g_fnForgetOuterGuard();
-    g_bInitGLEW = false;
-    g_fnLeaveSurface();
-    g_fnLeaveContext();
 }
 
 /// False where this frame must be left undrawn.
@@ -160,7 +101,7 @@ static bool AcceptDeviceContext(platform::SurfaceHandle hdc) {
     }
     g_fnLog("GLGraphics: g_fnTavo_GL_PrewglSwapBuffers() - HDC Changed %#x => %#x", Low32(g_hDC), Low32(hdc));
     // Without resources the release leaves these alone, and another context has to be asked for its version.
-    if (bOtherContext && !g_bInitGL) LeaveContext();
+    if (bOtherContext && !g_bInitGL) g_fnLeaveOwnContext();
     if (g_hDC) {
         g_hDC = nullptr;
         g_fnTavo_GL_Release();
@@ -234,21 +175,4 @@ void g_fnTavo_GL_PrewglSwapBuffers(platform::SurfaceHandle hdc) noexcept {
     } catch (...) {
         g_fnLog("GLGraphics: g_fnTavo_GL_PrewglSwapBuffers() - exception");
     }
-}
-
-static void DeleteCopyTexture() {
-    if (!g_uCopyTexture) return;
-    if (g_fnMayDeleteNames()) glDeleteTextures(1, &g_uCopyTexture);
-    g_uCopyTexture = 0;
-}
-
-void g_fnTavo_GL_Release() noexcept {
-    if (!g_bInitGL) return;
-    DeleteCopyTexture();
-    g_fnReleaseResources();
-    g_iInitFailCount = 0;
-    g_bInitGL = false;
-    LeaveContext();
-    g_bNeedOnResize = true;
-    g_hDC = nullptr;
 }

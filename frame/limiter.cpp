@@ -5,31 +5,12 @@
 #include "frame/limiter_recovery.h"
 #include "platform/clock.h"
 
-u32 EnableFPSLimiter = 0;
-u32 FPS_Target = 0;
-f32 Frametime_Target_Sec = 1.0f / 360.0f;
 stLimiterState g_stLimiter;
 
 /// Made at the first run that needs it, so that a process with the limiter off reads no clock.
 static CTimer& LimiterTimer() {
     static CTimer timer;
     return timer;
-}
-
-void g_fnTavo_Setup_FPS_Limiter() noexcept {
-    if (FPS_Target == 0) FPS_Target = 1;
-    g_fnLog("[TavoDebug] Tavo: g_fnTavo_Setup_FPS_Limiter() - set FPS_Target: %d",
-            static_cast<i32>(FPS_Target));
-    Frametime_Target_Sec = 1.0f / static_cast<f32>(FPS_Target);
-    g_fnLog("[TavoDebug] Tavo: g_fnTavo_Setup_FPS_Limiter() - Frametime_Target_Sec: %.3f",
-            static_cast<f64>(Frametime_Target_Sec));
-}
-
-void g_fnTavo_Apply_FPS_Limiter() noexcept {
-    if (FPS_Target == 0)
-        EnableFPSLimiter = 0;
-    else
-        g_fnTavo_Setup_FPS_Limiter();
 }
 
 static bool LogCountChange(const char* szName, u32 uNow, u32& uPrev) {

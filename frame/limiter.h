@@ -1,13 +1,7 @@
 #pragma once
 // Frame-rate limiter: stretches the application's frame by spinning just before the real buffer swap.
+#include "config/settings/limiter_settings.h"
 #include "platform/types.h"
-
-/// Settings, changed by the configuration on the render thread.
-extern u32 EnableFPSLimiter;
-/// Frames per second; 0 until read.
-extern u32 FPS_Target;
-/// Seconds a frame is stretched to; computed by g_fnTavo_Setup_FPS_Limiter.
-extern f32 Frametime_Target_Sec;
 
 /// Everything the limiter remembers between frames. It lives as long as the process.
 struct stLimiterState {
@@ -24,10 +18,5 @@ struct stLimiterState {
 };
 extern stLimiterState g_stLimiter;
 
-/// Takes FPS_Target (0 counts as 1) into Frametime_Target_Sec.
-void g_fnTavo_Setup_FPS_Limiter() noexcept;
-/// To be called after the section FPSLimiter was read: target 0 switches the limiter off, any other sets it
-/// up.
-void g_fnTavo_Apply_FPS_Limiter() noexcept;
 /// One run; called on every swap of a process with the overlay enabled, also where nothing is drawn.
 void g_fnTavo_FPS_Limiter() noexcept;

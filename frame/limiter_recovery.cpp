@@ -1,6 +1,6 @@
 #include "frame/limiter_recovery.h"
 
-#include "config/settings/host_care.h"
+#include "base/host_care.h"
 
 #include <algorithm>
 

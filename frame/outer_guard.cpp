@@ -1,8 +1,8 @@
 #include "frame/outer_guard.h"
 
 #include "draw/canvas.h"
-#include "frame/frame_driver.h"
-#include "frame/outer_guard_pixels.h"
+#include "draw/pixel_guard.h"
+#include "frame/context_state.h"
 #include "platform/gl_api.h"
 #include "platform/types.h"
 

@@ -14,7 +14,8 @@
 //   frame to frame, so its attributes are as the last frame left them.
 // It may freely change: program, vertex array, array buffer, element array buffer, 2D texture of unit 0. It
 // must leave alone all else, and must:
-// - call g_fnGuardUpload() ahead of each upload of pixels, g_fnGuardRead() ahead of reading framebuffer 0;
+// - call g_fnGuardUpload() (draw/pixel_guard.h) ahead of each upload of pixels, g_fnGuardRead() ahead of
+// reading framebuffer 0;
 // - write 1 to all eight gl_ClipDistance in vertex shaders: that many switches are not asked for each frame.
 //
 // The scissor box is not set, since the test is off. Conditional rendering cannot be asked for: what it
@@ -25,11 +26,6 @@
 bool g_fnBeginOuterGuard();
 /// Gives back what begin and the two functions below changed.
 void g_fnEndOuterGuard() noexcept;
-
-/// Ahead of an upload of pixels: the plain unpack state, asked for once a frame. Nothing outside the guard.
-void g_fnGuardUpload() noexcept;
-/// Ahead of reading framebuffer 0: binds it for that, with the back buffer. Nothing outside the guard.
-void g_fnGuardRead() noexcept;
 
 /// Deletes the vertex array kept for the current context and forgets what is known of it.
 void g_fnReleaseOuterGuard() noexcept;

@@ -1,13 +1,20 @@
-// One drawn frame: GL set-up once a context, then the sequence around the overlay's drawing.
+#include "frame/render.h"
+
+#include "base/host_care.h"
 #include "base/log.h"
 #include "base/timer.h"
 #include "batch/draw_basic.h"
 #include "batch/draw_text.h"
-#include "config/settings/host_care.h"
+#include "config/settings/settings.h"
 #include "controls/osd_manager.h"
+#include "draw/backdrop.h"
+#include "draw/batcher_slots.h"
+#include "draw/canvas.h"
+#include "draw/pixel_guard.h"
 #include "frame/build_ahead.h"
-#include "frame/frame_driver.h"
+#include "frame/context_state.h"
 #include "frame/outer_guard.h"
+#include "frame/parts.h"
 #include "frame/resources.h"
 #include "frame/state_guard.h"
 #include "frame/update/status_items.h"
@@ -17,17 +24,7 @@
 #include <cstdlib>
 #include <cstring>
 
-bool g_bInitGL = false;
-bool g_bInitGLEW = false;
-i32 g_iGL_Major = 0, g_iGL_Minor = 0;
-i32 g_iGL_ContextProfileMask = 0, g_iGL_ContextFlag = 0;
 f32 g_fInitSeconds = 0.0f;
-u32 g_uCopyTexture = 0;
-bool g_bCaptureBackdrop = false;
-CDrawBasic_Base* g_pDrawBasic = nullptr;
-CDrawText_Base* g_pDrawText = nullptr;
-u8 g_bShotPending = 0;
-void (*g_fnSaveScreenshotHook)() = nullptr;
 
 static const char* VersionString() {
     const GLubyte* pText = glGetString(GL_VERSION);
@@ -128,7 +125,7 @@ static void Resize() {
 }
 
 void g_fnTavo_GL_SaveScreenshot() {
-    if (g_fnSaveScreenshotHook) g_fnSaveScreenshotHook();
+    if (g_stParts.m_fnSaveScreenshot) g_stParts.m_fnSaveScreenshot();
 }
 
 static void TakeShot() {
@@ -153,23 +150,6 @@ static void ShotAfterDrawing() {
     TakeShot();
 }
 
-static void CopyBackdrop() {
-    if (!g_bCaptureBackdrop) return;
-    g_fnGuardRead();
-    if (!g_uCopyTexture) glGenTextures(1, &g_uCopyTexture);
-    glBindTexture(GL_TEXTURE_2D, g_uCopyTexture);
-    glCopyTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 0, 0, static_cast<GLsizei>(g_uWidth),
-                     static_cast<GLsizei>(g_uHeight), 0);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_BORDER);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_BORDER);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_R, GL_CLAMP_TO_BORDER);
-    // KEEP: the border is red.
-    static const GLfloat afBorder[4] = {1.0f, 0.0f, 0.0f, 1.0f};
-    glTexParameterfv(GL_TEXTURE_2D, GL_TEXTURE_BORDER_COLOR, afBorder);
-    glBindTexture(GL_TEXTURE_2D, 0);
-}
-
 static void Unbind() {
     glActiveTexture(GL_TEXTURE0);
     glBindTexture(GL_TEXTURE_2D, 0);
@@ -184,7 +164,7 @@ static void DrawOverlay() {
     Resize();
     ShotBeforeDrawing();
     g_fnUpdate_Tavo();
-    CopyBackdrop();
+    g_fnCopyBackdrop();
     // Basic shapes go below text.
     if (g_pDrawBasic) static_cast<CDraw_Base*>(g_pDrawBasic)->m_fnRender();
     if (g_pDrawText) static_cast<CDraw_Base*>(g_pDrawText)->m_fnRender();

@@ -1,23 +1,30 @@
 #include "frame/resources.h"
 
+#include "base/host_care.h"
 #include "base/log.h"
+#include "base/slots.h"
 #include "batch/draw_basic.h"
 #include "batch/draw_text.h"
+#include "batch/flavour_gl.h"
 #include "config/custom/custom_layout.h"
 #include "config/load.h"
 #include "config/profile/profile_document.h"
-#include "config/settings/host_care.h"
+#include "config/settings/intervals.h"
 #include "controls/control_ids.h"
 #include "controls/osd_manager.h"
+#include "draw/batcher_slots.h"
 #include "draw/creation_table.h"
-#include "frame/frame_driver.h"
+#include "frame/layout.h"
+#include "frame/release.h"
 #include "frame/update/statistics.h"
 #include "frame/update/status_items.h"
-#include "frame/update/update.h"
-#include "merged/creation_table_merged.h"
+#include "frame/update/timers.h"
+#include "frame/update/update_flags.h"
+#include "frame/update/update_records.h"
+#include "merged/flavour_merged.h"
 #include "platform/clock.h"
 #include "platform/threads.h"
-#include "shared/overlay_state.h"
+#include "shared/api_code.h"
 #include "shared/process_records.h"
 
 #include <cstring>
@@ -25,12 +32,7 @@
 #include <memory>
 #include <new>
 
-CDrawBasic_Base* g_apDrawBasic[20] = {};
-CDrawText_Base* g_apDrawText[20] = {};
-u32* g_pFrameSamples = nullptr;
 i64 g_iStartTime = 0;
-u32 g_uApiCode = 0;
-char16_t g_wzApiName[32] = u"";
 
 /// Background workers; nothing starts any in this version.
 static platform::ThreadHandle g_ahWorkers[2] = {};
@@ -67,24 +69,9 @@ static void MakeFrameSamples() {
     if (!g_pFrameSamples) throw -1;
 }
 
-static void RestartTimers() {
-    for (CTimer* pTimer :
-         {&g_timerFrame, &g_timerFPS, &g_timerFrameTime, &g_timerData, &g_timerStatus, &g_timerShutter,
-          &g_timerAnimation, &g_timerWarning, &g_timerStopWatch, &g_timerClock, &g_timerUpdate})
-        pTimer->Restart();
-    g_iStartTime = platform::CounterNow();
-}
-
 static void MarkStatusDue() {
     g_abStatusDue[g_uManagerSlot] = 1;
     g_auStatus[g_uManagerSlot] = 0;
-}
-
-/// The load, with the word to the user if it comes to nothing.
-static bool LoadConfiguration() {
-    if (g_fnLoadConfiguration()) return true;
-    g_fnReportLoadFailure();
-    return false;
 }
 
 /// What a batcher throws while it builds its programs ends here; the log carries its words.
@@ -181,9 +168,10 @@ bool g_fnTavo_Init_Resource() {
     g_fnSelectManager();
     MakeFrameSamples();
     g_fnSetupIntervals();
-    RestartTimers();
+    g_fnRestartTimers();
+    g_iStartTime = platform::CounterNow();
     MarkStatusDue();
-    if (!LoadConfiguration()) return AbandonLoad(iStart);
+    if (!g_fnMakeLayout()) return AbandonLoad(iStart);
     if (!MakeBatchers()) return Abandon() || FailBatchers(iStart);
     g_pOSDManager->m_fnOnResize();
     // The first update shows all data at once.

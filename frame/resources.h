@@ -2,14 +2,6 @@
 // The two stages of resource creation, and their release.
 #include "platform/types.h"
 
-class CDrawBasic_Base;
-class CDrawText_Base;
-
-/// Batchers by manager slot.
-extern CDrawBasic_Base* g_apDrawBasic[20];
-extern CDrawText_Base* g_apDrawText[20];
-/// 0x20000 bytes: 32768 frame-time samples in units of ten microseconds; null while no resources exist.
-extern u32* g_pFrameSamples;
 /// Start of the current build, performance-counter ticks.
 extern i64 g_iStartTime;
 

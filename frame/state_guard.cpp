@@ -1,9 +1,8 @@
 #include "frame/state_guard.h"
 
 #include "draw/canvas.h"
-#include "frame/frame_driver.h"
-
-stGLSavedState GLSavedState;
+#include "draw/saved_state.h"
+#include "frame/context_state.h"
 
 /// Version conditions: 3.0 and above, 3.2 and above.
 static bool HasVersion3() { return g_iGL_Major >= 3; }

@@ -1,9 +1,9 @@
 #include "frame/surface_owner.h"
 
+#include "base/host_care.h"
 #include "base/timer.h"
-#include "config/settings/host_care.h"
-#include "frame/frame_driver.h"
-#include "frame/own_context.h"
+#include "draw/own_context.h"
+#include "frame/context_state.h"
 #include "platform/clock.h"
 #include "platform/last_error.h"
 

@@ -2,9 +2,9 @@
 
 #include "controls/control.h"
 #include "controls/osd_manager.h"
+#include "draw/backdrop.h"
 #include "draw/shape_meshes.h"
 #include "draw/texture_gl.h"
-#include "frame/frame_driver.h"
 #include "merged/merged_programs.h"
 #include "platform/gl_api.h"
 

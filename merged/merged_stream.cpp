@@ -1,8 +1,8 @@
 #include "merged/merged_stream.h"
 
-#include "config/settings/host_care.h"
-#include "frame/own_context.h"
-#include "frame/state_guard.h"
+#include "base/host_care.h"
+#include "draw/own_context.h"
+#include "draw/saved_state.h"
 #include "platform/gl_api.h"
 
 #include <cstring>

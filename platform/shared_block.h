@@ -1,7 +1,7 @@
 #pragma once
 // The segment that all processes share. Win32: the image section "Shared". Linux: a POSIX shared object with
 // a shared file lock held while mapped. Headless: plain memory.
-#include "shared/segment.h"
+#include "platform/segment.h"
 
 namespace platform {
 

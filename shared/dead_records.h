@@ -1,7 +1,7 @@
 #pragma once
 // Records of processes that ended without giving them back: killed ones, and programs that another one took
 // the place of. Beside its record a process leaves its stamp, since ids are used again.
-#include "shared/segment.h"
+#include "platform/segment.h"
 
 /// Whether the process with this id and stamp does not exist any more; false where that cannot be told. A
 /// stamp of 0 is not known.

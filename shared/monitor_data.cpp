@@ -1,32 +1,11 @@
 #include "shared/monitor_data.h"
 
 #include "base/log.h"
-#include "frame/update/statistics.h"
-#include "platform/process.h"
 #include "platform/shared_block.h"
 #include "shared/offset_tree.h"
 #include <cstdio>
 
 std::map<std::string, stAppData, std::less<>> g_mapAppData;
-std::map<std::string, const u32*, std::less<>> g_mapAppDataPtr;
-std::set<std::string, std::less<>> g_setAppDataNames;
-u32 g_uPID = 0;
-u32 g_uTID = 0;
-
-// Of the frame count the low half is shown.
-const stAppDataRow g_astAppDataRows[g_uAppDataRows] = {
-    {"FPS", {0, 1, &g_uFPS}},
-    {"FPS_AVG", {0, 1, &g_uFPS_Avg}},
-    {"FPS_MAX", {0, 1, &g_uFPS_Max}},
-    {"FPS_MIN", {0, 1, &g_uFPS_Min}},
-    {"FPS_50P", {0, 1, &g_uFPS_50P}},
-    {"FPS_1P", {0, 1, &g_uFPS_1P}},
-    {"FPS_01P", {0, 1, &g_uFPS_01P}},
-    {"FRAME_TIME", {2, 100, reinterpret_cast<const u32*>(&g_iFrameTime)}},
-    {"FRAME_CNT", {0, 1, reinterpret_cast<const u32*>(&g_uFrameCnt)}},
-    {"PID", {0, 1, &g_uPID}},
-    {"TID", {0, 1, &g_uTID}},
-};
 
 namespace {
 
@@ -56,24 +35,15 @@ u32 g_fnCurrentDataBank() noexcept { return g_fnReadOnce(platform::SharedSegment
 
 void g_fnRegisterAppData(const char* szName, u32 uDecimals, u32 uDivisor, const u32* pData) {
     g_mapAppData.insert_or_assign(szName, stAppData{uDecimals, uDivisor, pData});
-    g_mapAppDataPtr.insert_or_assign(szName, pData);
-    g_setAppDataNames.insert(szName);
-}
-
-void g_fnRegisterAllAppData() {
-    for (const auto& [szName, st] : g_astAppDataRows)
-        g_fnRegisterAppData(szName, st.m_uDecimals, st.m_uDivisor, st.m_pData);
-    g_uPID = platform::CurrentProcessId();
-    g_uTID = platform::CurrentThreadId();
 }
 
 const u32* g_fnGetMonitorDataPtr(const char* szDataFullName) noexcept {
     const u32 uBank = g_fnCurrentDataBank();
     if (!szDataFullName) return nullptr;
-    if (const auto it = g_mapAppDataPtr.find(szDataFullName); it != g_mapAppDataPtr.end()) {
+    if (const auto it = g_mapAppData.find(szDataFullName); it != g_mapAppData.end()) {
         g_fnLog("g_fnGetMonitorDataPtr szDataFullName: %s / pData: %#x - APP Data", szDataFullName,
-                Low32(it->second));
-        return it->second;
+                Low32(it->second.m_pData));
+        return it->second.m_pData;
     }
     u32 uOffset = 0;
     if (g_fnFindInOffsetTree(platform::SharedSegment()->DataTable[uBank], g_uDataTableBytes, szDataFullName,

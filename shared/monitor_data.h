@@ -8,7 +8,6 @@
 #include <cstring>
 #include <functional>
 #include <map>
-#include <set>
 #include <string>
 
 /// Largest offset of a value in a raw data bank.
@@ -21,28 +20,11 @@ struct stAppData {
     const u32* m_pData;
 };
 
-/// The APP values by name, filled together; keys are plain names without an index.
+/// The APP values by name, a plain name without an index.
 extern std::map<std::string, stAppData, std::less<>> g_mapAppData;
-extern std::map<std::string, const u32*, std::less<>> g_mapAppDataPtr;
-extern std::set<std::string, std::less<>> g_setAppDataNames;
 
-/// A row of the APP table.
-struct stAppDataRow {
-    const char* m_szName;
-    stAppData m_stData;
-};
-constexpr u32 g_uAppDataRows = 11;
-extern const stAppDataRow g_astAppDataRows[g_uAppDataRows];
-
-/// The values of "PID" and "TID".
-extern u32 g_uPID, g_uTID;
-
-/// Enters a name into all three lookups; a name that is known already gets the new record.
+/// Enters a name; one that is known already gets the new record.
 void g_fnRegisterAppData(const char* szName, u32 uDecimals, u32 uDivisor, const u32* pData);
-/// Registers all rows of the table, then sets "PID" and "TID" from the current ids. Runs at the head of every
-/// list build.
-void g_fnRegisterAllAppData();
-
 /// Bank that is current now, 0 or 1. Read it once and go on with that.
 u32 g_fnCurrentDataBank() noexcept;
 /// Address of a name's value, or null. An address in a data bank stays valid for good but belongs to the bank

@@ -1,6 +1,6 @@
 #include "shared/offset_tree.h"
 
-#include "shared/segment.h"
+#include "platform/segment.h"
 #include <algorithm>
 #include <array>
 

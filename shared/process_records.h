@@ -1,7 +1,7 @@
 #pragma once
 // The two record tables of the shared segment and the choice of a profile. No operation here fails, locks or
 // waits; a record that is not found is passed over silently.
-#include "shared/segment.h"
+#include "platform/segment.h"
 
 /// Bits of the mask arguments.
 constexpr u32 g_uRecordChanged = 1; ///< the changed flag

@@ -1,5 +1,6 @@
 #include "companion/profile_check/layout_check.h"
 
+#include "base/slots.h"
 #include "companion/profile_check/item_check.h"
 #include "companion/profile_check/log_capture.h"
 #include "companion/profile_check/plain_flavour.h"
@@ -57,12 +58,12 @@ struct stStanding {
 /// The usual sizes, and the profile's own one where it names both sides.
 std::vector<stPictureSize> SizesToJudge() {
     std::vector<stPictureSize> list(std::begin(g_aUsualSizes), std::end(g_aUsualSizes));
-    const bool bOwn = !g_bPreviewFixedAspect && g_uPreviewWidth > 0 && g_uPreviewHeight > 0;
+    const bool bOwn = !g_stPreview.bFixedAspect && g_stPreview.uWidth > 0 && g_stPreview.uHeight > 0;
     const auto Equals = [](const stPictureSize& st) {
-        return st.uWidth == g_uPreviewWidth && st.uHeight == g_uPreviewHeight;
+        return st.uWidth == g_stPreview.uWidth && st.uHeight == g_stPreview.uHeight;
     };
     if (bOwn && std::none_of(list.begin(), list.end(), Equals))
-        list.push_back({g_uPreviewWidth, g_uPreviewHeight});
+        list.push_back({g_stPreview.uWidth, g_stPreview.uHeight});
     return list;
 }
 

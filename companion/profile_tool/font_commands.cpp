@@ -1,3 +1,4 @@
+#include "base/layout_style.h"
 #include "companion/os.h"
 #include "companion/profile_check/font_cache.h"
 #include "companion/profile_tool/renderer.h"
@@ -9,7 +10,6 @@
 #include "controls/osd_manager.h"
 #include "draw/data_path.h"
 #include "font/font_file.h"
-#include "shared/overlay_state.h"
 #include "shared/process_records.h"
 #include <algorithm>
 #include <cstdio>

@@ -52,7 +52,7 @@ std::vector<std::string> DefinedSensors() {
     g_fnProbeWowKeys(); // which of two roots counts
     g_fnReadSensorDefinitions();
     std::vector<std::string> listNames;
-    for (const auto& [strName, st] : g_mapSensor) listNames.push_back(strName);
+    for (const auto& [strName, st] : g_stSensors.mapByName) listNames.push_back(strName);
     return listNames;
 }
 

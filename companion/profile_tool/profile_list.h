@@ -1,7 +1,7 @@
 #pragma once
 // The list of profiles: which there are, and where they are shown.
 #include "companion/segment_view.h"
-#include "shared/segment.h"
+#include "platform/segment.h"
 #include <filesystem>
 #include <string>
 #include <vector>

@@ -1,4 +1,5 @@
 #include "companion/profile_tool/renderer.h"
+#include "base/layout_style.h"
 #include "base/log.h"
 #include "companion/profile_folder.h"
 #include "companion/profile_tool/context.h"
@@ -6,13 +7,21 @@
 #include "companion/utf.h"
 #include "config/profile/profile_document.h"
 #include "config/profile/profile_names.h"
+#include "draw/backdrop.h"
+#include "draw/canvas.h"
+#include "draw/own_context.h"
 #include "entry/exports.h"
 #include "entry/hooking.h"
+#include "frame/api_claim.h"
+#include "frame/context_state.h"
 #include "frame/frame_driver.h"
 #include "frame/limiter.h"
+#include "frame/real_swap.h"
+#include "frame/release.h"
 #include "platform/gl_api.h"
 #include "platform/headless/test_controls.h"
 #include "platform/shared_block.h"
+#include "shared/api_code.h"
 #include "shared/process_records.h"
 #include <algorithm>
 #include <chrono>
@@ -236,10 +245,10 @@ const char* ProfileErrorText(i32 iError) {
 
 Result Program::NoLayout() const {
     std::string strWhy = "no layout can be made of the profile " + m_stPlan.strProfile;
-    const char* const szError = ProfileErrorText(g_iProfileError);
+    const char* const szError = ProfileErrorText(g_stProfile.iError);
     if (szError)
         strWhy += std::string(": ") + szError;
-    else if (g_pProfileRoot && !g_pLayoutRoutine)
+    else if (g_stProfile.pRoot && !g_stProfile.pRoutine)
         strWhy += std::string(": layouts of the style ") + g_fnLayoutElementName(g_uLayoutStyle) +
                   " cannot be shown by this version";
     if (!m_log.Last().empty()) strWhy += " (" + m_log.Last() + ")";

@@ -4,8 +4,8 @@
 // The name tree does not hold every character of its names. The companion therefore lays the names as text
 // behind the values that it publishes: the mark "NAME" as u32 behind the last value, then the names in the
 // order of their values, each with its zero, and an empty one at the end. Programs never look there.
+#include "platform/segment.h"
 #include "platform/types.h"
-#include "shared/segment.h"
 #include <map>
 #include <string>
 #include <vector>

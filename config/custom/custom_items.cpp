@@ -67,7 +67,7 @@ template <class Record, class Item> void TakeLetters(Record& st, const Item& ite
     st.u8ShadowG = item.m_u8ShadowG;
     st.u8ShadowB = item.m_u8ShadowB;
     st.u8ShadowA = item.m_u8ShadowA;
-    st.bShadow = g_bTextShadow;
+    st.bShadow = g_stLooks.bTextShadow;
 }
 
 stTextInit TextRecord(const CItemProperty_TextBox& item, u32 uFont) {

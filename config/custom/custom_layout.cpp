@@ -12,7 +12,6 @@
 #include "config/profile/profile_switches.h"
 #include "controls/link_controls.h"
 #include "draw/creation_table.h"
-#include "frame/update/update.h"
 #include "shared/process_records.h"
 
 std::vector<CControl*> g_listColorOrder;
@@ -62,7 +61,6 @@ bool g_fnCreateCustomControls() {
 }
 
 bool g_fnCreateCustomLayout() {
-    g_fnUpdateFPS = g_fnUpdateFPSCustom;
     g_fnReadProfileSwitches();
     g_fnReadProfileBatch();
     g_fnClearItems();
@@ -71,6 +69,5 @@ bool g_fnCreateCustomLayout() {
     if (!g_fnCreateCustomControls()) return false;
     g_fnLinkControls();
     g_listColorOrder = g_fnColorListOrder(g_fnProfileInfo());
-    g_fnBuildUpdateCustom();
     return true;
 }

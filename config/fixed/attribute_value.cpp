@@ -9,8 +9,7 @@
 #include <limits>
 #include <string>
 
-i32 g_iFontScale = 100;
-f32 g_fFontScale = 1.0f;
+stFontScale g_stFontScale;
 
 namespace {
 
@@ -23,11 +22,11 @@ bool IsFinal(std::string_view szName) { return szName == "Align#2.x" || szName =
 
 void g_fnReadFontScale(const tinyxml2::XMLElement* pInfo) {
     SettingTable table;
-    const stSettingRow aRows[] = {{"FontScale", "100", SETTING_DECIMAL, TARGET_I32, &g_iFontScale}};
+    const stSettingRow aRows[] = {{"FontScale", "100", SETTING_DECIMAL, TARGET_I32, &g_stFontScale.iPercent}};
     g_fnAddSettings(table, aRows);
     g_fnApplyXmlSettings(pInfo, table);
     g_fnFreeSettings(table);
-    g_fFontScale = g_fGlyphGapUnit = static_cast<f32>(g_iFontScale * 0.01);
+    g_stFontScale.fFactor = g_fGlyphGapUnit = static_cast<f32>(g_stFontScale.iPercent * 0.01);
 }
 
 bool g_fnIsPlainNumber(std::string_view szText) {
@@ -44,13 +43,13 @@ bool g_fnIsPlainNumber(std::string_view szText) {
 
 stAttributeValue g_fnReadAttribute(std::string_view szText) {
     if (g_fnIsPlainNumber(szText)) return {NumberOf(szText), false};
-    const auto it = g_mapProfileVariable.find(szText);
-    if (it != g_mapProfileVariable.end()) return {NumberOf(it->second), false};
+    const auto it = g_stFileVariables.mapProfile.find(szText);
+    if (it != g_stFileVariables.mapProfile.end()) return {NumberOf(it->second), false};
     return {static_cast<f64>(g_fnReadVariable(szText)), IsFinal(szText)};
 }
 
 f64 g_fnScaleAttribute(const stAttributeValue& st) {
-    return st.bFinal ? st.fValue : st.fValue * g_iFontScale / 100.0;
+    return st.bFinal ? st.fValue : st.fValue * g_stFontScale.iPercent / 100.0;
 }
 
 f64 g_fnScaleSize(std::string_view szSize, std::string_view szFactor) {

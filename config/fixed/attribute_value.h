@@ -9,10 +9,12 @@ namespace tinyxml2 {
 class XMLElement;
 }
 
-/// "FontScale" of a profile, percent.
-extern i32 g_iFontScale;
-/// The same as a factor. The gap unit of aligned rows holds it too.
-extern f32 g_fFontScale;
+/// "FontScale" of a profile. The gap unit of aligned rows holds the factor too.
+struct stFontScale {
+    i32 iPercent = 100;
+    f32 fFactor = 1.0f;
+};
+extern stFontScale g_stFontScale;
 /// Reads both from "Info"; 100 where that is missing.
 void g_fnReadFontScale(const tinyxml2::XMLElement* pInfo);
 

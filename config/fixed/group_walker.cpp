@@ -51,13 +51,13 @@ CControl* FindItem(char cLetter, u32 uIndex, const std::string& szId, u32 uOffse
     };
     switch (cLetter) {
     case 'F':
-        return Find(g_mapFlipBoxBID, g_stFlipBoxIds, g_ppFlipBox);
+        return Find(g_stNameMaps.mapFlipBox, g_stFlipBoxIds, g_ppFlipBox);
     case 'N':
-        return Find(g_mapNumBoxBID, g_stNumBoxIds, g_ppNumBox);
+        return Find(g_stNameMaps.mapNumBox, g_stNumBoxIds, g_ppNumBox);
     case 'P':
-        return Find(g_mapPanelBID, g_stPanelIds, g_ppPanel);
+        return Find(g_stNameMaps.mapPanel, g_stPanelIds, g_ppPanel);
     case 'T':
-        return Find(g_mapTextBoxBID, g_stTextBoxIds, g_ppTextBox);
+        return Find(g_stNameMaps.mapTextBox, g_stTextBoxIds, g_ppTextBox);
     default:
         return nullptr;
     }

@@ -2,8 +2,7 @@
 
 #include "base/log.h"
 
-NameMap g_mapTextBoxBID, g_mapNumBoxBID, g_mapFlipBoxBID, g_mapPanelBID;
-std::map<std::u16string, std::string, std::less<>> g_mapCaptionTitle;
+stNameMaps g_stNameMaps;
 
 std::string g_fnItemFullName(std::string_view szPrefix, std::string_view szEntry, std::string_view szKind) {
     std::string szName(szPrefix);
@@ -30,24 +29,26 @@ u32 g_fnFindBID(const NameMap& map, std::string_view szName) {
 }
 
 u32 g_fnGetTextBoxBIDByName(std::string_view szName) {
-    const u32 uBID = g_fnFindBID(g_mapTextBoxBID, szName);
+    const u32 uBID = g_fnFindBID(g_stNameMaps.mapTextBox, szName);
     if (uBID == g_uNoBID) g_fnLog("g_fnGetTextBoxBIDByName() fail\n");
     return uBID;
 }
 
 u32 g_fnGetNumBoxBIDByName(std::string_view szName) {
-    const u32 uBID = g_fnFindBID(g_mapNumBoxBID, szName);
+    const u32 uBID = g_fnFindBID(g_stNameMaps.mapNumBox, szName);
     if (uBID == g_uNoBID) g_fnLog("g_fnGetNumBoxBIDByName() fail\n");
     return uBID;
 }
 
 u32 g_fnGetPanelBIDByName(std::string_view szName) {
-    const u32 uBID = g_fnFindBID(g_mapPanelBID, szName);
+    const u32 uBID = g_fnFindBID(g_stNameMaps.mapPanel, szName);
     if (uBID == g_uNoBID) g_fnLog("g_fnGetPanelBIDByName() fail\n");
     return uBID;
 }
 
 void g_fnClearNameMaps() {
-    for (NameMap* p : {&g_mapTextBoxBID, &g_mapNumBoxBID, &g_mapFlipBoxBID, &g_mapPanelBID}) p->clear();
-    g_mapCaptionTitle.clear();
+    for (NameMap* p : {&g_stNameMaps.mapTextBox, &g_stNameMaps.mapNumBox, &g_stNameMaps.mapFlipBox,
+                       &g_stNameMaps.mapPanel})
+        p->clear();
+    g_stNameMaps.mapCaptionTitle.clear();
 }

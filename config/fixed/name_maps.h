@@ -16,10 +16,13 @@ constexpr char g_szTextBoxKind[] = "TEXTBOXID", g_szNumBoxKind[] = "NUMBOXID",
 constexpr u32 g_uNoBID = 0xFFFFFFFF;
 
 using NameMap = std::map<std::string, u32, std::less<>>;
-/// Item numbers by full name. Names are compared exactly.
-extern NameMap g_mapTextBoxBID, g_mapNumBoxBID, g_mapFlipBoxBID, g_mapPanelBID;
-/// Title item of a row by the caption that it shows.
-extern std::map<std::u16string, std::string, std::less<>> g_mapCaptionTitle;
+/// Names are compared exactly.
+struct stNameMaps {
+    NameMap mapTextBox, mapNumBox, mapFlipBox, mapPanel; ///< item numbers by full name
+    std::map<std::u16string, std::string, std::less<>>
+        mapCaptionTitle; ///< title item of a row by the caption that it shows
+};
+extern stNameMaps g_stNameMaps;
 
 /// PREFIX_ENTRY_KIND; an entry is a data word with its role, such as "VRAM_CLK_TITLE".
 std::string g_fnItemFullName(std::string_view szPrefix, std::string_view szEntry, std::string_view szKind);

@@ -8,8 +8,7 @@
 
 #include <string_view>
 
-std::array<stFontRecord, g_uFixedFonts> g_aFontSlot;
-std::bitset<g_uFixedFonts> g_bitsFontSlotUsed;
+stFontSlots g_stFontSlots;
 
 namespace {
 
@@ -28,8 +27,9 @@ void SetFace(stFontRecord& st, std::u16string_view wzFace) {
 /// Face of a "Font": that of the variable it names, if that has one, else its own.
 std::u16string FaceOf(const CTemplateAttributes& attributes) {
     const auto it =
-        g_mapProfileVariable.find(std::string_view(attributes.m_fnText("ReadFontNameFromVariable")));
-    if (it == g_mapProfileVariable.end() || it->second.empty()) return attributes.m_fnWide("FontName");
+        g_stFileVariables.mapProfile.find(std::string_view(attributes.m_fnText("ReadFontNameFromVariable")));
+    if (it == g_stFileVariables.mapProfile.end() || it->second.empty())
+        return attributes.m_fnWide("FontName");
     char16_t wzFace[g_uSettingText];
     g_fnDecodeUtf8(it->second.c_str(), wzFace, g_uSettingText);
     return wzFace;
@@ -47,14 +47,15 @@ stFontRecord ReadSlot(const CTemplateAttributes& attributes) {
 }
 
 void MarkUsedSlots() {
-    for (u32 u = 0; u < g_uFixedFonts; ++u) g_bitsFontSlotUsed.set(u, g_aFontSlot[u].m_wzFontName[0] != 0);
+    for (u32 u = 0; u < g_uFixedFonts; ++u)
+        g_stFontSlots.bitsUsed.set(u, g_stFontSlots.aRecord[u].m_wzFontName[0] != 0);
 }
 
 } // namespace
 
 void g_fnClearFontSlots() {
-    g_aFontSlot.fill({});
-    g_bitsFontSlotUsed.reset();
+    g_stFontSlots.aRecord.fill({});
+    g_stFontSlots.bitsUsed.reset();
 }
 
 bool g_fnReadFontSlots(const tinyxml2::XMLElement* pTemplate) {
@@ -63,7 +64,7 @@ bool g_fnReadFontSlots(const tinyxml2::XMLElement* pTemplate) {
         const CTemplateAttributes attributes(*p, g_aFontKeys);
         const u32 uSlot = g_fnTitleNumber(attributes.m_fnText("Title"));
         if (uSlot >= g_uFixedFonts) continue;
-        g_aFontSlot[uSlot] = ReadSlot(attributes);
+        g_stFontSlots.aRecord[uSlot] = ReadSlot(attributes);
     }
     MarkUsedSlots();
     return true;
@@ -74,23 +75,24 @@ bool g_fnMakeTemplateFonts(const tinyxml2::XMLElement* pTemplate, FontOverride f
     g_fnReadLanguageFileName(); // the override goes by it, long before the other settings are read
     g_fnClearFontSlots();
     if (!g_fnReadFontSlots(pTemplate)) return false;
-    if (fnOverride) fnOverride(g_aFontSlot);
+    if (fnOverride) fnOverride(g_stFontSlots.aRecord);
     MarkUsedSlots();
     FontIdsByName ids;
-    return g_fnMakeFixedFonts(g_aFontSlot, stPlace, ids);
+    return g_fnMakeFixedFonts(g_stFontSlots.aRecord, stPlace, ids);
 }
 
 u32 g_fnTextItemFont(u32 uTextBID) {
-    const stTextTemplate* pTemplate = g_poolTextBox.m_fnFind(uTextBID);
-    const stTextStyle* pStyle = pTemplate ? g_poolTextBoxStyle.m_fnFind(pTemplate->uStyleID) : nullptr;
+    const stTextTemplate* pTemplate = g_stTemplates.poolTextBox.m_fnFind(uTextBID);
+    const stTextStyle* pStyle =
+        pTemplate ? g_stTemplates.poolTextBoxStyle.m_fnFind(pTemplate->uStyleID) : nullptr;
     return pStyle ? pStyle->uFontID : g_uNoFont;
 }
 
 bool g_fnMakeTemplateTextFont(u32 uTextBID, const char16_t* wzText, const char16_t* wzFace,
                               const stFontFilePlace& stPlace) {
     const u32 uFont = g_fnTextItemFont(uTextBID);
-    if (uFont >= g_uFixedFonts || !g_aFontSlot[uFont].m_bDynamic) return true;
-    stFontRecord st = g_aFontSlot[uFont];
+    if (uFont >= g_uFixedFonts || !g_stFontSlots.aRecord[uFont].m_bDynamic) return true;
+    stFontRecord st = g_stFontSlots.aRecord[uFont];
     if (wzFace && *wzFace) SetFace(st, wzFace);
     if (!st.m_wzFontName[0] || st.m_uFontTexW == 0 || st.m_uFontLayoutX == 0) return true;
     return g_fnMakeTextFont(uFont, st, wzText ? wzText : u"", stPlace);

@@ -10,9 +10,12 @@ namespace tinyxml2 {
 class XMLElement;
 }
 
-/// Slots by font number; one without a face stays unused.
-extern std::array<stFontRecord, g_uFixedFonts> g_aFontSlot;
-extern std::bitset<g_uFixedFonts> g_bitsFontSlotUsed;
+/// By font number; one without a face stays unused.
+struct stFontSlots {
+    std::array<stFontRecord, g_uFixedFonts> aRecord;
+    std::bitset<g_uFixedFonts> bitsUsed;
+};
+extern stFontSlots g_stFontSlots;
 
 /// What changes slots after the elements are read: the language's own faces.
 using FontOverride = void (*)(std::span<stFontRecord>);

@@ -40,8 +40,9 @@ template <class T> void SetColors(const stItemColors& st, T& stOut) {
 
 bool g_fnMakeTextInit(const stItemInstance& st, const stItemColors& stColors, bool bShadow,
                       stTextInit& stOut) {
-    const stTextTemplate* pTemplate = FindTemplate(g_poolTextBox, st);
-    const stTextStyle* pStyle = pTemplate ? g_poolTextBoxStyle.m_fnFind(pTemplate->uStyleID) : nullptr;
+    const stTextTemplate* pTemplate = FindTemplate(g_stTemplates.poolTextBox, st);
+    const stTextStyle* pStyle =
+        pTemplate ? g_stTemplates.poolTextBoxStyle.m_fnFind(pTemplate->uStyleID) : nullptr;
     if (!pStyle) return false;
     stOut = {};
     SetPlace(st, *pTemplate, stOut);
@@ -55,8 +56,9 @@ bool g_fnMakeTextInit(const stItemInstance& st, const stItemColors& stColors, bo
 }
 
 bool g_fnMakeNumInit(const stItemInstance& st, const stItemColors& stColors, bool bShadow, stNumInit& stOut) {
-    const stNumTemplate* pTemplate = FindTemplate(g_poolNumBox, st);
-    const stTextStyle* pStyle = pTemplate ? g_poolNumBoxStyle.m_fnFind(pTemplate->uStyleID) : nullptr;
+    const stNumTemplate* pTemplate = FindTemplate(g_stTemplates.poolNumBox, st);
+    const stTextStyle* pStyle =
+        pTemplate ? g_stTemplates.poolNumBoxStyle.m_fnFind(pTemplate->uStyleID) : nullptr;
     if (!pStyle) return false;
     stOut = {};
     SetPlace(st, *pTemplate, stOut);
@@ -74,8 +76,9 @@ bool g_fnMakeNumInit(const stItemInstance& st, const stItemColors& stColors, boo
 
 bool g_fnMakeFlipInit(const stItemInstance& st, const stItemColors& stColors, bool bShadow,
                       stFlipInit& stOut) {
-    const stFlipTemplate* pTemplate = FindTemplate(g_poolFlipBox, st);
-    const stTextStyle* pStyle = pTemplate ? g_poolFlipBoxStyle.m_fnFind(pTemplate->uStyleID) : nullptr;
+    const stFlipTemplate* pTemplate = FindTemplate(g_stTemplates.poolFlipBox, st);
+    const stTextStyle* pStyle =
+        pTemplate ? g_stTemplates.poolFlipBoxStyle.m_fnFind(pTemplate->uStyleID) : nullptr;
     if (!pStyle) return false;
     stOut = {};
     SetPlace(st, *pTemplate, stOut);
@@ -89,8 +92,9 @@ bool g_fnMakeFlipInit(const stItemInstance& st, const stItemColors& stColors, bo
 }
 
 bool g_fnMakePanelInit(const stItemInstance& st, const stPanelLook& stLook, stPanelInit& stOut) {
-    const stPanelTemplate* pTemplate = FindTemplate(g_poolPanel, st);
-    const stPanelStyle* pStyle = pTemplate ? g_poolPanelStyle.m_fnFind(pTemplate->uStyleID) : nullptr;
+    const stPanelTemplate* pTemplate = FindTemplate(g_stTemplates.poolPanel, st);
+    const stPanelStyle* pStyle =
+        pTemplate ? g_stTemplates.poolPanelStyle.m_fnFind(pTemplate->uStyleID) : nullptr;
     if (!pStyle) return false;
     stOut = {};
     SetPlace(st, *pTemplate, stOut);

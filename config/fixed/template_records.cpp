@@ -6,12 +6,7 @@
 #include "config/items/item_reader.h"
 #include "config/settings/settings.h"
 
-CTemplatePool<stTextStyle, g_uTemplateStyles> g_poolTextBoxStyle, g_poolFlipBoxStyle, g_poolNumBoxStyle;
-CTemplatePool<stPanelStyle, g_uTemplateStyles> g_poolPanelStyle;
-CTemplatePool<stTextTemplate, g_uTemplateItems> g_poolTextBox;
-CTemplatePool<stNumTemplate, g_uTemplateItems> g_poolNumBox;
-CTemplatePool<stFlipTemplate, g_uTemplateItems> g_poolFlipBox;
-CTemplatePool<stPanelTemplate, g_uTemplateItems> g_poolPanel;
+stTemplates g_stTemplates;
 
 namespace {
 
@@ -115,22 +110,22 @@ u32 g_fnTitleNumber(const char* szTitle) {
 }
 
 bool g_fnReadTextBoxStyles(const tinyxml2::XMLElement* pTemplate) {
-    return ReadPool(pTemplate, "TextBoxStyle", g_aTextStyleKeys, g_poolTextBoxStyle, g_fnTitleNumber,
-                    ReadTextStyle);
+    return ReadPool(pTemplate, "TextBoxStyle", g_aTextStyleKeys, g_stTemplates.poolTextBoxStyle,
+                    g_fnTitleNumber, ReadTextStyle);
 }
 
 bool g_fnReadNumBoxStyles(const tinyxml2::XMLElement* pTemplate) {
-    return ReadPool(pTemplate, "NumBoxStyle", g_aNumStyleKeys, g_poolNumBoxStyle, g_fnTitleNumber,
+    return ReadPool(pTemplate, "NumBoxStyle", g_aNumStyleKeys, g_stTemplates.poolNumBoxStyle, g_fnTitleNumber,
                     ReadTextStyle);
 }
 
 bool g_fnReadFlipBoxStyles(const tinyxml2::XMLElement* pTemplate) {
-    return ReadPool(pTemplate, "FlipBoxStyle", g_aTextStyleKeys, g_poolFlipBoxStyle, g_fnTitleNumber,
-                    ReadTextStyle);
+    return ReadPool(pTemplate, "FlipBoxStyle", g_aTextStyleKeys, g_stTemplates.poolFlipBoxStyle,
+                    g_fnTitleNumber, ReadTextStyle);
 }
 
 bool g_fnReadPanelStyles(const tinyxml2::XMLElement* pTemplate) {
-    return ReadPool(pTemplate, "PanelStyle", g_aPanelStyleKeys, g_poolPanelStyle, g_fnTitleNumber,
+    return ReadPool(pTemplate, "PanelStyle", g_aPanelStyleKeys, g_stTemplates.poolPanelStyle, g_fnTitleNumber,
                     ReadPanelStyle);
 }
 
@@ -140,18 +135,19 @@ bool g_fnReadTemplateStyles(const tinyxml2::XMLElement* pTemplate) {
 }
 
 bool g_fnReadTextBoxTemplates(const tinyxml2::XMLElement* pTemplate) {
-    return ReadItems(pTemplate, "TextBox", g_aTextKeys, g_mapTextBoxBID, g_poolTextBox,
+    return ReadItems(pTemplate, "TextBox", g_aTextKeys, g_stNameMaps.mapTextBox, g_stTemplates.poolTextBox,
                      [](const CTemplateAttributes& attributes, stTextTemplate& st) {
                          st.wzText = TemplateText(attributes);
                      });
 }
 
 bool g_fnReadNumBoxTemplates(const tinyxml2::XMLElement* pTemplate) {
-    return ReadItems(pTemplate, "NumBox", g_aNumKeys, g_mapNumBoxBID, g_poolNumBox, ReadNumber);
+    return ReadItems(pTemplate, "NumBox", g_aNumKeys, g_stNameMaps.mapNumBox, g_stTemplates.poolNumBox,
+                     ReadNumber);
 }
 
 bool g_fnReadFlipBoxTemplates(const tinyxml2::XMLElement* pTemplate) {
-    return ReadItems(pTemplate, "FlipBox", g_aFlipKeys, g_mapFlipBoxBID, g_poolFlipBox,
+    return ReadItems(pTemplate, "FlipBox", g_aFlipKeys, g_stNameMaps.mapFlipBox, g_stTemplates.poolFlipBox,
                      [](const CTemplateAttributes& attributes, stFlipTemplate& st) {
                          constexpr const char* aszKeys[g_uFlipTexts] = {"Text0", "Text1", "Text2"};
                          for (u32 u = 0; u < g_uFlipTexts; ++u)
@@ -160,7 +156,8 @@ bool g_fnReadFlipBoxTemplates(const tinyxml2::XMLElement* pTemplate) {
 }
 
 bool g_fnReadPanelTemplates(const tinyxml2::XMLElement* pTemplate) {
-    return ReadItems(pTemplate, "Panel", g_aPanelKeys, g_mapPanelBID, g_poolPanel, ReadPanel);
+    return ReadItems(pTemplate, "Panel", g_aPanelKeys, g_stNameMaps.mapPanel, g_stTemplates.poolPanel,
+                     ReadPanel);
 }
 
 bool g_fnReadTemplates(const tinyxml2::XMLElement* pTemplate) {
@@ -169,13 +166,13 @@ bool g_fnReadTemplates(const tinyxml2::XMLElement* pTemplate) {
 }
 
 void g_fnClearTemplates() {
-    g_poolTextBoxStyle.m_fnClear();
-    g_poolFlipBoxStyle.m_fnClear();
-    g_poolNumBoxStyle.m_fnClear();
-    g_poolPanelStyle.m_fnClear();
-    g_poolTextBox.m_fnClear();
-    g_poolNumBox.m_fnClear();
-    g_poolFlipBox.m_fnClear();
-    g_poolPanel.m_fnClear();
+    g_stTemplates.poolTextBoxStyle.m_fnClear();
+    g_stTemplates.poolFlipBoxStyle.m_fnClear();
+    g_stTemplates.poolNumBoxStyle.m_fnClear();
+    g_stTemplates.poolPanelStyle.m_fnClear();
+    g_stTemplates.poolTextBox.m_fnClear();
+    g_stTemplates.poolNumBox.m_fnClear();
+    g_stTemplates.poolFlipBox.m_fnClear();
+    g_stTemplates.poolPanel.m_fnClear();
     g_fnClearFontSlots();
 }

@@ -46,13 +46,16 @@ struct stPanelTemplate : stItemPlace {
     i32 iWidth = 0, iHeight = 0; ///< not scaled; read where the style has 0
 };
 
-extern CTemplatePool<stTextStyle, g_uTemplateStyles> g_poolTextBoxStyle, g_poolFlipBoxStyle,
-    g_poolNumBoxStyle;
-extern CTemplatePool<stPanelStyle, g_uTemplateStyles> g_poolPanelStyle;
-extern CTemplatePool<stTextTemplate, g_uTemplateItems> g_poolTextBox;
-extern CTemplatePool<stNumTemplate, g_uTemplateItems> g_poolNumBox;
-extern CTemplatePool<stFlipTemplate, g_uTemplateItems> g_poolFlipBox;
-extern CTemplatePool<stPanelTemplate, g_uTemplateItems> g_poolPanel;
+/// Styles by style id, templates by item number.
+struct stTemplates {
+    CTemplatePool<stTextStyle, g_uTemplateStyles> poolTextBoxStyle, poolFlipBoxStyle, poolNumBoxStyle;
+    CTemplatePool<stPanelStyle, g_uTemplateStyles> poolPanelStyle;
+    CTemplatePool<stTextTemplate, g_uTemplateItems> poolTextBox;
+    CTemplatePool<stNumTemplate, g_uTemplateItems> poolNumBox;
+    CTemplatePool<stFlipTemplate, g_uTemplateItems> poolFlipBox;
+    CTemplatePool<stPanelTemplate, g_uTemplateItems> poolPanel;
+};
+extern stTemplates g_stTemplates;
 
 /// Number that the first run of digits in a title gives; g_uNoTemplate without one, or beyond 32 bits.
 constexpr u32 g_uNoTemplate = 0xFFFFFFFF;

@@ -7,11 +7,8 @@
 #include <cmath>
 #include <cstring>
 
-u32 g_uCPUNum = 0, g_uGPUNum = 0;
-i32 g_iAlign2X = 0, g_iAlign2Y = 0;
-std::map<std::string, stVariable, std::less<>> g_mapVariable;
-ProfileVariables g_mapProfileVariable;
-PresetVariables g_mapPresetVariable;
+stVariables g_stVariables;
+stFileVariables g_stFileVariables;
 
 namespace {
 
@@ -54,14 +51,14 @@ void ReadVariables(const tinyxml2::XMLElement* pParent, eSettingTarget uType, Ma
 }
 
 i32 ProfileNumber(std::string_view szName) {
-    const auto it = g_mapProfileVariable.find(szName);
-    if (it == g_mapProfileVariable.end()) return 0;
+    const auto it = g_stFileVariables.mapProfile.find(szName);
+    if (it == g_stFileVariables.mapProfile.end()) return 0;
     return static_cast<i32>(static_cast<u32>(g_fnParseDecimal(it->second.c_str())));
 }
 
 void AddColumnWidthSum() {
     const i64 iSum = static_cast<i64>(ProfileNumber("ColumnWidth#1")) + ProfileNumber("ColumnWidth#2");
-    g_mapProfileVariable[g_szColumnWidthSum] = std::to_string(iSum);
+    g_stFileVariables.mapProfile[g_szColumnWidthSum] = std::to_string(iSum);
 }
 
 i32 Percent(const std::string& szValue) {
@@ -80,21 +77,21 @@ i32 Percent(const std::u16string& wzValue) {
 } // namespace
 
 void g_fnRegisterVariable(std::string_view szName, const void* pValue, u8 uTargetType) {
-    g_mapVariable.insert_or_assign(std::string(szName), stVariable{pValue, uTargetType});
+    g_stVariables.mapByName.insert_or_assign(std::string(szName), stVariable{pValue, uTargetType});
 }
 
 void g_fnRegisterVariables() {
-    g_mapVariable.clear();
+    g_stVariables.mapByName.clear();
     g_fnClearFileVariables();
-    g_fnRegisterVariable("CPUNum", &g_uCPUNum, TARGET_U32);
-    g_fnRegisterVariable("GPUNum", &g_uGPUNum, TARGET_U32);
-    g_fnRegisterVariable("Align#2.x", &g_iAlign2X, TARGET_I32);
-    g_fnRegisterVariable("Align#2.y", &g_iAlign2Y, TARGET_I32);
+    g_fnRegisterVariable("CPUNum", &g_stVariables.uCPUNum, TARGET_U32);
+    g_fnRegisterVariable("GPUNum", &g_stVariables.uGPUNum, TARGET_U32);
+    g_fnRegisterVariable("Align#2.x", &g_stVariables.iAlign2X, TARGET_I32);
+    g_fnRegisterVariable("Align#2.y", &g_stVariables.iAlign2Y, TARGET_I32);
 }
 
 i32 g_fnReadVariable(std::string_view szName) {
-    const auto it = g_mapVariable.find(szName);
-    if (it == g_mapVariable.end() || !it->second.pValue) return 0;
+    const auto it = g_stVariables.mapByName.find(szName);
+    if (it == g_stVariables.mapByName.end() || !it->second.pValue) return 0;
     const void* p = it->second.pValue;
     switch (it->second.uTargetType) {
     case TARGET_I8:
@@ -118,21 +115,21 @@ i32 g_fnReadVariable(std::string_view szName) {
 }
 
 void g_fnReadProfileVariables(const tinyxml2::XMLElement* pInfo) {
-    ReadVariables<char>(g_fnFirstElement(pInfo, "CustomSettings"), TARGET_TEXT, g_mapProfileVariable);
+    ReadVariables<char>(g_fnFirstElement(pInfo, "CustomSettings"), TARGET_TEXT, g_stFileVariables.mapProfile);
     AddColumnWidthSum();
     g_fnHandOverFontScales();
 }
 
 void g_fnReadPresetVariables(const tinyxml2::XMLElement* pPreset) {
-    ReadVariables<char16_t>(pPreset, TARGET_WIDE, g_mapPresetVariable);
+    ReadVariables<char16_t>(pPreset, TARGET_WIDE, g_stFileVariables.mapPreset);
     g_fnHandOverFontScales();
 }
 
 void g_fnHandOverFontScales() {
     g_mapFontScalePercent.clear();
-    for (const auto& [wzName, wzValue] : g_mapPresetVariable)
+    for (const auto& [wzName, wzValue] : g_stFileVariables.mapPreset)
         g_mapFontScalePercent[wzName] = Percent(wzValue);
-    for (const auto& [szName, szValue] : g_mapProfileVariable) {
+    for (const auto& [szName, szValue] : g_stFileVariables.mapProfile) {
         char16_t wzName[g_uSettingText];
         g_fnDecodeUtf8(szName.c_str(), wzName, g_uSettingText);
         g_mapFontScalePercent[wzName] = Percent(szValue);
@@ -140,7 +137,7 @@ void g_fnHandOverFontScales() {
 }
 
 void g_fnClearFileVariables() {
-    g_mapProfileVariable.clear();
-    g_mapPresetVariable.clear();
+    g_stFileVariables.mapProfile.clear();
+    g_stFileVariables.mapPreset.clear();
     g_mapFontScalePercent.clear();
 }

@@ -13,16 +13,19 @@ class XMLElement;
 
 // --- variables of the program ------------------------------------------------------------------------------
 
-extern u32 g_uCPUNum;              ///< "CPUNum": CPUs to show
-extern u32 g_uGPUNum;              ///< "GPUNum": cards to show
-extern i32 g_iAlign2X, g_iAlign2Y; ///< "Align#2.x", "Align#2.y": second block, pixels, font scale included
-
 /// Where a variable's value is, and its type by eSettingTarget.
 struct stVariable {
     const void* pValue;
     u8 uTargetType;
 };
-extern std::map<std::string, stVariable, std::less<>> g_mapVariable;
+
+struct stVariables {
+    u32 uCPUNum = 0;                ///< "CPUNum": CPUs to show
+    u32 uGPUNum = 0;                ///< "GPUNum": cards to show
+    i32 iAlign2X = 0, iAlign2Y = 0; ///< "Align#2.x", "Align#2.y": second block, pixels, font scale included
+    std::map<std::string, stVariable, std::less<>> mapByName;
+};
+extern stVariables g_stVariables;
 
 /// Enters the four above and forgets all others, those of files included; the first step of every load.
 void g_fnRegisterVariables();
@@ -36,8 +39,11 @@ i32 g_fnReadVariable(std::string_view szName);
 
 using ProfileVariables = std::map<std::string, std::string, std::less<>>;
 using PresetVariables = std::map<std::u16string, std::u16string>;
-extern ProfileVariables g_mapProfileVariable;
-extern PresetVariables g_mapPresetVariable;
+struct stFileVariables {
+    ProfileVariables mapProfile;
+    PresetVariables mapPreset;
+};
+extern stFileVariables g_stFileVariables;
 
 /// Entry that the profile's reader adds: the sum of the two parts of its name, in decimal.
 constexpr char g_szColumnWidthSum[] = "ColumnWidth#1+ColumnWidth#2";

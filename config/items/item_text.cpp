@@ -3,8 +3,8 @@
 #include "base/log.h"
 #include "config/items/item_reader.h"
 #include "config/items/item_report.h"
-#include "frame/frame_driver.h"
 #include "platform/process.h"
+#include "shared/api_code.h"
 #include "shared/process_records.h"
 
 #include <algorithm>

@@ -1,18 +1,17 @@
 #include "config/make/panel_records.h"
 
+#include "base/layout_style.h"
 #include "base/log.h"
 #include "controls/control_ids.h"
 #include "controls/panel.h"
+#include "draw/backdrop.h"
 #include "draw/creation_table.h"
 #include "draw/draw_keys.h"
-#include "frame/frame_driver.h"
-#include "shared/overlay_state.h"
 
 #include <algorithm>
 
 namespace {
 
-constexpr u32 g_uStyleCustom = 2;
 /// Fixed for all panels made from records, canvas units.
 constexpr f32 g_fRecordOutset = 1, g_fRecordThickness = 1, g_fRecordCorner = 10;
 
@@ -35,7 +34,7 @@ void AttachFlat(CPanel_Base& panel) {
 /// key.
 void AttachFrosted(CPanel_Base& panel, u32 uScatter) {
     const u32 uDiameter = std::min(uScatter, g_uScatterMax);
-    panel.m_fnSetDrawKey(g_uLayoutStyle == g_uStyleCustom ? g_keyBlurByDiameter[uDiameter] : g_keyBlurList);
+    panel.m_fnSetDrawKey(g_uLayoutStyle == STYLE_CUSTOM ? g_keyBlurByDiameter[uDiameter] : g_keyBlurList);
     ++g_mapBlurDiameters[uDiameter];
     g_bCaptureBackdrop = true;
     g_pOSDManager->m_fnAttachFront(&panel, g_uLayerBlur);

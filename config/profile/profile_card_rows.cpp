@@ -1,4 +1,5 @@
-// The rows of cards, CPUs and of the program itself, by their names.
+#include "config/profile/profile_card_rows.h"
+
 #include "config/profile/profile_cards.h"
 
 const stInfoRow g_aCardRows[g_uCardRows] = {

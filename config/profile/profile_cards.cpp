@@ -179,8 +179,8 @@ class CSensorRows {
     explicit CSensorRows(std::vector<stSensorRow>& rows) : m_rows(rows) { m_rows.clear(); }
 
     void Add(const XMLElement& child, u32 uGroup) {
-        const auto it = g_mapSensorTag.find(std::string_view(child.Name()));
-        if (it == g_mapSensorTag.end() || !IsShown(&child)) return;
+        const auto it = g_stSensors.mapTag.find(std::string_view(child.Name()));
+        if (it == g_stSensors.mapTag.end() || !IsShown(&child)) return;
         const std::string& szName = it->second;
         if (!m_setSeen.emplace(uGroup, szName).second || !g_fnIsSensorSupported(uGroup, szName.c_str()))
             return;
@@ -260,7 +260,7 @@ void g_fnReadDisplayIndexes(const XMLElement* pInfo, std::map<std::string, u32, 
 bool g_fnReadProfileCardOrder() {
     stCardBlock& st = g_stInfoBlock.stCards;
     if (!g_fnReadCardOrder(g_fnProfileInfo(), g_uCardNum, st, nullptr)) return false;
-    g_uCardDisplayCount = st.uDisplayCount;
+    g_stDisplay.uCards = st.uDisplayCount;
     std::copy(std::begin(st.aiCardOfDisplay), std::end(st.aiCardOfDisplay), g_iCardOfDisplay);
     return true;
 }
@@ -271,7 +271,7 @@ bool g_fnReadProfileInfoBlock() {
     if (!g_fnReadProgramRows(pInfo, st.auProgramRow) || !g_fnReadCardFlags(pInfo, st.stCards, nullptr) ||
         !g_fnReadCpuBlock(pInfo, st.stCpu, nullptr))
         return false;
-    g_uCpuDisplayCount = st.stCpu.uDisplayCount;
-    g_fnReadSensorBlock(pInfo, g_listSensorRows);
+    g_stDisplay.uCpus = st.stCpu.uDisplayCount;
+    g_fnReadSensorBlock(pInfo, g_stDisplay.listSensorRows);
     return true;
 }

@@ -2,6 +2,7 @@
 // Which rows of the info block a profile shows: of the program, of each card and CPU, of sensors. The readers
 // fill records of the caller's, so that a layout and the companion's questions don't meet; "Info" may be
 // null, which reads as one without children.
+#include "config/profile/profile_card_rows.h"
 #include "config/settings/sensor_table.h"
 #include "platform/types.h"
 
@@ -12,17 +13,6 @@
 namespace tinyxml2 {
 class XMLElement;
 }
-
-/// A row of a card or CPU: its element in a profile, its name in the settings store, its data name.
-struct stInfoRow {
-    const char* szElement;
-    const char16_t* wzRow;
-    const char* szDataName;
-};
-constexpr u32 g_uCardRows = 39;
-constexpr u32 g_uCpuRows = 3;
-extern const stInfoRow g_aCardRows[g_uCardRows];
-extern const stInfoRow g_aCpuRows[g_uCpuRows];
 
 /// Display position without a card.
 constexpr i32 g_iNoCard = 256;
@@ -107,11 +97,11 @@ struct stInfoBlock {
 };
 extern stInfoBlock g_stInfoBlock;
 
-/// Card order and count of the active profile, from g_uCardNum; also into g_uCardDisplayCount and
+/// Card order and count of the active profile, from g_uCardNum; also into g_stDisplay.uCards and
 /// g_iCardOfDisplay. All styles with fixed tables.
 bool g_fnReadProfileCardOrder();
 /// Rows of the program, cards, CPUs and sensors of the active profile, after the order; also into
-/// g_uCpuDisplayCount and g_listSensorRows.
+/// g_stDisplay.uCpus and g_stDisplay.listSensorRows.
 bool g_fnReadProfileInfoBlock();
 /// "CardDisplayNum" of "Info", 1 if missing, held to 20; what Custom reads of the cards.
 u32 g_fnReadCardDisplayNum(const tinyxml2::XMLElement* pInfo);

@@ -1,9 +1,10 @@
 #include "config/profile/profile_document.h"
 
+#include "base/layout_style.h"
 #include "base/log.h"
+#include "base/watched_files.h"
 #include "config/settings/setting_binding.h"
 #include "config/settings/settings.h"
-#include "config/watched_files.h"
 #include "platform/folders.h"
 #include "platform/input_file.h"
 #include "platform/log.h"
@@ -19,21 +20,12 @@
 using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 
-const XMLElement* g_pProfileRoot = nullptr;
-const XMLElement* g_pLayoutElement = nullptr;
-const XMLElement* g_pSettingsElement = nullptr;
-const XMLElement* g_pGroupElement = nullptr;
-const XMLElement* g_pTemplateElement = nullptr;
-const XMLElement* g_pExtensionElement = nullptr;
-const XMLElement* g_pPresetElement = nullptr;
-stLayoutRoutine g_apLayoutRoutine[3] = {};
-stLayoutRoutine g_pLayoutRoutine = nullptr;
-i32 g_iProfileError = PROFILE_OK;
+stLayoutRoutine g_apLayoutRoutine[g_uLayoutStyles] = {};
+stProfile g_stProfile;
 
 namespace {
 
-constexpr u32 c_uStyles = 3, c_uStyleCustom = 2;
-constexpr const char* c_aszLayouts[c_uStyles] = {"ClassicLayout", "ORVINLayout", "CustomLayout"};
+constexpr const char* c_aszLayouts[g_uLayoutStyles] = {"ClassicLayout", "ORVINLayout", "CustomLayout"};
 
 std::unique_ptr<XMLDocument> g_pProfileDocument, g_pReferenceDocument;
 
@@ -81,22 +73,22 @@ void OpenBoth() {
 
 /// The style comes last: a read that fails leaves it as it was.
 void TakeHandles() {
-    g_pProfileRoot = g_pProfileDocument->FirstChildElement("OSD");
+    g_stProfile.pRoot = g_pProfileDocument->FirstChildElement("OSD");
     const XMLElement* const pReference = g_pReferenceDocument->FirstChildElement("OSD");
-    const u32 uStyle = g_fnLayoutStyleOf(*g_pProfileRoot);
+    const u32 uStyle = g_fnLayoutStyleOf(*g_stProfile.pRoot);
     const char* const szLayout = g_fnLayoutElementName(uStyle);
-    g_pExtensionElement = Child(pReference, "Extension");
-    g_pPresetElement = Child(pReference, "Preset");
-    g_pLayoutElement = Demand(Child(g_pProfileRoot, szLayout), PROFILE_NO_LAYOUT);
+    g_stProfile.pExtension = Child(pReference, "Extension");
+    g_stProfile.pPreset = Child(pReference, "Preset");
+    g_stProfile.pLayout = Demand(Child(g_stProfile.pRoot, szLayout), PROFILE_NO_LAYOUT);
     // Custom is its own reference.
     const XMLElement* const pFixed =
-        uStyle == c_uStyleCustom ? nullptr : Demand(Child(pReference, szLayout), PROFILE_NO_LAYOUT);
-    g_pSettingsElement = Demand(Child(g_pLayoutElement, "Settings"), PROFILE_NO_SETTINGS);
+        uStyle == STYLE_CUSTOM ? nullptr : Demand(Child(pReference, szLayout), PROFILE_NO_LAYOUT);
+    g_stProfile.pSettings = Demand(Child(g_stProfile.pLayout, "Settings"), PROFILE_NO_SETTINGS);
     if (pFixed) {
-        g_pGroupElement = Demand(Child(pFixed, "Group"), PROFILE_NO_GROUP);
-        g_pTemplateElement = Demand(Child(pFixed, "Template"), PROFILE_NO_TEMPLATE);
+        g_stProfile.pGroup = Demand(Child(pFixed, "Group"), PROFILE_NO_GROUP);
+        g_stProfile.pTemplate = Demand(Child(pFixed, "Template"), PROFILE_NO_TEMPLATE);
     }
-    g_pLayoutRoutine = g_apLayoutRoutine[uStyle < c_uStyles ? uStyle : 0];
+    g_stProfile.pRoutine = g_apLayoutRoutine[uStyle < g_uLayoutStyles ? uStyle : 0];
     g_uLayoutStyle = uStyle;
 }
 
@@ -137,7 +129,7 @@ bool g_fnResolveProfileDocument(const char16_t* wzName, char16_t* wzOut) noexcep
     return g_fnResolveDataPath(wzOut, wzRelative);
 }
 
-const char* g_fnLayoutElementName(u32 uStyle) { return c_aszLayouts[uStyle < c_uStyles ? uStyle : 0]; }
+const char* g_fnLayoutElementName(u32 uStyle) { return c_aszLayouts[uStyle < g_uLayoutStyles ? uStyle : 0]; }
 
 u32 g_fnLayoutStyleOf(const XMLElement& root) {
     if (g_iLayoutStyleOverride != -1) return static_cast<u32>(g_iLayoutStyleOverride);
@@ -149,33 +141,33 @@ bool g_fnRead_OSD_Profile() {
     try {
         OpenBoth();
         TakeHandles();
-        g_iProfileError = PROFILE_OK;
+        g_stProfile.iError = PROFILE_OK;
         return true;
     } catch (i32 iCode) {
         g_fnClearProfileDocuments();
-        g_iProfileError = iCode;
+        g_stProfile.iError = iCode;
         return false;
     }
 }
 
 void g_fnClearProfileDocuments() {
-    g_pProfileRoot = g_pLayoutElement = g_pSettingsElement = nullptr;
-    g_pGroupElement = g_pTemplateElement = g_pExtensionElement = g_pPresetElement = nullptr;
-    g_pLayoutRoutine = nullptr;
+    g_stProfile.pRoot = g_stProfile.pLayout = g_stProfile.pSettings = nullptr;
+    g_stProfile.pGroup = g_stProfile.pTemplate = g_stProfile.pExtension = g_stProfile.pPreset = nullptr;
+    g_stProfile.pRoutine = nullptr;
     g_pProfileDocument.reset();
     g_pReferenceDocument.reset();
 }
 
 const XMLElement* g_fnProfileInfo() { return g_fnProfileSetting("Info"); }
 
-const XMLElement* g_fnProfileSetting(const char* szName) { return Child(g_pSettingsElement, szName); }
+const XMLElement* g_fnProfileSetting(const char* szName) { return Child(g_stProfile.pSettings, szName); }
 
 u32 g_fnReadIsShow(const char* szName) { return g_fnReadXmlDecimal(g_fnProfileSetting(szName), "IsShow"); }
 
 void g_fnReportProfileFailure() {
-    if (g_bDebugMessageBox) platform::ShowMessageBox(u"g_fnRead_OSD_Profile fail", "Error");
+    if (g_stSettings.bDebugMessageBox) platform::ShowMessageBox(u"g_fnRead_OSD_Profile fail", "Error");
 }
 
 void g_fnReportLoadFailure() {
-    if (g_bDebugMessageBox) platform::ShowMessageBox(g_wzProfileName, "g_wzProfileName");
+    if (g_stSettings.bDebugMessageBox) platform::ShowMessageBox(g_wzProfileName, "g_wzProfileName");
 }

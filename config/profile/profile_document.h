@@ -3,9 +3,9 @@
 // OSD_Ref.xml of the data folder, which carries what the styles with fixed tables are made of. Both stay in
 // memory until the next full read or a release. Render thread only, but for the operations that work on a
 // document of the caller's.
+#include "base/layout_style.h"
 #include "draw/data_path.h"
 #include "platform/types.h"
-#include "shared/overlay_state.h"
 
 #include <cstddef>
 #include <string_view>
@@ -57,27 +57,26 @@ u32 g_fnLayoutStyleOf(const tinyxml2::XMLElement& root);
 
 // --- the active profile ------------------------------------------------------------------------------------
 
-/// Null until a read has succeeded.
-extern const tinyxml2::XMLElement* g_pProfileRoot;      ///< "OSD" of OSD.xml
-extern const tinyxml2::XMLElement* g_pLayoutElement;    ///< element of the active style in OSD.xml
-extern const tinyxml2::XMLElement* g_pSettingsElement;  ///< its "Settings"
-extern const tinyxml2::XMLElement* g_pGroupElement;     ///< OSD_Ref.xml; null for Custom
-extern const tinyxml2::XMLElement* g_pTemplateElement;  ///< OSD_Ref.xml; null for Custom
-extern const tinyxml2::XMLElement* g_pExtensionElement; ///< OSD_Ref.xml, may be missing; read by nobody
-extern const tinyxml2::XMLElement* g_pPresetElement;    ///< OSD_Ref.xml, may be missing
-
 /// Makes the controls of a style. False if a step failed.
 using stLayoutRoutine = bool (*)();
 /// Routines by style; null where a style is not built in.
-extern stLayoutRoutine g_apLayoutRoutine[3];
-/// Routine of the profile read last; null until then, and for a style that is not built in.
-extern stLayoutRoutine g_pLayoutRoutine;
+extern stLayoutRoutine g_apLayoutRoutine[g_uLayoutStyles];
 
-/// Code of the last read's failure, PROFILE_OK after a success.
-extern i32 g_iProfileError;
-
+/// What the last read found. The elements are null until a read has succeeded.
+struct stProfile {
+    const tinyxml2::XMLElement* pRoot = nullptr;      ///< "OSD" of OSD.xml
+    const tinyxml2::XMLElement* pLayout = nullptr;    ///< element of the active style in OSD.xml
+    const tinyxml2::XMLElement* pSettings = nullptr;  ///< its "Settings"
+    const tinyxml2::XMLElement* pGroup = nullptr;     ///< OSD_Ref.xml; null for Custom
+    const tinyxml2::XMLElement* pTemplate = nullptr;  ///< OSD_Ref.xml; null for Custom
+    const tinyxml2::XMLElement* pExtension = nullptr; ///< OSD_Ref.xml, may be missing; read by nobody
+    const tinyxml2::XMLElement* pPreset = nullptr;    ///< OSD_Ref.xml, may be missing
+    stLayoutRoutine pRoutine = nullptr; ///< of the style; null until a read, and for one that is not built in
+    i32 iError = PROFILE_OK;            ///< code of the last read's failure, PROFILE_OK after a success
+};
+extern stProfile g_stProfile;
 /// Reads both documents of g_wzProfileName ("Default" where that is empty), sets the handles, g_uLayoutStyle
-/// and g_pLayoutRoutine. False, with all handles null and the style untouched, if any step fails.
+/// and the routine. False, with all handles null and the style untouched, if any step fails.
 bool g_fnRead_OSD_Profile();
 /// Drops both documents and every handle.
 void g_fnClearProfileDocuments();

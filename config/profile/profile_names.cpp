@@ -1,11 +1,13 @@
 #include "config/profile/profile_names.h"
 
+#include "base/layout_style.h"
 #include "config/profile/profile_cards.h"
 #include "config/profile/profile_document.h"
 #include "config/settings/setting_binding.h"
 #include "config/settings/settings.h"
 #include "config/settings/settings_sensors.h"
 #include "shared/monitor_data.h"
+#include "shared/own_names.h"
 
 #include <algorithm>
 #include <iterator>
@@ -16,8 +18,6 @@
 using tinyxml2::XMLElement;
 
 namespace {
-
-constexpr u32 c_uStyleCustom = 2;
 
 using Names = std::set<std::string>;
 
@@ -60,8 +60,8 @@ bool CollectRows(const XMLElement* pInfo, Names& names) {
 
 /// What the overlay measures by itself; its list stands also where no layout was ever built.
 bool IsOwnData(std::string_view szName) {
-    return std::any_of(std::begin(g_astAppDataRows), std::end(g_astAppDataRows),
-                       [szName](const stAppDataRow& row) { return szName == row.m_szName; });
+    return std::any_of(std::begin(g_aszOwnNames), std::end(g_aszOwnNames),
+                       [szName](const char* szOwn) { return szName == szOwn; });
 }
 
 void AddItem(const XMLElement& item, Names& names) {
@@ -87,13 +87,13 @@ void CollectItems(const XMLElement* pInfo, Names& names) {
 bool g_fnCollectDataNames(const XMLElement& root, Names& setNames) {
     const u32 uStyle = g_fnLayoutStyleOf(root);
     // KEEP: a load takes any other number for Classic.
-    if (uStyle > c_uStyleCustom) return false;
+    if (uStyle > STYLE_CUSTOM) return false;
     const XMLElement* const pLayout = root.FirstChildElement(g_fnLayoutElementName(uStyle));
     const XMLElement* const pSettings = pLayout ? pLayout->FirstChildElement("Settings") : nullptr;
     if (!pSettings) return false;
     const XMLElement* const pInfo = pSettings->FirstChildElement("Info");
     Names found;
-    if (uStyle == c_uStyleCustom)
+    if (uStyle == STYLE_CUSTOM)
         CollectItems(pInfo, found);
     else if (!CollectRows(pInfo, found))
         return false;

@@ -13,13 +13,7 @@
 
 using tinyxml2::XMLElement;
 
-stInfoKeys g_stInfoKeys = {};
-stMemoKeys g_stMemoKeys = {};
-stCaptionKeys g_stWatermarkKeys = {}, g_stSystemInfoKeys = {};
-stPhotoKeys g_stPhotoKeys = {};
-bool g_bTextShadow = false;
-std::map<u32, stTextColors> g_mapTextColors;
-std::map<u32, i32> g_mapTextAligns;
+stProfileLooks g_stLooks = {};
 
 namespace {
 
@@ -96,7 +90,7 @@ void ReadPlace(const XMLElement* pElement, const char* szAnchor, stPartPlace& st
 // --- parts
 
 void ReadInfo(const XMLElement* pElement) {
-    stInfoKeys& st = g_stInfoKeys;
+    stInfoKeys& st = g_stLooks.stInfo;
     const stSettingRow aRows[] = {Number("IsShow", st.uIsShow), Number("FontScale", st.uFontScale, "100")};
     g_fnReadXmlSettings(pElement, aRows);
     ReadPlace(pElement, "1", st.stPlace);
@@ -104,7 +98,7 @@ void ReadInfo(const XMLElement* pElement) {
 }
 
 void ReadMemo(const XMLElement* pElement) {
-    stMemoKeys& st = g_stMemoKeys;
+    stMemoKeys& st = g_stLooks.stMemo;
     const stSettingRow aRows[] = {
         Number("IsShow", st.uIsShow),
         Text("Title", st.szTitle),
@@ -133,7 +127,7 @@ void ReadCaption(const XMLElement* pElement, stCaptionKeys& st) {
 }
 
 void ReadPhoto(const XMLElement* pElement) {
-    stPhotoKeys& st = g_stPhotoKeys;
+    stPhotoKeys& st = g_stLooks.stPhoto;
     u32 uOpacity = 0;
     const stSettingRow aRows[] = {
         Number("IsShow", st.uIsShow),
@@ -154,7 +148,7 @@ void ReadCamera(const XMLElement* pElement) {
     const stSettingRow aRows[] = {Number("TextGlow", uGlow), Number("TextShadow", uShadow)};
     g_fnReadXmlSettings(pElement, aRows);
     g_bTextGlow = uGlow != 0;
-    g_bTextShadow = uShadow != 0;
+    g_stLooks.bTextShadow = uShadow != 0;
 }
 
 // --- styles
@@ -186,13 +180,13 @@ template <class Take> void ForEachStyle(const char* szName, Take fnTake) {
 } // namespace
 
 const stTextColors& g_fnTextColorsOf(u32 uStyleId) {
-    const auto it = g_mapTextColors.find(uStyleId);
-    return it != g_mapTextColors.end() ? it->second : g_stPlainTextColors;
+    const auto it = g_stLooks.mapTextColors.find(uStyleId);
+    return it != g_stLooks.mapTextColors.end() ? it->second : g_stPlainTextColors;
 }
 
 i32 g_fnTextAlignOf(u32 uStyleId) {
-    const auto it = g_mapTextAligns.find(uStyleId);
-    return it != g_mapTextAligns.end() ? it->second : c_iAlignLeft;
+    const auto it = g_stLooks.mapTextAligns.find(uStyleId);
+    return it != g_stLooks.mapTextAligns.end() ? it->second : c_iAlignLeft;
 }
 
 bool g_fnTitleDigits(const char* szTitle, u32& uNumber) {
@@ -204,22 +198,24 @@ bool g_fnTitleDigits(const char* szTitle, u32& uNumber) {
 void g_fnReadProfilePanelKeys() {
     ReadInfo(g_fnProfileInfo());
     ReadMemo(g_fnProfileSetting("Memo"));
-    ReadCaption(g_fnProfileSetting("Watermark"), g_stWatermarkKeys);
-    ReadCaption(g_fnProfileSetting("SystemInfo"), g_stSystemInfoKeys);
+    ReadCaption(g_fnProfileSetting("Watermark"), g_stLooks.stWatermark);
+    ReadCaption(g_fnProfileSetting("SystemInfo"), g_stLooks.stSystemInfo);
     ReadPhoto(g_fnProfileSetting("Photo"));
     ReadCamera(g_fnProfileSetting("Camera"));
 }
 
 void g_fnReadProfileTextStyles() {
-    g_mapTextColors.clear();
-    g_mapTextAligns.clear();
-    ForEachStyle("TextColor",
-                 [](const XMLElement& element, u32 uId) { ReadColors(&element, g_mapTextColors[uId]); });
-    ForEachStyle("TextAlign",
-                 [](const XMLElement& element, u32 uId) { g_mapTextAligns[uId] = ReadAlign(element); });
+    g_stLooks.mapTextColors.clear();
+    g_stLooks.mapTextAligns.clear();
+    ForEachStyle("TextColor", [](const XMLElement& element, u32 uId) {
+        ReadColors(&element, g_stLooks.mapTextColors[uId]);
+    });
+    ForEachStyle("TextAlign", [](const XMLElement& element, u32 uId) {
+        g_stLooks.mapTextAligns[uId] = ReadAlign(element);
+    });
 }
 
 void g_fnReadProfileBatch() {
     g_fnReadProfilePanelKeys();
-    g_fnReadSettingsBatch(g_stPhotoKeys.uFrameSizeW, g_stPhotoKeys.uFrameSizeH);
+    g_fnReadSettingsBatch(g_stLooks.stPhoto.uFrameSizeW, g_stLooks.stPhoto.uFrameSizeH);
 }

@@ -72,17 +72,20 @@ struct stPhotoKeys {
     stPanelKeys stPanel;
 };
 
-extern stInfoKeys g_stInfoKeys;
-extern stMemoKeys g_stMemoKeys;
-extern stCaptionKeys g_stWatermarkKeys, g_stSystemInfoKeys;
-extern stPhotoKeys g_stPhotoKeys;
-/// "Camera": shadows under all texts, numbers and flips of a layout. Its other key is g_bTextGlow.
-extern bool g_bTextShadow;
-
-/// Colours and anchors that "CustomSettings" gives to styles, by style id.
 constexpr u32 g_uStyleIds = 64;
-extern std::map<u32, stTextColors> g_mapTextColors;
-extern std::map<u32, i32> g_mapTextAligns; ///< 7, 8 or 9
+
+struct stProfileLooks {
+    stInfoKeys stInfo;
+    stMemoKeys stMemo;
+    stCaptionKeys stWatermark, stSystemInfo;
+    stPhotoKeys stPhoto;
+    /// "Camera": shadows under all texts, numbers and flips of a layout. Its other key is g_bTextGlow.
+    bool bTextShadow;
+    /// Colours and anchors (7, 8 or 9) that "CustomSettings" gives to styles, by style id.
+    std::map<u32, stTextColors> mapTextColors;
+    std::map<u32, i32> mapTextAligns;
+};
+extern stProfileLooks g_stLooks;
 
 /// White over black, both full: what a style without colours has.
 constexpr stTextColors g_stPlainTextColors = {255, 255, 255, 0, 0, 0, 100, 100, 255, 255};

@@ -2,10 +2,9 @@
 
 #include <algorithm>
 
-std::map<std::string, stDataFormat, std::less<>> g_mapSensorFormat;
-u32 g_uCardDisplayCount = 1, g_uCpuDisplayCount = 1;
+stDisplayTable g_stDisplay;
+
 i32 g_iCardOfDisplay[g_uDisplayMax] = {};
-std::vector<stSensorRow> g_listSensorRows;
 
 /// Base names without a number behind them, in byte order.
 static constexpr std::string_view g_aBuiltInNames[] = {
@@ -38,7 +37,7 @@ std::string_view g_fnDataBaseName(std::string_view szDataFullName) noexcept {
 
 bool g_fnFindDataFormat(std::string_view szDataFullName, stDataFormat& stFormat) noexcept {
     const std::string_view szBase = g_fnDataBaseName(szDataFullName);
-    const auto it = g_mapSensorFormat.find(szBase);
-    stFormat = it != g_mapSensorFormat.end() ? it->second : stDataFormat{};
-    return it != g_mapSensorFormat.end() || g_fnIsBuiltInDataName(szBase);
+    const auto it = g_stDisplay.mapFormat.find(szBase);
+    stFormat = it != g_stDisplay.mapFormat.end() ? it->second : stDataFormat{};
+    return it != g_stDisplay.mapFormat.end() || g_fnIsBuiltInDataName(szBase);
 }

@@ -14,12 +14,7 @@ struct stDataFormat {
     u32 uDivisor = 1; ///< 0 counts as 1
 };
 
-/// Sensors by base name, such as "GPU_CLK".
-extern std::map<std::string, stDataFormat, std::less<>> g_mapSensorFormat;
-
-/// Cards and CPUs on display, 0 to 20 each.
 constexpr u32 g_uDisplayMax = 20;
-extern u32 g_uCardDisplayCount, g_uCpuDisplayCount;
 /// Card number shown at a display position.
 extern i32 g_iCardOfDisplay[g_uDisplayMax];
 
@@ -29,7 +24,13 @@ struct stSensorRow {
     u32 uOrdinal = 0; ///< by first showing, 0 to 1023: its distance from the first id of the extension
     u32 uGroup = 0;   ///< 0 to 63: instance of its boxes and index of its data name
 };
-extern std::vector<stSensorRow> g_listSensorRows;
+
+struct stDisplayTable {
+    std::map<std::string, stDataFormat, std::less<>> mapFormat; ///< sensors by base name, such as "GPU_CLK"
+    u32 uCards = 1, uCpus = 1;                                  ///< on display, 0 to g_uDisplayMax each
+    std::vector<stSensorRow> listSensorRows;
+};
+extern stDisplayTable g_stDisplay;
 
 /// True for the base names that the program knows without a sensor table.
 bool g_fnIsBuiltInDataName(std::string_view szBaseName) noexcept;

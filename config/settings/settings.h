@@ -1,9 +1,8 @@
 #pragma once
 // Machine-wide settings: OSD.ini of the data folder, and the values that the companion writes to the
 // settings store. Read on the render thread while a layout is made; nothing watches them. A file, key or
-// value that is missing is normal: its default applies and nobody is told. Those that the frame works by
-// stand where they are used: the limiter's, the intervals, debug mode and time, the clock's hours, the moment
-// of a screenshot, the warning colours.
+// value that is missing is normal: its default applies and nobody is told. The limiter's and the intervals
+// stand in files of their own.
 #include "config/settings/setting_binding.h"
 #include "draw/data_path.h"
 #include "platform/types.h"
@@ -11,28 +10,14 @@
 #include <string>
 #include <vector>
 
-// --- OSD.ini -----------------------------------------------------------------------------------------------
-
-extern u32 g_uMinHookScreenWidth, g_uMinHookScreenHeight; ///< pixels; kept, nothing reads them further
-extern bool g_bDebugMessageBox;                           ///< failures of the load show a message box
-extern bool g_bUseLanguageXMLString;                      ///< captions come from the language file
-extern f32 g_fPressDetachSeconds;                         ///< 0.05 to 2.5; kept, nothing reads it further
+/// Longest text value of the settings store with its end mark.
+constexpr u32 g_uRegistryTextUnits = 128;
 
 /// Colour of a warning's status, in both forms.
 struct stStatusColor {
     u8 au8RGB[3];
     f32 afRGB[3]; ///< byte / 255
 };
-extern stStatusColor g_aStatusColor[2];
-
-// --- Settings store ----------------------------------------------------------------------------------------
-
-constexpr u32 g_uRegistryTextUnits = 128; ///< longest text value with its end mark
-
-/// 1 while the 32-bit view of the keys is the one to read. 1 until g_fnProbeWowKeys has looked.
-extern u32 g_uWowKeys;
-
-extern bool g_bVideoEnable, g_bGraphEnable; ///< master switches of video boxes and of graphs
 
 /// A source of video frames, as its key gives it.
 struct stVideoSource {
@@ -46,7 +31,6 @@ struct stVideoSource {
     u8 uAlpha;
 };
 constexpr u32 g_uVideoSources = 8;
-extern stVideoSource g_aVideoSource[g_uVideoSources];
 
 /// The companion's own photo, which replaces the profile's while uIsShow is not 0 and a path is given.
 struct stCameraPhoto {
@@ -57,9 +41,6 @@ struct stCameraPhoto {
     i32 iPositionX, iPositionY;
     u8 uAlpha;
 };
-extern stCameraPhoto g_stCameraPhoto;
-extern char16_t g_wzShotFolder[g_uDataPathCapacity]; ///< folder of screenshots; the data folder by default
-extern u32 g_uCapType;                               ///< file type of a screenshot
 
 /// Panel of the debug rows; kept, nothing reads it further.
 struct stDebugPanel {
@@ -67,10 +48,35 @@ struct stDebugPanel {
     u32 uRed, uGreen, uBlue, uAlpha;
     u32 uPanelType;
 };
-extern stDebugPanel g_stDebugPanel;
 
-/// Language file, relative to the suite's folder.
-extern char16_t g_wzLanguageFileName[g_uRegistryTextUnits];
+/// The settings, with what holds before the first reading.
+struct stSettings {
+    // OSD.ini
+    u32 uMinHookScreenWidth = 200, uMinHookScreenHeight = 200; ///< pixels; kept, nothing reads them further
+    bool bDebugMode = false;            ///< the five debug rows of Classic and RV5 are shown
+    bool bDebugMessageBox = false;      ///< failures of the load show a message box
+    bool bDebugTime = false;            ///< running hundredths in place of the time of day
+    bool bUseLanguageXMLString = false; ///< captions come from the language file
+    f32 fPressDetachSeconds = 0.05f;    ///< 0.05 to 2.5; kept, nothing reads it further
+    stStatusColor aStatusColor[2] = {{{0, 0, 0}, {0, 0, 0}},
+                                     {{255, 201, 14}, {1, 201 / 255.0f, 14 / 255.0f}}};
+    u32 auWarningColor[2] = {0x000000, 0xFFC90E}; ///< the banner's two colours, 0xRRGGBB
+    bool bWarningTwinkle = true;                  ///< it changes between them
+    f32 fWarningTwinkleSeconds = 1.0f;
+    // Settings store
+    u32 uWowKeys = 1;       ///< 1 while the 32-bit view of the keys is the one to read, and before the probe
+    bool bClock12H = false; ///< hours from 1 to 12
+    bool bVideoEnable = false, bGraphEnable = false; ///< master switches of video boxes and of graphs
+    stVideoSource aVideoSource[g_uVideoSources] = {};
+    stCameraPhoto stPhoto = {};
+    stDebugPanel stDebugRows = {};
+    char16_t wzLanguageFileName[g_uRegistryTextUnits] = u"X"; ///< relative to the suite's folder
+};
+extern stSettings g_stSettings;
+
+extern u32 g_uCapMode; ///< a screenshot is taken 1: before the overlay is drawn, 2: after it
+extern u32 g_uCapType; ///< file type of a screenshot
+extern char16_t g_wzShotFolder[g_uDataPathCapacity]; ///< folder of screenshots; the data folder by default
 
 // --- Readers -----------------------------------------------------------------------------------------------
 

@@ -1,17 +1,10 @@
 // The machine-wide switches of OSD.ini.
 #include "config/settings/settings.h"
-#include "frame/update/update.h"
 #include "platform/code_page.h"
 #include "platform/log.h"
 
 #include <algorithm>
 #include <cstring>
-
-u32 g_uMinHookScreenWidth = 200, g_uMinHookScreenHeight = 200;
-bool g_bDebugMessageBox = false;
-bool g_bUseLanguageXMLString = false;
-f32 g_fPressDetachSeconds = 0.05f;
-stStatusColor g_aStatusColor[2] = {{{0, 0, 0}, {0, 0, 0}}, {{255, 201, 14}, {1, 201 / 255.0f, 14 / 255.0f}}};
 
 namespace {
 
@@ -29,18 +22,18 @@ constexpr stSettingRowW Decimal(const char16_t* wzKey, const char16_t* wzDefault
 void ReadInfo() {
     u32 uDebugMode = 0, uMessageBox = 0, uDebugTime = 0, uLanguage = 0;
     const stSettingRowW aRows[] = {
-        Decimal(u"MinHookScreenWidth", u"200", g_uMinHookScreenWidth),
-        Decimal(u"MinHookScreenHeight", u"200", g_uMinHookScreenHeight),
+        Decimal(u"MinHookScreenWidth", u"200", g_stSettings.uMinHookScreenWidth),
+        Decimal(u"MinHookScreenHeight", u"200", g_stSettings.uMinHookScreenHeight),
         Decimal(u"DebugMode", u"0", uDebugMode),
         Decimal(u"DebugMessageBox", u"0", uMessageBox),
         Decimal(u"DebugTime", u"0", uDebugTime),
         Decimal(u"UseLanguageXMLString", u"0", uLanguage),
     };
     Apply(u"Info", aRows);
-    g_bDebugMode = uDebugMode != 0;
-    g_bDebugMessageBox = uMessageBox != 0;
-    g_bDebugTime = uDebugTime != 0;
-    g_bUseLanguageXMLString = uLanguage != 0;
+    g_stSettings.bDebugMode = uDebugMode != 0;
+    g_stSettings.bDebugMessageBox = uMessageBox != 0;
+    g_stSettings.bDebugTime = uDebugTime != 0;
+    g_stSettings.bUseLanguageXMLString = uLanguage != 0;
 }
 
 f32 Seconds(u32 uMilliseconds) { return static_cast<f32>(uMilliseconds) / 1000.0f; }
@@ -49,7 +42,7 @@ void ReadTimes() {
     u32 uPressDetach = 0;
     const stSettingRowW aRows[] = {Decimal(u"PressDetachTime", u"0", uPressDetach)};
     Apply(u"Settings", aRows);
-    g_fPressDetachSeconds = std::clamp(Seconds(uPressDetach), 0.05f, 2.5f);
+    g_stSettings.fPressDetachSeconds = std::clamp(Seconds(uPressDetach), 0.05f, 2.5f);
 }
 
 void TakeColor(const u32 (&auRGB)[3], stStatusColor& stColor) {
@@ -69,12 +62,12 @@ void ReadWarning() {
     };
     Apply(u"Warning", aRows);
     for (u32 i = 0; i < 2; ++i) {
-        TakeColor(auColor[i], g_aStatusColor[i]);
-        const u8* const pRGB = g_aStatusColor[i].au8RGB;
-        g_auWarningColor[i] = static_cast<u32>(pRGB[0] << 16 | pRGB[1] << 8 | pRGB[2]);
+        TakeColor(auColor[i], g_stSettings.aStatusColor[i]);
+        const u8* const pRGB = g_stSettings.aStatusColor[i].au8RGB;
+        g_stSettings.auWarningColor[i] = static_cast<u32>(pRGB[0] << 16 | pRGB[1] << 8 | pRGB[2]);
     }
-    g_fWarningTwinkleSeconds = Seconds(uTime);
-    g_bWarningTwinkle = uTwinkle != 0;
+    g_stSettings.fWarningTwinkleSeconds = Seconds(uTime);
+    g_stSettings.bWarningTwinkle = uTwinkle != 0;
 }
 
 } // namespace
@@ -87,7 +80,7 @@ bool g_fnReadGlobalSettingsINI() {
 }
 
 void g_fnReportGlobalSettingsFailure() {
-    if (g_bDebugMessageBox) platform::ShowMessageBox(u"g_fnReadGlobalSettingsINI fail", "Error");
+    if (g_stSettings.bDebugMessageBox) platform::ShowMessageBox(u"g_fnReadGlobalSettingsINI fail", "Error");
 }
 
 void g_fnLoadGlobalSettings() {

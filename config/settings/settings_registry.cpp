@@ -1,23 +1,12 @@
 // What the companion tells every process through the settings store.
+#include "config/settings/intervals.h"
+#include "config/settings/limiter_settings.h"
 #include "config/settings/settings.h"
-#include "frame/frame_driver.h"
-#include "frame/limiter.h"
-#include "frame/update/statistics.h"
-#include "frame/update/update.h"
 #include "platform/folders.h"
 #include "platform/utf.h"
 
 #include <algorithm>
 #include <string>
-
-bool g_bVideoEnable = false, g_bGraphEnable = false;
-stVideoSource g_aVideoSource[g_uVideoSources] = {};
-stCameraPhoto g_stCameraPhoto = {};
-char16_t g_wzShotFolder[g_uDataPathCapacity] = {};
-u32 g_uCapMode = 2;
-u32 g_uCapType = 2;
-stDebugPanel g_stDebugPanel = {};
-char16_t g_wzLanguageFileName[g_uRegistryTextUnits] = u"X";
 
 namespace {
 
@@ -60,8 +49,8 @@ std::u16string Digits(u32 uValue) {
 
 /// The suite's own key lies beside the overlay's.
 const char16_t* SuiteKey() {
-    return g_uWowKeys ? u"SOFTWARE\\WOW6432Node\\Zarn\\OrvinDeck\\Setting"
-                      : u"SOFTWARE\\Zarn\\OrvinDeck\\Setting";
+    return g_stSettings.uWowKeys ? u"SOFTWARE\\WOW6432Node\\Zarn\\OrvinDeck\\Setting"
+                                 : u"SOFTWARE\\Zarn\\OrvinDeck\\Setting";
 }
 
 bool IsSupported(const std::u16string& wstrSubkey) {
@@ -74,7 +63,7 @@ void ReadLanguageTag(const std::u16string& wstrSubkey, char16_t (&wzTag)[g_uRegi
 }
 
 void ReadVideoSource(u32 uSource) {
-    stVideoSource& st = g_aVideoSource[uSource];
+    stVideoSource& st = g_stSettings.aVideoSource[uSource];
     const stSettingRowW aRows[] = {
         Text(u"FileMappingName", u"", st.wzFileMappingName),
         Number(u"FrameSize: W", u"1280", st.uFrameSizeW),
@@ -95,8 +84,8 @@ void ReadVideoSource(u32 uSource) {
 } // namespace
 
 void g_fnReadFeatureSwitches() {
-    g_bVideoEnable = ReadNumber(u"Video", u"Enable", u"0") != 0;
-    g_bGraphEnable = ReadNumber(u"Graph", u"Enable", u"0") != 0;
+    g_stSettings.bVideoEnable = ReadNumber(u"Video", u"Enable", u"0") != 0;
+    g_stSettings.bGraphEnable = ReadNumber(u"Graph", u"Enable", u"0") != 0;
 }
 
 void g_fnReadVideoSources() {
@@ -104,7 +93,7 @@ void g_fnReadVideoSources() {
 }
 
 void g_fnReadDebugSettings() {
-    stDebugPanel& st = g_stDebugPanel;
+    stDebugPanel& st = g_stSettings.stDebugRows;
     const stSettingRowW aRows[] = {
         Number(u"Debug Num", u"1", st.uRows),
         Number(u"PanelColor: Red", u"0", st.uRed),
@@ -117,7 +106,7 @@ void g_fnReadDebugSettings() {
 }
 
 void g_fnReadCameraSettings(u32 uPhotoW, u32 uPhotoH) {
-    stCameraPhoto& st = g_stCameraPhoto;
+    stCameraPhoto& st = g_stSettings.stPhoto;
     const std::u16string wstrW = Digits(uPhotoW), wstrH = Digits(uPhotoH);
     const stSettingRowW aRows[] = {
         Text(u"DirPath", u"", g_wzShotFolder),
@@ -137,7 +126,7 @@ void g_fnReadCameraSettings(u32 uPhotoW, u32 uPhotoH) {
 }
 
 void g_fnReadLanguageFileName() {
-    const stSettingRowW aRows[] = {Text(u"LanguageXMLFileName", u"X", g_wzLanguageFileName)};
+    const stSettingRowW aRows[] = {Text(u"LanguageXMLFileName", u"X", g_stSettings.wzLanguageFileName)};
     Apply(u"Information Option", aRows);
 }
 
@@ -145,7 +134,7 @@ void g_fnReadClockSetting() {
     u32 uFlag = 0;
     const stSettingRowW aRows[] = {Number(u"Monitor: 12H Flag", u"3", uFlag)};
     Apply(SuiteKey(), aRows, true);
-    g_bClock12H = std::min(uFlag, 1u) == 0;
+    g_stSettings.bClock12H = std::min(uFlag, 1u) == 0;
 }
 
 void g_fnReadIntervals() {

@@ -5,9 +5,7 @@
 
 #include <algorithm>
 
-std::map<std::string, stSensorDefinition, std::less<>> g_mapSensor;
-std::map<std::string, std::string, std::less<>> g_mapSensorTag;
-std::map<std::string, stSensorLanguageTags, std::less<>> g_mapSensorLanguage;
+stSensorDefinitions g_stSensors;
 
 namespace {
 
@@ -66,19 +64,19 @@ void AddSensor(const std::u16string& wstrName) {
     st.uDecimals = std::min(stKey.uDecimals, g_uDecimalsMax);
     st.uDivisor = std::max(stKey.uDivisor, 1u);
     st.iTitleTextId = st.iValueNumberId = st.iUnitTextId = -1;
-    g_mapSensor.insert_or_assign(st.szDataName, st);
-    g_mapSensorTag.insert_or_assign(st.szProfileTag, st.szDataName);
-    g_mapSensorLanguage.insert_or_assign(st.szDataName, stKey.stTags);
-    g_mapSensorFormat.insert_or_assign(st.szDataName, stDataFormat{st.uDecimals, st.uDivisor});
+    g_stSensors.mapByName.insert_or_assign(st.szDataName, st);
+    g_stSensors.mapTag.insert_or_assign(st.szProfileTag, st.szDataName);
+    g_stSensors.mapLanguage.insert_or_assign(st.szDataName, stKey.stTags);
+    g_stDisplay.mapFormat.insert_or_assign(st.szDataName, stDataFormat{st.uDecimals, st.uDivisor});
 }
 
 } // namespace
 
 void g_fnReadSensorDefinitions() {
-    g_mapSensor.clear();
-    g_mapSensorTag.clear();
-    g_mapSensorLanguage.clear();
-    g_mapSensorFormat.clear();
+    g_stSensors.mapByName.clear();
+    g_stSensors.mapTag.clear();
+    g_stSensors.mapLanguage.clear();
+    g_stDisplay.mapFormat.clear();
     std::vector<std::u16string> names;
     g_fnEnumRegistrySubkeys(u"Information Option\\Config\\Sensor", &names, nullptr, false);
     for (const std::u16string& wstrName : names)

@@ -16,16 +16,19 @@ struct stSensorDefinition {
     i32 iTitleTextId, iValueNumberId, iUnitTextId;
 };
 
-/// By data name, and from profile tag to data name.
-extern std::map<std::string, stSensorDefinition, std::less<>> g_mapSensor;
-extern std::map<std::string, std::string, std::less<>> g_mapSensorTag;
 /// Tags of a sensor's caption and unit in the language file, by data name.
 struct stSensorLanguageTags {
     char16_t wzCaptionTag[g_uRegistryTextUnits];
     char16_t wzUnitTag[g_uRegistryTextUnits];
 };
-extern std::map<std::string, stSensorLanguageTags, std::less<>> g_mapSensorLanguage;
 
-/// Fills the maps anew, and g_mapSensorFormat with them. A sensor whose names are empty or beyond 255 bytes
-/// of UTF-8 is left out; of two with one data name the later one counts.
+struct stSensorDefinitions {
+    std::map<std::string, stSensorDefinition, std::less<>> mapByName;     ///< by data name
+    std::map<std::string, std::string, std::less<>> mapTag;               ///< from profile tag to data name
+    std::map<std::string, stSensorLanguageTags, std::less<>> mapLanguage; ///< by data name
+};
+extern stSensorDefinitions g_stSensors;
+
+/// Fills the maps anew, and the formats of g_stDisplay with them. A sensor whose names are empty or beyond
+/// 255 bytes of UTF-8 is left out; of two with one data name the later one counts.
 void g_fnReadSensorDefinitions();

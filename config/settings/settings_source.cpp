@@ -9,8 +9,6 @@
 #include <string_view>
 
 // KEEP: the 32-bit view counts until somebody has looked.
-u32 g_uWowKeys = 1;
-
 namespace {
 
 constexpr char16_t g_wzOwnRoot[] = u"SOFTWARE\\Zarn\\ORVIN-OSD";
@@ -28,7 +26,7 @@ class CKey {
   private:
     static platform::SettingsKey Open(const char16_t* wzSubkey, bool bIsFullPath) {
         if (bIsFullPath) return platform::OpenSettingsKey(wzSubkey);
-        const std::u16string wstrRoot(g_uWowKeys ? g_wzOwnRootWow : g_wzOwnRoot);
+        const std::u16string wstrRoot(g_stSettings.uWowKeys ? g_wzOwnRootWow : g_wzOwnRoot);
         return platform::OpenSettingsKey((wstrRoot + u"\\" + wzSubkey).c_str());
     }
 
@@ -106,7 +104,7 @@ void AppendNames(platform::SettingsKey hKey, EnumFunction fnEnum, u32 uNameMax,
 
 void g_fnProbeWowKeys() {
     const CKey key(g_wzOwnRootWow, true);
-    g_uWowKeys = key.Get() != nullptr;
+    g_stSettings.uWowKeys = key.Get() != nullptr;
 }
 
 void g_fnApplyIniSettings(const char16_t* wzSection, SettingTableW& table) {

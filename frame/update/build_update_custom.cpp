@@ -27,7 +27,7 @@ void NoticeFrameTime() {
     const auto Reads = [pFrameTime](const auto& record) { return record.m_pData == pFrameTime; };
     g_bShowsFrameTime = std::any_of(g_listUpdateFPS_N.begin(), g_listUpdateFPS_N.end(), Reads) ||
                         std::any_of(g_listUpdateFPS_L.begin(), g_listUpdateFPS_L.end(), Reads);
-    g_fnCustomShowsFrameTime = ShowsFrameTime;
+    g_stShownFigures.m_fnCustomFrameTime = ShowsFrameTime;
 }
 
 // KEEP: the box stays empty until the next build, also when its data turns up before.

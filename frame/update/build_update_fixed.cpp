@@ -1,6 +1,8 @@
 // List builders of the styles whose boxes have fixed ids, and their FPS updaters.
 #include "base/log.h"
+#include "config/fixed/info_place.h"
 #include "config/settings/sensor_table.h"
+#include "config/settings/settings.h"
 #include "controls/align_row.h"
 #include "controls/control_ids.h"
 #include "controls/num_box.h"
@@ -13,9 +15,6 @@
 #include "shared/monitor_data.h"
 
 #include <algorithm>
-
-bool g_bDebugMode = false;
-i32 g_iInfoAnchor = 1, g_iInfoPositionX = 0, g_iInfoPositionY = 0;
 
 using namespace tables;
 
@@ -84,19 +83,19 @@ void BindRuns(std::span<const stRun> runs, u32 uInstance, i32 iIndex) {
 
 /// Positions that no card holds have a number beyond the cards.
 void BindCards(const stStyle& style) {
-    const u32 uCount = std::min(g_uCardDisplayCount, g_uDisplayMax);
+    const u32 uCount = std::min(g_stDisplay.uCards, g_uDisplayMax);
     for (u32 u = 0; u < uCount; ++u)
         if (g_iCardOfDisplay[u] >= 0 && g_iCardOfDisplay[u] < 256)
             BindRuns(style.cardRuns, u, g_iCardOfDisplay[u]);
 }
 
 void BindCpus(const stStyle& style) {
-    const u32 uCount = std::min(g_uCpuDisplayCount, g_uDisplayMax);
+    const u32 uCount = std::min(g_stDisplay.uCpus, g_uDisplayMax);
     for (u32 u = 0; u < uCount; ++u) BindRuns(style.cpuRuns, u, static_cast<i32>(u));
 }
 
 void BindSensors(const stStyle& style) {
-    for (const stSensorRow& row : g_listSensorRows)
+    for (const stSensorRow& row : g_stDisplay.listSensorRows)
         if (row.uOrdinal < 1024 && row.uGroup < 64)
             BindData(IdsAt(style.stSensor, row.uOrdinal), row.uGroup, static_cast<i32>(row.uGroup),
                      row.szBaseName.c_str(), nullptr);
@@ -164,10 +163,10 @@ void WalkFigures() {
 }
 
 void ShowDebugRows() {
-    if (!g_bDebugMode) return;
+    if (!g_stSettings.bDebugMode) return;
     const i32 aiValues[c_uDebugRows] = {static_cast<i32>(platform::CurrentProcessId()),
-                                        static_cast<i32>(platform::CurrentThreadId()), g_iInfoAnchor,
-                                        g_iInfoPositionX, g_iInfoPositionY};
+                                        static_cast<i32>(platform::CurrentThreadId()), g_stInfoPlace.iAnchor,
+                                        g_stInfoPlace.iX, g_stInfoPlace.iY};
     for (u32 u = 0; u < c_uDebugRows; ++u)
         if (CNumBox_Base* pBox = boxes::NumBox(boxes::g_stDirect.aDebug[u].iNumBox))
             pBox->m_fnSetInt(aiValues[u], 0);
@@ -191,7 +190,7 @@ void g_fnUpdateFPSClassic() {
     AlignInPanel(boxes::g_stDirect.stFrameTime, 7, 6.0f);
     WalkFigures();
     ShowDebugRows();
-    if (!g_bDebugMode) return;
+    if (!g_stSettings.bDebugMode) return;
     for (const boxes::stRow& row : boxes::g_stDirect.aDebug) AlignInPanel(row, 8, 1.0f);
 }
 

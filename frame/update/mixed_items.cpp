@@ -9,7 +9,7 @@
 #include "controls/panel.h"
 #include "controls/text_box.h"
 #include "draw/canvas.h"
-#include "frame/update/update.h"
+#include "frame/update/local_clock.h"
 #include "frame/update/update_boxes.h"
 
 #include <string_view>
@@ -109,7 +109,7 @@ bool WriteNumbers(const stUpdateMixedData& record, const u32* pauValues, u32 uCo
 }
 
 bool WriteTime(const stUpdateMixedData& record) {
-    const u32 auValues[3] = {g_uHour, g_uMinute, g_uSecond};
+    const u32 auValues[3] = {g_stLocalClock.uHour, g_stLocalClock.uMinute, g_stLocalClock.uSecond};
     return WriteNumbers(record, auValues, 3, 2);
 }
 

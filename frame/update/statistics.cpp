@@ -1,9 +1,9 @@
 #include "frame/update/statistics.h"
 
+#include "base/layout_style.h"
 #include "controls/control_ids.h"
-#include "frame/resources.h"
-#include "frame/update/update.h"
-#include "shared/overlay_state.h"
+#include "frame/update/timers.h"
+#include "frame/update/update_flags.h"
 
 #include <algorithm>
 #include <cmath>
@@ -21,30 +21,15 @@ i32 g_iFrameTime = 0;
 u64 g_uFrameCnt = 0; // KEEP: nothing counts it; it is registered and shown all the same.
 f32 g_fFrameTimeMs = 0.0f;
 bool bQueryFrameTime = false;
-u32 uFPSIntervalMs = 100;
-u32 uDataIntervalMs = 500;
-f32 fFPSInterval = 0.1f;
-f32 fDataInterval = 0.5f;
 u32 uFrameRing[g_uFrameRingMax] = {};
-u32 uFPSRingSize = 11;
-u32 uFPSWindowMs = 1000;
-u32 uFrameRingIndex = 0;
 f32 fFPSCarry = 0.0f;
+u32* g_pFrameSamples = nullptr;
 u32 g_uFrameSampleCount = 0;
-CTimer g_timerFrame, g_timerFPS, g_timerFrameTime;
-std::vector<u32> g_vecFPSSamples;
-u32 g_uFPSMeanCount = 0;
-u64 g_u64FPSMeanRemainder = 0;
-bool (*g_fnIsFrameTimeShown)() noexcept = g_fnFrameTimeShownByStyle;
-bool (*g_fnArePercentilesShown)() noexcept = g_fnPercentilesShownByStyle;
-bool (*g_fnCustomShowsFrameTime)() noexcept = nullptr;
+stFPSSamples g_stFPSSamples;
+stShownFigures g_stShownFigures;
 
 /// The copy that is sorted; static, so that closing a period allocates nothing.
 static u32 g_auSortedSamples[g_uFrameSampleMax];
-
-namespace {
-enum Style : u32 { Classic = 0, RV5 = 1, Custom = 2 };
-}
 
 /// Towards zero; what no 64-bit integer holds becomes its nearest one.
 static i64 Truncate(f32 fValue) noexcept {
@@ -60,25 +45,15 @@ static bool AnyNumBox(std::initializer_list<u32> listBID) noexcept {
 }
 
 bool g_fnFrameTimeShownByStyle() noexcept {
-    if (g_uLayoutStyle == Classic) return AnyNumBox({1});
-    if (g_uLayoutStyle == RV5) return AnyNumBox({8});
-    return g_uLayoutStyle == Custom && g_fnCustomShowsFrameTime && g_fnCustomShowsFrameTime();
+    if (g_uLayoutStyle == STYLE_CLASSIC) return AnyNumBox({1});
+    if (g_uLayoutStyle == STYLE_RV5) return AnyNumBox({8});
+    return g_uLayoutStyle == STYLE_CUSTOM && g_stShownFigures.m_fnCustomFrameTime &&
+           g_stShownFigures.m_fnCustomFrameTime();
 }
 
 bool g_fnPercentilesShownByStyle() noexcept {
-    if (g_uLayoutStyle == Classic) return AnyNumBox({48, 49, 50});
-    return g_uLayoutStyle == RV5 && AnyNumBox({4, 5, 6});
-}
-
-void g_fnSetupIntervals() noexcept {
-    uFPSIntervalMs = std::clamp<u32>(uFPSIntervalMs, 10, 10000);
-    uDataIntervalMs = std::clamp<u32>(uDataIntervalMs, 10, 10000);
-    fFPSInterval = static_cast<f32>(uFPSIntervalMs) / 1000.0f;
-    fDataInterval = static_cast<f32>(uDataIntervalMs) / 1000.0f;
-    const u32 uSlots = 1000 / uFPSIntervalMs;
-    uFPSWindowMs = uSlots ? uSlots * uFPSIntervalMs : uFPSIntervalMs;
-    uFPSRingSize = uSlots ? uSlots + 1 : 2;
-    uFrameRingIndex = 0;
+    if (g_uLayoutStyle == STYLE_CLASSIC) return AnyNumBox({48, 49, 50});
+    return g_uLayoutStyle == STYLE_RV5 && AnyNumBox({4, 5, 6});
 }
 
 /// Median of the samples as unsigned numbers, in their unit of ten microseconds.
@@ -94,21 +69,21 @@ static void StoreSample(f32 fSeconds) {
 }
 
 void g_fnSampleFrameTime(f32 fSeconds) noexcept {
-    if (!g_pFrameSamples || !(bQueryFrameTime || g_fnIsFrameTimeShown())) return;
+    if (!g_pFrameSamples || !(bQueryFrameTime || g_stShownFigures.m_fnFrameTime())) return;
     StoreSample(fSeconds);
-    if (!(g_timerFrameTime.Elapsed() > fFPSInterval)) return;
+    if (!(g_stTimers.FrameTime.Elapsed() > fFPSInterval)) return;
     g_fnRaiseUpdateFlag(g_bUpdateFrameTime);
     g_iFrameTime = static_cast<i32>(MedianSample());
     g_fFrameTimeMs = static_cast<f32>(g_iFrameTime) * 0.01f;
     g_uFrameSampleCount = 0;
-    g_timerFrameTime.Restart();
+    g_stTimers.FrameTime.Restart();
 }
 
 /// Room for the next sample; false if memory ran out.
 static bool MakeRoom() noexcept {
-    if (g_vecFPSSamples.size() < g_vecFPSSamples.capacity()) return true;
+    if (g_stFPSSamples.listSorted.size() < g_stFPSSamples.listSorted.capacity()) return true;
     try {
-        g_vecFPSSamples.reserve(g_vecFPSSamples.size() + g_uFPSSampleStep);
+        g_stFPSSamples.listSorted.reserve(g_stFPSSamples.listSorted.size() + g_uFPSSampleStep);
         return true;
     } catch (...) {
         return false;
@@ -118,24 +93,25 @@ static bool MakeRoom() noexcept {
 /// The mean without rounding drift: what a division leaves goes into the next sum.
 // KEEP: the product has 32 bits and wraps around after some 30 million samples of 144.
 static void UpdateMean() {
-    const u64 u64Count = static_cast<u64>(g_uFPSMeanCount) + 1;
-    const u64 u64Total = static_cast<u64>(g_uFPSMeanCount * g_uFPS_Avg) + g_uFPS + g_u64FPSMeanRemainder;
+    const u64 u64Count = static_cast<u64>(g_stFPSSamples.uMeanCount) + 1;
+    const u64 u64Total =
+        static_cast<u64>(g_stFPSSamples.uMeanCount * g_uFPS_Avg) + g_uFPS + g_stFPSSamples.u64MeanRemainder;
     g_uFPS_Avg = static_cast<u32>(u64Total / u64Count);
-    g_u64FPSMeanRemainder = u64Total % u64Count;
-    ++g_uFPSMeanCount;
+    g_stFPSSamples.u64MeanRemainder = u64Total % u64Count;
+    ++g_stFPSSamples.uMeanCount;
 }
 
 // KEEP: the samples are never dropped and are sorted in full each time; the mean, too, counts only samples
 // that come while a layout shows the lows.
 static void UpdatePercentiles() {
-    if (!g_fnArePercentilesShown() || !MakeRoom()) return;
-    g_vecFPSSamples.push_back(g_uFPS);
+    if (!g_stShownFigures.m_fnPercentiles() || !MakeRoom()) return;
+    g_stFPSSamples.listSorted.push_back(g_uFPS);
     UpdateMean();
-    std::sort(g_vecFPSSamples.begin(), g_vecFPSSamples.end());
-    const std::size_t uSize = g_vecFPSSamples.size();
-    g_uFPS_1P = g_vecFPSSamples[uSize / 100];
-    g_uFPS_01P = g_vecFPSSamples[uSize / 1000];
-    g_uFPS_50P = g_vecFPSSamples[uSize / 2];
+    std::sort(g_stFPSSamples.listSorted.begin(), g_stFPSSamples.listSorted.end());
+    const std::size_t uSize = g_stFPSSamples.listSorted.size();
+    g_uFPS_1P = g_stFPSSamples.listSorted[uSize / 100];
+    g_uFPS_01P = g_stFPSSamples.listSorted[uSize / 1000];
+    g_uFPS_50P = g_stFPSSamples.listSorted[uSize / 2];
 }
 
 /// Goes on to a cleared slot. However late the slot is closed, the ring advances by one.
@@ -154,7 +130,7 @@ static u32 FramesPerSecond() {
 }
 
 void g_fnSampleFPS() noexcept {
-    const f32 fElapsed = g_timerFPS.Elapsed() + fFPSCarry;
+    const f32 fElapsed = g_stTimers.FPS.Elapsed() + fFPSCarry;
     if (fElapsed < fFPSInterval) {
         ++uFrameRing[uFrameRingIndex];
         return;
@@ -165,7 +141,7 @@ void g_fnSampleFPS() noexcept {
     // KEEP: the first sample counts too, though its slot began with the build: mostly it stays the smallest.
     g_uFPS_Min = std::min(g_uFPS_Min, g_uFPS);
     g_fnRaiseUpdateFlag(g_bUpdateFPS);
-    g_timerFPS.Restart();
+    g_stTimers.FPS.Restart();
     uFrameRing[uFrameRingIndex] = 1;
     UpdatePercentiles();
 }

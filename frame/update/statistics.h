@@ -2,6 +2,7 @@
 // Frame-rate and frame-time figures, from the rhythm of the drawn frames. Render thread only. Arithmetic on
 // seconds is single precision. All figures live as long as the process: a rebuild resets none of them.
 #include "base/timer.h"
+#include "config/settings/intervals.h"
 #include "platform/types.h"
 
 #include <vector>
@@ -19,46 +20,42 @@ extern f32 g_fFrameTimeMs; ///< g_iFrameTime in milliseconds
 /// The pipeline's mirror of the segment's query switch; written at each swap's report, so one frame late.
 extern bool bQueryFrameTime;
 
-extern u32 uFPSIntervalMs;              ///< period of FPS and frame-time figures, 10 to 10000
-extern u32 uDataIntervalMs;             ///< period of sensor data updates, 10 to 10000
-extern f32 fFPSInterval, fDataInterval; ///< the same in seconds
-
 /// Frames by slot of one interval each; one slot more than the window has, for the one being filled.
 constexpr u32 g_uFrameRingMax = 101;
 extern u32 uFrameRing[g_uFrameRingMax];
-extern u32 uFPSRingSize;    ///< slots in use, 2 to 101
-extern u32 uFPSWindowMs;    ///< milliseconds that the complete slots span
-extern u32 uFrameRingIndex; ///< slot being filled
-extern f32 fFPSCarry;       ///< seconds by which the last slot was closed late
+extern f32 fFPSCarry; ///< seconds by which the last slot was closed late
 
+/// 0x20000 bytes: 32768 frame-time samples in units of ten microseconds; null while no resources exist.
+extern u32* g_pFrameSamples;
 extern u32 g_uFrameSampleCount;
 constexpr u32 g_uFrameSampleMax = 32768;
-extern CTimer g_timerFrame, g_timerFPS, g_timerFrameTime;
 
-/// All samples of g_uFPS taken while a layout shows the lows, ascending. Grows for the life of the process;
-/// room is taken for g_uFPSSampleStep samples at a time (an hour at ten samples a second), so that between
-/// two such steps a sample allocates nothing.
-extern std::vector<u32> g_vecFPSSamples;
+/// Samples of g_uFPS taken while a layout shows the lows.
+struct stFPSSamples {
+    /// Ascending. Grows for the life of the process; room is taken for g_uFPSSampleStep samples at a time (an
+    /// hour at ten samples a second), so that between two such steps a sample allocates nothing.
+    std::vector<u32> listSorted;
+    u32 uMeanCount = 0;       ///< samples in g_uFPS_Avg
+    u64 u64MeanRemainder = 0; ///< what the mean's division left
+};
+extern stFPSSamples g_stFPSSamples;
 constexpr u32 g_uFPSSampleStep = 36000;
-extern u32 g_uFPSMeanCount;       ///< samples in g_uFPS_Avg
-extern u64 g_u64FPSMeanRemainder; ///< what the mean's division left
 
 /// Whether a control of the layout shows the frame time: number box 1 in Classic, 8 in RV5, in Custom what
-/// g_fnCustomShowsFrameTime says; never in any other style.
+/// stShownFigures says; never in any other style.
 bool g_fnFrameTimeShownByStyle() noexcept;
 /// Whether a control of the layout shows a low or the median: number boxes 48 to 50 in Classic, 4 to 6 in
 /// RV5; never in any other style.
 bool g_fnPercentilesShownByStyle() noexcept;
-/// The tests in force, the two above unless something else is put in their place.
-extern bool (*g_fnIsFrameTimeShown)() noexcept;
-extern bool (*g_fnArePercentilesShown)() noexcept;
-/// Custom style: whether a record of the FPS lists reads g_iFrameTime. Set by the owner of the lists; null
-/// counts as no.
-extern bool (*g_fnCustomShowsFrameTime)() noexcept;
+/// The tests in force. Custom has none of its own until its lists were built, and counts as no.
+struct stShownFigures {
+    bool (*m_fnFrameTime)() noexcept = g_fnFrameTimeShownByStyle;
+    bool (*m_fnPercentiles)() noexcept = g_fnPercentilesShownByStyle;
+    bool (*m_fnCustomFrameTime)() noexcept =
+        nullptr; ///< whether a record of the FPS lists reads g_iFrameTime
+};
+extern stShownFigures g_stShownFigures;
 
-/// Clamps both intervals, computes their seconds, window and ring size, and goes to slot 0. What the ring
-/// holds stays.
-void g_fnSetupIntervals() noexcept;
 /// One sample at the start of every update, if a control shows the frame time or the companion asks for it;
 /// closes the period when it is over and raises g_bUpdateFrameTime. fSeconds: since the last update.
 void g_fnSampleFrameTime(f32 fSeconds) noexcept;

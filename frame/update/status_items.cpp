@@ -3,15 +3,17 @@
 #include "controls/later_controls.h"
 #include "controls/osd_manager.h"
 #include "controls/panel.h"
-#include "frame/frame_driver.h"
-#include "frame/update/update.h"
-#include "shared/overlay_state.h"
+#include "frame/update/timers.h"
 
 #include <cmath>
 #include <cstring>
 
+u8 g_bShotPending = 0;
 bool g_bShutter = false;
 CTimer g_timerShutter, g_timerStatus;
+u8 g_abStatusDue[g_uManagerSlots] = {};
+u32 g_auStatus[g_uManagerSlots] = {};
+u8 g_abShutterMove[g_uManagerSlots] = {};
 
 /// Places of the status panels in the style panel array: status 1, 2 and 3. The shutter hangs on the last.
 static constexpr u32 g_auStatusPanels[3] = {1, 3, 5};
@@ -88,7 +90,7 @@ void g_fnStatusStep(f32 fSeconds) {
     for (u32 u = 0; bHide && u < 3; ++u) HidePanel(StatusPanel(u));
     const u32 uStatus = g_auStatus[g_uManagerSlot];
     if (uStatus < 1 || uStatus > 3) {
-        g_timerAnimation.Restart();
+        g_stTimers.Animation.Restart();
         return;
     }
     if (!bHide) PulsePanel(StatusPanel(uStatus - 1), fSine);

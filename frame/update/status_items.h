@@ -1,12 +1,20 @@
 #pragma once
 // The status panels 1, 3 and 5: moving them on command, their pulse, and taking them off the picture of a
 // screenshot. Entries that do not exist are skipped.
+#include "base/slots.h"
 #include "base/timer.h"
 #include "platform/types.h"
 
+/// A screenshot was requested.
+extern u8 g_bShotPending;
 /// The shutter animation is running.
 extern bool g_bShutter;
 extern CTimer g_timerShutter, g_timerStatus;
+/// The status display of a slot is due, and the value it shows.
+extern u8 g_abStatusDue[g_uManagerSlots];
+extern u32 g_auStatus[g_uManagerSlots];
+/// Style panel 5 of a slot was moved.
+extern u8 g_abShutterMove[g_uManagerSlots];
 
 /// One position entry of a command.
 struct stStatusPosition {

@@ -1,28 +1,20 @@
 // The order of an update, its flags and its timers. What the steps do stands in update_steps.cpp.
 #include "frame/update/update.h"
 
+#include "base/layout_style.h"
+#include "base/slots.h"
 #include "controls/osd_manager.h"
-#include "frame/frame_driver.h"
+#include "frame/context_state.h"
+#include "frame/update/app_data.h"
+#include "frame/update/local_clock.h"
 #include "frame/update/mixed_items.h"
+#include "frame/update/timers.h"
 #include "frame/update/update_boxes.h"
+#include "frame/update/update_flags.h"
 #include "frame/update/update_steps.h"
 #include "shared/monitor_data.h"
-#include "shared/overlay_state.h"
 
-#include <cstring>
-
-u8 g_bUpdateFPS[20], g_bUpdateTime[20], g_bUpdateData[20], g_bUpdateFrameTime[20];
-CTimer g_timerData, g_timerAnimation, g_timerUpdate, g_timerWarning, g_timerStopWatch, g_timerClock;
-f32 g_fLastFrameSeconds = 0.0f;
-
-void g_fnRaiseUpdateFlag(u8 (&abFlags)[20]) noexcept { std::memset(abFlags, 1, sizeof abFlags); }
-
-void g_fnRaiseUpdateFlags() noexcept {
-    g_fnRaiseUpdateFlag(g_bUpdateFPS);
-    g_fnRaiseUpdateFlag(g_bUpdateTime);
-    g_fnRaiseUpdateFlag(g_bUpdateData);
-    g_fnRaiseUpdateFlag(g_bUpdateFrameTime);
-}
+void (*g_fnUpdateFPS)() = nullptr;
 
 void g_fnBeginUpdateBuild() {
     g_fnClearUpdateLists();
@@ -31,19 +23,23 @@ void g_fnBeginUpdateBuild() {
     if (!g_bStopWatchOn) g_fnReadLocalTime();
 }
 
+void g_fnBuildUpdate() {
+    if (g_uLayoutStyle == STYLE_CUSTOM) return g_fnBuildUpdateCustom();
+    if (g_uLayoutStyle == STYLE_RV5) return g_fnBuildUpdateRV5();
+    g_fnBuildUpdateClassic();
+}
+
 void g_fnResetUpdate() {
-    if (g_uLayoutStyle > 2) return;
+    if (g_uLayoutStyle > STYLE_CUSTOM) return;
     g_fnRaiseUpdateFlags();
-    if (g_uLayoutStyle == 0) return g_fnBuildUpdateClassic();
-    if (g_uLayoutStyle == 1) return g_fnBuildUpdateRV5();
-    g_fnHideMixedItems();
-    g_fnBuildUpdateCustom();
+    if (g_uLayoutStyle == STYLE_CUSTOM) g_fnHideMixedItems();
+    g_fnBuildUpdate();
 }
 
 /// The frame timer is read and started again in every update, whether or not a sample is taken.
 static void UpdateFrameTime() {
-    const f32 fSeconds = g_timerFrame.Elapsed();
-    g_timerFrame.Restart();
+    const f32 fSeconds = g_stTimers.Frame.Elapsed();
+    g_stTimers.Frame.Restart();
     g_fnSampleFrameTime(fSeconds);
     g_bUpdateFrameTime[g_uManagerSlot] = 0;
 }
@@ -64,8 +60,8 @@ void g_fnUpdate_Tavo() {
     update::AnimateShutter();
     update::AnimateStatus();
     update::MoveShutter();
-    g_fLastFrameSeconds = g_timerUpdate.Tick();
-    g_timerUpdate.Restart();
+    g_fLastFrameSeconds = g_stTimers.Update.Tick();
+    g_stTimers.Update.Restart();
 }
 
 void g_fnCountFrame() {

@@ -1,5 +1,9 @@
 #include "frame/update/update_steps.h"
 
+#include "base/layout_style.h"
+#include "base/slots.h"
+#include "config/fixed/info_place.h"
+#include "config/settings/settings.h"
 #include "controls/align_row.h"
 #include "controls/later_controls.h"
 #include "controls/num_box.h"
@@ -8,33 +12,26 @@
 #include "controls/text_box.h"
 #include "draw/canvas.h"
 #include "draw/creation_table.h"
+#include "frame/parts.h"
+#include "frame/update/local_clock.h"
 #include "frame/update/status_items.h"
+#include "frame/update/timers.h"
 #include "frame/update/update.h"
 #include "frame/update/update_boxes.h"
+#include "frame/update/update_flags.h"
 #include "platform/clock.h"
+#include "platform/segment.h"
 #include "platform/shared_block.h"
-#include "shared/overlay_state.h"
-#include "shared/segment.h"
 
 #include <algorithm>
 #include <cstring>
 
-u32 g_uYear = 0, g_uMonth = 0, g_uDay = 0;
-u32 g_uHour = 0, g_uMinute = 0, g_uSecond = 0;
-bool g_bDebugTime = false;
-bool g_bClock12H = false;
-i32 g_iRowAlignRV5 = 7;
 const u8* g_pMonitorVGA = nullptr;
-void (*g_fnUpdateFPS)() = nullptr;
-void (*g_fnTransferVideoHook)() = nullptr;
-void (*g_fnPollControlBlockHook)() = nullptr;
-void (*g_fnShutterHook)() = nullptr;
 
 namespace update {
 namespace {
 
 constexpr f32 c_fStopWatchSeconds = 0.05f, c_fClockSeconds = 1.0f, c_fAnimationSeconds = 0.025f;
-constexpr u32 c_uClassic = 0, c_uRV5 = 1, c_uCustom = 2;
 
 /// Managers that live side by side must not see an adapter block that changes between them.
 void FreezeMonitorVGA() {
@@ -47,7 +44,7 @@ void FreezeMonitorVGA() {
 }
 
 /// True if the flag of the current slot was up; it is down then.
-bool Consume(u8 (&abFlags)[20]) {
+bool Consume(u8 (&abFlags)[g_uManagerSlots]) {
     const bool bUp = abFlags[g_uManagerSlot] != 0;
     abFlags[g_uManagerSlot] = 0;
     return bUp;
@@ -74,30 +71,30 @@ void ShowSize(i32 iMode) {
 }
 
 void ShowSizeByStyle() {
-    if (g_uLayoutStyle == c_uClassic) ShowSize(7);
-    if (g_uLayoutStyle == c_uRV5) ShowSize(g_iRowAlignRV5);
+    if (g_uLayoutStyle == STYLE_CLASSIC) ShowSize(7);
+    if (g_uLayoutStyle == STYLE_RV5) ShowSize(g_stInfoPlace.iSizeRowAlignRV5);
 }
 
 /// KEEP: the fields count from the smallest: hundredths where seconds stood, minutes where hours stood.
 void ReadStopWatch() {
-    const u32 uHundredths = static_cast<u32>(g_timerStopWatch.Elapsed() * 100.0f);
-    g_uSecond = uHundredths % 100;
-    g_uMinute = uHundredths / 100 % 60;
-    g_uHour = uHundredths / 6000;
+    const u32 uHundredths = static_cast<u32>(g_stTimers.StopWatch.Elapsed() * 100.0f);
+    g_stLocalClock.uSecond = uHundredths % 100;
+    g_stLocalClock.uMinute = uHundredths / 100 % 60;
+    g_stLocalClock.uHour = uHundredths / 6000;
 }
 
 void NoticeStopWatch() {
     static u8 bLastState = 0;
     if (bLastState == g_bStopWatchOn) return;
     bLastState = g_bStopWatchOn;
-    g_timerStopWatch.Restart();
+    g_stTimers.StopWatch.Restart();
 }
 
 void OverrideTime() {
     const u64 uMilliseconds = static_cast<u64>(platform::UnixMilliseconds());
-    g_uSecond = static_cast<u32>(uMilliseconds % 100);
-    g_uMinute = static_cast<u32>(uMilliseconds / 100 % 100);
-    g_uHour = static_cast<u32>(uMilliseconds / 10000 % 100);
+    g_stLocalClock.uSecond = static_cast<u32>(uMilliseconds % 100);
+    g_stLocalClock.uMinute = static_cast<u32>(uMilliseconds / 100 % 100);
+    g_stLocalClock.uHour = static_cast<u32>(uMilliseconds / 10000 % 100);
     g_fnRaiseUpdateFlag(g_bUpdateTime);
 }
 
@@ -113,10 +110,10 @@ bool HasVideoBox() {
 } // namespace
 
 void CheckDataInterval() {
-    if (!(g_timerData.Elapsed() >= fDataInterval)) return;
+    if (!(g_stTimers.Data.Elapsed() >= fDataInterval)) return;
     FreezeMonitorVGA();
     g_fnRaiseUpdateFlag(g_bUpdateData);
-    g_timerData.Restart();
+    g_stTimers.Data.Restart();
 }
 
 void ShowFPS() {
@@ -131,40 +128,40 @@ void ShowData() {
 
 void KeepTime() {
     NoticeStopWatch();
-    if (g_timerClock.Elapsed() >= (g_bStopWatchOn ? c_fStopWatchSeconds : c_fClockSeconds)) {
+    if (g_stTimers.Clock.Elapsed() >= (g_bStopWatchOn ? c_fStopWatchSeconds : c_fClockSeconds)) {
         g_bStopWatchOn ? ReadStopWatch() : g_fnReadLocalTime();
-        g_timerClock.Restart();
+        g_stTimers.Clock.Restart();
         g_fnRaiseUpdateFlag(g_bUpdateTime);
     }
-    if (g_bDebugTime) OverrideTime();
+    if (g_stSettings.bDebugTime) OverrideTime();
 }
 
 void ShowTime() {
     if (!Consume(g_bUpdateTime)) return;
-    if (g_uLayoutStyle == c_uCustom)
+    if (g_uLayoutStyle == STYLE_CUSTOM)
         for (stUpdateMixedData& record : g_listUpdateMixed) record();
-    if (g_uLayoutStyle > c_uRV5) return;
-    const u32 auFields[3] = {g_uHour, g_uMinute, g_uSecond};
+    if (g_uLayoutStyle > STYLE_RV5) return;
+    const u32 auFields[3] = {g_stLocalClock.uHour, g_stLocalClock.uMinute, g_stLocalClock.uSecond};
     for (u32 u = 0; u < 3; ++u) ShowTwoDigits(boxes::g_stDirect.aiTime[u], auFields[u]);
 }
 
 void TransferVideo() {
-    if (g_fnTransferVideoHook && HasVideoBox()) g_fnTransferVideoHook();
+    if (g_stParts.m_fnTransferVideo && HasVideoBox()) g_stParts.m_fnTransferVideo();
 }
 
 void PollControlBlock() {
-    if (g_fnPollControlBlockHook) g_fnPollControlBlockHook();
+    if (g_stParts.m_fnPollControlBlock) g_stParts.m_fnPollControlBlock();
 }
 
 void AnimateShutter() {
-    if (g_fnShutterHook) g_fnShutterHook();
+    if (g_stParts.m_fnShutter) g_stParts.m_fnShutter();
 }
 
 void AnimateStatus() {
-    const f32 fSeconds = g_timerAnimation.Elapsed();
+    const f32 fSeconds = g_stTimers.Animation.Elapsed();
     if (!(fSeconds >= c_fAnimationSeconds)) return;
     g_fnStatusStep(fSeconds);
-    g_timerAnimation.Restart();
+    g_stTimers.Animation.Restart();
 }
 
 void MoveShutter() {
@@ -178,16 +175,3 @@ void MoveShutter() {
 }
 
 } // namespace update
-
-void g_fnReadLocalTime() {
-    const platform::stLocalTime stNow = platform::LocalTime();
-    g_uYear = stNow.uYear;
-    g_uMonth = stNow.uMonth;
-    g_uDay = stNow.uDay;
-    g_uHour = stNow.uHour;
-    g_uMinute = stNow.uMinute;
-    g_uSecond = stNow.uSecond;
-    if (!g_bClock12H) return;
-    if (g_uHour == 0 || g_uHour == 24) g_uHour = 12;
-    if (g_uHour > 12) g_uHour -= 12;
-}

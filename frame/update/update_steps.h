@@ -1,5 +1,10 @@
 #pragma once
 // The steps of one update, in the order of their calls.
+#include "platform/types.h"
+
+/// The companion's per-adapter block: the segment's own, or with several managers a copy taken at each data
+/// interval, so that all of them see the same.
+extern const u8* g_pMonitorVGA;
 
 namespace update {
 

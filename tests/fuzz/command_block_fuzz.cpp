@@ -1,11 +1,11 @@
 // The input is a play in the shared segment: records come and go, the companion sends commands and data, a
 // hostile program writes anywhere, and this process polls and handles what it finds.
+#include "base/layout_style.h"
 #include "entry/exports.h"
 #include "frame/command_handler.h"
 #include "platform/headless/test_controls.h"
 #include "platform/shared_block.h"
 #include "shared/monitor_data.h"
-#include "shared/overlay_state.h"
 #include "shared/process_records.h"
 #include <algorithm>
 #include <cstdlib>

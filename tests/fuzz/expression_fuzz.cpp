@@ -16,8 +16,8 @@ void Require(bool bHolds) {
 
 extern "C" int LLVMFuzzerTestOneInput(const u8* pData, std::size_t uBytes) {
     g_fnRegisterVariables();
-    g_uCPUNum = 1;
-    g_uGPUNum = 20;
+    g_stVariables.uCPUNum = 1;
+    g_stVariables.uGPUNum = 20;
     std::string szText(reinterpret_cast<const char*>(pData), uBytes);
     szText.resize(std::min(szText.find('\0'), szText.size()));
     MakeDivisionsSafe(szText);

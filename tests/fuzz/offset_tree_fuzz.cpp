@@ -1,6 +1,6 @@
 // The input once as a bank of the name tree, once as a set of names that is written and read back.
+#include "platform/segment.h"
 #include "shared/offset_tree.h"
-#include "shared/segment.h"
 #include <cstdlib>
 
 namespace {

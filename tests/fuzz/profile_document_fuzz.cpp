@@ -1,6 +1,7 @@
 // The input as the profile's document, read by everything that reads profiles: the handles, the preview, all
 // blocks of all styles and the companion's question. Each style is forced in turn. What was read holds
 // together.
+#include "base/layout_style.h"
 #include "config/profile/profile_cards.h"
 #include "config/profile/profile_document.h"
 #include "config/profile/profile_names.h"
@@ -78,18 +79,19 @@ void CheckCaption(const stCaptionKeys& st) {
 void CheckKeys() {
     g_fnReadProfilePanelKeys();
     g_fnReadProfileTextStyles();
-    CheckPanel(g_stInfoKeys.stPanel);
-    Require(Ends(g_stMemoKeys.szTitle) && Ends(g_stMemoKeys.wzFilename));
-    CheckColors(g_stMemoKeys.stColors);
-    CheckPanel(g_stMemoKeys.stPanel);
-    CheckCaption(g_stWatermarkKeys);
-    CheckCaption(g_stSystemInfoKeys);
-    Require(Ends(g_stPhotoKeys.szTitle) && Ends(g_stPhotoKeys.wzFilename) && g_stPhotoKeys.u8Opacity <= 100);
-    for (const auto& [uId, st] : g_mapTextColors) {
+    CheckPanel(g_stLooks.stInfo.stPanel);
+    Require(Ends(g_stLooks.stMemo.szTitle) && Ends(g_stLooks.stMemo.wzFilename));
+    CheckColors(g_stLooks.stMemo.stColors);
+    CheckPanel(g_stLooks.stMemo.stPanel);
+    CheckCaption(g_stLooks.stWatermark);
+    CheckCaption(g_stLooks.stSystemInfo);
+    Require(Ends(g_stLooks.stPhoto.szTitle) && Ends(g_stLooks.stPhoto.wzFilename) &&
+            g_stLooks.stPhoto.u8Opacity <= 100);
+    for (const auto& [uId, st] : g_stLooks.mapTextColors) {
         Require(uId < g_uStyleIds);
         CheckColors(st);
     }
-    for (const auto& [uId, iAnchor] : g_mapTextAligns)
+    for (const auto& [uId, iAnchor] : g_stLooks.mapTextAligns)
         Require(uId < g_uStyleIds && iAnchor >= 7 && iAnchor <= 9);
 }
 
@@ -101,12 +103,12 @@ void CheckInfoBlock() {
     for (u32 u = 0; u < st.uDisplayCount; ++u)
         Require(st.aiCardOfDisplay[u] >= 0 && st.aiCardOfDisplay[u] < static_cast<i32>(g_uDisplayMax));
     if (!bOrder || !g_fnReadProfileInfoBlock()) return;
-    Require(g_uCpuDisplayCount >= 1 && g_uCpuDisplayCount <= g_uDisplayMax);
+    Require(g_stDisplay.uCpus >= 1 && g_stDisplay.uCpus <= g_uDisplayMax);
     for (u32 u = 0; u < g_uDisplayMax; ++u) {
         g_fnIsCardRowVisible(st, u, g_uCardRows - 1);
         g_fnIsCpuRowVisible(g_stInfoBlock.stCpu, u, g_uCpuRows - 1);
     }
-    for (const stSensorRow& row : g_listSensorRows) Require(row.uGroup < 64 && row.uOrdinal < 1024);
+    for (const stSensorRow& row : g_stDisplay.listSensorRows) Require(row.uGroup < 64 && row.uOrdinal < 1024);
     std::map<std::string, u32, std::less<>> map;
     g_fnReadDisplayIndexes(g_fnProfileInfo(), map);
 }
@@ -121,7 +123,7 @@ void CheckStyle(i32 iStyle) {
     const bool bNames = g_fnGetDataFullNames(u"Default", &names) != 0;
     Require(bNames || names.empty());
     const bool bRead = g_fnRead_OSD_Profile();
-    Require(bRead == (g_iProfileError == PROFILE_OK) && bRead == (g_pSettingsElement != nullptr));
+    Require(bRead == (g_stProfile.iError == PROFILE_OK) && bRead == (g_stProfile.pSettings != nullptr));
     // What can be asked about can be loaded.
     Require(bRead || !bNames);
     CheckKeys();

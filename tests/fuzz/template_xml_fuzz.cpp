@@ -29,7 +29,8 @@ void Require(bool bHolds) {
 }
 
 void EnterNames() {
-    for (NameMap* p : {&g_mapTextBoxBID, &g_mapNumBoxBID, &g_mapFlipBoxBID, &g_mapPanelBID})
+    for (NameMap* p : {&g_stNameMaps.mapTextBox, &g_stNameMaps.mapNumBox, &g_stNameMaps.mapFlipBox,
+                       &g_stNameMaps.mapPanel})
         for (u32 u = 0; u < c_uItems; ++u) (*p)[c_aszNames[u]] = u;
     g_listGroupExtension = {{"PUMP", 0, 0}, {"PUMP", 0, 2}, {"FLOW", 1, 0}};
 }
@@ -78,7 +79,7 @@ void CheckRecords() {
         if (g_fnMakeFlipInit(st, {}, true, stFlip)) Require(stFlip.awzText[0] && stFlip.awzText[2]);
         if (g_fnMakePanelInit(st, {}, stPanel)) Require(stPanel.u64LB_ID == g_fnMakeLB_ID(1, uBID));
     }
-    for (const stFontRecord& st : g_aFontSlot)
+    for (const stFontRecord& st : g_stFontSlots.aRecord)
         Require(std::char_traits<char16_t>::find(st.m_wzFontName, std::size(st.m_wzFontName), u'\0') !=
                 nullptr);
 }

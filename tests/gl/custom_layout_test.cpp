@@ -1,9 +1,10 @@
 // The custom layout in a real context: what a profile's file says is what stands on the picture. The picture
 // is half as high as the canvas, so two units are a pixel; rectangles below are in pixels.
 #include "controls/osd_manager.h"
+#include "draw/backdrop.h"
 #include "draw/canvas.h"
 #include "draw/draw_keys.h"
-#include "frame/frame_driver.h"
+#include "frame/release.h"
 #include "frame/update/statistics.h"
 #include "platform/gl_api.h"
 #include "platform/headless/test_controls.h"

@@ -1,5 +1,5 @@
 // Frosted panels over a known picture, against the plain rule on the processor.
-#include "frame/frame_driver.h"
+#include "draw/backdrop.h"
 #include "platform/gl_api.h"
 #include "tests/gl/draw_fixture.h"
 #include "tests/support/gl_recorder.h"

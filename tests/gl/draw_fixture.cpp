@@ -1,8 +1,9 @@
 #include "tests/gl/draw_fixture.h"
 
+#include "batch/flavour_gl.h"
+#include "draw/backdrop.h"
 #include "draw/canvas.h"
 #include "draw/creation_table.h"
-#include "frame/frame_driver.h"
 #include "platform/gl_api.h"
 #include "platform/headless/test_controls.h"
 

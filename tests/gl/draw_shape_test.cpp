@@ -1,6 +1,5 @@
 // Flat and textured shapes, as pixels.
 #include "draw/canvas.h"
-#include "frame/frame_driver.h"
 #include "platform/gl_api.h"
 #include "tests/gl/draw_fixture.h"
 #include "tests/support/gl_recorder.h"

@@ -1,4 +1,5 @@
 // Atlases in a real context: what of a font reaches the GPU, and what goes when.
+#include "batch/flavour_gl.h"
 #include "font/font_uc_gl.h"
 
 #include "draw/creation_table.h"

@@ -1,6 +1,6 @@
 // A program that sets its vertex arrays up once and then only draws, as most of the older ones do. What it
 // set must hold for its whole life, and so must its picture.
-#include "frame/frame_driver.h"
+#include "frame/context_state.h"
 #include "platform/gl_api.h"
 #include "tests/gl/frame_fixture.h"
 

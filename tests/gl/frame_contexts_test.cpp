@@ -1,8 +1,10 @@
 // Whole frames of a program with more than one context: whose names are deleted, and where the overlay
 // stands.
-#include "config/settings/host_care.h"
+#include "base/host_care.h"
+#include "draw/own_context.h"
+#include "frame/context_state.h"
 #include "frame/frame_driver.h"
-#include "frame/own_context.h"
+#include "frame/release.h"
 #include "platform/contexts.h"
 #include "platform/gl_api.h"
 #include "platform/headless/test_controls.h"

@@ -1,6 +1,7 @@
 // A build that fails, with key RestoreAfterFailure: the program gets its state back, its picture stays, and
 // after a repair the overlay stands within a second.
-#include "frame/frame_driver.h"
+#include "frame/context_state.h"
+#include "frame/release.h"
 #include "platform/gl_api.h"
 #include "tests/gl/frame_fixture.h"
 

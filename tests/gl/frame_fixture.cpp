@@ -1,15 +1,25 @@
 #include "tests/gl/frame_fixture.h"
 
+#include "base/host_care.h"
 #include "config/load.h"
-#include "config/settings/host_care.h"
+#include "config/settings/settings.h"
+#include "draw/backdrop.h"
+#include "draw/canvas.h"
+#include "draw/own_context.h"
 #include "entry/hooking.h"
+#include "frame/api_claim.h"
+#include "frame/context_state.h"
 #include "frame/frame_driver.h"
 #include "frame/limiter.h"
+#include "frame/parts.h"
+#include "frame/real_swap.h"
+#include "frame/release.h"
 #include "frame/update/statistics.h"
+#include "frame/update/status_items.h"
 #include "platform/clock.h"
 #include "platform/headless/test_controls.h"
 #include "platform/shared_block.h"
-#include "shared/overlay_state.h"
+#include "shared/api_code.h"
 #include "shared/process_records.h"
 #include "tests/support/gl_recorder.h"
 #include "tests/support/test_data_folder.h"
@@ -34,7 +44,7 @@ static void ResetLibrary() {
     g_uCopyTexture = 0;
     g_bShotPending = 0;
     g_uCapMode = 2;
-    g_fnSaveScreenshotHook = nullptr;
+    g_stParts.m_fnSaveScreenshot = nullptr;
     EnableFPSLimiter = 0;
     g_stLimiter = stLimiterState();
     g_fnForgetFailedLoad();

@@ -1,6 +1,7 @@
 // The state guard's calls, one by one, in order.
 #include "draw/canvas.h"
-#include "frame/frame_driver.h"
+#include "draw/saved_state.h"
+#include "frame/context_state.h"
 #include "frame/state_guard.h"
 #include "tests/gl/frame_fixture.h"
 #include "tests/support/gl_recorder.h"

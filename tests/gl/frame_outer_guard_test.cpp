@@ -1,8 +1,10 @@
 // The guard of key OuterGuard: under each odd state of a program the overlay looks as it does under the
 // default one, it draws nothing where the drawing would reach the program, and it raises no errors and no
 // messages.
+#include "frame/context_state.h"
 #include "frame/frame_driver.h"
 #include "frame/outer_guard.h"
+#include "frame/release.h"
 #include "platform/gl_api.h"
 #include "platform/glyph_rasterizer.h"
 #include "tests/gl/frame_fixture.h"

@@ -1,15 +1,23 @@
 // Whole frames in a real context: build, draw, resize, release, and every way of not drawing.
+#include "base/host_care.h"
 #include "batch/draw_basic.h"
-#include "config/settings/host_care.h"
+#include "config/settings/settings.h"
 #include "controls/osd_manager.h"
+#include "draw/backdrop.h"
+#include "draw/batcher_slots.h"
+#include "draw/canvas.h"
 #include "draw/creation_table.h"
+#include "frame/context_state.h"
 #include "frame/frame_driver.h"
-#include "frame/resources.h"
+#include "frame/parts.h"
+#include "frame/release.h"
 #include "frame/update/statistics.h"
+#include "frame/update/status_items.h"
 #include "platform/gl_api.h"
 #include "platform/glyph_rasterizer.h"
 #include "platform/headless/test_controls.h"
 #include "platform/shared_block.h"
+#include "shared/api_code.h"
 #include "tests/gl/frame_fixture.h"
 #include "tests/support/gl_recorder.h"
 
@@ -378,7 +386,7 @@ TEST_F(FrameRender, ScreenshotOfModeOneShowsNoOverlayAndOfModeTwoShowsIt) {
     ASSERT_TRUE(Begin(true));
     ASSERT_TRUE(RunUntilBuilt());
     g_pShotContext = &m_context;
-    g_fnSaveScreenshotHook = TakeShot;
+    g_stParts.m_fnSaveScreenshot = TakeShot;
     Clear();
     const std::vector<u8> vecBare = Pixels();
     g_uCapMode = 1;
@@ -399,7 +407,7 @@ TEST_F(FrameRender, AnyOtherModeStaysPendingForever) {
     ASSERT_TRUE(RunUntilBuilt());
     g_vecShot.clear();
     g_pShotContext = &m_context;
-    g_fnSaveScreenshotHook = TakeShot;
+    g_stParts.m_fnSaveScreenshot = TakeShot;
     g_uCapMode = 3;
     g_bShotPending = 1;
     for (int i = 0; i < 3; ++i) Swap();

@@ -1,8 +1,9 @@
 // Settings in force from the first frame that is drawn, and read again with each build.
-#include "frame/frame_driver.h"
+#include "config/settings/intervals.h"
+#include "config/settings/settings.h"
 #include "frame/limiter.h"
+#include "frame/release.h"
 #include "frame/update/statistics.h"
-#include "frame/update/update.h"
 #include "platform/headless/test_controls.h"
 #include "tests/gl/frame_fixture.h"
 
@@ -15,7 +16,7 @@ namespace {
 
 struct FrameSettings : FrameFixture {
     void TearDown() override {
-        g_bDebugTime = false;
+        g_stSettings.bDebugTime = false;
         FrameFixture::TearDown();
     }
     void Ini(const char* szText) {
@@ -38,7 +39,7 @@ TEST_F(FrameSettings, RuleFromTheFirstFrame) {
     Set(u"Camera", u"CapMode", 1);
     ASSERT_TRUE(Begin(true));
     ASSERT_TRUE(RunUntilBuilt());
-    EXPECT_TRUE(g_bDebugTime);
+    EXPECT_TRUE(g_stSettings.bDebugTime);
     EXPECT_EQ(fFPSInterval, 0.25f);
     EXPECT_EQ(uFPSRingSize, 5u);
     EXPECT_EQ(fDataInterval, 0.01f);
@@ -57,7 +58,7 @@ TEST_F(FrameSettings, AreReadAgainWithEachBuild) {
     g_fnTavo_GL_Release();
     EXPECT_EQ(fFPSInterval, 0.25f);
     ASSERT_TRUE(RunUntilBuilt());
-    EXPECT_FALSE(g_bDebugTime);
+    EXPECT_FALSE(g_stSettings.bDebugTime);
     EXPECT_EQ(uFPSIntervalMs, 1000u);
     EXPECT_EQ(uDataIntervalMs, 1000u);
     EXPECT_EQ(fFPSInterval, 1.0f);

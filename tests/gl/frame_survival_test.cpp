@@ -1,6 +1,6 @@
 // Which of an application's states come back after a frame with the overlay, and which do not. The table is a
 // document: the test writes it and compares it with the committed one.
-#include "frame/frame_driver.h"
+#include "frame/release.h"
 #include "platform/gl_api.h"
 #include "tests/gl/frame_fixture.h"
 

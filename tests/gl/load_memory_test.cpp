@@ -1,7 +1,7 @@
 // What loads keep of the heap, counted without a graphics driver, which would keep some of its own.
 #include "platform/headless/test_controls.h"
+#include "platform/segment.h"
 #include "platform/shared_block.h"
-#include "shared/segment.h"
 #include "tests/support/heap_bytes.h"
 #include "tests/unit/config/custom_fixture.h"
 

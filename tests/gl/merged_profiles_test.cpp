@@ -1,7 +1,7 @@
 // Whole profiles through the library, drawn by the OpenGL flavour and by the merged one.
-#include "config/settings/host_care.h"
-#include "frame/frame_driver.h"
-#include "frame/resources.h"
+#include "draw/batcher_slots.h"
+#include "frame/context_state.h"
+#include "frame/release.h"
 #include "frame/update/statistics.h"
 #include "merged/draw_basic_merged.h"
 #include "platform/gl_api.h"
@@ -34,11 +34,11 @@ class MergedProfiles : public ProfileFixture {
     /// Figures live as long as the process, so both runs begin with the same.
     static void ForgetFigures() {
         std::fill(std::begin(uFrameRing), std::end(uFrameRing), 0u);
-        g_uFPS = g_uFPS_Avg = g_uFPS_Max = uFrameRingIndex = g_uFPSMeanCount = 0;
+        g_uFPS = g_uFPS_Avg = g_uFPS_Max = uFrameRingIndex = g_stFPSSamples.uMeanCount = 0;
         g_uFPS_Min = 0x7FFFFFFF;
         g_iFrameTime = 0;
         fFPSCarry = 0;
-        g_vecFPSSamples.clear();
+        g_stFPSSamples.listSorted.clear();
     }
     /// What the program's window shows after some frames, with the program's own picture below.
     std::vector<Picture> Show(const std::u16string& wzProfile, const std::string& strKeys) {

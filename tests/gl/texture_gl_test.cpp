@@ -1,9 +1,10 @@
 // Textures in a real context: upload, binding, and what an animation shows.
+#include "base/timer.h"
+#include "batch/flavour_gl.h"
 #include "draw/texture_gl.h"
 
 #include "draw/creation_table.h"
 #include "draw/texture_reduce.h"
-#include "frame/update/update.h"
 #include "platform/gl_api.h"
 #include "platform/headless/egl_context.h"
 #include "platform/headless/test_controls.h"

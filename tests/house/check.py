@@ -8,11 +8,14 @@ import subprocess
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
+FLOORS = ("platform", "base", "shared", "draw", "font", "controls", "batch", "merged", "config", "capture", "frame", "entry",
+          "companion", "tools")
 CORE = ("base", "shared", "draw", "font", "controls", "batch", "merged", "config", "capture", "frame", "entry")
 OS_USE = re.compile(r"^\s*#\s*include\s*<(windows|winsock|X11/|GL/glx|EGL/|sys/|unistd|pthread|dlfcn)|_WIN32|__linux__|__MINGW")
 SPEECH = re.compile(r"\bParts? [1-7]\.[0-9]+\b|\bspec\.md\b|\bthe spec(ification)?\b|\bSubsystem [1-7]\b")
 UNFINISHED = re.compile(r"\b(TO" r"DO|FIX" r"ME|HA" r"CK|not imple" r"mented)\b")
 MACHINE = re.compile(r"/work/(main|shared)|/root/|/tmp/b-|/tmp/st-")
+LARGEST_KNOT = 9
 LONGEST_FUNCTION, MEDIAN_FUNCTION, LONGEST_FILE = 100, 12, 1000
 
 
@@ -29,6 +32,12 @@ def lines_matching(pattern, paths):
                 yield f"{path.relative_to(ROOT)}:{number}: {line.strip()[:120]}"
 
 
+def is_core(path):
+    """The library's entry points are of one system each."""
+    parts = path.relative_to(ROOT).parts
+    return parts[0] in CORE and parts[1] not in ("win32", "linux")
+
+
 def formatting():
     files = [str(p) for p in tracked(".cpp", ".h")]
     done = subprocess.run(["clang-format", "--dry-run", "-Werror", *files], capture_output=True, text=True)
@@ -37,12 +46,12 @@ def formatting():
 
 
 def portable_core():
-    return list(lines_matching(OS_USE, [p for p in tracked(".cpp", ".h") if p.relative_to(ROOT).parts[0] in CORE]))
+    return list(lines_matching(OS_USE, [p for p in tracked(".cpp", ".h") if is_core(p)]))
 
 
 def wide_characters():
     return list(lines_matching(re.compile(r"\bwchar_t\b"),
-                               [p for p in tracked(".cpp", ".h") if p.relative_to(ROOT).parts[0] in CORE]))
+                               [p for p in tracked(".cpp", ".h") if is_core(p)]))
 
 
 def compiles_alone(path):
@@ -62,6 +71,72 @@ def headers_alone():
     headers = [p for p in tracked(".h") if p.relative_to(ROOT).parts[0] in CORE + ("platform",)]
     with concurrent.futures.ThreadPoolExecutor(2) as pool:
         return [r for r in pool.map(compiles_alone, headers) if r]
+
+
+def includes(path):
+    """(line, path in the tree without its suffix) of each header of our own that the file includes."""
+    for number, line in enumerate(path.read_text().splitlines(), 1):
+        named = re.match(r'#include "([\w/-]+)\.h"', line)
+        if named and (ROOT / (named[1] + ".h")).is_file():
+            yield number, named[1]
+
+
+def floor_files():
+    return [p for p in tracked(".cpp", ".h") if p.relative_to(ROOT).parts[0] in FLOORS]
+
+
+def folders_look_down():
+    rank = {folder: i for i, folder in enumerate(FLOORS)}
+    broken = []
+    for path in floor_files():
+        own = path.relative_to(ROOT).parts[0]
+        for number, named in includes(path):
+            if rank.get(named.split("/")[0], -1) > rank[own]:
+                broken.append(f"{path.relative_to(ROOT)}:{number}: {own} includes {named}.h")
+    return broken
+
+
+def reach(graph, start):
+    seen, todo = set(), [start]
+    while todo:
+        for unit in graph.get(todo.pop(), ()):
+            if unit not in seen:
+                seen.add(unit)
+                todo.append(unit)
+    return seen
+
+
+def knots_stay_small():
+    """Units (a header with its source) that need each other all round: few, and inside one folder."""
+    graph = {}
+    for path in floor_files():
+        unit = str(path.relative_to(ROOT).with_suffix(""))
+        graph.setdefault(unit, set()).update(named for _, named in includes(path) if named != unit)
+    reached = {unit: reach(graph, unit) for unit in graph}
+    broken, done = [], set()
+    for unit in sorted(graph):
+        knot = {other for other in reached[unit] if unit in reached.get(other, ())}
+        if unit in done or len(knot) < 2:
+            continue
+        done |= knot
+        if len(knot) > LARGEST_KNOT or len({other.split("/")[0] for other in knot}) > 1:
+            broken.append(f"{len(knot)} units: {', '.join(sorted(knot))}")
+    return broken
+
+
+def declared_at_home():
+    """A global is declared in the header beside the source that defines it."""
+    broken = []
+    for header in (p for p in floor_files() if p.suffix == ".h" and p.parts[-2] not in ("linux", "win32", "headless")):
+        code = re.sub(r"//.*", "", header.read_text())
+        homes = [header.with_suffix(".cpp"), *header.parent.glob(f"*/{header.stem}.cpp"), *header.parent.glob(f"*/log.cpp")]
+        text = "".join(home.read_text() for home in homes if home.is_file())
+        for declared in re.findall(r"^extern (?!\"C\")([^;(]*?)(?:\[[^;]*)?;", code, re.M):
+            for part in re.sub(r"<.*>|\[[^\]]*\]", "", declared.split("=")[0]).split(","):
+                name = re.findall(r"\w+", part)[-1]
+                if not re.search(rf"^(?!extern)[^\s/#][^;{{]*\b{name}\b", text, re.M):
+                    broken.append(f"{header.relative_to(ROOT)}: {name}")
+    return broken
 
 
 def functions(path):
@@ -132,7 +207,8 @@ def kept_behaviour():
 
 
 RULES = {"sources are formatted": formatting, "the core is free of operating systems": portable_core,
-         "UTF-16 text is char16_t": wide_characters, "each header compiles alone": headers_alone,
+         "UTF-16 text is char16_t": wide_characters, "each header compiles alone": headers_alone, "folders look down": folders_look_down,
+         "knots of units stay small": knots_stay_small, "globals are declared at home": declared_at_home,
          "functions and files stay small": sizes, "texts speak for the system itself": own_words,
          "nothing is left unfinished": finished, "no path of one machine": no_machine_paths,
          "kept behaviour is pinned by tests": kept_behaviour}

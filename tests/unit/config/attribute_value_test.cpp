@@ -17,8 +17,8 @@ class AttributeValue : public testing::Test {
     void SetUp() override { g_fnRegisterVariables(); }
     void TearDown() override {
         g_fnRegisterVariables();
-        g_iAlign2X = g_iAlign2Y = 0;
-        g_uGPUNum = 0;
+        g_stVariables.iAlign2X = g_stVariables.iAlign2Y = 0;
+        g_stVariables.uGPUNum = 0;
         ReadScale("<Info/>");
     }
     static void ReadScale(const std::string& szText) {
@@ -47,8 +47,8 @@ TEST_F(AttributeValue, APlainNumberIsParsed) {
 }
 
 TEST_F(AttributeValue, AnyOtherTextIsAName) {
-    g_mapProfileVariable["width"] = "120.5";
-    g_mapProfileVariable["12px"] = "3";
+    g_stFileVariables.mapProfile["width"] = "120.5";
+    g_stFileVariables.mapProfile["12px"] = "3";
     EXPECT_EQ(Value("width"), 120.5);
     EXPECT_EQ(Value("12px"), 3);
     EXPECT_EQ(Value("Width"), 0);
@@ -57,25 +57,25 @@ TEST_F(AttributeValue, AnyOtherTextIsAName) {
 }
 
 TEST_F(AttributeValue, ANumberGoesBeforeAVariableOfThatName) {
-    g_mapProfileVariable["7"] = "99";
+    g_stFileVariables.mapProfile["7"] = "99";
     EXPECT_EQ(Value("7"), 7);
 }
 
 TEST_F(AttributeValue, TheProfilesVariableGoesBeforeTheProgramsOfThatName) {
-    g_uGPUNum = 3;
+    g_stVariables.uGPUNum = 3;
     EXPECT_EQ(Value("GPUNum"), 3);
-    g_mapProfileVariable["GPUNum"] = "8";
+    g_stFileVariables.mapProfile["GPUNum"] = "8";
     EXPECT_EQ(Value("GPUNum"), 8);
 }
 
 TEST_F(AttributeValue, AVariablesTextIsNoNameAgain) {
-    g_mapProfileVariable["a"] = "b";
-    g_mapProfileVariable["b"] = "5";
+    g_stFileVariables.mapProfile["a"] = "b";
+    g_stFileVariables.mapProfile["b"] = "5";
     EXPECT_EQ(Value("a"), 0);
 }
 
 TEST_F(AttributeValue, PresetsAreNotAsked) {
-    g_mapPresetVariable[u"p"] = u"5";
+    g_stFileVariables.mapPreset[u"p"] = u"5";
     EXPECT_EQ(Value("p"), 0);
 }
 
@@ -90,38 +90,38 @@ TEST_F(AttributeValue, AFontScaleOf150Makes15Of10) {
 
 TEST_F(AttributeValue, AVariableIsScaledToo) {
     Scale(50);
-    g_mapProfileVariable["w"] = "120";
-    g_uGPUNum = 4;
+    g_stFileVariables.mapProfile["w"] = "120";
+    g_stVariables.uGPUNum = 4;
     EXPECT_EQ(Scaled("w"), 60);
     EXPECT_EQ(Scaled("GPUNum"), 2);
 }
 
 TEST_F(AttributeValue, TheAlignVariablesAreFinalPixels) {
     Scale(150);
-    g_iAlign2X = 10;
-    g_iAlign2Y = 76;
+    g_stVariables.iAlign2X = 10;
+    g_stVariables.iAlign2Y = 76;
     EXPECT_EQ(Scaled("Align#2.x"), 10);
     EXPECT_EQ(Scaled("Align#2.y"), 76);
-    g_mapProfileVariable["Align#2.y"] = "10"; // a profile's own is a length like any other
+    g_stFileVariables.mapProfile["Align#2.y"] = "10"; // a profile's own is a length like any other
     EXPECT_EQ(Scaled("Align#2.y"), 15);
 }
 
 TEST_F(AttributeValue, TheFontScaleIsReadAndStoredTwice) {
     Scale(150);
-    EXPECT_EQ(g_iFontScale, 150);
-    EXPECT_EQ(g_fFontScale, 1.5f);
+    EXPECT_EQ(g_stFontScale.iPercent, 150);
+    EXPECT_EQ(g_stFontScale.fFactor, 1.5f);
     EXPECT_EQ(g_fGlyphGapUnit, 1.5f);
 }
 
 TEST_F(AttributeValue, TheFontScaleIs100WithoutItsKey) {
     Scale(30);
     ReadScale("<Info/>");
-    EXPECT_EQ(g_iFontScale, 100);
-    EXPECT_EQ(g_fFontScale, 1.0f);
+    EXPECT_EQ(g_stFontScale.iPercent, 100);
+    EXPECT_EQ(g_stFontScale.fFactor, 1.0f);
     EXPECT_EQ(g_fGlyphGapUnit, 1.0f);
     Scale(30);
     g_fnReadFontScale(nullptr);
-    EXPECT_EQ(g_iFontScale, 100);
+    EXPECT_EQ(g_stFontScale.iPercent, 100);
 }
 
 TEST_F(AttributeValue, ASizeIsMultipliedByItsFactorThenScaled) {
@@ -132,7 +132,7 @@ TEST_F(AttributeValue, ASizeIsMultipliedByItsFactorThenScaled) {
     EXPECT_EQ(g_fnScaleSize("10", "0"), 15);
     EXPECT_EQ(g_fnScaleSize("10", "missing"), 15);
     EXPECT_EQ(g_fnScaleSize("", "2"), 0);
-    g_iAlign2X = 10;
+    g_stVariables.iAlign2X = 10;
     EXPECT_EQ(g_fnScaleSize("Align#2.x", "2"), 20);
     EXPECT_EQ(g_fnScaleSize("2", "Align#2.x"), 20);
 }

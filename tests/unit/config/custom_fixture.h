@@ -9,8 +9,6 @@
 #include "controls/link_controls.h"
 #include "controls/pie_chart.h"
 #include "draw/draw_keys.h"
-#include "frame/frame_driver.h"
-#include "frame/update/update.h"
 #include "shared/process_records.h"
 #include "tests/support/test_data_folder.h"
 #include "tests/unit/controls/text_fixture.h"

@@ -10,7 +10,7 @@ namespace {
 class CustomItems : public CustomTest {
   protected:
     void TearDown() override {
-        g_bTextShadow = false;
+        g_stLooks.bTextShadow = false;
         CustomTest::TearDown();
     }
     static std::set<u32> Needed(u32 uFontId) {
@@ -115,7 +115,7 @@ TEST_F(CustomItems, AMemoWithoutFileNameIsNoMemo) {
 TEST_F(CustomItems, ShadowsAreOneSwitchForAllLetters) {
     const std::string szItems = Text("t") + Number("n", "FPS") + Number("x", "RESOLUTION");
     for (const bool bShadow : {false, true}) {
-        g_bTextShadow = bShadow;
+        g_stLooks.bTextShadow = bShadow;
         const stCustomInit st = Init(szItems);
         for (const stTextInit& text : st.texts) EXPECT_EQ(text.bShadow, bShadow);
         for (const stNumInit& number : st.numbers) EXPECT_EQ(number.bShadow, bShadow);

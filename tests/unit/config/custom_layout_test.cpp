@@ -2,6 +2,7 @@
 #include "config/items/item_map.h"
 #include "config/items/item_property.h"
 #include "controls/panel.h"
+#include "draw/backdrop.h"
 #include "tests/unit/config/custom_fixture.h"
 
 #include <utility>

@@ -28,7 +28,7 @@ class Expression : public testing::Test {
         g_fnRegisterVariable("_x1", &m_iX, 5);
     }
     void TearDown() override {
-        g_uCPUNum = g_uGPUNum = 0;
+        g_stVariables.uCPUNum = g_stVariables.uGPUNum = 0;
         g_fnRegisterVariables();
     }
     template <std::size_t N> static void Numbers(const stNumberCase (&aCases)[N]) {
@@ -65,7 +65,7 @@ TEST_F(Expression, NothingIsZero) {
 
 TEST_F(Expression, BlanksVanishEvenInsideNamesAndNumbers) {
     Numbers({{" 1 + 2 ", 3}, {"1 2", 12}, {"_ x 1", 41}, {"\t1\r\n+\n2", 3}, {"G P U N u m", 0}});
-    g_uGPUNum = 4;
+    g_stVariables.uGPUNum = 4;
     Numbers({{"G P U N u m", 4}});
     Conditions({{"a = = 2", 1}, {"1 | | 0", 1}, {"1 & & 1", 1}, {"a < = 2", 1}});
 }
@@ -114,8 +114,8 @@ TEST_F(Expression, ADivisionThatIsNotReadDoesNotFault) {
 // --- names -------------------------------------------------------------------------------------------------
 
 TEST_F(Expression, NamesAreLookedUp) {
-    g_uCPUNum = 2;
-    g_uGPUNum = 20;
+    g_stVariables.uCPUNum = 2;
+    g_stVariables.uGPUNum = 20;
     Numbers({{"CPUNum", 2}, {"GPUNum", 20}, {"GPUNum-CPUNum", 18}, {"unknown", 0}, {"_", 0}, {"cpunum", 0}});
 }
 
@@ -134,11 +134,11 @@ TEST_F(Expression, ANameOf255CharactersIsLookedUpAndOneOf256IsZero) {
 }
 
 TEST_F(Expression, NamesWithANumberSignCannotBeWritten) {
-    g_iAlign2X = 50;
+    g_stVariables.iAlign2X = 50;
     static i32 iAlign = 8;
     g_fnRegisterVariable("Align", &iAlign, 5);
     Numbers({{"Align#2.x", 8}, {"Align#2.x+1", 8}});
-    g_iAlign2X = 0;
+    g_stVariables.iAlign2X = 0;
 }
 
 // --- malformed text ----------------------------------------------------------------------------------------

@@ -36,7 +36,7 @@ class GroupTest : public TextTest {
         p->m_fnSetShape(g_uShapeRect);
         p->m_fnSetGeometry(w, h);
         p->m_fnSetAnchor(1, x, y);
-        const u64 u64Id = g_fnMakeLB_ID(uInstance, Number(g_mapPanelBID, szName));
+        const u64 u64Id = g_fnMakeLB_ID(uInstance, Number(g_stNameMaps.mapPanel, szName));
         EXPECT_EQ(g_fnRegisterXCtrl(IdPanel, u64Id, p), 1);
         return p;
     }
@@ -50,7 +50,7 @@ class GroupTest : public TextTest {
         p->m_fnSetAnchor(1, 0, 0);
         p->m_fnSetTextW(wzText);
         EXPECT_TRUE(p->m_fnInitialize());
-        const u64 u64Id = g_fnMakeLB_ID(uInstance, Number(g_mapTextBoxBID, szName));
+        const u64 u64Id = g_fnMakeLB_ID(uInstance, Number(g_stNameMaps.mapTextBox, szName));
         EXPECT_EQ(g_fnRegisterXCtrl(IdTextBox, u64Id, p), 1);
         return p;
     }

@@ -106,8 +106,8 @@ class GroupSensors : public GroupTest {
   protected:
     void SetUp() override {
         GroupTest::SetUp();
-        g_mapPanelBID = {{"S_GROUP_EXTENSION_FIRST_TITLE_PANELID", 53}, {"S_FPS_TITLE_PANELID", 1}};
-        g_mapTextBoxBID = {{"S_GROUP_EXTENSION_FIRST_TITLE_TEXTBOXID", 60}};
+        g_stNameMaps.mapPanel = {{"S_GROUP_EXTENSION_FIRST_TITLE_PANELID", 53}, {"S_FPS_TITLE_PANELID", 1}};
+        g_stNameMaps.mapTextBox = {{"S_GROUP_EXTENSION_FIRST_TITLE_TEXTBOXID", 60}};
     }
     static CControl* Row(u32 uRow, u32 uGroup, f32 x, f32 y) {
         auto* p = new recording::CPanel;
@@ -219,8 +219,8 @@ TEST_F(RowLinks, TitleValueAndUnitHangInTheirPanelsForEveryInstance) {
     CControl* pUnit = Text("unit", u"a", 63);
     auto* pNumber = new CLiveNumBox;
     ASSERT_EQ(g_fnRegisterXCtrl(IdNumBox, g_fnMakeLB_ID(63, 9), pNumber), 1);
-    const stRowLink aRows[] = {{g_mapPanelBID["title"], g_mapTextBoxBID["title"], g_mapPanelBID["data"], 9,
-                                g_mapTextBoxBID["unit"]}};
+    const stRowLink aRows[] = {{g_stNameMaps.mapPanel["title"], g_stNameMaps.mapTextBox["title"],
+                                g_stNameMaps.mapPanel["data"], 9, g_stNameMaps.mapTextBox["unit"]}};
     g_fnLinkRows(aRows);
     EXPECT_EQ(ParentOf(pTitle), pTitlePanel);
     EXPECT_EQ(ParentOf(pNumber), pDataPanel);
@@ -231,7 +231,8 @@ TEST_F(RowLinks, TitleValueAndUnitHangInTheirPanelsForEveryInstance) {
 TEST_F(RowLinks, WhatIsMissingIsPassedOver) {
     CControl* pTitle = Text("title", u"a");
     CControl* pUnit = Text("unit", u"a");
-    const stRowLink aRows[] = {{g_uNoBID, g_mapTextBoxBID["title"], 77, g_uNoBID, g_mapTextBoxBID["unit"]}};
+    const stRowLink aRows[] = {
+        {g_uNoBID, g_stNameMaps.mapTextBox["title"], 77, g_uNoBID, g_stNameMaps.mapTextBox["unit"]}};
     g_fnLinkRows(aRows);
     EXPECT_FALSE(InTree(pTitle)); // without a panel a text does not fall to the root
     EXPECT_FALSE(InTree(pUnit));
@@ -244,7 +245,7 @@ TEST_F(RowLinks, InstancesDoNotMix) {
     CControl* t1 = Text("title", u"a", 1);
     CControl* t2 = Text("title", u"a", 2);
     const stRowLink aRows[] = {
-        {g_mapPanelBID["title"], g_mapTextBoxBID["title"], g_uNoBID, g_uNoBID, g_uNoBID}};
+        {g_stNameMaps.mapPanel["title"], g_stNameMaps.mapTextBox["title"], g_uNoBID, g_uNoBID, g_uNoBID}};
     g_fnLinkRows(aRows);
     EXPECT_EQ(ParentOf(t0), p0);
     EXPECT_EQ(ParentOf(t1), p1);

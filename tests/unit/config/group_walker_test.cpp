@@ -33,9 +33,9 @@ TEST_F(GroupWalker, AThreeLevelTreeOfRealControls) {
 
 TEST_F(GroupWalker, EveryKindIsFoundByItsLetter) {
     auto* pNumber = new CLiveNumBox;
-    ASSERT_EQ(g_fnRegisterXCtrl(IdNumBox, g_fnMakeLB_ID(0, Number(g_mapNumBoxBID, "X")), pNumber), 1);
+    ASSERT_EQ(g_fnRegisterXCtrl(IdNumBox, g_fnMakeLB_ID(0, Number(g_stNameMaps.mapNumBox, "X")), pNumber), 1);
     auto* pFlip = new CCounted<CFlipBox_Base>;
-    ASSERT_EQ(g_fnRegisterXCtrl(IdFlipBox, g_fnMakeLB_ID(0, Number(g_mapFlipBoxBID, "X")), pFlip), 1);
+    ASSERT_EQ(g_fnRegisterXCtrl(IdFlipBox, g_fnMakeLB_ID(0, Number(g_stNameMaps.mapFlipBox, "X")), pFlip), 1);
     CControl* pPanel = Panel("X", 0, 0, 1, 1);
     CControl* pText = Text("X", u"a");
     Walk(R"(<F ID="X"/>)");
@@ -83,7 +83,7 @@ TEST_F(GroupWalker, AnUnknownNameTakesItsSubtreeAlong) {
 }
 
 TEST_F(GroupWalker, AnItemWithoutAControlTakesItsSubtreeAlong) {
-    Number(g_mapPanelBID, "disabled");
+    Number(g_stNameMaps.mapPanel, "disabled");
     CControl* pBelow = Panel("B", 0, 0, 1, 1);
     Walk(R"(<P ID="disabled"><P ID="B"/></P>)");
     EXPECT_FALSE(InTree(pBelow));
@@ -143,7 +143,7 @@ TEST_F(GroupWalker, AnEmptyWalkIsTrue) {
 }
 
 TEST_F(GroupWalker, WithoutAManagerNothingIsWalked) {
-    Number(g_mapPanelBID, "A");
+    Number(g_stNameMaps.mapPanel, "A");
     tinyxml2::XMLElement* pGroup = Group(R"(<R><P ID="A"/></R>)");
     g_fnDestroyManagers();
     EXPECT_TRUE(g_fnWalkWholeGroup(pGroup));
@@ -232,7 +232,7 @@ TEST_F(GroupWalker, AColumnInARowStartsAnew) {
 
 TEST_F(GroupWalker, AControlThatIsMissingLeavesNoGap) {
     Panel("A", 100, 40, 30, 10);
-    Number(g_mapPanelBID, "off");
+    Number(g_stNameMaps.mapPanel, "off");
     CControl* c = Panel("C", 0, 0, 5, 5);
     Walk(R"(<R><P ID="off"/><P ID="A"/><P ID="off"/><P ID="C"/></R>)");
     EXPECT_EQ(At(c), (Place{130, 40}));
@@ -318,9 +318,9 @@ TEST_F(GroupWalker, ALoopWhoseEndIsBelowItsStartWalksNothing) {
 TEST_F(GroupWalker, BoundsOfALoopAreExpressions) {
     CControl* ap[4];
     for (u32 u = 0; u < 4; ++u) ap[u] = Panel("A", 0, 0, 5, 5, u);
-    g_uGPUNum = 3;
+    g_stVariables.uGPUNum = 3;
     Walk(R"(<A StartIndex="GPUNum - 2" EndIndex="GPUNum - 1"><P ID="A"/></A>)");
-    g_uGPUNum = 0;
+    g_stVariables.uGPUNum = 0;
     EXPECT_FALSE(InTree(ap[0]));
     EXPECT_TRUE(InTree(ap[1]));
     EXPECT_TRUE(InTree(ap[2]));
@@ -407,10 +407,10 @@ TEST_F(GroupWalker, InstancesThatCannotExistAreNotWalked) {
 TEST_F(GroupWalker, AConditionDecides) {
     CControl* a = Panel("A", 0, 0, 5, 5);
     CControl* b = Panel("B", 0, 0, 5, 5);
-    g_uGPUNum = 2;
+    g_stVariables.uGPUNum = 2;
     Walk(
         R"(<I Condition="GPUNum &gt; 1 &amp;&amp; 1"><P ID="A"/></I><I Condition="GPUNum &gt; 2"><P ID="B"/></I>)");
-    g_uGPUNum = 0;
+    g_stVariables.uGPUNum = 0;
     EXPECT_TRUE(InTree(a));
     EXPECT_FALSE(InTree(b));
 }

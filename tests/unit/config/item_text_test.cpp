@@ -1,6 +1,6 @@
 #include "config/items/item_reader.h"
-#include "frame/frame_driver.h"
 #include "platform/process.h"
+#include "shared/api_code.h"
 #include "shared/process_records.h"
 #include "tests/unit/config/item_fixture.h"
 

@@ -1,14 +1,17 @@
 // The configuration load from files, and when it is tried again.
+#include "base/layout_style.h"
+#include "base/watched_files.h"
 #include "config/fixed/variables.h"
 #include "config/profile/profile_document.h"
 #include "config/profile/profile_panel_keys.h"
+#include "config/settings/intervals.h"
 #include "config/settings/settings.h"
 #include "config/settings/settings_sensors.h"
-#include "config/watched_files.h"
+#include "draw/backdrop.h"
 #include "platform/clock.h"
 #include "platform/headless/test_controls.h"
+#include "platform/segment.h"
 #include "platform/shared_block.h"
-#include "shared/segment.h"
 #include "tests/unit/config/custom_fixture.h"
 
 #include <functional>
@@ -26,11 +29,11 @@ class Load : public CustomTest {
     }
     void TearDown() override {
         g_fnForgetFailedLoad();
-        g_bTextShadow = false;
-        g_mapSensor.clear();
+        g_stLooks.bTextShadow = false;
+        g_stSensors.mapByName.clear();
         CustomTest::TearDown();
         headless::ResetAll();
-        g_uWowKeys = 1;
+        g_stSettings.uWowKeys = 1;
         g_fnLoadGlobalSettings();
         g_fnReadFeatureSwitches();
         g_fnReadSettingsBatch(200, 200);
@@ -107,8 +110,8 @@ TEST_F(Load, ClearingLeavesNothing) {
     EXPECT_TRUE(g_mapItemByName.empty());
     EXPECT_TRUE(g_mapItemById.empty());
     EXPECT_TRUE(g_mapAssembleInfo.empty());
-    EXPECT_EQ(g_pProfileRoot, nullptr);
-    EXPECT_EQ(g_pSettingsElement, nullptr);
+    EXPECT_EQ(g_stProfile.pRoot, nullptr);
+    EXPECT_EQ(g_stProfile.pSettings, nullptr);
     EXPECT_TRUE(g_fnControlNames('T')->empty());
     EXPECT_FALSE(g_bCaptureBackdrop);
 }
@@ -130,13 +133,13 @@ TEST_F(Load, ReadsEveryOtherSource) {
     headless::SetSettingsNumber(wzRoot.c_str(), u"UpdateStatisticInterval", 500);
     headless::SetSettingsNumber((wzRoot + u"\\Card").c_str(), u"Card Num", 3);
     ASSERT_TRUE(g_fnLoadConfiguration());
-    EXPECT_EQ(g_uWowKeys, 0u);
-    EXPECT_EQ(g_uPreviewWidth, 800u);
-    EXPECT_EQ(g_uPreviewHeight, 600u);
-    EXPECT_FALSE(g_bPreviewFixedAspect);
-    EXPECT_TRUE(g_bDebugTime);
-    EXPECT_EQ(g_mapPresetVariable.at(u"Face"), u"150");
-    EXPECT_EQ(g_mapVariable.count("CPUNum"), 1u);
+    EXPECT_EQ(g_stSettings.uWowKeys, 0u);
+    EXPECT_EQ(g_stPreview.uWidth, 800u);
+    EXPECT_EQ(g_stPreview.uHeight, 600u);
+    EXPECT_FALSE(g_stPreview.bFixedAspect);
+    EXPECT_TRUE(g_stSettings.bDebugTime);
+    EXPECT_EQ(g_stFileVariables.mapPreset.at(u"Face"), u"150");
+    EXPECT_EQ(g_stVariables.mapByName.count("CPUNum"), 1u);
     EXPECT_EQ(uDataIntervalMs, 500u);
     EXPECT_EQ(headless::OpenSettingsKeys(), 0u);
 }

@@ -43,15 +43,15 @@ TEST_F(NameMaps, FullNamesJoinTheirWords) {
 
 TEST_F(NameMaps, ATableFillsAMap) {
     constexpr stNameRow aRows[] = {{"VRAM_CLK_TITLE", 12}, {"MEMO0", 1087}};
-    g_fnEnterNames(g_mapTextBoxBID, g_szClassicPrefix, g_szTextBoxKind, aRows, std::size(aRows));
-    EXPECT_EQ(g_mapTextBoxBID, (NameMap{{"CLASSIC_STYLE_MEMO0_TEXTBOXID", 1087},
-                                        {"CLASSIC_STYLE_VRAM_CLK_TITLE_TEXTBOXID", 12}}));
+    g_fnEnterNames(g_stNameMaps.mapTextBox, g_szClassicPrefix, g_szTextBoxKind, aRows, std::size(aRows));
+    EXPECT_EQ(g_stNameMaps.mapTextBox, (NameMap{{"CLASSIC_STYLE_MEMO0_TEXTBOXID", 1087},
+                                                {"CLASSIC_STYLE_VRAM_CLK_TITLE_TEXTBOXID", 12}}));
 }
 
 TEST_F(NameMaps, LookupsAtRunTimeFindTheirNumbersAndSayNothing) {
-    g_mapTextBoxBID["a"] = 1;
-    g_mapNumBoxBID["a"] = 2;
-    g_mapPanelBID["a"] = 0;
+    g_stNameMaps.mapTextBox["a"] = 1;
+    g_stNameMaps.mapNumBox["a"] = 2;
+    g_stNameMaps.mapPanel["a"] = 0;
     EXPECT_EQ(g_fnGetTextBoxBIDByName("a"), 1u);
     EXPECT_EQ(g_fnGetNumBoxBIDByName("a"), 2u);
     EXPECT_EQ(g_fnGetPanelBIDByName("a"), 0u);
@@ -59,39 +59,40 @@ TEST_F(NameMaps, LookupsAtRunTimeFindTheirNumbersAndSayNothing) {
 }
 
 TEST_F(NameMaps, AnAbsentTextBoxLeavesItsLine) {
-    g_mapNumBoxBID["a"] = g_mapPanelBID["a"] = 1;
+    g_stNameMaps.mapNumBox["a"] = g_stNameMaps.mapPanel["a"] = 1;
     EXPECT_EQ(g_fnGetTextBoxBIDByName("a"), g_uNoBID);
     EXPECT_EQ(g_aLines, Lines{"g_fnGetTextBoxBIDByName() fail\n"});
 }
 
 TEST_F(NameMaps, AnAbsentNumBoxLeavesItsLine) {
-    g_mapTextBoxBID["a"] = g_mapPanelBID["a"] = 1;
+    g_stNameMaps.mapTextBox["a"] = g_stNameMaps.mapPanel["a"] = 1;
     EXPECT_EQ(g_fnGetNumBoxBIDByName("a"), g_uNoBID);
     EXPECT_EQ(g_aLines, Lines{"g_fnGetNumBoxBIDByName() fail\n"});
 }
 
 TEST_F(NameMaps, AnAbsentPanelLeavesItsLine) {
-    g_mapTextBoxBID["a"] = g_mapNumBoxBID["a"] = 1;
+    g_stNameMaps.mapTextBox["a"] = g_stNameMaps.mapNumBox["a"] = 1;
     EXPECT_EQ(g_fnGetPanelBIDByName("a"), g_uNoBID);
     EXPECT_EQ(g_aLines, Lines{"g_fnGetPanelBIDByName() fail\n"});
 }
 
 TEST_F(NameMaps, LookupsWithoutALineAreForTheAssembly) {
-    g_mapFlipBoxBID["a"] = 3;
-    EXPECT_EQ(g_fnFindBID(g_mapFlipBoxBID, "a"), 3u);
-    EXPECT_EQ(g_fnFindBID(g_mapFlipBoxBID, "A"), g_uNoBID); // compared exactly
-    EXPECT_EQ(g_fnFindBID(g_mapFlipBoxBID, ""), g_uNoBID);
+    g_stNameMaps.mapFlipBox["a"] = 3;
+    EXPECT_EQ(g_fnFindBID(g_stNameMaps.mapFlipBox, "a"), 3u);
+    EXPECT_EQ(g_fnFindBID(g_stNameMaps.mapFlipBox, "A"), g_uNoBID); // compared exactly
+    EXPECT_EQ(g_fnFindBID(g_stNameMaps.mapFlipBox, ""), g_uNoBID);
     EXPECT_TRUE(g_aLines.empty());
 }
 
 TEST_F(NameMaps, CaptionsLeadToTitles) {
-    g_mapCaptionTitle[u"VRAM Clock"] = "CLASSIC_STYLE_VRAM_CLK_TITLE_TEXTBOXID";
-    g_mapTextBoxBID[g_mapCaptionTitle[u"VRAM Clock"]] = 12;
-    EXPECT_EQ(g_fnGetTextBoxBIDByName(g_mapCaptionTitle.find(std::u16string_view(u"VRAM Clock"))->second),
+    g_stNameMaps.mapCaptionTitle[u"VRAM Clock"] = "CLASSIC_STYLE_VRAM_CLK_TITLE_TEXTBOXID";
+    g_stNameMaps.mapTextBox[g_stNameMaps.mapCaptionTitle[u"VRAM Clock"]] = 12;
+    EXPECT_EQ(g_fnGetTextBoxBIDByName(
+                  g_stNameMaps.mapCaptionTitle.find(std::u16string_view(u"VRAM Clock"))->second),
               12u);
     g_fnClearNameMaps();
-    EXPECT_TRUE(g_mapCaptionTitle.empty());
-    EXPECT_TRUE(g_mapTextBoxBID.empty());
+    EXPECT_TRUE(g_stNameMaps.mapCaptionTitle.empty());
+    EXPECT_TRUE(g_stNameMaps.mapTextBox.empty());
 }
 
 // --- items switched on and off -----------------------------------------------------------------------------

@@ -1,9 +1,10 @@
+#include "base/layout_style.h"
 #include "config/make/panel_records.h"
+#include "draw/backdrop.h"
 
 #include "base/log.h"
 #include "config/load.h"
 #include "draw/draw_keys.h"
-#include "frame/frame_driver.h"
 #include "tests/unit/controls/manager_fixture.h"
 #include "tests/unit/controls/recording_flavour.h"
 

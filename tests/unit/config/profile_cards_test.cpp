@@ -405,7 +405,7 @@ TEST_F(ProfileSensors, ALayoutHasPlacesFor1024Sensors) {
     std::string strRows;
     for (u32 u = 0; u < 1025; ++u) {
         const std::string strName = "X" + std::to_string(u);
-        g_mapSensorTag.insert_or_assign(strName, strName);
+        g_stSensors.mapTag.insert_or_assign(strName, strName);
         Support(u"Sensor\\0\\" + Utf16(strName));
         strRows += "<" + strName + " IsShow='1'/>";
     }
@@ -492,7 +492,7 @@ TEST_F(ProfileInfoBlock, OrderAndRowsReachTheLayout) {
         "<Sensor Title='S#5' IsShow='1'><Pump IsShow='1'/></Sensor></Info>");
     g_fnReadProfileSwitches();
     ASSERT_TRUE(g_fnReadProfileCardOrder());
-    EXPECT_EQ(g_uCardDisplayCount, 2u);
+    EXPECT_EQ(g_stDisplay.uCards, 2u);
     EXPECT_EQ(g_iCardOfDisplay[0], 2);
     EXPECT_EQ(g_iCardOfDisplay[1], 0);
     EXPECT_EQ(g_iCardOfDisplay[2], g_iNoCard);
@@ -500,11 +500,11 @@ TEST_F(ProfileInfoBlock, OrderAndRowsReachTheLayout) {
     EXPECT_EQ(g_stInfoBlock.auProgramRow[ROW_FPS], 1u);
     EXPECT_TRUE(g_fnIsCardRowVisible(g_stInfoBlock.stCards, 0, 0));
     EXPECT_FALSE(g_fnIsCardRowVisible(g_stInfoBlock.stCards, 1, 0));
-    EXPECT_EQ(g_uCpuDisplayCount, 2u);
+    EXPECT_EQ(g_stDisplay.uCpus, 2u);
     EXPECT_TRUE(g_fnIsCpuRowVisible(g_stInfoBlock.stCpu, 1, 2));
-    ASSERT_EQ(g_listSensorRows.size(), 1u);
-    EXPECT_EQ(g_listSensorRows[0].szBaseName, "PUMP");
-    EXPECT_EQ(g_listSensorRows[0].uGroup, 5u);
+    ASSERT_EQ(g_stDisplay.listSensorRows.size(), 1u);
+    EXPECT_EQ(g_stDisplay.listSensorRows[0].szBaseName, "PUMP");
+    EXPECT_EQ(g_stDisplay.listSensorRows[0].uGroup, 5u);
     headless::ClearSettings();
     g_fnReadSensorDefinitions();
 }

@@ -1,4 +1,6 @@
 // The two documents of a profile and what is kept of them.
+#include "base/layout_style.h"
+#include "config/settings/settings.h"
 #include "profile_fixture.h"
 
 namespace {
@@ -9,12 +11,13 @@ struct ProfileDocument : ProfileTest {
         ProfileTest::TearDown();
     }
     static bool AllNull() {
-        return !g_pProfileRoot && !g_pLayoutElement && !g_pSettingsElement && !g_pGroupElement &&
-               !g_pTemplateElement && !g_pExtensionElement && !g_pPresetElement && !g_pLayoutRoutine;
+        return !g_stProfile.pRoot && !g_stProfile.pLayout && !g_stProfile.pSettings && !g_stProfile.pGroup &&
+               !g_stProfile.pTemplate && !g_stProfile.pExtension && !g_stProfile.pPreset &&
+               !g_stProfile.pRoutine;
     }
     static void ExpectFailure(i32 iCode) {
         EXPECT_FALSE(g_fnRead_OSD_Profile());
-        EXPECT_EQ(g_iProfileError, iCode);
+        EXPECT_EQ(g_stProfile.iError, iCode);
         EXPECT_TRUE(AllNull());
         EXPECT_EQ(g_fnProfileInfo(), nullptr);
     }
@@ -32,15 +35,15 @@ TEST_F(ProfileDocument, ClassicTakesItsHandlesFromBothDocuments) {
     Reference("<OSD><Extension Mine='2'/><Preset Mine='3'/>"
               "<ClassicLayout><Group Mine='4'/><Template Mine='5'/></ClassicLayout></OSD>");
     ASSERT_TRUE(g_fnRead_OSD_Profile());
-    EXPECT_EQ(g_iProfileError, PROFILE_OK);
+    EXPECT_EQ(g_stProfile.iError, PROFILE_OK);
     EXPECT_EQ(g_uLayoutStyle, 0u);
-    EXPECT_EQ(Name(g_pProfileRoot), "OSD");
-    EXPECT_EQ(Name(g_pLayoutElement), "ClassicLayout");
-    EXPECT_TRUE(g_pSettingsElement->Attribute("Mine", "1"));
-    EXPECT_TRUE(g_pExtensionElement->Attribute("Mine", "2"));
-    EXPECT_TRUE(g_pPresetElement->Attribute("Mine", "3"));
-    EXPECT_TRUE(g_pGroupElement->Attribute("Mine", "4"));
-    EXPECT_TRUE(g_pTemplateElement->Attribute("Mine", "5"));
+    EXPECT_EQ(Name(g_stProfile.pRoot), "OSD");
+    EXPECT_EQ(Name(g_stProfile.pLayout), "ClassicLayout");
+    EXPECT_TRUE(g_stProfile.pSettings->Attribute("Mine", "1"));
+    EXPECT_TRUE(g_stProfile.pExtension->Attribute("Mine", "2"));
+    EXPECT_TRUE(g_stProfile.pPreset->Attribute("Mine", "3"));
+    EXPECT_TRUE(g_stProfile.pGroup->Attribute("Mine", "4"));
+    EXPECT_TRUE(g_stProfile.pTemplate->Attribute("Mine", "5"));
 }
 
 TEST_F(ProfileDocument, EachStyleHasItsElementAndItsRoutine) {
@@ -53,8 +56,8 @@ TEST_F(ProfileDocument, EachStyleHasItsElementAndItsRoutine) {
         Document(Layout(uStyle, ""));
         ASSERT_TRUE(g_fnRead_OSD_Profile()) << uStyle;
         EXPECT_EQ(g_uLayoutStyle, uStyle);
-        EXPECT_EQ(Name(g_pLayoutElement), aszElements[uStyle]);
-        EXPECT_EQ(g_pLayoutRoutine, g_apLayoutRoutine[uStyle]);
+        EXPECT_EQ(Name(g_stProfile.pLayout), aszElements[uStyle]);
+        EXPECT_EQ(g_stProfile.pRoutine, g_apLayoutRoutine[uStyle]);
     }
 }
 
@@ -63,7 +66,7 @@ TEST_F(ProfileDocument, AStyleThatIsNotBuiltInHasNoRoutine) {
     Reference();
     g_apLayoutRoutine[2] = Custom;
     ASSERT_TRUE(g_fnRead_OSD_Profile());
-    EXPECT_EQ(g_pLayoutRoutine, nullptr);
+    EXPECT_EQ(g_stProfile.pRoutine, nullptr);
 }
 
 TEST_F(ProfileDocument, AMissingStyleMeansClassic) {
@@ -81,9 +84,9 @@ TEST_F(ProfileDocument, ALayoutStyleOf7OpensClassicLayout) {
                  "'><ClassicLayout><Settings/></ClassicLayout></OSD>");
         Reference();
         ASSERT_TRUE(g_fnRead_OSD_Profile()) << szStyle;
-        EXPECT_EQ(Name(g_pLayoutElement), "ClassicLayout");
-        EXPECT_NE(g_pGroupElement, nullptr);
-        EXPECT_EQ(g_pLayoutRoutine, Classic);
+        EXPECT_EQ(Name(g_stProfile.pLayout), "ClassicLayout");
+        EXPECT_NE(g_stProfile.pGroup, nullptr);
+        EXPECT_EQ(g_stProfile.pRoutine, Classic);
         EXPECT_GT(g_uLayoutStyle, 2u) << szStyle;
     }
 }
@@ -95,19 +98,19 @@ TEST_F(ProfileDocument, TheOverrideForcesAStyle) {
     g_iLayoutStyleOverride = 2;
     ASSERT_TRUE(g_fnRead_OSD_Profile());
     EXPECT_EQ(g_uLayoutStyle, 2u);
-    EXPECT_EQ(Name(g_pLayoutElement), "CustomLayout");
+    EXPECT_EQ(Name(g_stProfile.pLayout), "CustomLayout");
 }
 
 TEST_F(ProfileDocument, CustomNeedsTheReferenceToOpenAndNothingInIt) {
     Document(Layout(2, "<Info/>"));
     Reference("<OSD/>");
     ASSERT_TRUE(g_fnRead_OSD_Profile());
-    EXPECT_EQ(Name(g_pLayoutElement), "CustomLayout");
+    EXPECT_EQ(Name(g_stProfile.pLayout), "CustomLayout");
     EXPECT_EQ(Name(g_fnProfileInfo()), "Info");
-    EXPECT_EQ(g_pGroupElement, nullptr);
-    EXPECT_EQ(g_pTemplateElement, nullptr);
-    EXPECT_EQ(g_pExtensionElement, nullptr);
-    EXPECT_EQ(g_pPresetElement, nullptr);
+    EXPECT_EQ(g_stProfile.pGroup, nullptr);
+    EXPECT_EQ(g_stProfile.pTemplate, nullptr);
+    EXPECT_EQ(g_stProfile.pExtension, nullptr);
+    EXPECT_EQ(g_stProfile.pPreset, nullptr);
     m_folder.Remove("OSD_Ref.xml");
     ExpectFailure(PROFILE_NOT_OPENED);
 }
@@ -249,7 +252,7 @@ TEST_F(ProfileDocument, FailuresAreShownOnlyWhereMessageBoxesAreAskedFor) {
     g_fnReportProfileFailure();
     g_fnReportLoadFailure();
     EXPECT_TRUE(headless::MessageBoxes().empty());
-    g_bDebugMessageBox = true;
+    g_stSettings.bDebugMessageBox = true;
     g_fnReportProfileFailure();
     g_fnReportLoadFailure();
     const auto boxes = headless::MessageBoxes();
@@ -261,7 +264,7 @@ TEST_F(ProfileDocument, FailuresAreShownOnlyWhereMessageBoxesAreAskedFor) {
 }
 
 TEST_F(ProfileDocument, AReadByItselfShowsNothing) {
-    g_bDebugMessageBox = true;
+    g_stSettings.bDebugMessageBox = true;
     ExpectFailure(0);
     EXPECT_TRUE(headless::MessageBoxes().empty());
 }

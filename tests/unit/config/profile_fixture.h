@@ -1,10 +1,12 @@
 #pragma once
 // Profiles in a data folder of the test's own.
+#include "base/layout_style.h"
 #include "base/log.h"
 #include "config/profile/profile_cards.h"
 #include "config/profile/profile_document.h"
 #include "config/profile/profile_panel_keys.h"
 #include "config/profile/profile_switches.h"
+#include "config/settings/settings.h"
 #include "settings_fixture.h"
 #include "shared/process_records.h"
 
@@ -30,15 +32,15 @@ class ProfileTest : public SettingsTest {
     void TearDown() override {
         g_fnClearProfileDocuments();
         g_iLayoutStyleOverride = -1;
-        g_bDebugMessageBox = false;
+        g_stSettings.bDebugMessageBox = false;
         g_wzProfileName[0] = g_wzProfileFolder[0] = 0;
         g_uLayoutStyle = 0;
         g_fnReadProfilePanelKeys();
         g_fnReadProfileTextStyles();
         g_stInfoBlock = {};
-        g_uCardDisplayCount = g_uCpuDisplayCount = 1;
+        g_stDisplay.uCards = g_stDisplay.uCpus = 1;
         std::fill(std::begin(g_iCardOfDisplay), std::end(g_iCardOfDisplay), 0);
-        g_listSensorRows.clear();
+        g_stDisplay.listSensorRows.clear();
         headless::ClearSettings();
         g_fnReadProfileSwitches();
         g_fnLogSink = m_fnFormerSink;

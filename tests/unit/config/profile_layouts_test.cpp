@@ -2,11 +2,12 @@
 // shape of the picture, and what they are bound to.
 #include "config/profile/profile_panel_keys.h"
 #include "config/settings/settings.h"
+#include "draw/backdrop.h"
 #include "draw/canvas.h"
 #include "frame/update/update_records.h"
 #include "platform/headless/test_controls.h"
+#include "platform/segment.h"
 #include "platform/shared_block.h"
-#include "shared/segment.h"
 #include "tests/unit/config/custom_fixture.h"
 
 #include <set>
@@ -34,10 +35,10 @@ class ProfileLayouts : public CustomTest {
     void TearDown() override {
         g_fnForgetFailedLoad();
         g_fnStoreSize(1280, 720);
-        g_bTextShadow = false;
+        g_stLooks.bTextShadow = false;
         CustomTest::TearDown();
         headless::ResetAll();
-        g_uWowKeys = 1;
+        g_stSettings.uWowKeys = 1;
         g_fnLoadGlobalSettings();
         g_fnReadFeatureSwitches();
         g_fnReadSettingsBatch(200, 200);

@@ -1,5 +1,7 @@
 // Data names that a profile shows, as the companion asks for them.
+#include "base/layout_style.h"
 #include "config/profile/profile_names.h"
+#include "config/settings/settings.h"
 #include "config/settings/settings_sensors.h"
 #include "entry/exports.h"
 #include "profile_fixture.h"
@@ -170,27 +172,27 @@ TEST_F(ProfileNames, NamesAreAddedToThoseThatAreThere) {
 TEST_F(ProfileNames, TheActiveLayoutStaysAsItIs) {
     SupportAll();
     ReadCustom("<Info Mine='1'/>");
-    g_uCardDisplayCount = 7;
-    g_uCpuDisplayCount = 8;
+    g_stDisplay.uCards = 7;
+    g_stDisplay.uCpus = 8;
     g_iCardOfDisplay[0] = 9;
-    g_listSensorRows = {{"X", 0, 0}};
+    g_stDisplay.listSensorRows = {{"X", 0, 0}};
     g_wzProfileFolder[0] = u'!';
     Document(Layout(0, "<Info CardDisplayNum='2'>" + Cards() + "</Info>"), "Other");
     EXPECT_EQ(Ask(u"Other").size(), 3u);
     EXPECT_TRUE(g_fnProfileInfo()->Attribute("Mine", "1"));
     EXPECT_EQ(g_uLayoutStyle, 2u);
-    EXPECT_EQ(g_iProfileError, PROFILE_OK);
-    EXPECT_EQ(g_uCardDisplayCount, 7u);
-    EXPECT_EQ(g_uCpuDisplayCount, 8u);
+    EXPECT_EQ(g_stProfile.iError, PROFILE_OK);
+    EXPECT_EQ(g_stDisplay.uCards, 7u);
+    EXPECT_EQ(g_stDisplay.uCpus, 8u);
     EXPECT_EQ(g_iCardOfDisplay[0], 9);
-    EXPECT_EQ(g_listSensorRows.size(), 1u);
+    EXPECT_EQ(g_stDisplay.listSensorRows.size(), 1u);
     EXPECT_EQ(std::u16string(g_wzProfileName), u"Default");
     EXPECT_EQ(g_wzProfileFolder[0], u'!');
 }
 
 TEST_F(ProfileNames, TheViewOfTheSettingsThatExistsIsTheOneRead) {
     SupportAll();
-    g_uWowKeys = 1;
+    g_stSettings.uWowKeys = 1;
     EXPECT_EQ(Of(Layout(0, "<Info>" + Cards() + "</Info>")), (Names{"GPU_CLK#3", "POWER_PIN_2#3"}));
-    EXPECT_EQ(g_uWowKeys, 0u);
+    EXPECT_EQ(g_stSettings.uWowKeys, 0u);
 }

@@ -1,5 +1,6 @@
 // Looks of a profile's parts, key by key.
 #include "batch/draw_text.h"
+#include "config/settings/settings.h"
 #include "profile_fixture.h"
 
 namespace {
@@ -67,23 +68,23 @@ std::u16string Wide(const char16_t* wz) { return wz; }
 
 TEST_F(ProfilePanelKeys, InfoTakesItsKeys) {
     Read(std::string("<Info IsShow='1' FontScale='150'") + c_szPanel + c_szPlace + "/>");
-    EXPECT_EQ(g_stInfoKeys.uIsShow, 1u);
-    EXPECT_EQ(g_stInfoKeys.uFontScale, 150u);
-    ExpectPanel(g_stInfoKeys.stPanel);
-    ExpectPlace(g_stInfoKeys.stPlace, -5, -20, 30);
+    EXPECT_EQ(g_stLooks.stInfo.uIsShow, 1u);
+    EXPECT_EQ(g_stLooks.stInfo.uFontScale, 150u);
+    ExpectPanel(g_stLooks.stInfo.stPanel);
+    ExpectPlace(g_stLooks.stInfo.stPlace, -5, -20, 30);
 }
 
 TEST_F(ProfilePanelKeys, MemoTakesItsKeys) {
     Read(std::string("<Memo IsShow='1' Title='T' Filename='m\xC3\xA9.txt' FontScale='7' FrameSizeW='300'") +
          c_szPanel + c_szColors + c_szPlace + "/>");
-    EXPECT_EQ(g_stMemoKeys.uIsShow, 1u);
-    EXPECT_STREQ(g_stMemoKeys.szTitle, "T");
-    EXPECT_EQ(Wide(g_stMemoKeys.wzFilename), u"m\u00e9.txt");
-    EXPECT_EQ(g_stMemoKeys.uFontScale, 7u);
-    EXPECT_EQ(g_stMemoKeys.uFrameSizeW, 300u);
-    ExpectPanel(g_stMemoKeys.stPanel);
-    ExpectColors(g_stMemoKeys.stColors);
-    ExpectPlace(g_stMemoKeys.stPlace, -5, -20, 30);
+    EXPECT_EQ(g_stLooks.stMemo.uIsShow, 1u);
+    EXPECT_STREQ(g_stLooks.stMemo.szTitle, "T");
+    EXPECT_EQ(Wide(g_stLooks.stMemo.wzFilename), u"m\u00e9.txt");
+    EXPECT_EQ(g_stLooks.stMemo.uFontScale, 7u);
+    EXPECT_EQ(g_stLooks.stMemo.uFrameSizeW, 300u);
+    ExpectPanel(g_stLooks.stMemo.stPanel);
+    ExpectColors(g_stLooks.stMemo.stColors);
+    ExpectPlace(g_stLooks.stMemo.stPlace, -5, -20, 30);
 }
 
 TEST_F(ProfilePanelKeys, WatermarkAndSystemInfoTakeTheirKeys) {
@@ -91,7 +92,7 @@ TEST_F(ProfilePanelKeys, WatermarkAndSystemInfoTakeTheirKeys) {
         Read(std::string(bWatermark ? "<Watermark" : "<SystemInfo") +
              " IsShow='1' Title='T' FontName='F\xC3\xA9' Text='X\xC2\xB0' FontScale='7'" + c_szPanel +
              c_szColors + c_szPlace + "/>");
-        const stCaptionKeys& st = bWatermark ? g_stWatermarkKeys : g_stSystemInfoKeys;
+        const stCaptionKeys& st = bWatermark ? g_stLooks.stWatermark : g_stLooks.stSystemInfo;
         EXPECT_EQ(st.uIsShow, 1u);
         EXPECT_STREQ(st.szTitle, "T");
         EXPECT_EQ(Wide(st.wzFontName), u"F\u00e9");
@@ -100,7 +101,7 @@ TEST_F(ProfilePanelKeys, WatermarkAndSystemInfoTakeTheirKeys) {
         ExpectPanel(st.stPanel);
         ExpectColors(st.stColors);
         ExpectPlace(st.stPlace, -5, -20, 30);
-        EXPECT_EQ((bWatermark ? g_stSystemInfoKeys : g_stWatermarkKeys).uIsShow, 0u);
+        EXPECT_EQ((bWatermark ? g_stLooks.stSystemInfo : g_stLooks.stWatermark).uIsShow, 0u);
     }
 }
 
@@ -108,15 +109,15 @@ TEST_F(ProfilePanelKeys, PhotoTakesItsKeys) {
     Read(std::string("<Photo IsShow='1' Title='T' Filename='p.png' FrameSizeW='300' FrameSizeH='400'"
                      " PhotoOpacity='80'") +
          c_szPanel + c_szPlace + "/>");
-    EXPECT_EQ(g_stPhotoKeys.uIsShow, 1u);
-    EXPECT_STREQ(g_stPhotoKeys.szTitle, "T");
-    EXPECT_EQ(Wide(g_stPhotoKeys.wzFilename), u"p.png");
-    EXPECT_EQ(g_stPhotoKeys.uFrameSizeW, 300u);
-    EXPECT_EQ(g_stPhotoKeys.uFrameSizeH, 400u);
-    EXPECT_EQ(g_stPhotoKeys.u8Opacity, 80);
-    EXPECT_EQ(g_stPhotoKeys.u8A, 204);
-    ExpectPanel(g_stPhotoKeys.stPanel);
-    ExpectPlace(g_stPhotoKeys.stPlace, -5, -20, 30);
+    EXPECT_EQ(g_stLooks.stPhoto.uIsShow, 1u);
+    EXPECT_STREQ(g_stLooks.stPhoto.szTitle, "T");
+    EXPECT_EQ(Wide(g_stLooks.stPhoto.wzFilename), u"p.png");
+    EXPECT_EQ(g_stLooks.stPhoto.uFrameSizeW, 300u);
+    EXPECT_EQ(g_stLooks.stPhoto.uFrameSizeH, 400u);
+    EXPECT_EQ(g_stLooks.stPhoto.u8Opacity, 80);
+    EXPECT_EQ(g_stLooks.stPhoto.u8A, 204);
+    ExpectPanel(g_stLooks.stPhoto.stPanel);
+    ExpectPlace(g_stLooks.stPhoto.stPlace, -5, -20, 30);
 }
 
 /// Elements without attributes, no elements, and no profile at all: the same.
@@ -130,17 +131,17 @@ TEST_F(ProfilePanelKeys, DefaultsOfKeysThatAreLeftOut) {
         } else {
             Read(szSettings);
         }
-        EXPECT_EQ(g_stInfoKeys.uIsShow, 0u);
-        EXPECT_EQ(g_stInfoKeys.uFontScale, 100u);
-        ExpectPlace(g_stInfoKeys.stPlace, 1, 0, 0);
-        EXPECT_EQ(g_stMemoKeys.uIsShow, 0u);
-        EXPECT_STREQ(g_stMemoKeys.szTitle, "");
-        EXPECT_EQ(Wide(g_stMemoKeys.wzFilename), u"");
-        EXPECT_EQ(g_stMemoKeys.uFontScale, 5u);
-        EXPECT_EQ(g_stMemoKeys.uFrameSizeW, 200u);
-        ExpectDefaultColors(g_stMemoKeys.stColors);
-        ExpectPlace(g_stMemoKeys.stPlace, 1, 0, 0);
-        for (const stCaptionKeys* p : {&g_stWatermarkKeys, &g_stSystemInfoKeys}) {
+        EXPECT_EQ(g_stLooks.stInfo.uIsShow, 0u);
+        EXPECT_EQ(g_stLooks.stInfo.uFontScale, 100u);
+        ExpectPlace(g_stLooks.stInfo.stPlace, 1, 0, 0);
+        EXPECT_EQ(g_stLooks.stMemo.uIsShow, 0u);
+        EXPECT_STREQ(g_stLooks.stMemo.szTitle, "");
+        EXPECT_EQ(Wide(g_stLooks.stMemo.wzFilename), u"");
+        EXPECT_EQ(g_stLooks.stMemo.uFontScale, 5u);
+        EXPECT_EQ(g_stLooks.stMemo.uFrameSizeW, 200u);
+        ExpectDefaultColors(g_stLooks.stMemo.stColors);
+        ExpectPlace(g_stLooks.stMemo.stPlace, 1, 0, 0);
+        for (const stCaptionKeys* p : {&g_stLooks.stWatermark, &g_stLooks.stSystemInfo}) {
             EXPECT_EQ(p->uIsShow, 0u);
             EXPECT_STREQ(p->szTitle, "");
             EXPECT_EQ(Wide(p->wzFontName), u"");
@@ -149,58 +150,59 @@ TEST_F(ProfilePanelKeys, DefaultsOfKeysThatAreLeftOut) {
             ExpectDefaultColors(p->stColors);
             ExpectPlace(p->stPlace, 7, 0, 0);
         }
-        EXPECT_EQ(g_stPhotoKeys.uIsShow, 0u);
-        EXPECT_STREQ(g_stPhotoKeys.szTitle, "");
-        EXPECT_EQ(Wide(g_stPhotoKeys.wzFilename), u"");
-        EXPECT_EQ(g_stPhotoKeys.uFrameSizeW, 200u);
-        EXPECT_EQ(g_stPhotoKeys.uFrameSizeH, 200u);
-        EXPECT_EQ(g_stPhotoKeys.u8Opacity | g_stPhotoKeys.u8A, 0);
-        ExpectPlace(g_stPhotoKeys.stPlace, 1, 0, 0);
-        for (const stPanelKeys* p : {&g_stInfoKeys.stPanel, &g_stMemoKeys.stPanel, &g_stWatermarkKeys.stPanel,
-                                     &g_stSystemInfoKeys.stPanel, &g_stPhotoKeys.stPanel})
+        EXPECT_EQ(g_stLooks.stPhoto.uIsShow, 0u);
+        EXPECT_STREQ(g_stLooks.stPhoto.szTitle, "");
+        EXPECT_EQ(Wide(g_stLooks.stPhoto.wzFilename), u"");
+        EXPECT_EQ(g_stLooks.stPhoto.uFrameSizeW, 200u);
+        EXPECT_EQ(g_stLooks.stPhoto.uFrameSizeH, 200u);
+        EXPECT_EQ(g_stLooks.stPhoto.u8Opacity | g_stLooks.stPhoto.u8A, 0);
+        ExpectPlace(g_stLooks.stPhoto.stPlace, 1, 0, 0);
+        for (const stPanelKeys* p :
+             {&g_stLooks.stInfo.stPanel, &g_stLooks.stMemo.stPanel, &g_stLooks.stWatermark.stPanel,
+              &g_stLooks.stSystemInfo.stPanel, &g_stLooks.stPhoto.stPanel})
             ExpectDefaultPanel(*p);
         EXPECT_FALSE(g_bTextGlow);
-        EXPECT_FALSE(g_bTextShadow);
+        EXPECT_FALSE(g_stLooks.bTextShadow);
     }
 }
 
 TEST_F(ProfilePanelKeys, GlowAndShadowAreTwoSwitches) {
     Read("<Camera TextGlow='2'/>");
     EXPECT_TRUE(g_bTextGlow);
-    EXPECT_FALSE(g_bTextShadow);
+    EXPECT_FALSE(g_stLooks.bTextShadow);
     Read("<Camera TextShadow='1'/>");
     EXPECT_FALSE(g_bTextGlow);
-    EXPECT_TRUE(g_bTextShadow);
+    EXPECT_TRUE(g_stLooks.bTextShadow);
 }
 
 TEST_F(ProfilePanelKeys, ScatteringAndPercentsAreHeldTo100) {
     Read("<Info PanelScattering='101' PanelOpacity='101'/>"
          "<Memo PanelScattering='4294967295' TextOpacity='300' ShadowOpacity='-1'/><Photo "
          "PhotoOpacity='255'/>");
-    EXPECT_EQ(g_stInfoKeys.stPanel.uScattering, 100u);
-    EXPECT_EQ(g_stInfoKeys.stPanel.u8Opacity, 100);
-    EXPECT_EQ(g_stInfoKeys.stPanel.u8A, 255);
-    EXPECT_EQ(g_stMemoKeys.stPanel.uScattering, 100u);
-    EXPECT_EQ(g_stMemoKeys.stColors.u8Opacity, 100);
-    EXPECT_EQ(g_stMemoKeys.stColors.u8ShadowOpacity, 100);
-    EXPECT_EQ(g_stMemoKeys.stColors.u8ShadowA, 255);
-    EXPECT_EQ(g_stPhotoKeys.u8A, 255);
+    EXPECT_EQ(g_stLooks.stInfo.stPanel.uScattering, 100u);
+    EXPECT_EQ(g_stLooks.stInfo.stPanel.u8Opacity, 100);
+    EXPECT_EQ(g_stLooks.stInfo.stPanel.u8A, 255);
+    EXPECT_EQ(g_stLooks.stMemo.stPanel.uScattering, 100u);
+    EXPECT_EQ(g_stLooks.stMemo.stColors.u8Opacity, 100);
+    EXPECT_EQ(g_stLooks.stMemo.stColors.u8ShadowOpacity, 100);
+    EXPECT_EQ(g_stLooks.stMemo.stColors.u8ShadowA, 255);
+    EXPECT_EQ(g_stLooks.stPhoto.u8A, 255);
 }
 
 TEST_F(ProfilePanelKeys, LongTextsAreCutTo255Bytes) {
     Read("<Memo Title='" + std::string(300, 't') + "' Filename='" + std::string(300, 'f') + "'/>");
-    EXPECT_EQ(std::string(g_stMemoKeys.szTitle), std::string(255, 't'));
-    EXPECT_EQ(Wide(g_stMemoKeys.wzFilename), std::u16string(255, u'f'));
+    EXPECT_EQ(std::string(g_stLooks.stMemo.szTitle), std::string(255, 't'));
+    EXPECT_EQ(Wide(g_stLooks.stMemo.wzFilename), std::u16string(255, u'f'));
 }
 
 TEST_F(ProfilePanelKeys, TheBatchReadsThePanelKeysAndTheSettingsWithThePhotosSize) {
     ReadCustom("<Photo FrameSizeW='321' FrameSizeH='123'/><Info FontScale='42'/>");
     Number(u"Debug", u"Debug Num", 7);
     g_fnReadProfileBatch();
-    EXPECT_EQ(g_stInfoKeys.uFontScale, 42u);
-    EXPECT_EQ(g_stDebugPanel.uRows, 7u);
-    EXPECT_EQ(g_stCameraPhoto.uFrameSizeW, 321u);
-    EXPECT_EQ(g_stCameraPhoto.uFrameSizeH, 123u);
+    EXPECT_EQ(g_stLooks.stInfo.uFontScale, 42u);
+    EXPECT_EQ(g_stSettings.stDebugRows.uRows, 7u);
+    EXPECT_EQ(g_stSettings.stPhoto.uFrameSizeW, 321u);
+    EXPECT_EQ(g_stSettings.stPhoto.uFrameSizeH, 123u);
 }
 
 // --- styles
@@ -218,13 +220,13 @@ struct ProfileTextStyles : ProfileTest {
 
 TEST_F(ProfileTextStyles, AStyleHasColours) {
     Read(std::string("<TextColor ID='3'") + c_szColors + "/>");
-    ASSERT_EQ(g_mapTextColors.size(), 1u);
+    ASSERT_EQ(g_stLooks.mapTextColors.size(), 1u);
     ExpectColors(g_fnTextColorsOf(3));
 }
 
 TEST_F(ProfileTextStyles, ColoursThatAreLeftOutAre0) {
     Read("<TextColor ID='0'/>");
-    ASSERT_EQ(g_mapTextColors.size(), 1u);
+    ASSERT_EQ(g_stLooks.mapTextColors.size(), 1u);
     ExpectDefaultColors(g_fnTextColorsOf(0));
 }
 
@@ -242,7 +244,7 @@ TEST_F(ProfileTextStyles, TheIdOrElseTheDigitsOfTheTitleNameTheStyle) {
     Read("<TextColor ID='3' Title='Style#7' TextColorR='1'/><TextColor Title='Text Color #12b34' "
          "TextColorR='2'/>"
          "<TextColor Title='5' TextColorR='3'/>");
-    ASSERT_EQ(g_mapTextColors.size(), 3u);
+    ASSERT_EQ(g_stLooks.mapTextColors.size(), 3u);
     EXPECT_EQ(g_fnTextColorsOf(3).u8R, 1);
     EXPECT_EQ(g_fnTextColorsOf(12).u8R, 2);
     EXPECT_EQ(g_fnTextColorsOf(5).u8R, 3);
@@ -251,7 +253,7 @@ TEST_F(ProfileTextStyles, TheIdOrElseTheDigitsOfTheTitleNameTheStyle) {
 TEST_F(ProfileTextStyles, NamelessStylesAndThoseAbove63ArePassedOver) {
     Read("<TextColor/><TextColor Title='none'/><TextColor ID='64'/><TextColor Title='#64'/>"
          "<TextColor Title='99999999999999999999'/><TextColor ID='63' TextColorR='9'/>");
-    ASSERT_EQ(g_mapTextColors.size(), 1u);
+    ASSERT_EQ(g_stLooks.mapTextColors.size(), 1u);
     EXPECT_EQ(g_fnTextColorsOf(63).u8R, 9);
 }
 
@@ -273,8 +275,8 @@ TEST_F(ProfileTextStyles, StylesOfAnEarlierProfileGo) {
     Read("<TextColor ID='1'/><TextAlign ID='1' Anchor='9'/>");
     ReadCustom("");
     g_fnReadProfileTextStyles();
-    EXPECT_TRUE(g_mapTextColors.empty());
-    EXPECT_TRUE(g_mapTextAligns.empty());
+    EXPECT_TRUE(g_stLooks.mapTextColors.empty());
+    EXPECT_TRUE(g_stLooks.mapTextAligns.empty());
 }
 
 TEST_F(ProfileTextStyles, DigitsOfATitle) {

@@ -1,4 +1,5 @@
 // Size of a profile's preview.
+#include "base/layout_style.h"
 #include "profile_fixture.h"
 
 namespace {
@@ -95,7 +96,7 @@ TEST_F(ProfilePreview, TheProfileInUseIsReadWithoutHoldingIt) {
     Document(Layout(2, "<Preview Width='8' Height='9'/>"), "Mine");
     g_fnSetProfileName(u"Mine");
     EXPECT_EQ(Read(), (Size{8, 9, false}));
-    EXPECT_EQ(g_pProfileRoot, nullptr);
+    EXPECT_EQ(g_stProfile.pRoot, nullptr);
     g_fnSetProfileName(u"../Profiles/Mine");
     EXPECT_EQ(Read(), (Size{1920, 1080, false}));
 }

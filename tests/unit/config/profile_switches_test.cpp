@@ -1,4 +1,5 @@
 // What a profile shows at all.
+#include "config/settings/settings.h"
 #include "profile_fixture.h"
 
 namespace {
@@ -26,13 +27,13 @@ TEST_F(ProfileSwitches, EachPartHasItsSwitch) {
 
 TEST_F(ProfileSwitches, EverythingIsOffWhereNothingIsSaid) {
     ReadCustom("<Info/><Memo/><Watermark/><SystemInfo/><Photo/><StopWatch/>");
-    g_bVideoEnable = g_bGraphEnable = true;
+    g_stSettings.bVideoEnable = g_stSettings.bGraphEnable = true;
     g_uCardNum = 9;
     g_fnReadProfileSwitches();
     const stProfileSwitches& st = g_stProfileSwitches;
     EXPECT_EQ(st.uInfo | st.uMemo | st.uWatermark | st.uSystemInfo | st.uPhoto | st.uStopWatch, 0u);
-    EXPECT_FALSE(g_bVideoEnable);
-    EXPECT_FALSE(g_bGraphEnable);
+    EXPECT_FALSE(g_stSettings.bVideoEnable);
+    EXPECT_FALSE(g_stSettings.bGraphEnable);
     EXPECT_EQ(g_uCardNum, 1u);
 }
 
@@ -40,10 +41,10 @@ TEST_F(ProfileSwitches, VideoGraphsAndCardsComeFromTheSettingsStore) {
     Number(u"Video", u"Enable", 1);
     CardNum(4);
     g_fnReadProfileSwitches();
-    EXPECT_TRUE(g_bVideoEnable);
-    EXPECT_FALSE(g_bGraphEnable);
+    EXPECT_TRUE(g_stSettings.bVideoEnable);
+    EXPECT_FALSE(g_stSettings.bGraphEnable);
     EXPECT_EQ(g_uCardNum, 4u);
     Number(u"Graph", u"Enable", 2);
     g_fnReadProfileSwitches();
-    EXPECT_TRUE(g_bGraphEnable);
+    EXPECT_TRUE(g_stSettings.bGraphEnable);
 }

@@ -1,10 +1,8 @@
 #pragma once
 // An empty settings store and a data folder of the test's own.
 #include "config/settings/settings.h"
-#include "frame/frame_driver.h"
 #include "frame/limiter.h"
 #include "frame/update/statistics.h"
-#include "frame/update/update.h"
 #include "platform/headless/test_controls.h"
 #include "tests/support/test_data_folder.h"
 
@@ -25,7 +23,7 @@ class SettingsTest : public ::testing::Test {
         EXPECT_EQ(headless::OpenSettingsKeys(), 0u);
         headless::ResetAll();
         // Back to what a process without any settings works with.
-        g_uWowKeys = 1;
+        g_stSettings.uWowKeys = 1;
         g_fnLoadGlobalSettings();
         g_fnReadFeatureSwitches();
         g_fnReadSettingsBatch(200, 200);

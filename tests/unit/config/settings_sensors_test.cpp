@@ -37,8 +37,8 @@ TEST_F(SettingsSensors, AllValuesOfASensorAreTaken) {
     SensorNumber(u"s1", g_wzDigits, 2);
     SensorNumber(u"s1", u"Divisor", 100);
     g_fnReadSensorDefinitions();
-    ASSERT_EQ(g_mapSensor.size(), 1u);
-    const stSensorDefinition& st = g_mapSensor.at("PUMP_t\xC3\xA9");
+    ASSERT_EQ(g_stSensors.mapByName.size(), 1u);
+    const stSensorDefinition& st = g_stSensors.mapByName.at("PUMP_t\xC3\xA9");
     EXPECT_STREQ(st.szDataName, "PUMP_t\xC3\xA9");
     EXPECT_STREQ(st.szProfileTag, "PumpTemp");
     EXPECT_EQ(std::u16string(st.wzCaption), u"Pump");
@@ -48,9 +48,9 @@ TEST_F(SettingsSensors, AllValuesOfASensorAreTaken) {
     EXPECT_EQ(st.iTitleTextId, -1);
     EXPECT_EQ(st.iValueNumberId, -1);
     EXPECT_EQ(st.iUnitTextId, -1);
-    EXPECT_EQ(g_mapSensorTag.at("PumpTemp"), st.szDataName);
-    EXPECT_EQ(std::u16string(g_mapSensorLanguage.at(st.szDataName).wzCaptionTag), u"t-tag");
-    EXPECT_EQ(std::u16string(g_mapSensorLanguage.at(st.szDataName).wzUnitTag), u"u-tag");
+    EXPECT_EQ(g_stSensors.mapTag.at("PumpTemp"), st.szDataName);
+    EXPECT_EQ(std::u16string(g_stSensors.mapLanguage.at(st.szDataName).wzCaptionTag), u"t-tag");
+    EXPECT_EQ(std::u16string(g_stSensors.mapLanguage.at(st.szDataName).wzUnitTag), u"u-tag");
     stDataFormat stFormat;
     EXPECT_TRUE(g_fnFindDataFormat("PUMP_t\xC3\xA9#0", stFormat));
     EXPECT_EQ(stFormat.uDecimals, 2u);
@@ -60,14 +60,14 @@ TEST_F(SettingsSensors, AllValuesOfASensorAreTaken) {
 TEST_F(SettingsSensors, AKeyWithOnlyANameGivesItsName) {
     headless::AddSettingsKey(Key(u"pump_rpm").c_str());
     g_fnReadSensorDefinitions();
-    ASSERT_EQ(g_mapSensor.size(), 1u);
-    const stSensorDefinition& st = g_mapSensor.at("PUMP_RPM");
+    ASSERT_EQ(g_stSensors.mapByName.size(), 1u);
+    const stSensorDefinition& st = g_stSensors.mapByName.at("PUMP_RPM");
     EXPECT_STREQ(st.szProfileTag, "pump_rpm");
     EXPECT_EQ(std::u16string(st.wzCaption), u"");
     EXPECT_EQ(std::u16string(st.wzUnit), u"");
     EXPECT_EQ(st.uDecimals, 0u);
     EXPECT_EQ(st.uDivisor, 1u);
-    EXPECT_EQ(g_mapSensorTag.at("pump_rpm"), "PUMP_RPM");
+    EXPECT_EQ(g_stSensors.mapTag.at("pump_rpm"), "PUMP_RPM");
 }
 
 TEST_F(SettingsSensors, DigitsAndDivisorAreHeld) {
@@ -76,16 +76,16 @@ TEST_F(SettingsSensors, DigitsAndDivisorAreHeld) {
     SensorNumber(u"b", g_wzDigits, 3);
     SensorNumber(u"b", u"Divisor", 0xFFFFFFFF);
     g_fnReadSensorDefinitions();
-    EXPECT_EQ(g_mapSensor.at("A").uDecimals, 3u);
-    EXPECT_EQ(g_mapSensor.at("A").uDivisor, 1u);
-    EXPECT_EQ(g_mapSensor.at("B").uDecimals, 3u);
-    EXPECT_EQ(g_mapSensor.at("B").uDivisor, 0xFFFFFFFFu);
+    EXPECT_EQ(g_stSensors.mapByName.at("A").uDecimals, 3u);
+    EXPECT_EQ(g_stSensors.mapByName.at("A").uDivisor, 1u);
+    EXPECT_EQ(g_stSensors.mapByName.at("B").uDecimals, 3u);
+    EXPECT_EQ(g_stSensors.mapByName.at("B").uDivisor, 0xFFFFFFFFu);
 }
 
 TEST_F(SettingsSensors, OnlyAsciiLettersOfAKeysNameAreRaised) {
     headless::AddSettingsKey(Key(u"az\u00e9{`").c_str());
     g_fnReadSensorDefinitions();
-    EXPECT_TRUE(g_mapSensor.contains("AZ\xC3\xA9{`"));
+    EXPECT_TRUE(g_stSensors.mapByName.contains("AZ\xC3\xA9{`"));
 }
 
 TEST_F(SettingsSensors, OfTwoWithOneDataNameTheLaterCounts) {
@@ -94,10 +94,10 @@ TEST_F(SettingsSensors, OfTwoWithOneDataNameTheLaterCounts) {
     SensorText(u"b", u"DataName", u"X");
     SensorText(u"b", u"Title", u"second");
     g_fnReadSensorDefinitions();
-    ASSERT_EQ(g_mapSensor.size(), 1u);
-    EXPECT_EQ(std::u16string(g_mapSensor.at("X").wzCaption), u"second");
-    EXPECT_EQ(g_mapSensorTag.at("a"), "X");
-    EXPECT_EQ(g_mapSensorTag.at("b"), "X");
+    ASSERT_EQ(g_stSensors.mapByName.size(), 1u);
+    EXPECT_EQ(std::u16string(g_stSensors.mapByName.at("X").wzCaption), u"second");
+    EXPECT_EQ(g_stSensors.mapTag.at("a"), "X");
+    EXPECT_EQ(g_stSensors.mapTag.at("b"), "X");
 }
 
 TEST_F(SettingsSensors, EachReadingStartsAnew) {
@@ -106,11 +106,11 @@ TEST_F(SettingsSensors, EachReadingStartsAnew) {
     headless::ClearSettings();
     headless::AddSettingsKey(Key(u"new").c_str());
     g_fnReadSensorDefinitions();
-    EXPECT_EQ(g_mapSensor.size(), 1u);
-    EXPECT_EQ(g_mapSensorTag.size(), 1u);
-    EXPECT_EQ(g_mapSensorLanguage.size(), 1u);
-    EXPECT_EQ(g_mapSensorFormat.size(), 1u);
-    EXPECT_TRUE(g_mapSensor.contains("NEW"));
+    EXPECT_EQ(g_stSensors.mapByName.size(), 1u);
+    EXPECT_EQ(g_stSensors.mapTag.size(), 1u);
+    EXPECT_EQ(g_stSensors.mapLanguage.size(), 1u);
+    EXPECT_EQ(g_stDisplay.mapFormat.size(), 1u);
+    EXPECT_TRUE(g_stSensors.mapByName.contains("NEW"));
 }
 
 TEST_F(SettingsSensors, NamesBeyondTheRecordsRoomAreLeftOut) {
@@ -118,7 +118,7 @@ TEST_F(SettingsSensors, NamesBeyondTheRecordsRoomAreLeftOut) {
     headless::AddSettingsKey(Key(std::u16string(128, u'\u00e9')).c_str()); // 256 bytes of UTF-8
     SensorText(u"long", u"DataName", std::u16string(128, u'd').c_str());   // counts as missing
     g_fnReadSensorDefinitions();
-    EXPECT_EQ(g_mapSensor.size(), 2u);
-    EXPECT_TRUE(g_mapSensor.contains(std::string(255, 'K')));
-    EXPECT_TRUE(g_mapSensor.contains("LONG"));
+    EXPECT_EQ(g_stSensors.mapByName.size(), 2u);
+    EXPECT_TRUE(g_stSensors.mapByName.contains(std::string(255, 'K')));
+    EXPECT_TRUE(g_stSensors.mapByName.contains("LONG"));
 }

@@ -1,4 +1,5 @@
 // Tables filled from OSD.ini and from the settings store.
+#include "config/settings/settings.h"
 #include "settings_fixture.h"
 
 #include <algorithm>
@@ -218,21 +219,21 @@ TEST_F(SettingsRegistry, FullPathsAreNotUnderTheOwnRoot) {
 TEST_F(SettingsRegistry, TheProbeChoosesTheView) {
     g_fnProbeWowKeys();
     EXPECT_EQ(headless::AskedSettingsKeys().back(), g_wzRootWow);
-    EXPECT_EQ(g_uWowKeys, 0u);
+    EXPECT_EQ(g_stSettings.uWowKeys, 0u);
     headless::SetSettingsNumber(u"SOFTWARE\\WOW6432Node\\Zarn\\ORVIN-OSD\\Graph", u"Enable", 1);
     headless::SetSettingsNumber(u"SOFTWARE\\WOW6432Node\\Zarn\\OrvinDeck\\Setting", u"Monitor: 12H Flag", 0);
     g_fnReadFeatureSwitches();
-    EXPECT_FALSE(g_bGraphEnable);
+    EXPECT_FALSE(g_stSettings.bGraphEnable);
     g_fnProbeWowKeys();
-    EXPECT_EQ(g_uWowKeys, 1u);
+    EXPECT_EQ(g_stSettings.uWowKeys, 1u);
     g_fnReadFeatureSwitches();
     g_fnReadClockSetting();
-    EXPECT_TRUE(g_bGraphEnable);
-    EXPECT_TRUE(g_bClock12H);
+    EXPECT_TRUE(g_stSettings.bGraphEnable);
+    EXPECT_TRUE(g_stSettings.bClock12H);
 }
 
 TEST_F(SettingsRegistry, BeforeTheFirstProbeThe32BitViewIsRead) {
-    g_uWowKeys = 1;
+    g_stSettings.uWowKeys = 1;
     g_fnReadFeatureSwitches();
     EXPECT_EQ(headless::AskedSettingsKeys().back(), std::u16string(g_wzRootWow) + u"\\Graph");
 }

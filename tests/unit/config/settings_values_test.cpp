@@ -1,4 +1,6 @@
 // Every key: its default when it is left out, what it is held to, what follows from it.
+#include "config/settings/intervals.h"
+#include "config/settings/settings.h"
 #include "settings_fixture.h"
 
 #include <algorithm>
@@ -25,21 +27,24 @@ struct Key {
 std::vector<Key> IniKeys() {
     const Source eIni = Source::Ini;
     return {
-        {eIni, u"Info", u"MinHookScreenWidth", 5, 5, 200, [] { return g_uMinHookScreenWidth; }},
-        {eIni, u"Info", u"MinHookScreenHeight", 6, 6, 200, [] { return g_uMinHookScreenHeight; }},
-        {eIni, u"Info", u"DebugMode", 2, 1, 0, [] { return g_bDebugMode; }},
-        {eIni, u"Info", u"DebugMessageBox", 2, 1, 0, [] { return g_bDebugMessageBox; }},
-        {eIni, u"Info", u"DebugTime", 256, 1, 0, [] { return g_bDebugTime; }},
-        {eIni, u"Info", u"UseLanguageXMLString", 2, 1, 0, [] { return g_bUseLanguageXMLString; }},
-        {eIni, u"Settings", u"PressDetachTime", 500, 0.5, 0.05f, [] { return g_fPressDetachSeconds; }},
-        {eIni, u"Warning", u"Status0ColorR", 1, 1, 0, [] { return g_aStatusColor[0].au8RGB[0]; }},
-        {eIni, u"Warning", u"Status0ColorG", 2, 2, 0, [] { return g_aStatusColor[0].au8RGB[1]; }},
-        {eIni, u"Warning", u"Status0ColorB", 3, 3, 0, [] { return g_aStatusColor[0].au8RGB[2]; }},
-        {eIni, u"Warning", u"Status1ColorR", 4, 4, 255, [] { return g_aStatusColor[1].au8RGB[0]; }},
-        {eIni, u"Warning", u"Status1ColorG", 5, 5, 201, [] { return g_aStatusColor[1].au8RGB[1]; }},
-        {eIni, u"Warning", u"Status1ColorB", 6, 6, 14, [] { return g_aStatusColor[1].au8RGB[2]; }},
-        {eIni, u"Warning", u"TwinkleTime", 2500, 2.5, 1, [] { return g_fWarningTwinkleSeconds; }},
-        {eIni, u"Warning", u"Twinkle", 0, 0, 1, [] { return g_bWarningTwinkle; }},
+        {eIni, u"Info", u"MinHookScreenWidth", 5, 5, 200, [] { return g_stSettings.uMinHookScreenWidth; }},
+        {eIni, u"Info", u"MinHookScreenHeight", 6, 6, 200, [] { return g_stSettings.uMinHookScreenHeight; }},
+        {eIni, u"Info", u"DebugMode", 2, 1, 0, [] { return g_stSettings.bDebugMode; }},
+        {eIni, u"Info", u"DebugMessageBox", 2, 1, 0, [] { return g_stSettings.bDebugMessageBox; }},
+        {eIni, u"Info", u"DebugTime", 256, 1, 0, [] { return g_stSettings.bDebugTime; }},
+        {eIni, u"Info", u"UseLanguageXMLString", 2, 1, 0, [] { return g_stSettings.bUseLanguageXMLString; }},
+        {eIni, u"Settings", u"PressDetachTime", 500, 0.5, 0.05f,
+         [] { return g_stSettings.fPressDetachSeconds; }},
+        {eIni, u"Warning", u"Status0ColorR", 1, 1, 0, [] { return g_stSettings.aStatusColor[0].au8RGB[0]; }},
+        {eIni, u"Warning", u"Status0ColorG", 2, 2, 0, [] { return g_stSettings.aStatusColor[0].au8RGB[1]; }},
+        {eIni, u"Warning", u"Status0ColorB", 3, 3, 0, [] { return g_stSettings.aStatusColor[0].au8RGB[2]; }},
+        {eIni, u"Warning", u"Status1ColorR", 4, 4, 255,
+         [] { return g_stSettings.aStatusColor[1].au8RGB[0]; }},
+        {eIni, u"Warning", u"Status1ColorG", 5, 5, 201,
+         [] { return g_stSettings.aStatusColor[1].au8RGB[1]; }},
+        {eIni, u"Warning", u"Status1ColorB", 6, 6, 14, [] { return g_stSettings.aStatusColor[1].au8RGB[2]; }},
+        {eIni, u"Warning", u"TwinkleTime", 2500, 2.5, 1, [] { return g_stSettings.fWarningTwinkleSeconds; }},
+        {eIni, u"Warning", u"Twinkle", 0, 0, 1, [] { return g_stSettings.bWarningTwinkle; }},
     };
 }
 
@@ -65,13 +70,13 @@ std::vector<Key> CameraKeys() {
     return {
         {eOwn, u"Camera", u"CapMode", 1, 1, 2, [] { return g_uCapMode; }},
         {eOwn, u"Camera", u"CapType", 4, 4, 2, [] { return g_uCapType; }},
-        {eOwn, u"Camera", u"FrameSize: W", 5, 5, 320, [] { return g_stCameraPhoto.uFrameSizeW; }},
-        {eOwn, u"Camera", u"FrameSize: H", 6, 6, 240, [] { return g_stCameraPhoto.uFrameSizeH; }},
-        {eOwn, u"Camera", u"IsShow", 1, 1, 0, [] { return g_stCameraPhoto.uIsShow; }},
-        {eOwn, u"Camera", u"Anchor", 0xFFFFFFFD, -3, 1, [] { return g_stCameraPhoto.iAnchor; }},
-        {eOwn, u"Camera", u"Position: X", 7, 7, 0, [] { return g_stCameraPhoto.iPositionX; }},
-        {eOwn, u"Camera", u"Position: Y", 0xFFFFFFF8, -8, 0, [] { return g_stCameraPhoto.iPositionY; }},
-        {eOwn, u"Camera", u"Alpha", 256 + 9, 9, 255, [] { return g_stCameraPhoto.uAlpha; }},
+        {eOwn, u"Camera", u"FrameSize: W", 5, 5, 320, [] { return g_stSettings.stPhoto.uFrameSizeW; }},
+        {eOwn, u"Camera", u"FrameSize: H", 6, 6, 240, [] { return g_stSettings.stPhoto.uFrameSizeH; }},
+        {eOwn, u"Camera", u"IsShow", 1, 1, 0, [] { return g_stSettings.stPhoto.uIsShow; }},
+        {eOwn, u"Camera", u"Anchor", 0xFFFFFFFD, -3, 1, [] { return g_stSettings.stPhoto.iAnchor; }},
+        {eOwn, u"Camera", u"Position: X", 7, 7, 0, [] { return g_stSettings.stPhoto.iPositionX; }},
+        {eOwn, u"Camera", u"Position: Y", 0xFFFFFFF8, -8, 0, [] { return g_stSettings.stPhoto.iPositionY; }},
+        {eOwn, u"Camera", u"Alpha", 256 + 9, 9, 255, [] { return g_stSettings.stPhoto.uAlpha; }},
     };
 }
 
@@ -79,14 +84,14 @@ std::vector<Key> OtherKeys() {
     const Source eOwn = Source::Own;
     const char16_t* const wzOption = u"Information Option";
     return {
-        {eOwn, u"Video", u"Enable", 1, 1, 0, [] { return g_bVideoEnable; }},
-        {eOwn, u"Graph", u"Enable", 1, 1, 0, [] { return g_bGraphEnable; }},
-        {eOwn, u"Debug", u"Debug Num", 4, 4, 1, [] { return g_stDebugPanel.uRows; }},
-        {eOwn, u"Debug", u"PanelColor: Red", 5, 5, 0, [] { return g_stDebugPanel.uRed; }},
-        {eOwn, u"Debug", u"PanelColor: Green", 6, 6, 0, [] { return g_stDebugPanel.uGreen; }},
-        {eOwn, u"Debug", u"PanelColor: Blue", 7, 7, 0, [] { return g_stDebugPanel.uBlue; }},
-        {eOwn, u"Debug", u"PanelColor: Alpha", 8, 8, 255, [] { return g_stDebugPanel.uAlpha; }},
-        {eOwn, u"Debug", u"PanelType", 2, 2, 0, [] { return g_stDebugPanel.uPanelType; }},
+        {eOwn, u"Video", u"Enable", 1, 1, 0, [] { return g_stSettings.bVideoEnable; }},
+        {eOwn, u"Graph", u"Enable", 1, 1, 0, [] { return g_stSettings.bGraphEnable; }},
+        {eOwn, u"Debug", u"Debug Num", 4, 4, 1, [] { return g_stSettings.stDebugRows.uRows; }},
+        {eOwn, u"Debug", u"PanelColor: Red", 5, 5, 0, [] { return g_stSettings.stDebugRows.uRed; }},
+        {eOwn, u"Debug", u"PanelColor: Green", 6, 6, 0, [] { return g_stSettings.stDebugRows.uGreen; }},
+        {eOwn, u"Debug", u"PanelColor: Blue", 7, 7, 0, [] { return g_stSettings.stDebugRows.uBlue; }},
+        {eOwn, u"Debug", u"PanelColor: Alpha", 8, 8, 255, [] { return g_stSettings.stDebugRows.uAlpha; }},
+        {eOwn, u"Debug", u"PanelType", 2, 2, 0, [] { return g_stSettings.stDebugRows.uPanelType; }},
         {eOwn, u"FPSLimiter", u"Enable", 1, 1, 0, [] { return EnableFPSLimiter; }},
         {eOwn, u"FPSLimiter", u"FPSTarget", 144, 144, 60, [] { return FPS_Target; }},
         {eOwn, wzOption, u"UpdateFrameDataInterval", 70, 70, 1000, [] { return uFPSIntervalMs; }},
@@ -98,14 +103,15 @@ std::vector<Key> OtherKeys() {
          [] { return g_fnIsCpuRowSupported(u"CPU Usage"); }},
         {eOwn, u"Information Option\\Sensor\\63\\caf\u00e9", u"IsSupport", 1, 1, 0,
          [] { return g_fnIsSensorSupported(63, "caf\xC3\xA9"); }},
-        {Source::Suite, u"", u"Monitor: 12H Flag", 0, 1, 0, [] { return g_bClock12H; }},
+        {Source::Suite, u"", u"Monitor: 12H Flag", 0, 1, 0, [] { return g_stSettings.bClock12H; }},
     };
 }
 
 std::vector<Key> AllKeys() {
     std::vector<Key> keys = IniKeys();
-    const std::vector<Key> aMore[] = {CameraKeys(), OtherKeys(), VideoKeys(u"Video\\0", g_aVideoSource[0]),
-                                      VideoKeys(u"Video\\7", g_aVideoSource[7])};
+    const std::vector<Key> aMore[] = {CameraKeys(), OtherKeys(),
+                                      VideoKeys(u"Video\\0", g_stSettings.aVideoSource[0]),
+                                      VideoKeys(u"Video\\7", g_stSettings.aVideoSource[7])};
     for (const std::vector<Key>& more : aMore) keys.insert(keys.end(), more.begin(), more.end());
     return keys;
 }
@@ -143,7 +149,7 @@ struct SettingsValues : SettingsTest {
         ReadAll();
     }
     /// Color components of the two warnings as their file's values give them.
-    static u32 Color(u32 uStatus) { return g_auWarningColor[uStatus]; }
+    static u32 Color(u32 uStatus) { return g_stSettings.auWarningColor[uStatus]; }
 
   private:
     std::map<std::string, std::string> m_mapIni;
@@ -187,10 +193,10 @@ TEST_F(SettingsValues, TextsAndTheirDefaults) {
     Text(u"Information Option\\Frame Time", u"LanguageXMLTagName", u"ft");
     headless::SetSettingsText(g_wzSuite, u"OrvinDeck Install Path", u"/suite");
     ReadAll();
-    EXPECT_EQ(std::u16string(g_aVideoSource[3].wzFileMappingName), u"frames");
+    EXPECT_EQ(std::u16string(g_stSettings.aVideoSource[3].wzFileMappingName), u"frames");
     EXPECT_EQ(std::u16string(g_wzShotFolder), u"/shots");
-    EXPECT_EQ(std::u16string(g_stCameraPhoto.wzFilePath), u"/photo.png");
-    EXPECT_EQ(std::u16string(g_wzLanguageFileName), u"en.xml");
+    EXPECT_EQ(std::u16string(g_stSettings.stPhoto.wzFilePath), u"/photo.png");
+    EXPECT_EQ(std::u16string(g_stSettings.wzLanguageFileName), u"en.xml");
     g_fnReadCardLanguageTag(u"GPU Clock", wzTag);
     EXPECT_EQ(std::u16string(wzTag), u"gpu");
     g_fnReadRowLanguageTag(u"Frame Time", wzTag);
@@ -200,9 +206,9 @@ TEST_F(SettingsValues, TextsAndTheirDefaults) {
 
     headless::ClearSettings();
     ReadAll();
-    EXPECT_EQ(std::u16string(g_aVideoSource[3].wzFileMappingName), u"");
-    EXPECT_EQ(std::u16string(g_stCameraPhoto.wzFilePath), u"");
-    EXPECT_EQ(std::u16string(g_wzLanguageFileName), u"X");
+    EXPECT_EQ(std::u16string(g_stSettings.aVideoSource[3].wzFileMappingName), u"");
+    EXPECT_EQ(std::u16string(g_stSettings.stPhoto.wzFilePath), u"");
+    EXPECT_EQ(std::u16string(g_stSettings.wzLanguageFileName), u"X");
     g_fnReadCardLanguageTag(u"GPU Clock", wzTag);
     EXPECT_EQ(std::u16string(wzTag), u"");
     g_fnReadRowLanguageTag(u"Frame Time", wzTag);
@@ -212,10 +218,10 @@ TEST_F(SettingsValues, TextsAndTheirDefaults) {
 TEST_F(SettingsValues, AColorComponentAbove255IsHeldTo255) {
     Ini("[Warning]\nStatus1ColorG=300\nStatus0ColorR=-1\nStatus0ColorB=51\n");
     g_fnReadGlobalSettingsINI();
-    EXPECT_EQ(g_aStatusColor[1].au8RGB[1], 255);
-    EXPECT_EQ(g_aStatusColor[1].afRGB[1], 1.0f);
-    EXPECT_EQ(g_aStatusColor[0].au8RGB[0], 255); // a negative number counts as a very large one
-    EXPECT_EQ(g_aStatusColor[0].afRGB[2], 0.2f);
+    EXPECT_EQ(g_stSettings.aStatusColor[1].au8RGB[1], 255);
+    EXPECT_EQ(g_stSettings.aStatusColor[1].afRGB[1], 1.0f);
+    EXPECT_EQ(g_stSettings.aStatusColor[0].au8RGB[0], 255); // a negative number counts as a very large one
+    EXPECT_EQ(g_stSettings.aStatusColor[0].afRGB[2], 0.2f);
     EXPECT_EQ(Color(0), 0xFF0033u);
     EXPECT_EQ(Color(1), 0xFFFF0Eu);
 }
@@ -224,10 +230,10 @@ TEST_F(SettingsValues, DefaultColorsAreBlackAndAmberInAllForms) {
     g_fnReadGlobalSettingsINI();
     EXPECT_EQ(Color(0), 0x000000u);
     EXPECT_EQ(Color(1), 0xFFC90Eu);
-    EXPECT_EQ(g_aStatusColor[0].afRGB[0], 0.0f);
-    EXPECT_EQ(g_aStatusColor[1].afRGB[0], 1.0f);
-    EXPECT_EQ(g_aStatusColor[1].afRGB[1], 201.0f / 255.0f);
-    EXPECT_EQ(g_aStatusColor[1].afRGB[2], 14.0f / 255.0f);
+    EXPECT_EQ(g_stSettings.aStatusColor[0].afRGB[0], 0.0f);
+    EXPECT_EQ(g_stSettings.aStatusColor[1].afRGB[0], 1.0f);
+    EXPECT_EQ(g_stSettings.aStatusColor[1].afRGB[1], 201.0f / 255.0f);
+    EXPECT_EQ(g_stSettings.aStatusColor[1].afRGB[2], 14.0f / 255.0f);
 }
 
 TEST_F(SettingsValues, PressDetachTimeIsHeldToItsRange) {
@@ -237,17 +243,17 @@ TEST_F(SettingsValues, PressDetachTimeIsHeldToItsRange) {
     for (const auto& [szTime, fSeconds] : aCases) {
         Ini(std::string("[Settings]\nPressDetachTime=") + szTime + "\n");
         g_fnReadGlobalSettingsINI();
-        EXPECT_FLOAT_EQ(g_fPressDetachSeconds, fSeconds) << szTime;
+        EXPECT_FLOAT_EQ(g_stSettings.fPressDetachSeconds, fSeconds) << szTime;
     }
 }
 
 TEST_F(SettingsValues, TwinkleTimeIsNotHeldToAnyRange) {
     Ini("[Warning]\nTwinkleTime=0\n");
     g_fnReadGlobalSettingsINI();
-    EXPECT_EQ(g_fWarningTwinkleSeconds, 0.0f);
+    EXPECT_EQ(g_stSettings.fWarningTwinkleSeconds, 0.0f);
     Ini("[Warning]\nTwinkleTime=86400000\n");
     g_fnReadGlobalSettingsINI();
-    EXPECT_EQ(g_fWarningTwinkleSeconds, 86400.0f);
+    EXPECT_EQ(g_stSettings.fWarningTwinkleSeconds, 86400.0f);
 }
 
 TEST_F(SettingsValues, IntervalsAreHeldTo10To10000) {
@@ -294,25 +300,25 @@ TEST_F(SettingsValues, ATargetOf0TurnsTheLimiterOff) {
 }
 
 TEST_F(SettingsValues, TheClockHas24HoursUnlessTheFlagIs0) {
-    g_bClock12H = true;
+    g_stSettings.bClock12H = true;
     g_fnReadClockSetting(); // absent
-    EXPECT_FALSE(g_bClock12H);
+    EXPECT_FALSE(g_stSettings.bClock12H);
     const std::pair<u32, bool> aCases[] = {
         {0, true}, {1, false}, {2, false}, {3, false}, {0xFFFFFFFF, false}};
     for (const auto& [uFlag, b12H] : aCases) {
         headless::SetSettingsNumber(g_wzSuite, u"Monitor: 12H Flag", uFlag);
         g_fnReadClockSetting();
-        EXPECT_EQ(g_bClock12H, b12H) << uFlag;
+        EXPECT_EQ(g_stSettings.bClock12H, b12H) << uFlag;
     }
 }
 
 TEST_F(SettingsValues, ALanguageFileNameOf128CharactersFallsBack) {
     Text(u"Information Option", u"LanguageXMLFileName", std::u16string(127, u'n'));
     g_fnReadLanguageFileName();
-    EXPECT_EQ(std::u16string(g_wzLanguageFileName), std::u16string(127, u'n'));
+    EXPECT_EQ(std::u16string(g_stSettings.wzLanguageFileName), std::u16string(127, u'n'));
     Text(u"Information Option", u"LanguageXMLFileName", std::u16string(128, u'n'));
     g_fnReadLanguageFileName();
-    EXPECT_EQ(std::u16string(g_wzLanguageFileName), u"X");
+    EXPECT_EQ(std::u16string(g_stSettings.wzLanguageFileName), u"X");
 }
 
 TEST_F(SettingsValues, AnEmptyScreenshotFolderBecomesTheDataFolder) {

@@ -1,9 +1,11 @@
 // The files of the data folder, and the profiles of the tests: whole, readable, and in step with the readers.
+#include "base/host_care.h"
 #include "config/items/item_graph.h"
 #include "config/items/item_image.h"
 #include "config/items/item_pie.h"
 #include "config/profile/profile_document.h"
-#include "config/settings/host_care.h"
+#include "config/settings/settings.h"
+#include "config/settings/settings_care.h"
 #include "platform/ini_file.h"
 #include "tests/unit/config/item_fixture.h"
 #include "tests/unit/config/settings_fixture.h"
@@ -67,12 +69,13 @@ std::set<std::string> ManualKeys() {
 /// All that the file decides, in words.
 std::string Effects() {
     std::ostringstream out;
-    out << g_uMinHookScreenWidth << ' ' << g_uMinHookScreenHeight << ' ' << g_bDebugMode << g_bDebugMessageBox
-        << g_bDebugTime << g_bUseLanguageXMLString << ' ' << g_fPressDetachSeconds << ' '
-        << g_fWarningTwinkleSeconds << ' ' << g_bWarningTwinkle << ' ' << g_stHostCare.bOuterGuard
-        << g_stHostCare.bStayWithSurface << g_stHostCare.bLimiterRecovery << g_stHostCare.bRestoreAfterFailure
-        << g_stHostCare.bMergedDraw;
-    for (const stStatusColor& st : g_aStatusColor)
+    out << g_stSettings.uMinHookScreenWidth << ' ' << g_stSettings.uMinHookScreenHeight << ' '
+        << g_stSettings.bDebugMode << g_stSettings.bDebugMessageBox << g_stSettings.bDebugTime
+        << g_stSettings.bUseLanguageXMLString << ' ' << g_stSettings.fPressDetachSeconds << ' '
+        << g_stSettings.fWarningTwinkleSeconds << ' ' << g_stSettings.bWarningTwinkle << ' '
+        << g_stHostCare.bOuterGuard << g_stHostCare.bStayWithSurface << g_stHostCare.bLimiterRecovery
+        << g_stHostCare.bRestoreAfterFailure << g_stHostCare.bMergedDraw;
+    for (const stStatusColor& st : g_stSettings.aStatusColor)
         for (u32 i = 0; i < 3; ++i) out << ' ' << int{st.au8RGB[i]};
     return out.str();
 }

@@ -38,8 +38,8 @@ class CTemplateText {
         g_fnClearNameMaps();
         g_fnRegisterVariables();
         g_fnReadFontScale(nullptr);
-        g_iAlign2X = g_iAlign2Y = 0;
-        g_uCPUNum = g_uGPUNum = 0;
+        g_stVariables.iAlign2X = g_stVariables.iAlign2Y = 0;
+        g_stVariables.uCPUNum = g_stVariables.uGPUNum = 0;
     }
     tinyxml2::XMLDocument m_document;
 };

@@ -40,7 +40,7 @@ class TemplateFonts : public ManagerTest, public CTemplateText {
     const stFontRecord& Slot(const std::string& szAttributes, u32 uSlot = 4) {
         g_fnClearFontSlots();
         EXPECT_TRUE(g_fnReadFontSlots(Template("<Font " + szAttributes + "/>")));
-        return g_aFontSlot[uSlot];
+        return g_stFontSlots.aRecord[uSlot];
     }
     bool Make(const std::string& szElements, FontOverride fnOverride = nullptr) {
         return g_fnMakeTemplateFonts(Template(szElements), fnOverride, g_stPlace);
@@ -48,8 +48,8 @@ class TemplateFonts : public ManagerTest, public CTemplateText {
     static std::u16string_view Face(const stFontRecord& st) { return st.m_wzFontName; }
     /// A text item 1087 of style 2 with font 4.
     static void TextItem() {
-        g_poolTextBox.m_fnUse(1087)->uStyleID = 2;
-        g_poolTextBoxStyle.m_fnUse(2)->uFontID = 4;
+        g_stTemplates.poolTextBox.m_fnUse(1087)->uStyleID = 2;
+        g_stTemplates.poolTextBoxStyle.m_fnUse(2)->uFontID = 4;
     }
     static constexpr char s_szSmall[] = R"(FontTexW="96" FontTexH="96" FontLayoutX="12" )";
     CTestDataFolder m_folder{false};
@@ -64,8 +64,8 @@ TEST_F(TemplateFonts, EveryKeyOfAFontIsRead) {
     EXPECT_EQ(st.m_uFontTexH, 256u);
     EXPECT_EQ(st.m_iFontWeight, 700);
     EXPECT_EQ(st.m_uFontLayoutX, 16u);
-    EXPECT_TRUE(g_bitsFontSlotUsed.test(4));
-    EXPECT_EQ(g_bitsFontSlotUsed.count(), 1u);
+    EXPECT_TRUE(g_stFontSlots.bitsUsed.test(4));
+    EXPECT_EQ(g_stFontSlots.bitsUsed.count(), 1u);
 }
 
 TEST_F(TemplateFonts, DefaultsOfAFont) {
@@ -78,25 +78,25 @@ TEST_F(TemplateFonts, DefaultsOfAFont) {
     EXPECT_EQ(Face(Slot(R"(Title="4")")), u"");
     g_fnClearFontSlots();
     g_fnReadFontSlots(Template(R"(<Font FontName="Face"/>)")); // no title, no slot
-    for (const stFontRecord& stNone : g_aFontSlot) EXPECT_EQ(Face(stNone), u"");
+    for (const stFontRecord& stNone : g_stFontSlots.aRecord) EXPECT_EQ(Face(stNone), u"");
 }
 
 TEST_F(TemplateFonts, ASlotWithoutAFaceStaysUnused) {
     Slot(R"(Title="4" FontTexW="96")");
-    EXPECT_FALSE(g_bitsFontSlotUsed.test(4));
+    EXPECT_FALSE(g_stFontSlots.bitsUsed.test(4));
 }
 
 TEST_F(TemplateFonts, SlotsAreNumbered0To15) {
     g_fnReadFontSlots(Template(R"(<Font Title="0" FontName="A"/><Font Title="#15" FontName="B"/>
         <Font Title="16" FontName="C"/><Font Title="none" FontName="D"/>)"));
-    EXPECT_EQ(g_bitsFontSlotUsed.to_ulong(), 0x8001u);
-    EXPECT_EQ(Face(g_aFontSlot[15]), u"B");
+    EXPECT_EQ(g_stFontSlots.bitsUsed.to_ulong(), 0x8001u);
+    EXPECT_EQ(Face(g_stFontSlots.aRecord[15]), u"B");
 }
 
 TEST_F(TemplateFonts, AFaceMayComeFromAVariable) {
-    g_mapProfileVariable["TitleFont"] = "F\xC3\xA4"
-                                        "ce";
-    g_mapProfileVariable["Empty"] = "";
+    g_stFileVariables.mapProfile["TitleFont"] = "F\xC3\xA4"
+                                                "ce";
+    g_stFileVariables.mapProfile["Empty"] = "";
     EXPECT_EQ(Face(Slot(R"(Title="4" ReadFontNameFromVariable="TitleFont" FontName="Own")")), u"Fäce");
     EXPECT_EQ(Face(Slot(R"(Title="4" ReadFontNameFromVariable="Empty" FontName="Own")")), u"Own");
     EXPECT_EQ(Face(Slot(R"(Title="4" ReadFontNameFromVariable="missing" FontName="Own")")), u"Own");
@@ -106,7 +106,7 @@ TEST_F(TemplateFonts, AFaceMayComeFromAVariable) {
 
 TEST_F(TemplateFonts, SizesMayNameVariablesAndAreNotScaled) {
     SetFontScale(200);
-    g_mapProfileVariable["atlas"] = "512";
+    g_stFileVariables.mapProfile["atlas"] = "512";
     EXPECT_EQ(Slot(R"(Title="4" FontName="A" FontTexW="atlas")").m_uFontTexW, 512u);
 }
 
@@ -132,7 +132,7 @@ TEST_F(TemplateFonts, TheStepMakesAFontPerUsedSlot) {
 TEST_F(TemplateFonts, SlotsOfAFormerLayoutAreForgotten) {
     Slot(R"(Title="4" FontName="Former" FontTexW="96" FontTexH="96")");
     ASSERT_TRUE(Make(""));
-    EXPECT_TRUE(g_bitsFontSlotUsed.none());
+    EXPECT_TRUE(g_stFontSlots.bitsUsed.none());
     EXPECT_EQ(CStepFont::s_iLive, 0);
 }
 
@@ -146,16 +146,16 @@ TEST_F(TemplateFonts, TheLanguageMayChangeSlotsBeforeFontsAreMade) {
                      }));
     ASSERT_NE(g_ppFont[2], nullptr);
     EXPECT_EQ(g_ppFont[2]->m_uLayoutW, 6u);
-    EXPECT_EQ(g_bitsFontSlotUsed.to_ulong(), 1u << 2 | 1u << 9);
+    EXPECT_EQ(g_stFontSlots.bitsUsed.to_ulong(), 1u << 2 | 1u << 9);
 }
 
 TEST_F(TemplateFonts, TheStepReadsTheLanguageFilesNameFirst) {
     g_fnProbeWowKeys();
-    g_wzLanguageFileName[0] = 0;
+    g_stSettings.wzLanguageFileName[0] = 0;
     platform::headless::SetSettingsText(u"SOFTWARE\\Zarn\\ORVIN-OSD\\Information Option",
                                         u"LanguageXMLFileName", u"german.xml");
     static std::u16string wzSeen;
-    ASSERT_TRUE(Make("", [](std::span<stFontRecord>) { wzSeen = g_wzLanguageFileName; }));
+    ASSERT_TRUE(Make("", [](std::span<stFontRecord>) { wzSeen = g_stSettings.wzLanguageFileName; }));
     EXPECT_EQ(wzSeen, u"german.xml");
     platform::headless::ResetAll();
     g_fnReadLanguageFileName();
@@ -169,7 +169,7 @@ TEST_F(TemplateFonts, AFontThatCannotBeSetUpFailsTheStep) {
 }
 
 TEST_F(TemplateFonts, AProfilesVariableScalesTheFaceItNames) {
-    g_mapProfileVariable["DejaVu Sans"] = "150";
+    g_stFileVariables.mapProfile["DejaVu Sans"] = "150";
     g_fnHandOverFontScales();
     ASSERT_TRUE(Make(std::string("<Font Title=\"2\" FontName=\"DejaVu Sans\" ") + s_szSmall + "/>"));
     EXPECT_EQ(g_ppFont[2]->m_fScale, 1.5f);
@@ -179,7 +179,7 @@ TEST_F(TemplateFonts, AProfilesVariableScalesTheFaceItNames) {
 
 TEST_F(TemplateFonts, ATextItemsFontIsThatOfItsTemplatesStyle) {
     EXPECT_EQ(g_fnTextItemFont(1087), g_uNoFont);
-    g_poolTextBox.m_fnUse(1087)->uStyleID = 2;
+    g_stTemplates.poolTextBox.m_fnUse(1087)->uStyleID = 2;
     EXPECT_EQ(g_fnTextItemFont(1087), g_uNoFont);
     TextItem();
     EXPECT_EQ(g_fnTextItemFont(1087), 4u);
@@ -216,7 +216,7 @@ TEST_F(TemplateFonts, OnlyADynamicSlotIsMadeForAText) {
 TEST_F(TemplateFonts, WithoutTemplateSlotFaceOrGridATextGetsNoFontAndNothingFails) {
     EXPECT_TRUE(g_fnMakeTemplateTextFont(1087, u"a", u"DejaVu Sans", g_stPlace));
     TextItem();
-    g_poolTextBoxStyle.m_fnFind(2)->uFontID = 16;
+    g_stTemplates.poolTextBoxStyle.m_fnFind(2)->uFontID = 16;
     EXPECT_TRUE(g_fnMakeTemplateTextFont(1087, u"a", u"DejaVu Sans", g_stPlace));
     TextItem();
     Slot(std::string(R"(Title="4" Dynamic="1" )") + s_szSmall);

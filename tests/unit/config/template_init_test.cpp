@@ -19,10 +19,10 @@ class TemplateInit : public TextTest, public CTemplateText {
     void SetUp() override {
         TextTest::SetUp();
         g_ppFont[5] = new CTestFont;
-        *g_poolTextBoxStyle.m_fnUse(3) = {5, 16, 1, 2};
-        *g_poolNumBoxStyle.m_fnUse(3) = {5, 16, 0, 0};
-        *g_poolFlipBoxStyle.m_fnUse(3) = {5, 16, 1, 2};
-        *g_poolPanelStyle.m_fnUse(3) = {120, 24};
+        *g_stTemplates.poolTextBoxStyle.m_fnUse(3) = {5, 16, 1, 2};
+        *g_stTemplates.poolNumBoxStyle.m_fnUse(3) = {5, 16, 0, 0};
+        *g_stTemplates.poolFlipBoxStyle.m_fnUse(3) = {5, 16, 1, 2};
+        *g_stTemplates.poolPanelStyle.m_fnUse(3) = {120, 24};
     }
     template <class T> static T& Place(T& st) {
         st.uStyleID = 3;
@@ -54,7 +54,7 @@ class TemplateInit : public TextTest, public CTemplateText {
 };
 
 TEST_F(TemplateInit, ATextsRecord) {
-    Place(*g_poolTextBox.m_fnUse(1085)).wzText = u"MHz";
+    Place(*g_stTemplates.poolTextBox.m_fnUse(1085)).wzText = u"MHz";
     stTextInit st{};
     ASSERT_TRUE(g_fnMakeTextInit(g_stInstance, g_stColors, true, st));
     ExpectPlace(st, g_u64Id);
@@ -67,7 +67,7 @@ TEST_F(TemplateInit, ATextsRecord) {
 }
 
 TEST_F(TemplateInit, ANumbersRecord) {
-    stNumTemplate& stTemplate = Place(*g_poolNumBox.m_fnUse(1085));
+    stNumTemplate& stTemplate = Place(*g_stTemplates.poolNumBox.m_fnUse(1085));
     stTemplate.iWidth = 40;
     stTemplate.iHeight = 20;
     stTemplate.fDigitSpacing = 0.5f;
@@ -87,7 +87,7 @@ TEST_F(TemplateInit, ANumbersRecord) {
 }
 
 TEST_F(TemplateInit, AFlipsRecord) {
-    stFlipTemplate& stTemplate = Place(*g_poolFlipBox.m_fnUse(1085));
+    stFlipTemplate& stTemplate = Place(*g_stTemplates.poolFlipBox.m_fnUse(1085));
     stTemplate.awzText[0] = u"zero";
     stTemplate.awzText[2] = u"two";
     stFlipInit st{};
@@ -103,7 +103,7 @@ TEST_F(TemplateInit, AFlipsRecord) {
 }
 
 TEST_F(TemplateInit, APanelsRecord) {
-    Place(*g_poolPanel.m_fnUse(1085)).bHidden = true;
+    Place(*g_stTemplates.poolPanel.m_fnUse(1085)).bHidden = true;
     stPanelInit st{};
     ASSERT_TRUE(g_fnMakePanelInit(g_stInstance, {10, 20, 30, 40, PANEL_TYPE_FROSTED, 12}, st));
     ExpectPlace(st, g_u64Id);
@@ -120,13 +120,13 @@ TEST_F(TemplateInit, APanelsRecord) {
 }
 
 TEST_F(TemplateInit, APanelTakesItsOwnSizeOnlyWhereTheStyleHasNone) {
-    stPanelTemplate& stTemplate = Place(*g_poolPanel.m_fnUse(1));
+    stPanelTemplate& stTemplate = Place(*g_stTemplates.poolPanel.m_fnUse(1));
     stTemplate.iWidth = 300;
     stTemplate.iHeight = 40;
     stPanelInit st{};
     ASSERT_TRUE(g_fnMakePanelInit({0, 1}, {}, st));
     EXPECT_EQ(st.iWidth, 120);
-    g_poolPanelStyle.m_fnFind(3)->iWidth = 0;
+    g_stTemplates.poolPanelStyle.m_fnFind(3)->iWidth = 0;
     ASSERT_TRUE(g_fnMakePanelInit({0, 1}, {}, st));
     EXPECT_EQ(st.iWidth, 300);
     EXPECT_EQ(st.iHeight, 24);
@@ -148,10 +148,10 @@ TEST_F(TemplateInit, WithoutATemplateThereIsNoRecord) {
 
 TEST_F(TemplateInit, WithoutItsStyleThereIsNoRecordEither) {
     for (const u32 uStyle : {4u, 64u, 0xFFFFFFFFu}) {
-        Place(*g_poolTextBox.m_fnUse(1085)).uStyleID = uStyle;
-        Place(*g_poolNumBox.m_fnUse(1085)).uStyleID = uStyle;
-        Place(*g_poolFlipBox.m_fnUse(1085)).uStyleID = uStyle;
-        Place(*g_poolPanel.m_fnUse(1085)).uStyleID = uStyle;
+        Place(*g_stTemplates.poolTextBox.m_fnUse(1085)).uStyleID = uStyle;
+        Place(*g_stTemplates.poolNumBox.m_fnUse(1085)).uStyleID = uStyle;
+        Place(*g_stTemplates.poolFlipBox.m_fnUse(1085)).uStyleID = uStyle;
+        Place(*g_stTemplates.poolPanel.m_fnUse(1085)).uStyleID = uStyle;
         stTextInit stText{};
         stNumInit stNum{};
         stFlipInit stFlip{};
@@ -165,12 +165,12 @@ TEST_F(TemplateInit, WithoutItsStyleThereIsNoRecordEither) {
 
 TEST_F(TemplateInit, AnotherItemsTemplateStandsInAndAnOwnOneGoesBefore) {
     stItemInstance stSensor{9, 70, 9, 60};
-    Place(*g_poolTextBox.m_fnUse(60)).wzText = u"any";
+    Place(*g_stTemplates.poolTextBox.m_fnUse(60)).wzText = u"any";
     stTextInit st{};
     ASSERT_TRUE(g_fnMakeTextInit(stSensor, g_stColors, true, st));
     EXPECT_EQ(std::u16string(st.wzText), u"any");
     EXPECT_EQ(st.u64LB_ID, (u64{9} << 32) | 70);
-    Place(*g_poolTextBox.m_fnUse(70)).wzText = u"own";
+    Place(*g_stTemplates.poolTextBox.m_fnUse(70)).wzText = u"own";
     ASSERT_TRUE(g_fnMakeTextInit(stSensor, g_stColors, true, st));
     EXPECT_EQ(std::u16string(st.wzText), u"own");
 }
@@ -185,9 +185,9 @@ TEST_F(TemplateInit, ColoursAreWhiteOnBlackByDefault) {
 }
 
 TEST_F(TemplateInit, RecordsMakeTheControlsThatTheySay) {
-    Place(*g_poolTextBox.m_fnUse(1085)).wzText = u"ab";
-    Place(*g_poolNumBox.m_fnUse(10)).uDigitPadding = 2;
-    Place(*g_poolPanel.m_fnUse(5));
+    Place(*g_stTemplates.poolTextBox.m_fnUse(1085)).wzText = u"ab";
+    Place(*g_stTemplates.poolNumBox.m_fnUse(10)).uDigitPadding = 2;
+    Place(*g_stTemplates.poolPanel.m_fnUse(5));
     stTextInit stText{};
     stNumInit stNum{};
     stPanelInit stPanel{};
@@ -242,12 +242,12 @@ TEST_F(TemplateInit, AListHoldsTheMostAndNoMore) {
 
 TEST_F(TemplateInit, AFailedStepIsShownOnlyWhereMessageBoxesAreAskedFor) {
     platform::headless::ResetAll();
-    g_bDebugMessageBox = false;
+    g_stSettings.bDebugMessageBox = false;
     g_fnReportChainFailure("g_fnCreate_Tavo_ResourceByClassicStyle", 3);
     EXPECT_TRUE(platform::headless::MessageBoxes().empty());
-    g_bDebugMessageBox = true;
+    g_stSettings.bDebugMessageBox = true;
     g_fnReportChainFailure("g_fnCreate_Tavo_ResourceByClassicStyle", 3);
-    g_bDebugMessageBox = false;
+    g_stSettings.bDebugMessageBox = false;
     ASSERT_EQ(platform::headless::MessageBoxes().size(), 1u);
     EXPECT_EQ(platform::headless::MessageBoxes()[0].first, u"Error code : 3");
     EXPECT_EQ(platform::headless::MessageBoxes()[0].second, "g_fnCreate_Tavo_ResourceByClassicStyle");

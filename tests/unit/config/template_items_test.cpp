@@ -11,7 +11,8 @@ class TemplateItems : public SettingsTest, public CTemplateText {
   protected:
     void SetUp() override {
         SettingsTest::SetUp();
-        for (NameMap* p : {&g_mapTextBoxBID, &g_mapNumBoxBID, &g_mapFlipBoxBID, &g_mapPanelBID})
+        for (NameMap* p : {&g_stNameMaps.mapTextBox, &g_stNameMaps.mapNumBox, &g_stNameMaps.mapFlipBox,
+                           &g_stNameMaps.mapPanel})
             (*p)["X"] = 7;
         g_uLines = 0;
         g_fnLogSink = [](const char*) { ++g_uLines; };
@@ -22,19 +23,19 @@ class TemplateItems : public SettingsTest, public CTemplateText {
     }
     const stTextTemplate* Text(const std::string& szAttributes) {
         EXPECT_TRUE(g_fnReadTextBoxTemplates(Template("<TextBox " + szAttributes + "/>")));
-        return g_poolTextBox.m_fnFind(7);
+        return g_stTemplates.poolTextBox.m_fnFind(7);
     }
     const stNumTemplate* Number(const std::string& szAttributes) {
         EXPECT_TRUE(g_fnReadNumBoxTemplates(Template("<NumBox " + szAttributes + "/>")));
-        return g_poolNumBox.m_fnFind(7);
+        return g_stTemplates.poolNumBox.m_fnFind(7);
     }
     const stFlipTemplate* Flip(const std::string& szAttributes) {
         EXPECT_TRUE(g_fnReadFlipBoxTemplates(Template("<FlipBox " + szAttributes + "/>")));
-        return g_poolFlipBox.m_fnFind(7);
+        return g_stTemplates.poolFlipBox.m_fnFind(7);
     }
     const stPanelTemplate* Panel(const std::string& szAttributes) {
         EXPECT_TRUE(g_fnReadPanelTemplates(Template("<Panel " + szAttributes + "/>")));
-        return g_poolPanel.m_fnFind(7);
+        return g_stTemplates.poolPanel.m_fnFind(7);
     }
     static void ExpectPlace(const stItemPlace* p, u32 uStyle, i32 iAnchor, i32 iX, i32 iY) {
         ASSERT_NE(p, nullptr);
@@ -146,21 +147,21 @@ TEST_F(TemplateItems, TheFontScaleLeavesItemSizesAndSpacingAlone) {
 
 TEST_F(TemplateItems, PlacesMayNameVariablesAndAlignIsNotScaledAgain) {
     SetFontScale(200);
-    g_mapProfileVariable["indent"] = "6";
-    g_iAlign2Y = 76;
+    g_stFileVariables.mapProfile["indent"] = "6";
+    g_stVariables.iAlign2Y = 76;
     ExpectPlace(Text(R"(Enable="1" Title="X" AnchorX="indent" AnchorY="Align#2.y")"), 0, 1, 12, 76);
 }
 
 TEST_F(TemplateItems, ATextWithATitleThatIsNotInTheMapLeavesNothingAndNoMessage) {
     EXPECT_TRUE(g_fnReadTextBoxTemplates(Template(R"(<TextBox Enable="1" Title="Y" Text="lost"/>
         <TextBox Enable="1" Title="x"/><TextBox Enable="1" Title="X "/>)")));
-    EXPECT_EQ(g_poolTextBox.m_fnCount(), 0u);
+    EXPECT_EQ(g_stTemplates.poolTextBox.m_fnCount(), 0u);
     EXPECT_EQ(g_uLines, 0u);
 }
 
 TEST_F(TemplateItems, AKindOnlyKnowsTheNamesOfItsOwnMap) {
     g_fnClearNameMaps();
-    g_mapNumBoxBID["X"] = 7;
+    g_stNameMaps.mapNumBox["X"] = 7;
     EXPECT_EQ(Text(g_szBare), nullptr);
     EXPECT_EQ(Panel(g_szBare), nullptr);
     EXPECT_EQ(Flip(g_szBare), nullptr);
@@ -168,12 +169,12 @@ TEST_F(TemplateItems, AKindOnlyKnowsTheNamesOfItsOwnMap) {
 }
 
 TEST_F(TemplateItems, ANumberBeyondThePoolIsPassedOver) {
-    g_mapTextBoxBID["X"] = g_uTemplateItems;
-    g_mapTextBoxBID["last"] = g_uTemplateItems - 1;
+    g_stNameMaps.mapTextBox["X"] = g_uTemplateItems;
+    g_stNameMaps.mapTextBox["last"] = g_uTemplateItems - 1;
     EXPECT_TRUE(g_fnReadTextBoxTemplates(
         Template(R"(<TextBox Enable="1" Title="X"/><TextBox Enable="1" Title="last"/>)")));
-    EXPECT_EQ(g_poolTextBox.m_fnCount(), 1u);
-    EXPECT_TRUE(g_poolTextBox.m_fnIsUsed(g_uTemplateItems - 1));
+    EXPECT_EQ(g_stTemplates.poolTextBox.m_fnCount(), 1u);
+    EXPECT_TRUE(g_stTemplates.poolTextBox.m_fnIsUsed(g_uTemplateItems - 1));
 }
 
 TEST_F(TemplateItems, ATextComesFromTheSettingsFile) {
@@ -197,11 +198,11 @@ TEST_F(TemplateItems, AnEmptySectionNameLeavesTheTemplatesOwnText) {
 TEST_F(TemplateItems, AllFourKindsAreReadTogether) {
     ASSERT_TRUE(g_fnReadTemplates(Template(R"(<Panel Enable="1" Title="X"/><FlipBox Enable="1" Title="X"/>
         <NumBox Enable="1" Title="X"/><TextBox Enable="1" Title="X"/>)")));
-    EXPECT_TRUE(g_poolTextBox.m_fnIsUsed(7) && g_poolNumBox.m_fnIsUsed(7) && g_poolFlipBox.m_fnIsUsed(7) &&
-                g_poolPanel.m_fnIsUsed(7));
+    EXPECT_TRUE(g_stTemplates.poolTextBox.m_fnIsUsed(7) && g_stTemplates.poolNumBox.m_fnIsUsed(7) &&
+                g_stTemplates.poolFlipBox.m_fnIsUsed(7) && g_stTemplates.poolPanel.m_fnIsUsed(7));
     g_fnClearTemplates();
-    EXPECT_FALSE(g_poolTextBox.m_fnIsUsed(7) || g_poolNumBox.m_fnIsUsed(7) || g_poolFlipBox.m_fnIsUsed(7) ||
-                 g_poolPanel.m_fnIsUsed(7));
+    EXPECT_FALSE(g_stTemplates.poolTextBox.m_fnIsUsed(7) || g_stTemplates.poolNumBox.m_fnIsUsed(7) ||
+                 g_stTemplates.poolFlipBox.m_fnIsUsed(7) || g_stTemplates.poolPanel.m_fnIsUsed(7));
 }
 
 TEST_F(TemplateItems, WithoutATemplateElementTheStepFails) { EXPECT_FALSE(g_fnReadTemplates(nullptr)); }

@@ -6,11 +6,11 @@ class TemplateStyles : public testing::Test, public CTemplateText {
   protected:
     const stTextStyle* Text(const std::string& szAttributes) {
         EXPECT_TRUE(g_fnReadTextBoxStyles(Template("<TextBoxStyle " + szAttributes + "/>")));
-        return g_poolTextBoxStyle.m_fnFind(3);
+        return g_stTemplates.poolTextBoxStyle.m_fnFind(3);
     }
     const stPanelStyle* Panel(const std::string& szAttributes) {
         EXPECT_TRUE(g_fnReadPanelStyles(Template("<PanelStyle " + szAttributes + "/>")));
-        return g_poolPanelStyle.m_fnFind(3);
+        return g_stTemplates.poolPanelStyle.m_fnFind(3);
     }
 };
 
@@ -57,26 +57,26 @@ TEST_F(TemplateStyles, AStyleIsNotEnabledWithoutItsKey) {
 
 TEST_F(TemplateStyles, AStyleWithoutANumberIsPassedOver) {
     g_fnReadTextBoxStyles(Template(R"(<TextBoxStyle Enable="1"/><TextBoxStyle Enable="1" Title="none"/>)"));
-    EXPECT_EQ(g_poolTextBoxStyle.m_fnCount(), 0u);
+    EXPECT_EQ(g_stTemplates.poolTextBoxStyle.m_fnCount(), 0u);
 }
 
 TEST_F(TemplateStyles, StylesAreNumbered0To63) {
     g_fnReadTextBoxStyles(
         Template(R"(<TextBoxStyle Enable="1" Title="#0"/><TextBoxStyle Enable="1" Title="#63"/>
         <TextBoxStyle Enable="1" Title="#64"/><TextBoxStyle Enable="1" Title="#4294967295"/>)"));
-    EXPECT_TRUE(g_poolTextBoxStyle.m_fnIsUsed(0));
-    EXPECT_TRUE(g_poolTextBoxStyle.m_fnIsUsed(63));
-    EXPECT_EQ(g_poolTextBoxStyle.m_fnCount(), 2u);
-    EXPECT_FALSE(g_poolTextBoxStyle.m_fnIsUsed(64));
-    EXPECT_FALSE(g_poolTextBoxStyle.m_fnIsUsed(0xFFFFFFFF));
+    EXPECT_TRUE(g_stTemplates.poolTextBoxStyle.m_fnIsUsed(0));
+    EXPECT_TRUE(g_stTemplates.poolTextBoxStyle.m_fnIsUsed(63));
+    EXPECT_EQ(g_stTemplates.poolTextBoxStyle.m_fnCount(), 2u);
+    EXPECT_FALSE(g_stTemplates.poolTextBoxStyle.m_fnIsUsed(64));
+    EXPECT_FALSE(g_stTemplates.poolTextBoxStyle.m_fnIsUsed(0xFFFFFFFF));
 }
 
 TEST_F(TemplateStyles, TheLaterOfTwoUnderOneNumberHoldsWhole) {
     g_fnReadTextBoxStyles(Template(R"(<TextBoxStyle Enable="1" Title="#3" FontID="5" TextSize="9"/>
         <TextBoxStyle Enable="1" Title="again 3" FontID="6"/>)"));
-    EXPECT_EQ(g_poolTextBoxStyle.m_fnFind(3)->uFontID, 6u);
-    EXPECT_EQ(g_poolTextBoxStyle.m_fnFind(3)->fTextSize, 0);
-    EXPECT_EQ(g_poolTextBoxStyle.m_fnCount(), 1u);
+    EXPECT_EQ(g_stTemplates.poolTextBoxStyle.m_fnFind(3)->uFontID, 6u);
+    EXPECT_EQ(g_stTemplates.poolTextBoxStyle.m_fnFind(3)->fTextSize, 0);
+    EXPECT_EQ(g_stTemplates.poolTextBoxStyle.m_fnCount(), 1u);
 }
 
 TEST_F(TemplateStyles, ATextSizeIsScaledAndNotCut) {
@@ -85,24 +85,24 @@ TEST_F(TemplateStyles, ATextSizeIsScaledAndNotCut) {
     EXPECT_EQ(Text(R"(Enable="1" Title="#3" TextSize="11" TextScale="0")")->fTextSize, 16.5f);
     EXPECT_EQ(Text(R"(Enable="1" Title="#3" TextSize="10" TextScale="0.5")")->fTextSize, 7.5f);
     EXPECT_EQ(Text(R"(Enable="1" Title="#3" TextSpacingX="4" TextSpacingY="6")")->fTextSpacingX, 4); // never
-    EXPECT_EQ(g_poolTextBoxStyle.m_fnFind(3)->fTextSpacingY, 6);
+    EXPECT_EQ(g_stTemplates.poolTextBoxStyle.m_fnFind(3)->fTextSpacingY, 6);
 }
 
 TEST_F(TemplateStyles, SizesMayNameVariables) {
-    g_mapProfileVariable["size"] = "12.5";
-    g_mapProfileVariable["scale"] = "2";
+    g_stFileVariables.mapProfile["size"] = "12.5";
+    g_stFileVariables.mapProfile["scale"] = "2";
     EXPECT_EQ(Text(R"(Enable="1" Title="#3" TextSize="size" TextScale="scale")")->fTextSize, 25);
     EXPECT_EQ(Text(R"(Enable="1" Title="#3" TextSize="missing")")->fTextSize, 0);
     EXPECT_EQ(
         Panel(R"(Enable="1" Title="#3" ConsoleSizeX="size" ConsoleSizeY="8" ConsoleScaleY="scale")")->iWidth,
         12);
-    EXPECT_EQ(g_poolPanelStyle.m_fnFind(3)->iHeight, 16);
+    EXPECT_EQ(g_stTemplates.poolPanelStyle.m_fnFind(3)->iHeight, 16);
 }
 
 TEST_F(TemplateStyles, ANumberStyleHasNoSpacing) {
     ASSERT_TRUE(g_fnReadNumBoxStyles(Template(
         R"(<NumBoxStyle Enable="1" Title="#3" FontID="2" TextSize="20" TextScale="0.5" TextSpacingX="9"/>)")));
-    const stTextStyle* p = g_poolNumBoxStyle.m_fnFind(3);
+    const stTextStyle* p = g_stTemplates.poolNumBoxStyle.m_fnFind(3);
     ASSERT_NE(p, nullptr);
     EXPECT_EQ(p->uFontID, 2u);
     EXPECT_EQ(p->fTextSize, 10);
@@ -111,28 +111,28 @@ TEST_F(TemplateStyles, ANumberStyleHasNoSpacing) {
 
 TEST_F(TemplateStyles, DefaultsOfANumberStyle) {
     g_fnReadNumBoxStyles(Template(R"(<NumBoxStyle Title="#2"/><NumBoxStyle Enable="1" Title="#3"/>)"));
-    EXPECT_EQ(g_poolNumBoxStyle.m_fnFind(2), nullptr);
-    ASSERT_NE(g_poolNumBoxStyle.m_fnFind(3), nullptr);
-    EXPECT_EQ(g_poolNumBoxStyle.m_fnFind(3)->uFontID, 0u);
-    EXPECT_EQ(g_poolNumBoxStyle.m_fnFind(3)->fTextSize, 0);
+    EXPECT_EQ(g_stTemplates.poolNumBoxStyle.m_fnFind(2), nullptr);
+    ASSERT_NE(g_stTemplates.poolNumBoxStyle.m_fnFind(3), nullptr);
+    EXPECT_EQ(g_stTemplates.poolNumBoxStyle.m_fnFind(3)->uFontID, 0u);
+    EXPECT_EQ(g_stTemplates.poolNumBoxStyle.m_fnFind(3)->fTextSize, 0);
 }
 
 TEST_F(TemplateStyles, AFlipStyleIsReadLikeATextStyle) {
     g_fnReadFlipBoxStyles(Template(R"(<FlipBoxStyle Title="#1"/><FlipBoxStyle Enable="1" Title="#2"/>
         <FlipBoxStyle Enable="1" Title="#3" FontID="4" TextSize="8" TextScale="2" TextSpacingX="1" TextSpacingY="3"/>)"));
-    EXPECT_EQ(g_poolFlipBoxStyle.m_fnFind(1), nullptr);
-    ASSERT_NE(g_poolFlipBoxStyle.m_fnFind(2), nullptr);
-    EXPECT_EQ(g_poolFlipBoxStyle.m_fnFind(2)->uFontID, 0u);
-    EXPECT_EQ(g_poolFlipBoxStyle.m_fnFind(2)->fTextSize, 0);
-    EXPECT_EQ(g_poolFlipBoxStyle.m_fnFind(2)->fTextSpacingX, 0);
-    EXPECT_EQ(g_poolFlipBoxStyle.m_fnFind(2)->fTextSpacingY, 0);
-    const stTextStyle* p = g_poolFlipBoxStyle.m_fnFind(3);
+    EXPECT_EQ(g_stTemplates.poolFlipBoxStyle.m_fnFind(1), nullptr);
+    ASSERT_NE(g_stTemplates.poolFlipBoxStyle.m_fnFind(2), nullptr);
+    EXPECT_EQ(g_stTemplates.poolFlipBoxStyle.m_fnFind(2)->uFontID, 0u);
+    EXPECT_EQ(g_stTemplates.poolFlipBoxStyle.m_fnFind(2)->fTextSize, 0);
+    EXPECT_EQ(g_stTemplates.poolFlipBoxStyle.m_fnFind(2)->fTextSpacingX, 0);
+    EXPECT_EQ(g_stTemplates.poolFlipBoxStyle.m_fnFind(2)->fTextSpacingY, 0);
+    const stTextStyle* p = g_stTemplates.poolFlipBoxStyle.m_fnFind(3);
     ASSERT_NE(p, nullptr);
     EXPECT_EQ(p->uFontID, 4u);
     EXPECT_EQ(p->fTextSize, 16);
     EXPECT_EQ(p->fTextSpacingX, 1);
     EXPECT_EQ(p->fTextSpacingY, 3);
-    EXPECT_EQ(g_poolTextBoxStyle.m_fnCount(), 0u);
+    EXPECT_EQ(g_stTemplates.poolTextBoxStyle.m_fnCount(), 0u);
 }
 
 TEST_F(TemplateStyles, APanelStylesSizeIsScaledAndCut) {
@@ -158,15 +158,15 @@ TEST_F(TemplateStyles, AllFourKindsAreReadTogether) {
     ASSERT_TRUE(g_fnReadTemplateStyles(Template(R"(<PanelStyle Enable="1" Title="#4"/>
         <FlipBoxStyle Enable="1" Title="#3"/><NumBoxStyle Enable="1" Title="#2"/>
         <TextBoxStyle Enable="1" Title="#1"/>)")));
-    EXPECT_TRUE(g_poolTextBoxStyle.m_fnIsUsed(1));
-    EXPECT_TRUE(g_poolNumBoxStyle.m_fnIsUsed(2));
-    EXPECT_TRUE(g_poolFlipBoxStyle.m_fnIsUsed(3));
-    EXPECT_TRUE(g_poolPanelStyle.m_fnIsUsed(4));
+    EXPECT_TRUE(g_stTemplates.poolTextBoxStyle.m_fnIsUsed(1));
+    EXPECT_TRUE(g_stTemplates.poolNumBoxStyle.m_fnIsUsed(2));
+    EXPECT_TRUE(g_stTemplates.poolFlipBoxStyle.m_fnIsUsed(3));
+    EXPECT_TRUE(g_stTemplates.poolPanelStyle.m_fnIsUsed(4));
     g_fnClearTemplates();
-    EXPECT_FALSE(g_poolTextBoxStyle.m_fnIsUsed(1));
-    EXPECT_FALSE(g_poolNumBoxStyle.m_fnIsUsed(2));
-    EXPECT_FALSE(g_poolFlipBoxStyle.m_fnIsUsed(3));
-    EXPECT_FALSE(g_poolPanelStyle.m_fnIsUsed(4));
+    EXPECT_FALSE(g_stTemplates.poolTextBoxStyle.m_fnIsUsed(1));
+    EXPECT_FALSE(g_stTemplates.poolNumBoxStyle.m_fnIsUsed(2));
+    EXPECT_FALSE(g_stTemplates.poolFlipBoxStyle.m_fnIsUsed(3));
+    EXPECT_FALSE(g_stTemplates.poolPanelStyle.m_fnIsUsed(4));
 }
 
 TEST_F(TemplateStyles, WithoutATemplateElementTheStepFails) {

@@ -16,8 +16,8 @@ class Variables : public testing::Test {
   protected:
     void SetUp() override { g_fnRegisterVariables(); }
     void TearDown() override {
-        g_uCPUNum = g_uGPUNum = 0;
-        g_iAlign2X = g_iAlign2Y = 0;
+        g_stVariables.uCPUNum = g_stVariables.uGPUNum = 0;
+        g_stVariables.iAlign2X = g_stVariables.iAlign2Y = 0;
         g_fnRegisterVariables();
     }
     const tinyxml2::XMLElement* Parse(const std::string& szText) {
@@ -40,11 +40,11 @@ class Variables : public testing::Test {
 };
 
 TEST_F(Variables, FourAreRegistered) {
-    g_uCPUNum = 1;
-    g_uGPUNum = 20;
-    g_iAlign2X = -5;
-    g_iAlign2Y = 76;
-    EXPECT_EQ(g_mapVariable.size(), 4u);
+    g_stVariables.uCPUNum = 1;
+    g_stVariables.uGPUNum = 20;
+    g_stVariables.iAlign2X = -5;
+    g_stVariables.iAlign2Y = 76;
+    EXPECT_EQ(g_stVariables.mapByName.size(), 4u);
     EXPECT_EQ(g_fnReadVariable("CPUNum"), 1);
     EXPECT_EQ(g_fnReadVariable("GPUNum"), 20);
     EXPECT_EQ(g_fnReadVariable("Align#2.x"), -5);
@@ -88,63 +88,63 @@ TEST_F(Variables, RegisteringForgetsWhatFormerLoadsKnew) {
     ReadPreset(R"(<Variable Name="p" Value="1"/>)");
     g_fnRegisterVariables();
     EXPECT_EQ(g_fnReadVariable("old"), 0);
-    EXPECT_TRUE(g_mapProfileVariable.empty());
-    EXPECT_TRUE(g_mapPresetVariable.empty());
+    EXPECT_TRUE(g_stFileVariables.mapProfile.empty());
+    EXPECT_TRUE(g_stFileVariables.mapPreset.empty());
     EXPECT_TRUE(g_mapFontScalePercent.empty());
 }
 
 TEST_F(Variables, AProfilesListFillsItsMap) {
     ReadProfile(R"(<Variable Name="TitleFont" Value="DejaVu Sans"/><Other Name="x" Value="y"/>
                    <Variable Name="Size" Value="12"/>)");
-    EXPECT_EQ(g_mapProfileVariable.size(), 3u); // and the sum
-    EXPECT_EQ(g_mapProfileVariable["TitleFont"], "DejaVu Sans");
-    EXPECT_EQ(g_mapProfileVariable["Size"], "12");
+    EXPECT_EQ(g_stFileVariables.mapProfile.size(), 3u); // and the sum
+    EXPECT_EQ(g_stFileVariables.mapProfile["TitleFont"], "DejaVu Sans");
+    EXPECT_EQ(g_stFileVariables.mapProfile["Size"], "12");
 }
 
 TEST_F(Variables, KeysLeftOutAreEmpty) {
     ReadProfile(R"(<Variable Name="NoValue"/><Variable Value="no name"/><Variable/>)");
-    EXPECT_EQ(g_mapProfileVariable.size(), 2u); // what has no name can't be asked for
-    EXPECT_EQ(g_mapProfileVariable["NoValue"], "");
+    EXPECT_EQ(g_stFileVariables.mapProfile.size(), 2u); // what has no name can't be asked for
+    EXPECT_EQ(g_stFileVariables.mapProfile["NoValue"], "");
     ReadPreset(R"(<Variable Name="NoValue"/><Variable Value="no name"/><Variable/>)");
-    EXPECT_EQ(g_mapPresetVariable, (PresetVariables{{u"NoValue", u""}}));
+    EXPECT_EQ(g_stFileVariables.mapPreset, (PresetVariables{{u"NoValue", u""}}));
 }
 
 TEST_F(Variables, TheLaterOfTwoOfOneNameHolds) {
     ReadProfile(R"(<Variable Name="a" Value="1"/><Variable Name="a" Value="2"/>)");
-    EXPECT_EQ(g_mapProfileVariable["a"], "2");
+    EXPECT_EQ(g_stFileVariables.mapProfile["a"], "2");
 }
 
 TEST_F(Variables, TheColumnWidthSumIsAdded) {
     ReadProfile(R"(<Variable Name="ColumnWidth#1" Value="120"/><Variable Name="ColumnWidth#2" Value="44"/>)");
-    EXPECT_EQ(g_mapProfileVariable["ColumnWidth#1+ColumnWidth#2"], "164");
+    EXPECT_EQ(g_stFileVariables.mapProfile["ColumnWidth#1+ColumnWidth#2"], "164");
 }
 
 TEST_F(Variables, TheColumnWidthSumOfWhatIsMissingIs0) {
     ReadProfile("");
-    EXPECT_EQ(g_mapProfileVariable["ColumnWidth#1+ColumnWidth#2"], "0");
+    EXPECT_EQ(g_stFileVariables.mapProfile["ColumnWidth#1+ColumnWidth#2"], "0");
     ReadProfile(R"(<Variable Name="ColumnWidth#2" Value="-8"/>)");
-    EXPECT_EQ(g_mapProfileVariable["ColumnWidth#1+ColumnWidth#2"], "-8");
+    EXPECT_EQ(g_stFileVariables.mapProfile["ColumnWidth#1+ColumnWidth#2"], "-8");
     ReadProfile(R"(<Variable Name="ColumnWidth#1" Value="7.9"/><Variable Name="ColumnWidth#2" Value="x"/>)");
-    EXPECT_EQ(g_mapProfileVariable["ColumnWidth#1+ColumnWidth#2"], "7"); // in decimal: digits only
+    EXPECT_EQ(g_stFileVariables.mapProfile["ColumnWidth#1+ColumnWidth#2"], "7"); // in decimal: digits only
 }
 
 TEST_F(Variables, AListReplacesTheFormerOne) {
     ReadProfile(R"(<Variable Name="a" Value="1"/>)");
     ReadProfile(R"(<Variable Name="b" Value="1"/>)");
-    EXPECT_FALSE(g_mapProfileVariable.contains("a"));
-    EXPECT_TRUE(g_mapProfileVariable.contains("b"));
+    EXPECT_FALSE(g_stFileVariables.mapProfile.contains("a"));
+    EXPECT_TRUE(g_stFileVariables.mapProfile.contains("b"));
     g_fnReadProfileVariables(nullptr);
-    EXPECT_EQ(g_mapProfileVariable.size(), 1u);
+    EXPECT_EQ(g_stFileVariables.mapProfile.size(), 1u);
     ReadPreset(R"(<Variable Name="a" Value="1"/>)");
     g_fnReadPresetVariables(nullptr);
-    EXPECT_TRUE(g_mapPresetVariable.empty());
+    EXPECT_TRUE(g_stFileVariables.mapPreset.empty());
 }
 
 TEST_F(Variables, PresetsAreAWideMapOfTheirOwn) {
     ReadPreset("<Variable Name=\"Gr\xC3\xB6\xC3\x9F"
                "e\" Value=\"\xE2\x82\xAC\"/>");
-    EXPECT_EQ(g_mapPresetVariable, (PresetVariables{{u"Größe", u"€"}}));
-    EXPECT_TRUE(g_mapProfileVariable.empty());
+    EXPECT_EQ(g_stFileVariables.mapPreset, (PresetVariables{{u"Größe", u"€"}}));
+    EXPECT_TRUE(g_stFileVariables.mapProfile.empty());
 }
 
 TEST_F(Variables, AVariableNamedLikeAFaceIsItsScale) {
@@ -163,9 +163,9 @@ TEST_F(Variables, AVariableNamedLikeAFaceIsItsScale) {
 TEST_F(Variables, LongTextsAreCut) {
     const std::string szName(300, 'n'), szValue(300, '7');
     ReadProfile("<Variable Name=\"" + szName + "\" Value=\"" + szValue + "\"/>");
-    EXPECT_EQ(g_mapProfileVariable[szName.substr(0, 255)], szValue.substr(0, 255));
+    EXPECT_EQ(g_stFileVariables.mapProfile[szName.substr(0, 255)], szValue.substr(0, 255));
     ReadPreset("<Variable Name=\"" + szName + "\" Value=\"" + szValue + "\"/>");
-    EXPECT_EQ(g_mapPresetVariable[std::u16string(255, u'n')], std::u16string(255, u'7'));
+    EXPECT_EQ(g_stFileVariables.mapPreset[std::u16string(255, u'n')], std::u16string(255, u'7'));
 }
 
 } // namespace

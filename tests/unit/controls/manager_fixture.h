@@ -1,10 +1,11 @@
 #pragma once
 // A manager in slot 0, selected, and controls that count themselves.
+#include "base/layout_style.h"
+#include "base/slots.h"
 #include "controls/control_ids.h"
 #include "controls/later_controls.h"
 #include "controls/osd_manager.h"
 #include "draw/canvas.h"
-#include "shared/overlay_state.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,12 @@
+#include "base/layout_style.h"
+#include "base/slots.h"
 #include "controls/osd_manager.h"
+#include "draw/batcher_slots.h"
+#include "draw/canvas.h"
 
 #include "controls/link_controls.h"
 #include "controls/panel.h"
 #include "draw/draw_keys.h"
-#include "frame/frame_driver.h"
-#include "frame/resources.h"
 #include "tests/unit/controls/manager_fixture.h"
 
 namespace {

@@ -1,6 +1,6 @@
+#include "base/timer.h"
 #include "draw/texture.h"
 
-#include "frame/update/update.h"
 #include "platform/folders.h"
 
 #include <gtest/gtest.h>

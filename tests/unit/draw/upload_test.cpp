@@ -1,3 +1,4 @@
+#include "base/slots.h"
 #include "draw/upload.h"
 
 #include "base/log.h"

@@ -1,10 +1,12 @@
+#include "base/layout_style.h"
 #include "draw/creation_table.h"
 #include "entry/exports.h"
 #include "frame/command_handler.h"
-#include "frame/frame_driver.h"
+#include "frame/parts.h"
+#include "frame/update/local_clock.h"
 #include "frame/update/status_items.h"
-#include "frame/update/update.h"
-#include "shared/overlay_state.h"
+#include "frame/update/update_flags.h"
+#include "shared/api_code.h"
 #include "shared_fixture.h"
 #include <cstring>
 
@@ -121,7 +123,7 @@ TEST_F(CommandHandler, CameraIsReadAgainWhereAReaderIsInstalled) {
     SendFour(16);
     Receive();
     EXPECT_EQ(Record().bReloadCamera, 0);
-    g_fnReloadCameraHook = [] { ++s_uCameras; };
+    g_stParts.m_fnReloadCamera = [] { ++s_uCameras; };
     SendFour(16);
     Receive();
     EXPECT_EQ(s_uCameras, 1u);
@@ -268,7 +270,7 @@ TEST_F(CommandHandler, ReleaseTogetherWithARebuildStaysInTheRecord) {
 }
 
 TEST_F(CommandHandler, NothingEscapesFromAReader) {
-    g_fnReloadCameraHook = [] { throw 1; };
+    g_stParts.m_fnReloadCamera = [] { throw 1; };
     SendFour(16);
     Receive();
     EXPECT_EQ(Record().bReloadCamera, 0);

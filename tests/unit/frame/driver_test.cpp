@@ -1,5 +1,12 @@
 // The driver's states as far as they need no GL context; the drawn frame is tested with a real one.
+#include "draw/canvas.h"
+#include "draw/own_context.h"
+#include "frame/api_claim.h"
+#include "frame/context_state.h"
 #include "frame/frame_driver.h"
+#include "frame/real_swap.h"
+#include "frame/release.h"
+#include "shared/api_code.h"
 
 #include "entry/hooking.h"
 #include "frame/limiter.h"

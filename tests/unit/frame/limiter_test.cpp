@@ -1,7 +1,7 @@
+#include "base/host_care.h"
 #include "frame/limiter.h"
 
 #include "base/log.h"
-#include "config/settings/host_care.h"
 #include "platform/clock.h"
 #include "platform/headless/test_controls.h"
 

@@ -1,10 +1,11 @@
 #pragma once
 // Frames on the virtual clock, and the figures back at their start.
-#include "frame/resources.h"
+#include "base/layout_style.h"
+#include "config/settings/intervals.h"
 #include "frame/update/statistics.h"
-#include "frame/update/update.h"
+#include "frame/update/timers.h"
+#include "frame/update/update_flags.h"
 #include "platform/headless/test_controls.h"
-#include "shared/overlay_state.h"
 
 #include <gtest/gtest.h>
 
@@ -36,17 +37,17 @@ class Statistics : public ::testing::Test {
         g_iFrameTime = 0;
         g_fFrameTimeMs = 0.0f;
         g_uFrameSampleCount = 0;
-        g_vecFPSSamples = {};
-        g_uFPSMeanCount = 0;
-        g_u64FPSMeanRemainder = 0;
+        g_stFPSSamples.listSorted = {};
+        g_stFPSSamples.uMeanCount = 0;
+        g_stFPSSamples.u64MeanRemainder = 0;
         std::memset(uFrameRing, 0, sizeof uFrameRing);
         fFPSCarry = 0.0f;
         bQueryFrameTime = false;
         uDataIntervalMs = 500;
         g_uLayoutStyle = 0;
-        g_fnIsFrameTimeShown = g_fnFrameTimeShownByStyle;
-        g_fnArePercentilesShown = g_fnPercentilesShownByStyle;
-        g_fnCustomShowsFrameTime = nullptr;
+        g_stShownFigures.m_fnFrameTime = g_fnFrameTimeShownByStyle;
+        g_stShownFigures.m_fnPercentiles = g_fnPercentilesShownByStyle;
+        g_stShownFigures.m_fnCustomFrameTime = nullptr;
         std::memset(g_bUpdateFPS, 0, sizeof g_bUpdateFPS);
         std::memset(g_bUpdateFrameTime, 0, sizeof g_bUpdateFrameTime);
     }
@@ -54,18 +55,18 @@ class Statistics : public ::testing::Test {
     static void Setup(u32 uIntervalMs) {
         uFPSIntervalMs = uIntervalMs;
         g_fnSetupIntervals();
-        g_timerFrame.Restart();
-        g_timerFPS.Restart();
-        g_timerFrameTime.Restart();
+        g_stTimers.Frame.Restart();
+        g_stTimers.FPS.Restart();
+        g_stTimers.FrameTime.Restart();
     }
     static void ShowPercentiles() {
-        g_fnArePercentilesShown = []() noexcept { return true; };
+        g_stShownFigures.m_fnPercentiles = []() noexcept { return true; };
     }
     /// What an update does with the figures, iNanoseconds after the last one.
     static void Frame(i64 iNanoseconds) {
         platform::headless::AdvanceClock(iNanoseconds);
-        const f32 fSeconds = g_timerFrame.Elapsed();
-        g_timerFrame.Restart();
+        const f32 fSeconds = g_stTimers.Frame.Elapsed();
+        g_stTimers.Frame.Restart();
         g_fnSampleFrameTime(fSeconds);
         g_fnSampleFPS();
     }

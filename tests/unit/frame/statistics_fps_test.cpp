@@ -1,4 +1,7 @@
 // Frames per second, their extremes, mean and lows: worked by hand.
+#include "base/layout_style.h"
+#include "config/settings/intervals.h"
+#include "frame/update/update_flags.h"
 #include "statistics_fixture.h"
 
 #include "controls/control_ids.h"
@@ -154,11 +157,11 @@ TEST_F(Statistics, PercentilesAreTheElementsAtTheirIndexes) {
     EXPECT_EQ(g_uFPS_1P, 21u) << "index 19";
     EXPECT_EQ(g_uFPS_50P, 1001u) << "index 999";
     TakeSample(1);
-    ASSERT_EQ(g_vecFPSSamples.size(), 2000u);
+    ASSERT_EQ(g_stFPSSamples.listSorted.size(), 2000u);
     EXPECT_EQ(g_uFPS_01P, 3u) << "index 2 of 1, 2, 3 ...";
     EXPECT_EQ(g_uFPS_1P, 21u) << "index 20";
     EXPECT_EQ(g_uFPS_50P, 1001u) << "index 1000";
-    EXPECT_TRUE(std::is_sorted(g_vecFPSSamples.begin(), g_vecFPSSamples.end()));
+    EXPECT_TRUE(std::is_sorted(g_stFPSSamples.listSorted.begin(), g_stFPSSamples.listSorted.end()));
 }
 
 TEST_F(Statistics, TheMeanDoesNotDrift) {
@@ -169,15 +172,15 @@ TEST_F(Statistics, TheMeanDoesNotDrift) {
     for (u32 u = 0; u < 7; ++u) {
         TakeSample(auSamples[u]);
         EXPECT_EQ(g_uFPS_Avg, auMeans[u]) << u;
-        EXPECT_EQ(g_u64FPSMeanRemainder, auRemainders[u]) << u;
+        EXPECT_EQ(g_stFPSSamples.u64MeanRemainder, auRemainders[u]) << u;
     }
 }
 
 TEST_F(Statistics, TheProductOfTheMeanHas32Bits) {
     ShowPercentiles();
-    g_uFPSMeanCount = 0x10000;
+    g_stFPSSamples.uMeanCount = 0x10000;
     g_uFPS_Avg = 0x10000;
-    g_u64FPSMeanRemainder = u64{1} << 40;
+    g_stFPSSamples.u64MeanRemainder = u64{1} << 40;
     TakeSample(60);
     EXPECT_EQ(g_uFPS_Avg, ((u64{1} << 40) + 60) / 0x10001);
 }
@@ -191,29 +194,29 @@ TEST_F(Statistics, WithoutABoxForTheLowsTheirFiguresAndTheMeanStay0) {
     EXPECT_EQ(g_uFPS_50P, 0u);
     EXPECT_EQ(g_uFPS_1P, 0u);
     EXPECT_EQ(g_uFPS_01P, 0u);
-    EXPECT_TRUE(g_vecFPSSamples.empty());
+    EXPECT_TRUE(g_stFPSSamples.listSorted.empty());
     EXPECT_EQ(g_uFPS_Max, 63u);
 }
 
 TEST_F(Statistics, AnUpdateWithoutANewSampleAddsNone) {
     ShowPercentiles();
     Frames(5, 10 * c_iMs);
-    EXPECT_TRUE(g_vecFPSSamples.empty());
+    EXPECT_TRUE(g_stFPSSamples.listSorted.empty());
 }
 
 TEST_F(Statistics, TheSampleVectorIsNeverClearedAndTakesRoomInSteps) {
     ShowPercentiles();
     TakeSample(30);
-    EXPECT_EQ(g_vecFPSSamples.capacity(), g_uFPSSampleStep);
-    g_vecFPSSamples.assign(g_uFPSSampleStep - 1, 60);
+    EXPECT_EQ(g_stFPSSamples.listSorted.capacity(), g_uFPSSampleStep);
+    g_stFPSSamples.listSorted.assign(g_uFPSSampleStep - 1, 60);
     TakeSample(61);
-    EXPECT_EQ(g_vecFPSSamples.capacity(), g_uFPSSampleStep);
+    EXPECT_EQ(g_stFPSSamples.listSorted.capacity(), g_uFPSSampleStep);
     Setup(100);
     TakeSample(62);
-    EXPECT_EQ(g_vecFPSSamples.size(), g_uFPSSampleStep + 1);
-    EXPECT_EQ(g_vecFPSSamples.capacity(), 2 * g_uFPSSampleStep);
+    EXPECT_EQ(g_stFPSSamples.listSorted.size(), g_uFPSSampleStep + 1);
+    EXPECT_EQ(g_stFPSSamples.listSorted.capacity(), 2 * g_uFPSSampleStep);
     EXPECT_EQ(g_uFPS_1P, 60u);
-    EXPECT_EQ(g_vecFPSSamples.back(), 62u);
+    EXPECT_EQ(g_stFPSSamples.listSorted.back(), 62u);
 }
 
 TEST_F(Statistics, FramesAreNeverCounted) {
@@ -261,7 +264,7 @@ TEST_F(ShownFigures, FrameTimeStandsInBox1OfClassicAndBox8OfRV5) {
 }
 
 TEST_F(ShownFigures, InCustomTheListsDecide) {
-    g_fnCustomShowsFrameTime = []() noexcept { return true; };
+    g_stShownFigures.m_fnCustomFrameTime = []() noexcept { return true; };
     EXPECT_TRUE(ShownIn(2, g_fnFrameTimeShownByStyle));
     EXPECT_FALSE(ShownIn(0, g_fnFrameTimeShownByStyle));
 }

@@ -1,4 +1,5 @@
 // The figures against a plain model of their rules, over simulated runs of a program.
+#include "frame/update/update_flags.h"
 #include "statistics_fixture.h"
 
 #include <algorithm>
@@ -126,7 +127,7 @@ class StatisticsModel : public Statistics {
         EXPECT_EQ(g_uFPS_50P, m_model.Low(2));
         EXPECT_EQ(g_uFPS_1P, m_model.Low(100));
         EXPECT_EQ(g_uFPS_01P, m_model.Low(1000));
-        EXPECT_EQ(g_vecFPSSamples.size(), m_model.vecRates.size());
+        EXPECT_EQ(g_stFPSSamples.listSorted.size(), m_model.vecRates.size());
         EXPECT_EQ(g_fFrameTimeMs, static_cast<f32>(g_iFrameTime) * 0.01f);
     }
     Model m_model{100};

@@ -1,7 +1,8 @@
+#include "config/settings/intervals.h"
 #include "frame/update/statistics.h"
+#include "frame/update/timers.h"
+#include "frame/update/update_flags.h"
 
-#include "frame/resources.h"
-#include "frame/update/update.h"
 #include "platform/headless/test_controls.h"
 
 #include <gtest/gtest.h>
@@ -26,7 +27,7 @@ class FrameTime : public ::testing::Test {
         g_fnSetupIntervals();
         bQueryFrameTime = true;
         std::memset(g_bUpdateFrameTime, 0, sizeof g_bUpdateFrameTime);
-        g_timerFrameTime.Restart();
+        g_stTimers.FrameTime.Restart();
     }
     void TearDown() override {
         g_pFrameSamples = nullptr;

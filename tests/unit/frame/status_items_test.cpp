@@ -4,9 +4,7 @@
 #include "config/load.h"
 #include "config/make/panel_records.h"
 #include "controls/panel.h"
-#include "frame/frame_driver.h"
 #include "platform/headless/test_controls.h"
-#include "shared/overlay_state.h"
 #include "tests/unit/controls/manager_fixture.h"
 #include "tests/unit/controls/recording_flavour.h"
 

@@ -1,7 +1,8 @@
 // Once a layout stands, an update allocates nothing: every allocation of this program is counted.
-#include "frame/resources.h"
+#include "base/layout_style.h"
+#include "frame/update/statistics.h"
 #include "frame/update/status_items.h"
-#include "shared/overlay_state.h"
+#include "frame/update/update_flags.h"
 #include "tests/support/allocation_count.h"
 #include "tests/unit/frame/update_fixture.h"
 

@@ -1,4 +1,7 @@
 // List builder of the custom style, over real data banks.
+#include "base/layout_style.h"
+#include "frame/update/local_clock.h"
+#include "frame/update/update_flags.h"
 #include "tests/unit/frame/update_fixture.h"
 
 namespace {
@@ -62,22 +65,22 @@ TEST_F(UpdateCustom, TheBuildPutsItsUpdaterInForce) {
 TEST_F(UpdateCustom, AFrameTimeItemMakesTheFrameTimeCount) {
     NumberItem("Fps", "FPS");
     g_fnBuildUpdateCustom();
-    ASSERT_NE(g_fnCustomShowsFrameTime, nullptr);
-    EXPECT_FALSE(g_fnCustomShowsFrameTime());
+    ASSERT_NE(g_stShownFigures.m_fnCustomFrameTime, nullptr);
+    EXPECT_FALSE(g_stShownFigures.m_fnCustomFrameTime());
     EXPECT_FALSE(g_fnFrameTimeShownByStyle());
     NumberItem("Ft", "FRAME_TIME");
     g_fnBuildUpdateCustom();
-    EXPECT_TRUE(g_fnCustomShowsFrameTime());
+    EXPECT_TRUE(g_stShownFigures.m_fnCustomFrameTime());
     EXPECT_TRUE(g_fnFrameTimeShownByStyle());
     g_fnClearItems();
     g_fnBuildUpdateCustom();
-    EXPECT_FALSE(g_fnCustomShowsFrameTime());
+    EXPECT_FALSE(g_stShownFigures.m_fnCustomFrameTime());
 }
 
 TEST_F(UpdateCustom, ASensorsFormatComesFromTheTable) {
     Publish({{"GPU_VOLTAGE#0", 1250}, {"PUMP_RPM#0", 2400}});
-    g_mapSensorFormat["GPU_VOLTAGE"] = {3, 1000};
-    g_mapSensorFormat["PUMP_RPM"] = {0, 0};
+    g_stDisplay.mapFormat["GPU_VOLTAGE"] = {3, 1000};
+    g_stDisplay.mapFormat["PUMP_RPM"] = {0, 0};
     CNumBox_Base* pVoltage = NumberItem("V", "GPU_VOLTAGE#0");
     CNumBox_Base* pPump = NumberItem("P", "PUMP_RPM#0");
     g_fnBuildUpdateCustom();
@@ -214,7 +217,7 @@ TEST_F(UpdateCustom, DataNamesAreKnownByTheirBase) {
     }
     for (const char* sz : {"PIN_0#0", "PIN_7#0", "PIN_", "", "#0", "GPU_CLOCK#0", "POWER_PIN_10#0"})
         EXPECT_FALSE(g_fnFindDataFormat(sz, st)) << sz;
-    g_mapSensorFormat["GPU_CLK"] = {1, 10};
+    g_stDisplay.mapFormat["GPU_CLK"] = {1, 10};
     EXPECT_TRUE(g_fnFindDataFormat("GPU_CLK#4", st));
     EXPECT_EQ(st.uDecimals, 1u);
     EXPECT_EQ(st.uDivisor, 10u);

@@ -1,4 +1,9 @@
 // List builders and FPS updaters of the styles whose boxes have fixed ids.
+#include "base/layout_style.h"
+#include "config/fixed/info_place.h"
+#include "config/settings/settings.h"
+#include "draw/canvas.h"
+#include "frame/update/update_flags.h"
 #include "tests/unit/frame/update_fixture.h"
 
 #include "platform/process.h"
@@ -52,7 +57,7 @@ constexpr stRowCase g_aCardRows[] = {
 };
 
 TEST_F(UpdateFixed, EveryCardRowHasItsBoxInBothStylesAtEveryPosition) {
-    g_uCardDisplayCount = 2;
+    g_stDisplay.uCards = 2;
     g_iCardOfDisplay[0] = 1;
     g_iCardOfDisplay[1] = 0;
     i32 iValue = 100;
@@ -70,7 +75,7 @@ TEST_F(UpdateFixed, EveryCardRowHasItsBoxInBothStylesAtEveryPosition) {
 }
 
 TEST_F(UpdateFixed, ClassicShowsTheFirstCardAndTheOthersInBlocksOfTheirOwn) {
-    g_uCardDisplayCount = 3;
+    g_stDisplay.uCards = 3;
     g_iCardOfDisplay[1] = 1;
     g_iCardOfDisplay[2] = 2;
     EXPECT_EQ(ShownBy(0, 0, 7, "GPU_CLK#0", 1), "1");
@@ -84,7 +89,7 @@ TEST_F(UpdateFixed, ClassicShowsTheFirstCardAndTheOthersInBlocksOfTheirOwn) {
 }
 
 TEST_F(UpdateFixed, ClassicShowsTheFirstCpuAndTheOthersInBlocksOfTheirOwn) {
-    g_uCpuDisplayCount = 2;
+    g_stDisplay.uCpus = 2;
     EXPECT_EQ(ShownBy(0, 0, 1081, "CPU_CLK#0", 1), "1");
     EXPECT_EQ(ShownBy(0, 0, 1082, "CPU_TEMP#0", 2), "2");
     EXPECT_EQ(ShownBy(0, 0, 1083, "CPU_USAGE#0", 3), "3");
@@ -93,7 +98,7 @@ TEST_F(UpdateFixed, ClassicShowsTheFirstCpuAndTheOthersInBlocksOfTheirOwn) {
 }
 
 TEST_F(UpdateFixed, RV5ShowsCardsAndCpusByInstance) {
-    g_uCardDisplayCount = g_uCpuDisplayCount = 2;
+    g_stDisplay.uCards = g_stDisplay.uCpus = 2;
     g_iCardOfDisplay[1] = 4;
     EXPECT_EQ(ShownBy(1, 0, 19, "GPU_CLK#0", 1), "1");
     EXPECT_EQ(ShownBy(1, 1, 20, "GPU_TEMP#4", 2), "2");
@@ -113,43 +118,43 @@ TEST_F(UpdateFixed, PinsAnswerToTheirShortNamesWhereTheLongOnesAreUnknown) {
 }
 
 TEST_F(UpdateFixed, PositionsBeyondTheCountOrWithoutACardAreNotBound) {
-    g_uCardDisplayCount = 2;
+    g_stDisplay.uCards = 2;
     g_iCardOfDisplay[1] = 256;
     EXPECT_EQ(ShownBy(0, 1, 10, "VRAM_CLK#256", 5), "");
     g_iCardOfDisplay[1] = 1;
     EXPECT_EQ(ShownBy(0, 1, 10, "VRAM_CLK#1", 5), "5");
-    g_uCardDisplayCount = 1;
+    g_stDisplay.uCards = 1;
     EXPECT_EQ(ShownBy(0, 1, 10, "VRAM_CLK#1", 6), "5") << "left as it was";
-    g_uCardDisplayCount = 4000000000;
+    g_stDisplay.uCards = 4000000000;
     EXPECT_EQ(ShownBy(0, 1, 10, "VRAM_CLK#1", 7), "7");
 }
 
 TEST_F(UpdateFixed, SensorRowsStandBehindTheFirstIdOfTheExtension) {
-    g_mapSensorFormat["PUMP_RPM"] = {1, 10};
-    g_listSensorRows = {{"PUMP_RPM", 0, 0}, {"PUMP_RPM", 3, 2}};
+    g_stDisplay.mapFormat["PUMP_RPM"] = {1, 10};
+    g_stDisplay.listSensorRows = {{"PUMP_RPM", 0, 0}, {"PUMP_RPM", 3, 2}};
     EXPECT_EQ(ShownBy(0, 0, 57, "PUMP_RPM#0", 25), "2.5");
     EXPECT_EQ(ShownBy(0, 2, 60, "PUMP_RPM#2", 35), "3.5");
     EXPECT_EQ(ShownBy(1, 2, 60, "PUMP_RPM#2", 45), "4.5");
 }
 
 TEST_F(UpdateFixed, SensorRowsOutOfRangeAreDropped) {
-    g_mapSensorFormat["PUMP_RPM"] = {};
-    g_listSensorRows = {{"PUMP_RPM", 1024, 0}, {"PUMP_RPM", 0, 64}};
+    g_stDisplay.mapFormat["PUMP_RPM"] = {};
+    g_stDisplay.listSensorRows = {{"PUMP_RPM", 1024, 0}, {"PUMP_RPM", 0, 64}};
     EXPECT_EQ(ShownBy(0, 0, 57 + 1024, "PUMP_RPM#0", 25), "");
     EXPECT_EQ(ShownBy(0, 64, 57, "PUMP_RPM#64", 25), "");
-    g_listSensorRows = {{"PUMP_RPM", 1023, 63}};
+    g_stDisplay.listSensorRows = {{"PUMP_RPM", 1023, 63}};
     EXPECT_EQ(ShownBy(1, 63, 57 + 1023, "PUMP_RPM#63", 26), "26");
 }
 
 TEST_F(UpdateFixed, AnUnknownSensorIsEmptiedWithAWord) {
-    g_listSensorRows = {{"PUMP_RPM", 0, 5}};
+    g_stDisplay.listSensorRows = {{"PUMP_RPM", 0, 5}};
     EXPECT_EQ(ShownBy(0, 5, 57, "PUMP_RPM#5", 25), "");
     EXPECT_TRUE(Logged("item \"PUMP_RPM\" szDataFullName: \"PUMP_RPM#5\" missing"));
     EXPECT_TRUE(g_listUpdateData_N.empty());
 }
 
 TEST_F(UpdateFixed, ASensorEntryOfARowsNameGivesItsFormat) {
-    g_mapSensorFormat["GPU_VOLTAGE"] = {2, 1000};
+    g_stDisplay.mapFormat["GPU_VOLTAGE"] = {2, 1000};
     EXPECT_EQ(ShownBy(0, 0, 25, "GPU_VOLTAGE#0", 1250), "1.25");
 }
 
@@ -201,8 +206,8 @@ constexpr stRowParts g_aRowParts[] = {
 };
 
 TEST_F(UpdateFixed, UnitsAndPanelsOfTheRowsStandInBothStyles) {
-    g_mapSensorFormat["PUMP"] = {};
-    g_listSensorRows = {{"PUMP", 0, 0}};
+    g_stDisplay.mapFormat["PUMP"] = {};
+    g_stDisplay.listSensorRows = {{"PUMP", 0, 0}};
     for (const stRowParts& row : g_aRowParts) {
         g_fnClearControlIds();
         Number(Id(row.uInstance, row.uNumBox));
@@ -296,9 +301,9 @@ TEST_F(UpdateFixed, RV5ShowsTheTwoWithoutAligning) {
 }
 
 TEST_F(UpdateFixed, DebugRowsAppearWithDebugMode) {
-    g_iInfoAnchor = 9;
-    g_iInfoPositionX = 24;
-    g_iInfoPositionY = -8;
+    g_stInfoPlace.iAnchor = 9;
+    g_stInfoPlace.iX = 24;
+    g_stInfoPlace.iY = -8;
     CNumBox_Base* apClassic[5];
     CNumBox_Base* apRV5[5];
     for (u32 u = 0; u < 5; ++u) {
@@ -311,17 +316,17 @@ TEST_F(UpdateFixed, DebugRowsAppearWithDebugMode) {
     for (u32 uStyle = 0; uStyle < 2; ++uStyle) {
         g_uLayoutStyle = uStyle;
         CNumBox_Base** ppBoxes = uStyle == 0 ? apClassic : apRV5;
-        g_bDebugMode = false;
+        g_stSettings.bDebugMode = false;
         Rebuild();
         for (u32 u = 0; u < 5; ++u) EXPECT_EQ(Shown(ppBoxes[u]), "");
-        g_bDebugMode = true;
+        g_stSettings.bDebugMode = true;
         Rebuild();
         for (u32 u = 0; u < 5; ++u) EXPECT_EQ(Shown(ppBoxes[u]), aszValues[u]);
     }
     EXPECT_FLOAT_EQ(Left(apClassic[2]), 95) << "one digit alone in the middle of 200";
     EXPECT_FLOAT_EQ(Left(apClassic[4]), 90);
-    g_iInfoAnchor = 1;
-    g_iInfoPositionX = g_iInfoPositionY = 0;
+    g_stInfoPlace.iAnchor = 1;
+    g_stInfoPlace.iX = g_stInfoPlace.iY = 0;
 }
 
 TEST_F(UpdateFixed, ClassicShowsTheClientSizeAtEachDataWalk) {
@@ -352,14 +357,14 @@ TEST_F(UpdateFixed, RV5AlignsTheClientSizeByItsSetting) {
     CTextBox_Base* pTimes = Text(1104, 6);
     Hang(pPanel, {pWidth, pTimes, pHeight});
     g_uLayoutStyle = 1;
-    g_iRowAlignRV5 = 8;
+    g_stInfoPlace.iSizeRowAlignRV5 = 8;
     g_fnBuildUpdateRV5();
     Frame(500);
     EXPECT_EQ(Shown(pWidth) + "x" + Shown(pHeight), "1280x720");
     // 40 1 6 1 30 is 78 wide.
     EXPECT_FLOAT_EQ(Left(pWidth), 61);
     EXPECT_FLOAT_EQ(Left(pHeight), 109);
-    g_iRowAlignRV5 = 7;
+    g_stInfoPlace.iSizeRowAlignRV5 = 7;
 }
 
 TEST_F(UpdateFixed, WithoutItsFirstBoxTheClientSizeIsNotShown) {
@@ -408,7 +413,7 @@ TEST_F(UpdateFixed, AfterABankFlipTheOldBankIsReadUntilTheRebuild) {
 
 TEST_F(UpdateFixed, ALayoutWithoutAnyBoxBuildsAndRuns) {
     for (g_uLayoutStyle = 0; g_uLayoutStyle < 2; ++g_uLayoutStyle) {
-        g_bDebugMode = true;
+        g_stSettings.bDebugMode = true;
         Rebuild();
         Frame(1'100);
         EXPECT_TRUE(g_listUpdateData_N.empty() && g_listUpdateFPS_N.empty());

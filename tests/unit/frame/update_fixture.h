@@ -1,19 +1,25 @@
 #pragma once
 // A manager with number boxes, text boxes and panels under chosen ids and names, the virtual clock, and the
 // log.
+#include "base/layout_style.h"
 #include "base/log.h"
 #include "config/items/interner.h"
 #include "config/items/item_map.h"
 #include "config/items/item_number.h"
+#include "config/settings/intervals.h"
 #include "config/settings/sensor_table.h"
+#include "config/settings/settings.h"
 #include "controls/align_row.h"
+#include "draw/canvas.h"
 #include "entry/exports.h"
+#include "frame/update/local_clock.h"
 #include "frame/update/status_items.h"
+#include "frame/update/timers.h"
 #include "frame/update/update.h"
 #include "frame/update/update_boxes.h"
+#include "frame/update/update_flags.h"
 #include "platform/headless/test_controls.h"
 #include "shared/monitor_data.h"
-#include "shared/overlay_state.h"
 #include "tests/unit/controls/text_fixture.h"
 
 #include <algorithm>
@@ -33,8 +39,9 @@ class UpdateTest : public TextTest {
         Clean();
         fFPSInterval = 0.1f;
         fDataInterval = 0.5f;
-        for (CTimer* p : {&g_timerFrame, &g_timerFPS, &g_timerFrameTime, &g_timerData, &g_timerAnimation,
-                          &g_timerWarning, &g_timerStopWatch, &g_timerClock, &g_timerUpdate, &g_timerStatus})
+        for (CTimer* p : {&g_stTimers.Frame, &g_stTimers.FPS, &g_stTimers.FrameTime, &g_stTimers.Data,
+                          &g_stTimers.Animation, &g_stTimers.Warning, &g_stTimers.StopWatch,
+                          &g_stTimers.Clock, &g_stTimers.Update, &g_timerStatus})
             p->Restart();
         std::memset(g_abStatusDue, 0, sizeof g_abStatusDue);
     }
@@ -52,11 +59,11 @@ class UpdateTest : public TextTest {
         g_fnClearItems();
         boxes::g_stDirect = {};
         g_fnUpdateFPS = nullptr;
-        g_mapSensorFormat.clear();
-        g_listSensorRows.clear();
-        g_uCardDisplayCount = g_uCpuDisplayCount = 1;
+        g_stDisplay.mapFormat.clear();
+        g_stDisplay.listSensorRows.clear();
+        g_stDisplay.uCards = g_stDisplay.uCpus = 1;
         std::fill(std::begin(g_iCardOfDisplay), std::end(g_iCardOfDisplay), 0);
-        g_bDebugMode = g_bDebugTime = g_bClock12H = false;
+        g_stSettings.bDebugMode = g_stSettings.bDebugTime = g_stSettings.bClock12H = false;
         g_fGlyphGapUnit = 1.0f;
         g_uFPS = 0;
         g_fFrameTimeMs = 0.0f;

@@ -1,4 +1,5 @@
 // Line graphs and pie charts in the lists of the custom style.
+#include "frame/update/update_flags.h"
 #include "frame/update/update_graphs.h"
 
 #include "config/items/item_graph.h"
@@ -92,7 +93,8 @@ TEST_F(UpdateGraphs, FiguresOfTheProcessGoThroughTheFPSListWithTheTablesDivisor)
     EXPECT_EQ(g_listUpdateFPS_L.size(), 2u);
     EXPECT_TRUE(g_listUpdateData_L.empty());
     EXPECT_EQ(g_uUpdateRecordCount, 0u);
-    EXPECT_TRUE(g_fnCustomShowsFrameTime()) << "a graph of the frame time counts as a display of it";
+    EXPECT_TRUE(g_stShownFigures.m_fnCustomFrameTime())
+        << "a graph of the frame time counts as a display of it";
     g_uFPS = 60;
     g_iFrameTime = 694;
     g_bUpdateFPS[0] = 1;
@@ -105,8 +107,8 @@ TEST_F(UpdateGraphs, FiguresOfTheProcessGoThroughTheFPSListWithTheTablesDivisor)
 
 TEST_F(UpdateGraphs, ASensorsDivisorComesFromTheTable) {
     Publish({{"GPU_VOLTAGE#0", 1250}, {"PUMP_RPM#0", -24}});
-    g_mapSensorFormat["GPU_VOLTAGE"] = {3, 1000};
-    g_mapSensorFormat["PUMP_RPM"] = {0, 0};
+    g_stDisplay.mapFormat["GPU_VOLTAGE"] = {3, 1000};
+    g_stDisplay.mapFormat["PUMP_RPM"] = {0, 0};
     CLineGraph_Base* pVoltage = GraphItem("V", "GPU_VOLTAGE#0");
     CPieChart_Base* pPump = ChartItem("P", "PUMP_RPM#0");
     g_fnBuildUpdateCustom();

@@ -1,4 +1,6 @@
 // Time of day and resolution of the custom style: their records, their words, their alignment.
+#include "draw/canvas.h"
+#include "frame/update/local_clock.h"
 #include "tests/unit/frame/update_fixture.h"
 
 #include "frame/update/mixed_items.h"
@@ -9,9 +11,9 @@ class UpdateMixed : public UpdateCustomTest {
   protected:
     void SetUp() override {
         UpdateCustomTest::SetUp();
-        g_uHour = 9;
-        g_uMinute = 5;
-        g_uSecond = 3;
+        g_stLocalClock.uHour = 9;
+        g_stLocalClock.uMinute = 5;
+        g_stLocalClock.uSecond = 3;
     }
     /// Boxes of a mixed item as the layout makes them: name, owner part, numbers, texts, frame.
     void MakeParts(const std::string& szStem, const std::string& szOwner, u32 uNumbers, u32 uTexts) {
@@ -250,7 +252,7 @@ TEST_F(UpdateMixed, HidingOnlyWritesTheNumbers) {
     CNumBox_Base* const apClock[] = {m_apNumbers[0], m_apNumbers[1], m_apNumbers[2]};
     const f32 fLeft = Left(apClock[1]);
     apClock[1]->m_fnSetAnchor(7, 100, 0);
-    g_uMinute = 44;
+    g_stLocalClock.uMinute = 44;
     g_fnHideMixedItems();
     EXPECT_EQ(Shown(apClock[1]), "44");
     EXPECT_NE(Left(apClock[1]), fLeft);

@@ -1,10 +1,17 @@
 // The order, flags and timers of an update.
+#include "base/layout_style.h"
+#include "base/timer.h"
+#include "config/settings/settings.h"
 #include "draw/creation_table.h"
+#include "frame/parts.h"
+#include "frame/update/local_clock.h"
 #include "frame/update/status_items.h"
+#include "frame/update/timers.h"
+#include "frame/update/update_flags.h"
 #include "frame/update/update_steps.h"
+#include "frame/update/update_warnings.h"
 #include "platform/clock.h"
 #include "platform/shared_block.h"
-#include "shared/overlay_state.h"
 #include "tests/unit/frame/update_fixture.h"
 
 namespace {
@@ -21,11 +28,11 @@ class UpdateSteps : public UpdateTest {
         g_fnUpdateFPS = [] { ++g_uFPSUpdates; };
     }
     void TearDown() override {
-        g_fnTransferVideoHook = g_fnPollControlBlockHook = g_fnShutterHook = nullptr;
+        g_stParts.m_fnTransferVideo = g_stParts.m_fnPollControlBlock = g_stParts.m_fnShutter = nullptr;
         g_stCreationTable = {};
-        for (stWarningSlot& st : g_aWarningSlots) st = {};
-        g_apWarningBanner[0] = g_apWarningBanner[1] = nullptr;
-        g_bWarningTwinkle = true;
+        for (stWarningSlot& st : g_stWarnings.aSlots) st = {};
+        g_stWarnings.apBanner[0] = g_stWarnings.apBanner[1] = nullptr;
+        g_stSettings.bWarningTwinkle = true;
         g_pMonitorVGA = nullptr;
         update::CheckWarnings();
         UpdateTest::TearDown();
@@ -202,9 +209,9 @@ TEST_F(UpdateSteps, TheTimeOfDayIsReadOnceASecond) {
     Frame(1);
     EXPECT_EQ(headless::LocalTimeReads(), 1u);
     EXPECT_EQ(Clock(), "09:05:03") << "two digits each";
-    EXPECT_EQ(g_uYear, 2026u);
-    EXPECT_EQ(g_uMonth, 11u);
-    EXPECT_EQ(g_uDay, 21u);
+    EXPECT_EQ(g_stLocalClock.uYear, 2026u);
+    EXPECT_EQ(g_stLocalClock.uMonth, 11u);
+    EXPECT_EQ(g_stLocalClock.uDay, 21u);
     for (u32 u = 0; u < 60; ++u) Frame(16);
     EXPECT_EQ(headless::LocalTimeReads(), 1u);
     Frame(50);
@@ -228,17 +235,17 @@ TEST_F(UpdateSteps, AnyOtherStyleShowsNoTime) {
 }
 
 TEST_F(UpdateSteps, MidnightInTwelveHourModeShows12) {
-    g_bClock12H = true;
+    g_stSettings.bClock12H = true;
     const std::pair<u32, u32> aHours[] = {{0, 12}, {1, 1}, {11, 11}, {12, 12}, {13, 1}, {23, 11}, {24, 12}};
     for (const auto& [uHour, uShown] : aHours) {
         headless::SetLocalTime({2026, 1, 1, uHour, 0, 0});
         g_fnReadLocalTime();
-        EXPECT_EQ(g_uHour, uShown) << uHour;
+        EXPECT_EQ(g_stLocalClock.uHour, uShown) << uHour;
     }
-    g_bClock12H = false;
+    g_stSettings.bClock12H = false;
     headless::SetLocalTime({2026, 1, 1, 0, 0, 0});
     g_fnReadLocalTime();
-    EXPECT_EQ(g_uHour, 0u);
+    EXPECT_EQ(g_stLocalClock.uHour, 0u);
 }
 
 TEST_F(UpdateSteps, TheStopwatchCountsHundredthsSecondsAndMinutes) {
@@ -257,28 +264,28 @@ TEST_F(UpdateSteps, TheStopwatchCountsHundredthsSecondsAndMinutes) {
 }
 
 TEST_F(UpdateSteps, ARunningStopwatchIgnoresTwelveHourMode) {
-    g_bClock12H = true;
+    g_stSettings.bClock12H = true;
     g_bStopWatchOn = 1;
     Frame(0);
     Frame(15 * 60'000 + 50);
-    EXPECT_EQ(g_uHour, 15u);
-    EXPECT_EQ(g_uMinute, 0u);
+    EXPECT_EQ(g_stLocalClock.uHour, 15u);
+    EXPECT_EQ(g_stLocalClock.uMinute, 0u);
 }
 
 TEST_F(UpdateSteps, EachToggleStartsTheStopwatchFromZero) {
     g_bStopWatchOn = 1;
     Frame(0);
     Frame(5'000);
-    EXPECT_EQ(g_uMinute, 5u);
+    EXPECT_EQ(g_stLocalClock.uMinute, 5u);
     g_bStopWatchOn = 0;
     Frame(0);
     Frame(3'000);
     g_bStopWatchOn = 1;
     Frame(0);
     Frame(70);
-    EXPECT_EQ(g_uHour, 0u);
-    EXPECT_EQ(g_uMinute, 0u);
-    EXPECT_EQ(g_uSecond, 7u);
+    EXPECT_EQ(g_stLocalClock.uHour, 0u);
+    EXPECT_EQ(g_stLocalClock.uMinute, 0u);
+    EXPECT_EQ(g_stLocalClock.uSecond, 7u);
 }
 
 TEST_F(UpdateSteps, AfterTheStopwatchTheClockComesBackWithinASecond) {
@@ -290,13 +297,13 @@ TEST_F(UpdateSteps, AfterTheStopwatchTheClockComesBackWithinASecond) {
     Frame(500);
     EXPECT_EQ(headless::LocalTimeReads(), 0u);
     Frame(500);
-    EXPECT_EQ(g_uHour, 9u);
+    EXPECT_EQ(g_stLocalClock.uHour, 9u);
 }
 
 TEST_F(UpdateSteps, DebugTimeRunsEveryFrame) {
     g_uLayoutStyle = 0;
     ClockBoxes({2, 3, 4});
-    g_bDebugTime = true;
+    g_stSettings.bDebugTime = true;
     headless::SetUnixMilliseconds(1'700'000'123'456);
     Frame(1);
     EXPECT_EQ(Clock(), "12:34:56");
@@ -324,7 +331,7 @@ TEST_F(UpdateSteps, SeveralManagersShareACopyOfTheAdapterBlock) {
 TEST_F(UpdateSteps, VideoIsAskedForOnlyWhileABoxExists) {
     static u32 uTransfers;
     uTransfers = 0;
-    g_fnTransferVideoHook = [] { ++uTransfers; };
+    g_stParts.m_fnTransferVideo = [] { ++uTransfers; };
     Frame(1);
     EXPECT_EQ(uTransfers, 0u);
     class CVideoBox : public virtual CControl, public virtual CVideoBox_Base {};
@@ -336,8 +343,8 @@ TEST_F(UpdateSteps, VideoIsAskedForOnlyWhileABoxExists) {
 TEST_F(UpdateSteps, ControlBlockThenShutterThenStatus) {
     static std::string szOrder;
     szOrder.clear();
-    g_fnPollControlBlockHook = [] { szOrder += "c"; };
-    g_fnShutterHook = [] { szOrder += "s"; };
+    g_stParts.m_fnPollControlBlock = [] { szOrder += "c"; };
+    g_stParts.m_fnShutter = [] { szOrder += "s"; };
     Frame(1);
     EXPECT_EQ(szOrder, "cs");
 }
@@ -377,9 +384,9 @@ TEST_F(UpdateSteps, AShutterMoveWithoutImageOrPanelOnlyClearsTheFlag) {
 }
 
 TEST_F(UpdateSteps, NothingIsWatchedByDefault) {
-    for (const stWarningSlot& st : g_aWarningSlots) EXPECT_EQ(st.m_pWatched, nullptr);
+    for (const stWarningSlot& st : g_stWarnings.aSlots) EXPECT_EQ(st.m_pWatched, nullptr);
     Frame(5'000);
-    EXPECT_EQ(g_timerWarning.m_fTotal, 0.0f) << "no banner, no blinking";
+    EXPECT_EQ(g_stTimers.Warning.m_fTotal, 0.0f) << "no banner, no blinking";
 }
 
 TEST_F(UpdateSteps, AWatchedValueSwitchesItsMarkAndTheBannerBlinks) {
@@ -394,8 +401,8 @@ TEST_F(UpdateSteps, AWatchedValueSwitchesItsMarkAndTheBannerBlinks) {
         pBanner->m_fnGetTextColor(&fRed, nullptr, nullptr, nullptr);
         return fRed;
     };
-    g_aWarningSlots[19] = {&uWatched, 0, pMark, g_uLayerFont};
-    g_apWarningBanner[0] = pBanner;
+    g_stWarnings.aSlots[19] = {&uWatched, 0, pMark, g_uLayerFont};
+    g_stWarnings.apBanner[0] = pBanner;
     Frame(1);
     EXPECT_FALSE(IsShown(pMark));
     uWatched = 3;
@@ -409,7 +416,7 @@ TEST_F(UpdateSteps, AWatchedValueSwitchesItsMarkAndTheBannerBlinks) {
     EXPECT_FLOAT_EQ(Red(), 1.0f);
     Frame(1);
     EXPECT_FLOAT_EQ(Red(), 0.0f);
-    g_bWarningTwinkle = false;
+    g_stSettings.bWarningTwinkle = false;
     Frame(1'000);
     EXPECT_FLOAT_EQ(Red(), 0.0f) << "without twinkling the colour stays";
     uWatched = 0;

@@ -1,5 +1,6 @@
 #include "entry/hooking.h"
 #include "frame/frame_driver.h"
+#include "frame/real_swap.h"
 #include "platform/process.h"
 #include "shared/dead_records.h"
 #include "shared_fixture.h"

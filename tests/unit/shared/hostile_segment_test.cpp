@@ -1,7 +1,7 @@
 // Whatever bytes stand in the segment: no operation leaves its block, loops or crashes.
+#include "base/layout_style.h"
 #include "entry/exports.h"
 #include "frame/command_handler.h"
-#include "shared/overlay_state.h"
 #include "shared_fixture.h"
 #include <cstring>
 #include <memory>

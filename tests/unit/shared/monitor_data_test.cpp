@@ -1,5 +1,6 @@
 // From data names to pointers: APP data, the companion's banks, and the report on them.
 #include "entry/exports.h"
+#include "frame/update/app_data.h"
 #include "frame/update/statistics.h"
 #include "shared/monitor_data.h"
 #include "shared/offset_tree.h"

@@ -1,6 +1,6 @@
 // The tree of data names: bytes worked by hand, names written and read back, and bytes that mean harm.
+#include "platform/segment.h"
 #include "shared/offset_tree.h"
-#include "shared/segment.h"
 #include <algorithm>
 #include <cstring>
 #include <gtest/gtest.h>

@@ -1,12 +1,15 @@
 #include "shared_fixture.h"
+#include "base/layout_style.h"
 #include "base/log.h"
 #include "entry/attach.h"
 #include "entry/hooking.h"
 #include "frame/command_handler.h"
-#include "frame/frame_driver.h"
+#include "frame/parts.h"
+#include "frame/real_swap.h"
+#include "frame/update/local_clock.h"
 #include "frame/update/status_items.h"
-#include "frame/update/update.h"
-#include "shared/overlay_state.h"
+#include "frame/update/update_flags.h"
+#include "shared/api_code.h"
 #include <algorithm>
 #include <cstring>
 #include <mutex>
@@ -41,7 +44,7 @@ void ResetOverlay() {
     g_uApiCode = 0;
     g_timerStatus.Reset();
     g_timerShutter.Reset();
-    g_fnReloadCameraHook = nullptr;
+    g_stParts.m_fnReloadCamera = nullptr;
     std::memset(g_bUpdateFPS, 0, sizeof g_bUpdateFPS);
     g_fnSetProfileName(u"Default");
 }

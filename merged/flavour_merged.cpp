@@ -1,5 +1,6 @@
-#include "merged/creation_table_merged.h"
+#include "merged/flavour_merged.h"
 
+#include "batch/flavour_gl.h"
 #include "draw/creation_table.h"
 #include "merged/boxes_merged.h"
 #include "merged/draw_basic_merged.h"

@@ -1,8 +1,4 @@
-#include "frame/own_context.h"
-
-#include "frame/frame_driver.h"
-
-#include <atomic>
+#include "draw/own_context.h"
 
 std::atomic<platform::ContextHandle> g_hGLRC = nullptr;
 

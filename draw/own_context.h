@@ -3,6 +3,11 @@
 // objects. This is the one place that knows whose context is current.
 #include "platform/surface.h"
 
+#include <atomic>
+
+/// The context that the resources were built in; null: none.
+extern std::atomic<platform::ContextHandle> g_hGLRC;
+
 /// Whether names of the overlay's objects may be deleted now. Elsewhere they are forgotten: the context that
 /// made them takes the objects along at its end.
 bool g_fnMayDeleteNames() noexcept;

@@ -1,6 +1,6 @@
 // The only thing in this file is the pair that the loader calls: constructors run in link order, and this one
 // comes last, after those of the library's own objects; destructors run in the opposite order.
-#include "platform/linux/entry.h"
+#include "entry/linux/entry.h"
 
 namespace {
 

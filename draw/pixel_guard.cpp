@@ -1,6 +1,4 @@
-#include "frame/outer_guard_pixels.h"
-
-#include "frame/outer_guard.h"
+#include "draw/pixel_guard.h"
 #include "platform/gl_api.h"
 #include "platform/types.h"
 

@@ -12,6 +12,3 @@ struct stHostCare {
     bool bMergedDraw = false;          ///< the same pictures from few calls
 };
 extern stHostCare g_stHostCare;
-
-/// Reads the section. Called ahead of each build, since the first frame needs the guards already.
-void g_fnReadHostCare();

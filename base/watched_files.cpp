@@ -1,4 +1,4 @@
-#include "config/watched_files.h"
+#include "base/watched_files.h"
 
 #include "platform/file_stamp.h"
 #include "platform/folders.h"

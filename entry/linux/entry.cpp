@@ -1,5 +1,5 @@
 // The library's entry point.
-#include "platform/linux/entry.h"
+#include "entry/linux/entry.h"
 #include "entry/attach.h"
 #include "platform/linux/identity.h"
 #include "platform/linux/thread_sleep.h"

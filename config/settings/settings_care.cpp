@@ -1,10 +1,9 @@
-#include "config/settings/host_care.h"
+#include "config/settings/settings_care.h"
 
+#include "base/host_care.h"
 #include "config/settings/settings.h"
 
 #include <iterator>
-
-stHostCare g_stHostCare;
 
 void g_fnReadHostCare() {
     static constexpr const char16_t* awzKeys[] = {u"OuterGuard", u"StayWithSurface", u"LimiterRecovery",

@@ -1,0 +1,3 @@
+#include "base/host_care.h"
+
+stHostCare g_stHostCare;

@@ -1,0 +1,3 @@
+#include "base/slots.h"
+
+u32 g_uManagerSlot = 0;

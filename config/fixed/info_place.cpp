@@ -1,0 +1,3 @@
+#include "config/fixed/info_place.h"
+
+stInfoPlace g_stInfoPlace;

@@ -1,0 +1,3 @@
+#include "draw/saved_state.h"
+
+stGLSavedState GLSavedState;

@@ -1,0 +1,3 @@
+#include "frame/parts.h"
+
+stParts g_stParts;
