@@ -6,6 +6,7 @@
 #include "companion/top.h"
 #include "companion/utf.h"
 #include "companion/values.h"
+#include "shared/commands.h"
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
@@ -13,10 +14,6 @@
 
 namespace companion {
 namespace {
-
-constexpr u32 kCommandEnable = 0;
-constexpr u32 kCommandPositions = 4;
-constexpr u32 kCommandLast = 9;
 
 struct Context {
     const Options& stOptions;
@@ -71,7 +68,7 @@ Result DoInit(Context& st) {
 
 Result DoEnable(Context& st) {
     const bool bOn = st.stOptions.eVerb == Verb::On;
-    st.stLibrary.fnSendCommand(kCommandEnable, 0, 0, bOn ? 1 : 0);
+    st.stLibrary.fnSendCommand(COMMAND_ENABLE, 0, 0, bOn ? 1 : 0);
     return NeedHolder(st.stLibrary);
 }
 
@@ -117,13 +114,13 @@ Result DoSend(Context& st) {
     WriteSources(st);
     const u32 uAnswer =
         st.stLibrary.fnSendCommand(stOptions.uCommand, stOptions.uPid, uTid, stOptions.iArgument);
-    const bool bDisables = stOptions.uCommand == kCommandEnable && stOptions.iArgument == 0;
+    const bool bDisables = stOptions.uCommand == COMMAND_ENABLE && stOptions.iArgument == 0;
     if (uAnswer == g_uSendCmdFailed && !bDisables) {
         return Result::Fail("the library does not know command " + std::to_string(stOptions.uCommand) +
-                            (stOptions.uCommand <= kCommandLast ? " (not used)" : ""));
+                            (stOptions.uCommand <= g_uCommandLast ? " (not used)" : ""));
     }
-    const bool bWritesNothing =
-        stOptions.uCommand == 1 || (stOptions.uCommand == kCommandPositions && stOptions.iArgument == 0);
+    const bool bWritesNothing = stOptions.uCommand == COMMAND_NOTHING ||
+                                (stOptions.uCommand == COMMAND_POSITIONS && stOptions.iArgument == 0);
     return bWritesNothing ? Result{} : NeedPrograms(st.stLibrary);
 }
 

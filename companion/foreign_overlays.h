@@ -1,15 +1,11 @@
 #pragma once
 // Overlays of others, for which the library waits before it lays its detour.
-#include <cstddef>
 #include <string_view>
 
 namespace companion {
 
 /// True if strFile, the file part of a module's path, is one of them; letters compared without case.
 bool IsForeignOverlay(std::string_view strFile);
-
-/// Number of rows of the table.
-std::size_t ForeignOverlayCount();
 
 /// ASCII letters compared without case.
 bool EqualFolded(std::string_view strA, std::string_view strB);

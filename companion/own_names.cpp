@@ -1,5 +1,7 @@
 #include "companion/own_names.h"
 
+#include "shared/own_names.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -9,19 +11,22 @@ namespace {
 /// These figures are worked out for the built-in layouts only.
 constexpr const char* g_szZero = "stays 0 in a custom layout";
 
+constexpr OwnName Name(eOwnName eName, const char* szRemark = "") { return {g_aszOwnNames[eName], szRemark}; }
+
 constexpr OwnName g_aNames[] = {
-    {"FPS", ""},
-    {"FPS_AVG", g_szZero},
-    {"FPS_MAX", ""},
-    {"FPS_MIN", "keeps its first sample, taken before a second was over"},
-    {"FPS_50P", g_szZero},
-    {"FPS_1P", g_szZero},
-    {"FPS_01P", g_szZero},
-    {"FRAME_TIME", ""},
-    {"FRAME_CNT", "stays 0"},
-    {"PID", ""},
-    {"TID", ""},
+    Name(OWN_FPS),
+    Name(OWN_FPS_AVG, g_szZero),
+    Name(OWN_FPS_MAX),
+    Name(OWN_FPS_MIN, "keeps its first sample, taken before a second was over"),
+    Name(OWN_FPS_50P, g_szZero),
+    Name(OWN_FPS_1P, g_szZero),
+    Name(OWN_FPS_01P, g_szZero),
+    Name(OWN_FRAME_TIME),
+    Name(OWN_FRAME_CNT, "stays 0"),
+    Name(OWN_PID),
+    Name(OWN_TID),
 };
+static_assert(std::size(g_aNames) == OWN_NAMES);
 
 } // namespace
 

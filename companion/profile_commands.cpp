@@ -5,6 +5,7 @@
 #include "companion/reports.h"
 #include "companion/shader_check.h"
 #include "companion/utf.h"
+#include "shared/commands.h"
 #include "shared/dead_records.h"
 #include <algorithm>
 #include <cstdio>
@@ -13,8 +14,6 @@
 namespace companion {
 namespace {
 
-constexpr u32 kCommandRelease = 3;
-constexpr u32 kCommandReleaseAll = 7;
 constexpr const char* kTool = "orvin-profile";
 
 /// The field of a profile's name: cut, terminated, the rest zero.
@@ -147,7 +146,7 @@ void WriteFilter(const ControlLibrary& stLibrary, u32 uPid, u32 uTid, const std:
 
 void ReloadAll(const ControlLibrary& stLibrary) {
     WriteFilter(stLibrary, 0, 0, "");
-    stLibrary.fnSendCommand(kCommandReleaseAll, 0, 0, 0);
+    stLibrary.fnSendCommand(COMMAND_RELEASE_ALL, 0, 0, 0);
 }
 
 Result ReloadProcess(const ControlLibrary& stLibrary, u32 uProcessId) {
@@ -155,7 +154,7 @@ Result ReloadProcess(const ControlLibrary& stLibrary, u32 uProcessId) {
     const auto pSnapshot = Snapshot(stLibrary.pSegment);
     const auto uSlot = FindRecord(pSnapshot->CommandTable, uProcessId);
     if (!uSlot) return Result::NotFound("process " + std::to_string(uProcessId) + " holds no record");
-    stLibrary.fnSendCommand(kCommandRelease, uProcessId, pSnapshot->CommandTable[*uSlot].uThreadId, 0);
+    stLibrary.fnSendCommand(COMMAND_RELEASE, uProcessId, pSnapshot->CommandTable[*uSlot].uThreadId, 0);
     return {};
 }
 

@@ -5,8 +5,19 @@
 #include "base/watched_files.h"
 #include "batch/draw_text.h"
 #include "config/custom/custom_layout.h"
+#include "config/fixed/attribute_value.h"
+#include "config/fixed/enable_map.h"
+#include "config/fixed/group_order.h"
+#include "config/fixed/info_place.h"
+#include "config/fixed/name_maps.h"
+#include "config/fixed/template_records.h"
 #include "config/fixed/variables.h"
+#include "config/profile/profile_cards.h"
 #include "config/profile/profile_document.h"
+#include "config/profile/profile_panel_keys.h"
+#include "config/profile/profile_switches.h"
+#include "config/settings/intervals.h"
+#include "config/settings/sensor_table.h"
 #include "config/settings/settings.h"
 #include "config/settings/settings_sensors.h"
 #include "controls/control_ids.h"
@@ -95,6 +106,46 @@ void g_fnClearConfiguration() {
     g_fnClearFileVariables();
     g_mapBlurDiameters.clear();
     g_bCaptureBackdrop = false;
+}
+
+static void ResetSettings() {
+    g_stSettings = {};
+    g_uCapMode = g_uCapType = 2;
+    g_wzShotFolder[0] = 0;
+    uFPSIntervalMs = 100;
+    uDataIntervalMs = 500;
+    g_fnSetupIntervals();
+}
+
+static void ResetTables() {
+    g_fnClearTemplates();
+    g_fnClearNameMaps();
+    g_fnClearItemEnable();
+    g_stFontScale = {};
+    g_stVariables = {};
+    g_stInfoPlace = {};
+    g_listGroupExtension.clear();
+    g_stDisplay = {};
+    std::fill(std::begin(g_iCardOfDisplay), std::end(g_iCardOfDisplay), 0);
+    g_stSensors = {};
+}
+
+static void ResetProfile() {
+    g_uLayoutStyle = STYLE_CLASSIC;
+    g_iLayoutStyleOverride = -1;
+    g_stPreview = {};
+    g_stLooks = {};
+    g_stInfoBlock = {};
+    g_stProfileSwitches = {};
+    g_uCardNum = 1;
+}
+
+void g_fnResetConfiguration() {
+    g_fnClearConfiguration();
+    g_fnForgetFailedLoad();
+    ResetSettings();
+    ResetTables();
+    ResetProfile();
 }
 
 void g_fnNoteFailedLoad(i64 iStart) noexcept {

@@ -1,4 +1,5 @@
 // From a value to what a number box draws: digits, first indices, size. Nothing here touches a vertex.
+#include "base/numbers.h"
 #include "controls/num_box.h"
 
 #include <algorithm>
@@ -8,13 +9,6 @@
 namespace {
 
 constexpr u32 g_uDecimalsMax = 15;
-
-/// Towards zero; NaN gives 0, what is too large the largest. f is not negative.
-u64 Truncate(f32 f) {
-    constexpr i64 iMax = std::numeric_limits<i64>::max();
-    if (std::isnan(f)) return 0;
-    return static_cast<u64>(f >= static_cast<f32>(iMax) ? iMax : static_cast<i64>(f));
-}
 
 /// Writes decimal digits, units first, until there are none or the room is used up; returns their count.
 u32 PeelDigits(u64 uValue, u8* pDigits, u32 uRoom) {
@@ -55,9 +49,10 @@ void CNumBox_Base::m_fnSetFloat(f32 fValue, u32 uDecimals) {
     m_uDecimals = std::min(uDecimals, g_uDecimalsMax);
     f32 t = m_fValue * (m_bNegative ? -10.0f : 10.0f);
     // KEEP: cut off, not rounded, in single precision; "-0.0" is possible.
-    for (u32 i = m_uDecimals; i > 0; t *= 10) m_au8Digits[--i] = static_cast<u8>(Truncate(t) % 10);
-    m_uIntDigits =
-        PeelDigits(Truncate(std::fabs(m_fValue)), m_au8Digits + m_uDecimals, g_uNumBoxPlaces - m_uDecimals);
+    for (u32 i = m_uDecimals; i > 0; t *= 10)
+        m_au8Digits[--i] = static_cast<u8>(static_cast<u64>(g_fnTruncate<i64>(t)) % 10);
+    m_uIntDigits = PeelDigits(static_cast<u64>(g_fnTruncate<i64>(std::fabs(m_fValue))),
+                              m_au8Digits + m_uDecimals, g_uNumBoxPlaces - m_uDecimals);
     if (m_bPercent) m_fValue /= 100;
     m_fnBuildDrawList();
 }

@@ -7,6 +7,7 @@
 #include "platform/last_error.h"
 #include "platform/process.h"
 #include "platform/shared_block.h"
+#include "shared/commands.h"
 #include "shared/monitor_data.h"
 #include "shared/offset_tree.h"
 #include "shared/process_records.h"
@@ -101,23 +102,24 @@ u32 SetGlobalEnable(i64 iArgument) noexcept {
 // True if the command fills a block that is to be written.
 bool FillBlock(stSharedCommand& stBlock, u32 uCommand, i64 iArgument) noexcept {
     switch (uCommand) {
-    case 3:
+    case COMMAND_RELEASE:
         stBlock.bRelease = 1;
         return true;
-    case 4:
+    case COMMAND_POSITIONS:
         if (iArgument != 0) FillPositions(stBlock, iArgument);
         return iArgument != 0;
-    case 5:
+    case COMMAND_SCREENSHOT:
         stBlock.u8Screenshot = g_fnReadOnce(SharedSegment()->u8MonitorScreenshot);
         return true;
-    case 6:
+    case COMMAND_TIMER:
         stBlock.u8Timer = g_fnReadOnce(SharedSegment()->u8MonitorTimer);
         return true;
-    case 7: // a release for everyone: the filter in the segment stays, the block carries none
+    case COMMAND_RELEASE_ALL: // a release for everyone: the filter in the segment stays, the block carries
+                              // none
         std::memset(&stBlock, 0, sizeof stBlock);
         stBlock.bRelease = 1;
         return true;
-    case 9:
+    case COMMAND_REBUILD:
         stBlock.bRebuildUpdate = 1;
         return true;
     default:
@@ -153,8 +155,8 @@ void EnableQueryFrameTime_GL(u8 bEnable) { SharedSegment()->bEnableQueryFrameTim
 u32 sendCmd_GWDLL_GL(u32 uCommand, u32 uProcessId, u32 uThreadId, i64 iArgument) {
     static stSharedCommand s_stBlock;
     StartBlock(s_stBlock);
-    if (uCommand > 9 || uCommand == 2 || uCommand == 8) return g_uSendCmdFailed;
-    if (uCommand == 0) return SetGlobalEnable(iArgument);
+    if (uCommand > g_uCommandLast || g_fnIsUnusedCommand(uCommand)) return g_uSendCmdFailed;
+    if (uCommand == COMMAND_ENABLE) return SetGlobalEnable(iArgument);
     if (FillBlock(s_stBlock, uCommand, iArgument))
         WriteCommandRecord(uProcessId, uThreadId, 1, s_stBlock, g_uRecordChanged | g_uRecordCommand);
     return 0;

@@ -1,5 +1,6 @@
 #include "entry/hooking.h"
 #include "base/log.h"
+#include "base/numbers.h"
 #include "draw/own_context.h"
 #include "frame/api_claim.h"
 #include "frame/frame_driver.h"
@@ -10,6 +11,7 @@
 #include "platform/process.h"
 #include "platform/shared_block.h"
 #include "platform/swap_gate.h"
+#include "shared/foreign_overlays.h"
 #include "shared/process_records.h"
 #include <new>
 
@@ -72,29 +74,11 @@ const char* const g_aszGlFuncs[] = {
 };
 static_assert(sizeof(g_aszGlFuncs) / sizeof(g_aszGlFuncs[0]) == g_uGlFuncCount);
 
-const char* const g_aszForeignOverlays[] = {
-    "IGO64.dll",
-    "IGO32.dll",
-    "DiscordHook.dll",
-    "DiscordHook64.dll",
-    "GameOverlayRenderer.dll",
-    "GameOverlayRenderer64.dll",
-    "steam_api64.dll",
-    "steam_api.dll",
-    "d3d9_smaa.dll",
-    "DiscordOverlay.dll",
-    "DiscordOverlay64.dll",
-    "NahimicOSD.dll",
-};
-static_assert(sizeof(g_aszForeignOverlays) / sizeof(g_aszForeignOverlays[0]) == g_uForeignOverlayCount);
-
 namespace {
 
 constexpr u32 c_uDelayMilliseconds = 15000;
 constexpr u32 c_uRetryMilliseconds = 50;
 constexpr i32 c_iRetries = 10;
-
-u32 Low32(const void* p) noexcept { return static_cast<u32>(reinterpret_cast<std::uintptr_t>(p)); }
 
 bool IsInPlace(i32 iResult) noexcept { return static_cast<u32>(iResult) < 2; }
 
@@ -142,7 +126,7 @@ void MakeMiniHook() noexcept {
 }
 
 bool IsForeignOverlayLoaded() noexcept {
-    return platform::IsAnyModuleLoaded(g_aszForeignOverlays, g_uForeignOverlayCount);
+    return platform::IsAnyModuleLoaded(g_aszForeignOverlays, std::size(g_aszForeignOverlays));
 }
 
 /// Another overlay puts ours off, so that ours ends up outermost; it does not forbid it. True the first time.
@@ -285,7 +269,14 @@ i32 Uninstall_HookFunc_GetMSGOfGL() noexcept {
     platform::BroadcastMessage(g_fnReadOnce(SharedSegment()->uMsgUnhookThread), uThreadId);
     g_fnLog("[TrelisDebug] Uninstall_HookFunc_GetMSGOfGL: UnhookWindowsHookEx return success, tid = 0x%x, "
             "g_hHookGetMSGOfGL = 0x%x \n",
-            uThreadId, Low32(g_hHookGetMSGOfGL));
+            uThreadId, g_fnLow32(g_hHookGetMSGOfGL));
     g_hHookGetMSGOfGL = nullptr;
     return 0;
+}
+
+void g_fnResetHooking() noexcept {
+    delete g_pMiniHook.exchange(nullptr);
+    g_csHook.Delete();
+    g_hHookGetMSGOfGL = g_hOpenGL = g_pHookTarget = nullptr;
+    g_hThread_DelayHook = g_hThreadToTryHookGLAgain = nullptr;
 }

@@ -31,10 +31,6 @@ extern void* g_pHookTarget;                                           ///< the t
 constexpr u32 g_uGlFuncCount = 44;
 extern const char* const g_aszGlFuncs[];
 extern void* g_apGlFuncs[g_uGlFuncCount];
-/// Modules of other overlays that delay the detour.
-constexpr u32 g_uForeignOverlayCount = 12;
-extern const char* const g_aszForeignOverlays[];
-
 /// Resolves all of g_aszGlFuncs from g_hOpenGL. False if one is missing.
 bool GetAllGlFuncs() noexcept;
 /// 0: detour laid and enabled; 1: was in place; -1: no g_pMiniHook; -3: GetAllGlFuncs failed; -9: engine
@@ -47,3 +43,5 @@ i32 UnHook_openGL(u32 deInitCase) noexcept;
 void UnHook_graph_GL(u32 deInitCase) noexcept;
 /// 0; -1 without a hook handle; -2 if the hook could not be removed.
 i32 Uninstall_HookFunc_GetMSGOfGL() noexcept;
+/// As before the first attach. For tests and simulated processes; no thread of the hooking may live.
+void g_fnResetHooking() noexcept;

@@ -1,6 +1,7 @@
 // A font's life: sizes, buffers, fonts of the rasteriser, calibration.
 #include "font/font_unicode.h"
 
+#include "base/numbers.h"
 #include "platform/pages.h"
 
 #include <algorithm>
@@ -10,12 +11,6 @@
 #include <new>
 
 std::map<std::u16string, i32> g_mapFontScalePercent;
-
-/// Towards zero, held to the range of i32; 0 for NaN.
-static i32 Truncate(f32 f) {
-    if (std::isnan(f)) return 0;
-    return static_cast<i32>(std::clamp(static_cast<f64>(f), -2147483648.0, 2147483647.0));
-}
 
 /// a * b / c, rounded half up; for values that are not negative.
 static i32 MulDiv(i32 a, i32 b, i32 c) {
@@ -152,7 +147,7 @@ bool CFontUniCode::m_fnCreateGdiFont(platform::GlyphFont** ppFont, u32 uSize, co
     platform::GlyphDeviceDpi(m_hDC, &iDpiX, &iDpiY);
     m_fDpiScaleX = static_cast<f32>(iDpiX) / 96.0f;
     m_fDpiScaleY = static_cast<f32>(iDpiY) / 96.0f;
-    const i32 iPoints = Truncate(static_cast<f32>(uSize) / m_fDpiScaleY);
+    const i32 iPoints = g_fnTruncate<i32>(static_cast<f32>(uSize) / m_fDpiScaleY);
     // A font out of a file has its glyphs; it may never draw one.
     const platform::stGlyphFontRequest stRequest = {uSize, MulDiv(iPoints, iDpiY, 72), m_iFontWeight, wzName,
                                                     m_bFromFile};
@@ -209,7 +204,7 @@ void CFontUniCode::m_fnCalibrate() {
         std::memcpy(m_uBlockBox, aiBox, sizeof aiBox);
         const f32 fRatio = static_cast<f32>(aiBox[3]) / fNominal;
         if (static_cast<f32>(aiBox[2]) / fNominal <= 1.0f && fRatio <= 1.0f) break;
-        uSize = static_cast<u32>(Truncate(static_cast<f32>(uSize) / fRatio));
+        uSize = static_cast<u32>(g_fnTruncate<i32>(static_cast<f32>(uSize) / fRatio));
         if (n == 0) m_fCalibRatio = fRatio;
         FreeFont(m_hFontCalib);
     }

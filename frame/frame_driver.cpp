@@ -1,6 +1,7 @@
 #include "frame/frame_driver.h"
 
 #include "base/log.h"
+#include "base/numbers.h"
 #include "base/timer.h"
 #include "config/load.h"
 #include "config/settings/settings_care.h"
@@ -30,8 +31,6 @@
 
 std::atomic<bool> g_bPipelineIdle = true;
 u32 g_uCallCount = 0;
-
-static u32 Low32(const void* p) { return static_cast<u32>(reinterpret_cast<std::uintptr_t>(p)); }
 
 static void TakeCommand(u32 uPid, u32 uTid) {
     u8 bChanged = 0;
@@ -86,8 +85,8 @@ extern "C" i32 GL_wglSwapBuffers(void* hdc) {
 }
 
 extern "C" i32 GL_wglDeleteContext(void* hglrc) {
-    g_fnLog("Delete hglrc: %#x", Low32(hglrc));
-    g_fnLog("Current hglrc: %#x", Low32(platform::CurrentContext()));
+    g_fnLog("Delete hglrc: %#x", g_fnLow32(hglrc));
+    g_fnLog("Current hglrc: %#x", g_fnLow32(platform::CurrentContext()));
     return platform::ImportedDeleteContext(hglrc);
 }
 
@@ -99,7 +98,8 @@ static bool AcceptDeviceContext(platform::SurfaceHandle hdc) {
         g_hDC = hdc;
         return true;
     }
-    g_fnLog("GLGraphics: g_fnTavo_GL_PrewglSwapBuffers() - HDC Changed %#x => %#x", Low32(g_hDC), Low32(hdc));
+    g_fnLog("GLGraphics: g_fnTavo_GL_PrewglSwapBuffers() - HDC Changed %#x => %#x", g_fnLow32(g_hDC),
+            g_fnLow32(hdc));
     // Without resources the release leaves these alone, and another context has to be asked for its version.
     if (bOtherContext && !g_bInitGL) g_fnLeaveOwnContext();
     if (g_hDC) {

@@ -1,6 +1,7 @@
 #include "shared/monitor_data.h"
 
 #include "base/log.h"
+#include "base/numbers.h"
 #include "platform/shared_block.h"
 #include "shared/offset_tree.h"
 #include <cstdio>
@@ -12,9 +13,6 @@ namespace {
 /// Longer names than this are formed by nobody.
 constexpr std::size_t c_uDataFullNameBytes = 512;
 
-/// The log shows the low half of an address.
-u32 Low32(const void* p) noexcept { return static_cast<u32>(reinterpret_cast<std::uintptr_t>(p)); }
-
 // KEEP: the address belongs to this bank, also after a flip; lists built from it show its values until they
 // are built again.
 const u32* InRawData(const char* szName, u32 uBank, u32 uOffset) noexcept {
@@ -25,7 +23,7 @@ const u32* InRawData(const char* szName, u32 uBank, u32 uOffset) noexcept {
     }
     const void* pData = platform::SharedSegment()->RawData[uBank] + uOffset;
     g_fnLog("g_fnGetMonitorDataPtr szDataFullName: %s / pData: %#x - RV5 Data / DataOffset: %d", szName,
-            Low32(pData), static_cast<i32>(uOffset));
+            g_fnLow32(pData), static_cast<i32>(uOffset));
     return static_cast<const u32*>(pData);
 }
 
@@ -42,7 +40,7 @@ const u32* g_fnGetMonitorDataPtr(const char* szDataFullName) noexcept {
     if (!szDataFullName) return nullptr;
     if (const auto it = g_mapAppData.find(szDataFullName); it != g_mapAppData.end()) {
         g_fnLog("g_fnGetMonitorDataPtr szDataFullName: %s / pData: %#x - APP Data", szDataFullName,
-                Low32(it->second.m_pData));
+                g_fnLow32(it->second.m_pData));
         return it->second.m_pData;
     }
     u32 uOffset = 0;

@@ -17,6 +17,7 @@
 #include "controls/pie_chart.h"
 #include "controls/text_box.h"
 #include "draw/canvas.h"
+#include "frame/layout.h"
 #include "frame/resources.h"
 #include "platform/shared_block.h"
 #include "shared/process_records.h"
@@ -97,7 +98,7 @@ BuiltLayout::BuiltLayout() {
     if (!pManager || !pManager->m_fnInitialize() || g_apOSDManager[g_uManagerSlot]) return;
     g_apOSDManager[g_uManagerSlot] = pManager.release();
     g_fnSelectManager();
-    m_bBuilt = g_fnLoadConfiguration();
+    m_bBuilt = g_fnMakeLayout();
 }
 
 BuiltLayout::~BuiltLayout() {

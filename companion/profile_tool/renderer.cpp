@@ -12,6 +12,7 @@
 #include "draw/own_context.h"
 #include "entry/exports.h"
 #include "entry/hooking.h"
+#include "entry/reset_process.h"
 #include "frame/api_claim.h"
 #include "frame/context_state.h"
 #include "frame/frame_driver.h"
@@ -81,14 +82,8 @@ class LogCatcher {
 // --- the simulated program ---------------------------------------------------------------------------------
 
 void StartLibrary() {
+    g_fnResetProcess();
     g_bHooked = true;
-    g_bInitGL = g_bInitGLEW = false;
-    g_iInitFailCount = g_uCallCount = g_uApiCode = 0;
-    g_bPipelineIdle = g_bNeedOnResize = g_bCheckApiMapping = true;
-    g_bOtherApiOwnsProcess = false;
-    g_hDC = g_hGLRC = hFocusWindow = nullptr;
-    g_uCopyTexture = 0;
-    g_stLimiter = stLimiterState();
 }
 
 /// A quarter past eight in the evening, when the simulated time begins.

@@ -1,5 +1,7 @@
 #include "companion/sensors/publisher.h"
 #include "companion/sensors/published.h"
+#include "shared/commands.h"
+#include "shared/own_names.h"
 #include <algorithm>
 #include <cstring>
 #include <iterator>
@@ -7,7 +9,6 @@
 namespace companion::sensors {
 namespace {
 
-constexpr u32 kCommandRebuild = 9;
 constexpr size_t kMostNameBytes = 255;
 constexpr size_t kMostNames = g_uRawDataBytes / sizeof(i32);
 constexpr size_t kNodeBytes = 32; ///< more than a name adds to the tree beside its characters
@@ -29,9 +30,7 @@ ValueMap Publishable(const ValueMap& mapValues) {
 } // namespace
 
 const std::vector<std::string>& OwnNames() {
-    static const std::vector<std::string> listNames{"FPS",       "FPS_AVG", "FPS_MAX", "FPS_MIN",
-                                                    "FPS_50P",   "FPS_1P",  "FPS_01P", "FRAME_TIME",
-                                                    "FRAME_CNT", "PID",     "TID"};
+    static const std::vector<std::string> listNames(std::begin(g_aszOwnNames), std::end(g_aszOwnNames));
     return listNames;
 }
 
@@ -105,7 +104,7 @@ void Publisher::PublishNames() {
     m_bPublished = true;
     const stMonitorFilter stEveryone{};
     m_stTarget.fnSetFilter(&stEveryone);
-    m_stTarget.fnSendCommand(kCommandRebuild, 0, 0, 0);
+    m_stTarget.fnSendCommand(COMMAND_REBUILD, 0, 0, 0);
 }
 
 void Publisher::PublishValues() {

@@ -64,8 +64,3 @@ i32 g_fnCutToWhole(f64 fValue) {
     constexpr f64 fLeast = -2147483648.0, fMost = 2147483647.0;
     return std::isnan(fValue) ? 0 : static_cast<i32>(std::clamp(fValue, fLeast, fMost));
 }
-
-f32 g_fnNarrow(f64 fValue) {
-    constexpr f64 fMost = std::numeric_limits<f32>::max();
-    return std::isnan(fValue) ? 0.0f : static_cast<f32>(std::clamp(fValue, -fMost, fMost));
-}

@@ -35,5 +35,3 @@ f64 g_fnScaleAttribute(const stAttributeValue& st);
 f64 g_fnScaleSize(std::string_view szSize, std::string_view szFactor);
 /// The part before the point; held to 32 bits.
 i32 g_fnCutToWhole(f64 fValue);
-/// The nearest finite f32; 0 for no number.
-f32 g_fnNarrow(f64 fValue);

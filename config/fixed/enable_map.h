@@ -6,14 +6,14 @@
 constexpr u32 g_uInstances = 64;
 
 /// Kinds that are switched one by one.
-enum eItemKind : u32 { ITEM_TEXT, ITEM_NUMBER, ITEM_PANEL };
-constexpr u32 g_uItemKinds = 3;
+enum eEnableKind : u32 { ENABLE_TEXT, ENABLE_NUMBER, ENABLE_PANEL };
+constexpr u32 g_uEnableKinds = 3;
 
 /// Switches one item of one instance. Instances that there are not are left alone.
-void g_fnSetItemEnable(eItemKind uKind, u32 uInstance, u32 uBID, bool bEnable);
+void g_fnSetItemEnable(eEnableKind uKind, u32 uInstance, u32 uBID, bool bEnable);
 /// False also for an item that was never switched.
-bool g_fnIsItemEnabled(eItemKind uKind, u32 uInstance, u32 uBID);
+bool g_fnIsItemEnabled(eEnableKind uKind, u32 uInstance, u32 uBID);
 /// True if the item is on in any instance.
-bool g_fnIsItemEnabledAnywhere(eItemKind uKind, u32 uBID);
+bool g_fnIsItemEnabledAnywhere(eEnableKind uKind, u32 uBID);
 /// Switches everything off.
 void g_fnClearItemEnable();

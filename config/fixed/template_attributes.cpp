@@ -1,5 +1,7 @@
 #include "config/fixed/template_attributes.h"
 
+#include "base/numbers.h"
+
 #include <algorithm>
 #include <cmath>
 

@@ -1,5 +1,6 @@
 #include "config/fixed/template_init.h"
 
+#include "base/numbers.h"
 #include "config/fixed/attribute_value.h"
 #include "controls/control_ids.h"
 #include "draw/canvas.h"

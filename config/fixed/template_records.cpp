@@ -1,5 +1,6 @@
 #include "config/fixed/template_records.h"
 
+#include "base/numbers.h"
 #include "config/fixed/name_maps.h"
 #include "config/fixed/template_attributes.h"
 #include "config/fixed/template_fonts.h"

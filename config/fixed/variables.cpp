@@ -1,5 +1,6 @@
 #include "config/fixed/variables.h"
 
+#include "base/numbers.h"
 #include "config/items/item_reader.h"
 #include "config/settings/setting_binding.h"
 #include "font/font_unicode.h"
@@ -16,13 +17,6 @@ template <class T> T Load(const void* pValue) {
     T value;
     std::memcpy(&value, pValue, sizeof value);
     return value;
-}
-
-/// The part before the point; what no i32 holds becomes the nearest, and no number 0.
-i32 Truncate(f32 fValue) {
-    if (std::isnan(fValue)) return 0;
-    if (fValue >= 2147483648.0f) return 0x7FFFFFFF;
-    return fValue <= -2147483648.0f ? -0x7FFFFFFF - 1 : static_cast<i32>(fValue);
 }
 
 /// Name and value of a "Variable", both as wide as the target type says.
@@ -106,7 +100,7 @@ i32 g_fnReadVariable(std::string_view szName) {
     case TARGET_U32:
         return Load<i32>(p);
     case TARGET_F32:
-        return Truncate(Load<f32>(p));
+        return g_fnTruncate<i32>(Load<f32>(p));
     case TARGET_U64:
         return static_cast<i32>(static_cast<u32>(Load<u64>(p)));
     default:

@@ -1,4 +1,5 @@
 // From the text of a value to the field that holds it.
+#include "base/numbers.h"
 #include "config/settings/setting_binding.h"
 #include "platform/utf.h"
 
@@ -38,11 +39,6 @@ f64 ParseBeyondRange(const char* szBegin, const char* szEnd) {
     return bTiny ? 0.0 : std::numeric_limits<f64>::max();
 }
 
-f32 Narrow(f64 fValue) {
-    constexpr f64 fMost = std::numeric_limits<f32>::max();
-    return fValue == fValue ? static_cast<f32>(std::clamp(fValue, -fMost, fMost)) : 0.0f;
-}
-
 /// The 64-bit slot between text and target.
 u64 ToSlot(u16 uKind, const char* szText) {
     switch (uKind) {
@@ -74,7 +70,7 @@ void StoreNumber(void* pTarget, u8 uType, u64 uSlot) {
         Put(pTarget, static_cast<u32>(uSlot));
         break;
     case TARGET_F32:
-        Put(pTarget, Narrow(std::bit_cast<f64>(uSlot)));
+        Put(pTarget, g_fnNarrow(std::bit_cast<f64>(uSlot)));
         break;
     case TARGET_U64:
         Put(pTarget, uSlot);

@@ -1,11 +1,15 @@
 #include "frame/update/build_update_tables.h"
 
+#include "shared/own_names.h"
+
 namespace tables {
 
 static constexpr const char* c_aCardNames[] = {"GPU_CLK", "GPU_TEMP", "GPU_USAGE"};
 static constexpr const char* c_aCpuNames[] = {"CPU_CLK", "CPU_TEMP", "CPU_USAGE"};
-static constexpr const char* c_aFigureNames[] = {"FPS_AVG", "FPS_MAX", "FPS_MIN",  "FPS_50P",
-                                                 "FPS_1P",  "FPS_01P", "FRAME_CNT"};
+static constexpr const char* c_aFigureNames[] = {g_aszOwnNames[OWN_FPS_AVG],  g_aszOwnNames[OWN_FPS_MAX],
+                                                 g_aszOwnNames[OWN_FPS_MIN],  g_aszOwnNames[OWN_FPS_50P],
+                                                 g_aszOwnNames[OWN_FPS_1P],   g_aszOwnNames[OWN_FPS_01P],
+                                                 g_aszOwnNames[OWN_FRAME_CNT]};
 /// Detail rows of a card, in the order of their ids.
 static constexpr const char* c_aDetailNames[] = {
     "VRAM_CLK",     "VRAM_USAGE_P",  "VRAM_USAGE_MB", "FAN1_DUTY",   "FAN1_RPM",     "FAN2_DUTY",

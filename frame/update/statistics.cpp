@@ -1,6 +1,7 @@
 #include "frame/update/statistics.h"
 
 #include "base/layout_style.h"
+#include "base/numbers.h"
 #include "controls/control_ids.h"
 #include "frame/update/timers.h"
 #include "frame/update/update_flags.h"
@@ -31,14 +32,6 @@ stShownFigures g_stShownFigures;
 /// The copy that is sorted; static, so that closing a period allocates nothing.
 static u32 g_auSortedSamples[g_uFrameSampleMax];
 
-/// Towards zero; what no 64-bit integer holds becomes its nearest one.
-static i64 Truncate(f32 fValue) noexcept {
-    if (std::isnan(fValue)) return 0;
-    if (fValue >= 9223372036854775808.0f) return INT64_MAX;
-    if (fValue < -9223372036854775808.0f) return INT64_MIN;
-    return static_cast<i64>(fValue);
-}
-
 static bool AnyNumBox(std::initializer_list<u32> listBID) noexcept {
     return std::any_of(listBID.begin(), listBID.end(),
                        [](u32 uBID) { return g_fnFindCtrl(0, uBID, g_stNumBoxIds, g_ppNumBox) != nullptr; });
@@ -65,7 +58,7 @@ static u32 MedianSample() {
 
 static void StoreSample(f32 fSeconds) {
     if (g_uFrameSampleCount >= g_uFrameSampleMax) return;
-    g_pFrameSamples[g_uFrameSampleCount++] = static_cast<u32>(Truncate(fSeconds * 100000.0f));
+    g_pFrameSamples[g_uFrameSampleCount++] = static_cast<u32>(g_fnTruncate<i64>(fSeconds * 100000.0f));
 }
 
 void g_fnSampleFrameTime(f32 fSeconds) noexcept {
@@ -120,13 +113,14 @@ static void UpdatePercentiles() {
 static void AdvanceRing(f32 fElapsed) {
     uFrameRingIndex = (uFrameRingIndex + 1) % uFPSRingSize;
     uFrameRing[uFrameRingIndex] = 0;
-    fFPSCarry = fElapsed - static_cast<f32>(Truncate(fElapsed / fFPSInterval)) * fFPSInterval;
+    fFPSCarry = fElapsed - static_cast<f32>(g_fnTruncate<i64>(fElapsed / fFPSInterval)) * fFPSInterval;
 }
 
 static u32 FramesPerSecond() {
     u32 uSum = 0;
     for (u32 u = 0; u < uFPSRingSize; ++u) uSum += uFrameRing[u];
-    return static_cast<u32>(Truncate(1000.0f / static_cast<f32>(uFPSWindowMs) * static_cast<f32>(uSum)));
+    return static_cast<u32>(
+        g_fnTruncate<i64>(1000.0f / static_cast<f32>(uFPSWindowMs) * static_cast<f32>(uSum)));
 }
 
 void g_fnSampleFPS() noexcept {
@@ -144,4 +138,18 @@ void g_fnSampleFPS() noexcept {
     g_stTimers.FPS.Restart();
     uFrameRing[uFrameRingIndex] = 1;
     UpdatePercentiles();
+}
+
+void g_fnResetFigures() noexcept {
+    g_uFPS = g_uFPS_Avg = g_uFPS_Max = g_uFPS_50P = g_uFPS_1P = g_uFPS_01P = 0;
+    g_uFPS_Min = 0x7FFFFFFF;
+    g_iFrameTime = 0;
+    g_uFrameCnt = 0;
+    g_fFrameTimeMs = fFPSCarry = 0.0f;
+    bQueryFrameTime = false;
+    g_uFrameSampleCount = 0;
+    std::memset(uFrameRing, 0, sizeof uFrameRing);
+    uFrameRingIndex = 0;
+    g_stFPSSamples = {};
+    g_stShownFigures = {};
 }

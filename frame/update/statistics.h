@@ -62,3 +62,5 @@ void g_fnSampleFrameTime(f32 fSeconds) noexcept;
 /// Counts this update's frame. When the slot's interval is over: a new g_uFPS with all that follows from it,
 /// and g_bUpdateFPS raised for all manager slots.
 void g_fnSampleFPS() noexcept;
+/// All figures as in a process that has drawn no frame. For tests and simulated processes.
+void g_fnResetFigures() noexcept;

@@ -7,6 +7,7 @@
 #include "draw/canvas.h"
 #include "draw/own_context.h"
 #include "entry/hooking.h"
+#include "entry/reset_process.h"
 #include "frame/api_claim.h"
 #include "frame/context_state.h"
 #include "frame/frame_driver.h"
@@ -33,31 +34,13 @@
 namespace headless = platform::headless;
 namespace fs = std::filesystem;
 
-static void ResetLibrary() {
-    g_bHooked = false;
-    g_pTrampoline = nullptr;
-    g_bInitGL = g_bInitGLEW = false;
-    g_iInitFailCount = g_uCallCount = g_uApiCode = 0;
-    g_bPipelineIdle = g_bNeedOnResize = g_bCheckApiMapping = true;
-    g_bOtherApiOwnsProcess = bQueryFrameTime = false;
-    g_hDC = g_hGLRC = hFocusWindow = nullptr;
-    g_uCopyTexture = 0;
-    g_bShotPending = 0;
-    g_uCapMode = 2;
-    g_stParts.m_fnSaveScreenshot = nullptr;
-    EnableFPSLimiter = 0;
-    g_stLimiter = stLimiterState();
-    g_fnForgetFailedLoad();
-    g_stHostCare = {};
-}
-
 /// Where the virtual clock stood after the test before: timers of the process must never see it go back.
 static i64 g_iClock = 1'000'000'000;
 
 void FrameFixture::SetUp() {
     headless::ResetAll();
     headless::SetClock(g_iClock);
-    ResetLibrary();
+    g_fnResetProcess();
     m_strFolder = (fs::temp_directory_path() / ("orvin-gl-tests-" + std::to_string(getpid()))).string();
     UseShaders(true);
     RegisterProcess(4242, 4343);
@@ -69,8 +52,7 @@ void FrameFixture::TearDown() {
     if (m_context.Context()) m_context.MakeCurrent();
     g_fnTavo_GL_Release();
     m_context.Destroy();
-    g_fnCloseApiMapping();
-    ResetLibrary();
+    g_fnResetProcess();
     headless::ResetAll();
     fs::remove_all(m_strFolder);
 }

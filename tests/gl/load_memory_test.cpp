@@ -1,4 +1,5 @@
 // What loads keep of the heap, counted without a graphics driver, which would keep some of its own.
+#include "frame/layout.h"
 #include "platform/headless/test_controls.h"
 #include "platform/segment.h"
 #include "platform/shared_block.h"
@@ -27,7 +28,7 @@ class LoadMemory : public CustomTest {
     /// One load and the release of all it made; false if the load failed.
     bool LoadAndRelease() {
         Forget();
-        const bool bLoaded = g_fnLoadConfiguration();
+        const bool bLoaded = g_fnMakeLayout();
         g_fnClearUpdateLists();
         StartOver();
         return bLoaded;

@@ -188,12 +188,6 @@ TEST_F(PublisherTest, NamesThatCannotBeFoundAreNotPublished) {
     EXPECT_EQ(ReadBack(), (ValueMap{{std::string(255, 'x'), 7}}));
 }
 
-TEST_F(PublisherTest, OwnNamesAreTheOverlaysTable) {
-    std::vector<std::string> listRows;
-    for (const stAppDataRow& st : g_astAppDataRows) listRows.emplace_back(st.m_szName);
-    EXPECT_EQ(OwnNames(), listRows);
-}
-
 TEST_F(PublisherTest, TheFilterOfAnEarlierCommandDoesNotStopTheNews) {
     RegisterProcess(41, 42);
     stMonitorFilter stFilter{};

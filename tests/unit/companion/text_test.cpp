@@ -86,13 +86,6 @@ TEST(CompanionTable, ShortAndLongRowsAndHostileCells) {
     EXPECT_EQ(FormatTable({{"A"}}, {}), "A\n");
 }
 
-TEST(CompanionOverlays, TableEqualsTheLibrarys) {
-    for (u32 i = 0; i < g_uForeignOverlayCount; ++i) {
-        EXPECT_TRUE(IsForeignOverlay(g_aszForeignOverlays[i])) << g_aszForeignOverlays[i];
-    }
-    EXPECT_EQ(ForeignOverlayCount(), g_uForeignOverlayCount);
-}
-
 TEST(CompanionOverlays, ComparesWithoutCase) {
     EXPECT_TRUE(IsForeignOverlay("STEAM_API64.DLL"));
     EXPECT_FALSE(IsForeignOverlay("steam_api64.dll.bak"));

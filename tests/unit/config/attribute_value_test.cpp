@@ -1,3 +1,4 @@
+#include "base/numbers.h"
 #include "config/fixed/attribute_value.h"
 
 #include "config/fixed/variables.h"

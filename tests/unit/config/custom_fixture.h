@@ -9,6 +9,7 @@
 #include "controls/link_controls.h"
 #include "controls/pie_chart.h"
 #include "draw/draw_keys.h"
+#include "frame/update/update_records.h"
 #include "shared/process_records.h"
 #include "tests/support/test_data_folder.h"
 #include "tests/unit/controls/text_fixture.h"

@@ -8,6 +8,9 @@
 #include "config/settings/settings.h"
 #include "config/settings/settings_sensors.h"
 #include "draw/backdrop.h"
+#include "frame/layout.h"
+#include "frame/update/update.h"
+#include "frame/update/update_records.h"
 #include "platform/clock.h"
 #include "platform/headless/test_controls.h"
 #include "platform/segment.h"
@@ -55,7 +58,7 @@ class Load : public CustomTest {
 
 TEST_F(Load, AProfileFolderDecidesWhatThereIs) {
     Profile(Text("t") + Number("n", "FPS") + Item("Panel", "p"));
-    ASSERT_TRUE(g_fnLoadConfiguration());
+    ASSERT_TRUE(g_fnMakeLayout());
     EXPECT_EQ(std::u16string(g_wzProfileName), u"Mine");
     EXPECT_EQ(g_uLayoutStyle, 2u);
     ASSERT_NE(TextBox("t"), nullptr);

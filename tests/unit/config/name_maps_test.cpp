@@ -98,36 +98,37 @@ TEST_F(NameMaps, CaptionsLeadToTitles) {
 // --- items switched on and off -----------------------------------------------------------------------------
 
 TEST_F(NameMaps, AnItemNeverSwitchedIsOff) {
-    EXPECT_FALSE(g_fnIsItemEnabled(ITEM_TEXT, 0, 0));
-    EXPECT_FALSE(g_fnIsItemEnabledAnywhere(ITEM_TEXT, 0));
+    EXPECT_FALSE(g_fnIsItemEnabled(ENABLE_TEXT, 0, 0));
+    EXPECT_FALSE(g_fnIsItemEnabledAnywhere(ENABLE_TEXT, 0));
 }
 
 TEST_F(NameMaps, ItemsAreSwitchedByKindAndInstance) {
-    g_fnSetItemEnable(ITEM_NUMBER, 5, 1084, true);
-    EXPECT_TRUE(g_fnIsItemEnabled(ITEM_NUMBER, 5, 1084));
-    EXPECT_FALSE(g_fnIsItemEnabled(ITEM_NUMBER, 4, 1084));
-    EXPECT_FALSE(g_fnIsItemEnabled(ITEM_NUMBER, 5, 1085));
-    EXPECT_FALSE(g_fnIsItemEnabled(ITEM_TEXT, 5, 1084));
-    EXPECT_FALSE(g_fnIsItemEnabled(ITEM_PANEL, 5, 1084));
-    EXPECT_TRUE(g_fnIsItemEnabledAnywhere(ITEM_NUMBER, 1084));
-    g_fnSetItemEnable(ITEM_NUMBER, 5, 1084, false);
-    EXPECT_FALSE(g_fnIsItemEnabled(ITEM_NUMBER, 5, 1084));
-    EXPECT_FALSE(g_fnIsItemEnabledAnywhere(ITEM_NUMBER, 1084));
+    g_fnSetItemEnable(ENABLE_NUMBER, 5, 1084, true);
+    EXPECT_TRUE(g_fnIsItemEnabled(ENABLE_NUMBER, 5, 1084));
+    EXPECT_FALSE(g_fnIsItemEnabled(ENABLE_NUMBER, 4, 1084));
+    EXPECT_FALSE(g_fnIsItemEnabled(ENABLE_NUMBER, 5, 1085));
+    EXPECT_FALSE(g_fnIsItemEnabled(ENABLE_TEXT, 5, 1084));
+    EXPECT_FALSE(g_fnIsItemEnabled(ENABLE_PANEL, 5, 1084));
+    EXPECT_TRUE(g_fnIsItemEnabledAnywhere(ENABLE_NUMBER, 1084));
+    g_fnSetItemEnable(ENABLE_NUMBER, 5, 1084, false);
+    EXPECT_FALSE(g_fnIsItemEnabled(ENABLE_NUMBER, 5, 1084));
+    EXPECT_FALSE(g_fnIsItemEnabledAnywhere(ENABLE_NUMBER, 1084));
 }
 
 TEST_F(NameMaps, InstancesRunFrom0To63) {
-    g_fnSetItemEnable(ITEM_PANEL, 63, 1, true);
-    g_fnSetItemEnable(ITEM_PANEL, 64, 1, true);
-    g_fnSetItemEnable(ITEM_PANEL, 0xFFFFFFFF, 1, true);
-    EXPECT_TRUE(g_fnIsItemEnabled(ITEM_PANEL, 63, 1));
-    EXPECT_FALSE(g_fnIsItemEnabled(ITEM_PANEL, 64, 1));
-    EXPECT_FALSE(g_fnIsItemEnabled(ITEM_PANEL, 0xFFFFFFFF, 1));
+    g_fnSetItemEnable(ENABLE_PANEL, 63, 1, true);
+    g_fnSetItemEnable(ENABLE_PANEL, 64, 1, true);
+    g_fnSetItemEnable(ENABLE_PANEL, 0xFFFFFFFF, 1, true);
+    EXPECT_TRUE(g_fnIsItemEnabled(ENABLE_PANEL, 63, 1));
+    EXPECT_FALSE(g_fnIsItemEnabled(ENABLE_PANEL, 64, 1));
+    EXPECT_FALSE(g_fnIsItemEnabled(ENABLE_PANEL, 0xFFFFFFFF, 1));
 }
 
 TEST_F(NameMaps, ClearingSwitchesAllOff) {
-    for (const eItemKind uKind : {ITEM_TEXT, ITEM_NUMBER, ITEM_PANEL}) g_fnSetItemEnable(uKind, 1, 2, true);
+    for (const eEnableKind uKind : {ENABLE_TEXT, ENABLE_NUMBER, ENABLE_PANEL})
+        g_fnSetItemEnable(uKind, 1, 2, true);
     g_fnClearItemEnable();
-    for (const eItemKind uKind : {ITEM_TEXT, ITEM_NUMBER, ITEM_PANEL})
+    for (const eEnableKind uKind : {ENABLE_TEXT, ENABLE_NUMBER, ENABLE_PANEL})
         EXPECT_FALSE(g_fnIsItemEnabled(uKind, 1, 2));
 }
 

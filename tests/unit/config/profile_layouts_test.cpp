@@ -4,6 +4,7 @@
 #include "config/settings/settings.h"
 #include "draw/backdrop.h"
 #include "draw/canvas.h"
+#include "frame/layout.h"
 #include "frame/update/update_records.h"
 #include "platform/headless/test_controls.h"
 #include "platform/segment.h"
@@ -45,7 +46,7 @@ class ProfileLayouts : public CustomTest {
     }
     static bool Build(const std::string& strProfile) {
         std::copy_n(strProfile.c_str(), strProfile.size() + 1, platform::SharedSegment()->wzGlobalProfile);
-        return g_fnLoadConfiguration();
+        return g_fnMakeLayout();
     }
     std::set<std::string> All() const {
         std::set<std::string> setNames;

@@ -1,7 +1,7 @@
 #include "entry/console.h"
 #include "entry/exclusion_table.h"
 #include "entry/exports.h"
-#include "shared_fixture.h"
+#include "tests/support/headless/shared_fixture.h"
 #include <cstring>
 #include <memory>
 #include <sstream>

@@ -7,7 +7,8 @@
 #include "frame/real_swap.h"
 #include "platform/last_error.h"
 #include "platform/process.h"
-#include "shared_fixture.h"
+#include "shared/foreign_overlays.h"
+#include "tests/support/headless/shared_fixture.h"
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -154,7 +155,7 @@ TEST_F(Hooking, ForeignOverlayDelaysTheDetourByFifteenSeconds) {
 }
 
 TEST_F(Hooking, EveryForeignOverlayDelays) {
-    for (u32 u = 0; u < g_uForeignOverlayCount; ++u) {
+    for (u32 u = 0; u < std::size(g_aszForeignOverlays); ++u) {
         ClearLoadedModules();
         AddLoadedModule(g_aszForeignOverlays[u]);
         g_hThread_DelayHook = nullptr;

@@ -7,7 +7,7 @@
 #include "frame/update/status_items.h"
 #include "frame/update/update_flags.h"
 #include "shared/api_code.h"
-#include "shared_fixture.h"
+#include "tests/support/headless/shared_fixture.h"
 #include <cstring>
 
 namespace {

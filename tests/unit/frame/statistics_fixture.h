@@ -32,22 +32,9 @@ class Statistics : public ::testing::Test {
     }
 
     static void ResetFigures() {
-        g_uFPS = g_uFPS_Avg = g_uFPS_Max = g_uFPS_50P = g_uFPS_1P = g_uFPS_01P = 0;
-        g_uFPS_Min = 0x7FFFFFFF;
-        g_iFrameTime = 0;
-        g_fFrameTimeMs = 0.0f;
-        g_uFrameSampleCount = 0;
-        g_stFPSSamples.listSorted = {};
-        g_stFPSSamples.uMeanCount = 0;
-        g_stFPSSamples.u64MeanRemainder = 0;
-        std::memset(uFrameRing, 0, sizeof uFrameRing);
-        fFPSCarry = 0.0f;
-        bQueryFrameTime = false;
+        g_fnResetFigures();
         uDataIntervalMs = 500;
-        g_uLayoutStyle = 0;
-        g_stShownFigures.m_fnFrameTime = g_fnFrameTimeShownByStyle;
-        g_stShownFigures.m_fnPercentiles = g_fnPercentilesShownByStyle;
-        g_stShownFigures.m_fnCustomFrameTime = nullptr;
+        g_uLayoutStyle = STYLE_CLASSIC;
         std::memset(g_bUpdateFPS, 0, sizeof g_bUpdateFPS);
         std::memset(g_bUpdateFrameTime, 0, sizeof g_bUpdateFrameTime);
     }

@@ -12,6 +12,7 @@
 #include "controls/align_row.h"
 #include "draw/canvas.h"
 #include "entry/exports.h"
+#include "frame/reset.h"
 #include "frame/update/local_clock.h"
 #include "frame/update/status_items.h"
 #include "frame/update/timers.h"
@@ -39,11 +40,7 @@ class UpdateTest : public TextTest {
         Clean();
         fFPSInterval = 0.1f;
         fDataInterval = 0.5f;
-        for (CTimer* p : {&g_stTimers.Frame, &g_stTimers.FPS, &g_stTimers.FrameTime, &g_stTimers.Data,
-                          &g_stTimers.Animation, &g_stTimers.Warning, &g_stTimers.StopWatch,
-                          &g_stTimers.Clock, &g_stTimers.Update, &g_timerStatus})
-            p->Restart();
-        std::memset(g_abStatusDue, 0, sizeof g_abStatusDue);
+        g_fnRestartTimers();
     }
     void TearDown() override {
         // The stopwatch's last state outlives a test: bring it back.
@@ -55,22 +52,14 @@ class UpdateTest : public TextTest {
         platform::headless::ResetAll();
     }
     static void Clean() {
-        g_fnClearUpdateLists();
+        g_fnResetFrame();
         g_fnClearItems();
-        boxes::g_stDirect = {};
-        g_fnUpdateFPS = nullptr;
-        g_stDisplay.mapFormat.clear();
-        g_stDisplay.listSensorRows.clear();
-        g_stDisplay.uCards = g_stDisplay.uCpus = 1;
+        g_stDisplay = {};
         std::fill(std::begin(g_iCardOfDisplay), std::end(g_iCardOfDisplay), 0);
-        g_stSettings.bDebugMode = g_stSettings.bDebugTime = g_stSettings.bClock12H = false;
+        g_stSettings = {};
         g_fGlyphGapUnit = 1.0f;
-        g_uFPS = 0;
-        g_fFrameTimeMs = 0.0f;
         g_uWidth = 1280;
         g_uHeight = 720;
-        for (u8* pFlags : {g_bUpdateFPS, g_bUpdateTime, g_bUpdateData, g_bUpdateFrameTime})
-            std::memset(pFlags, 0, 20);
     }
 
     /// Ten units a character at text size 20.

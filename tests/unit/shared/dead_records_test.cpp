@@ -3,7 +3,7 @@
 #include "frame/real_swap.h"
 #include "platform/process.h"
 #include "shared/dead_records.h"
-#include "shared_fixture.h"
+#include "tests/support/headless/shared_fixture.h"
 
 class DeadRecords : public SharedTest {
   protected:

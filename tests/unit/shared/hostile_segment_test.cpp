@@ -2,7 +2,7 @@
 #include "base/layout_style.h"
 #include "entry/exports.h"
 #include "frame/command_handler.h"
-#include "shared_fixture.h"
+#include "tests/support/headless/shared_fixture.h"
 #include <cstring>
 #include <memory>
 #include <random>

@@ -1,5 +1,5 @@
 #include "entry/exports.h"
-#include "shared_fixture.h"
+#include "tests/support/headless/shared_fixture.h"
 #include <cstring>
 #include <memory>
 

@@ -1,4 +1,4 @@
-#include "shared_fixture.h"
+#include "tests/support/headless/shared_fixture.h"
 #include <cstring>
 
 namespace {

@@ -1,8 +1,9 @@
-#include "shared_fixture.h"
+#include "tests/support/headless/shared_fixture.h"
 #include "base/layout_style.h"
 #include "base/log.h"
 #include "entry/attach.h"
 #include "entry/hooking.h"
+#include "entry/reset_process.h"
 #include "frame/command_handler.h"
 #include "frame/parts.h"
 #include "frame/real_swap.h"
@@ -24,38 +25,13 @@ void Collect(const char* szLine) {
     s_vecLines.emplace_back(szLine);
 }
 
-void ResetHooking() {
-    platform::headless::JoinThreads();
-    delete g_pMiniHook.exchange(nullptr);
-    g_csHook.Delete();
-    g_hHookGetMSGOfGL = g_hOpenGL = pOrg_GL_wglSwapBuffers = g_pHookTarget = g_pTrampoline = nullptr;
-    g_hThread_DelayHook = g_hThreadToTryHookGLAgain = nullptr;
-    g_bHooked = g_bProcessExcluded = false;
-    g_szProcessPath[0] = 0;
-}
-
-void ResetOverlay() {
-    g_uLayoutStyle = 0;
-    std::memset(g_abStatusDue, 0, sizeof g_abStatusDue);
-    std::memset(g_auStatus, 0, sizeof g_auStatus);
-    g_bStopWatchOn = g_bStopWatchShown = 0;
-    g_bShotPending = 0;
-    g_bShutter = false;
-    g_uApiCode = 0;
-    g_timerStatus.Reset();
-    g_timerShutter.Reset();
-    g_stParts.m_fnReloadCamera = nullptr;
-    std::memset(g_bUpdateFPS, 0, sizeof g_bUpdateFPS);
-    g_fnSetProfileName(u"Default");
-}
-
 } // namespace
 
 void SharedTest::ResetLibrary() {
-    ResetHooking();
+    platform::headless::JoinThreads();
+    g_fnResetProcess();
     g_fnTakeOwedRecord(c_uPid, c_uTid); // one that a test left owed goes with the segment
     platform::headless::ResetAll();
-    ResetOverlay();
     s_vecLines.clear();
     g_fnLogSink = Collect;
 }

@@ -1,4 +1,5 @@
 // The fonts of a layout, from cache files and without.
+// They stand with the fonts that they fill.
 #include "character_sets_test.h"
 #include "font_file_test.h"
 
