@@ -9,9 +9,9 @@
 #include "config/make/profile_fonts.h"
 #include "draw/creation_table.h"
 #include "shared/process_records.h"
+#include "test_font.h"
 #include "tests/support/test_data_folder.h"
 #include "tests/unit/controls/manager_fixture.h"
-#include "test_font.h"
 
 #include <filesystem>
 
