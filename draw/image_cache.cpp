@@ -1,8 +1,8 @@
 #include "draw/image_cache.h"
 
+#include "base/log.h"
 #include "draw/data_path.h"
 #include "draw/image_file.h"
-#include "base/log.h"
 #include "platform/folders.h"
 #include "platform/image_decoder.h"
 #include "platform/image_signature.h"

@@ -1,7 +1,7 @@
 #include "draw/image_file.h"
 
-#include "draw/image_frames.h"
 #include "base/log.h"
+#include "draw/image_frames.h"
 #include "platform/image_signature.h"
 
 #include <cstring>

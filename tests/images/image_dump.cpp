@@ -1,8 +1,8 @@
 // Loads pictures as the overlay does, over the real back-end, and writes down what came out: a line a
 // picture, and the bytes of all its frames in a file beside it. Usage: image_dump FOLDER NAME..., names in
 // FOLDER.
-#include "draw/texture.h"
 #include "base/log.h"
+#include "draw/texture.h"
 
 #include <cstdio>
 #include <string>
