@@ -11,21 +11,22 @@ out vec4 colour;
 const int spacing = _CIRCLE_BLUR_DIAMETER_ > 8 ? (_CIRCLE_BLUR_DIAMETER_ + 7) / 8 : 1;
 const int reach = _CIRCLE_BLUR_DIAMETER_ / (2 * spacing);
 
-// The copy of the frame has the window's size and its rows from the bottom up, as gl_FragCoord has.
-// Points outside are held at the middle of the outermost pixels, so that no border colour comes in.
-vec3 backdrop(vec2 pixel, vec2 size) {
-    return texture(tex, clamp(pixel, vec2(0.5), size - 0.5) / size).rgb;
+// The copy of the frame has the window's size and its rows from the bottom up, as gl_FragCoord has, so each
+// sample is one pixel of it and needs no filter. Points outside are held at the outermost pixels.
+vec3 backdrop(ivec2 pixel, ivec2 last) {
+    return texelFetch(tex, clamp(pixel, ivec2(0), last), 0).rgb;
 }
 
 void main() {
-    vec2 size = vec2(textureSize(tex, 0));
+    ivec2 last = textureSize(tex, 0) - 1;
+    ivec2 middle = ivec2(gl_FragCoord.xy);
     vec3 sum = vec3(0.0);
     float count = 0.0;
     for (int i = -reach; i <= reach; ++i) {
         for (int j = -reach; j <= reach; ++j) {
             // Inside the disc: distance at most half the diameter.
             if (4 * spacing * spacing * (i * i + j * j) <= _CIRCLE_BLUR_DIAMETER_ * _CIRCLE_BLUR_DIAMETER_) {
-                sum += backdrop(gl_FragCoord.xy + vec2(i * spacing, j * spacing), size);
+                sum += backdrop(middle + ivec2(i, j) * spacing, last);
                 count += 1.0;
             }
         }
