@@ -17,6 +17,8 @@ import tempfile
 import threading
 import time
 
+import layouts
+
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 DATA = pathlib.PurePosixPath("ZARN/Orvin Deck/ORVIN-OSD/Data")
 FROM, TO = 300, 1300
@@ -27,12 +29,14 @@ MODES = {"bare": (False, "Empty", True), "off": (True, "Panels20", False), "Empt
          "Bench": (True, "Bench", True), "Panels20": (True, "Panels20", True),
          "Frosted20": (True, "Frosted20", True), "Boxes8": (True, "Boxes8", True),
         "Boxes37": (True, "Boxes37", True), "Boxes80": (True, "Boxes80", True)}
+MADE = [*layouts.WITH_GRAPH, *layouts.GLASS, "Items4096"]
+MODES |= {name: (True, name, True) for name in MADE}
 SHIPPED = sorted(path.name for path in (ROOT / "data/Profiles").iterdir())
 MODES |= {name: (True, name, True) for name in SHIPPED}
 # What number boxes show, published once; eight of these names recur in the layouts with boxes.
 PUBLISHED = {"GPU_CLK#0": 1755, "GPU_TEMP#0": 71, "CPU_USAGE#0": 38, "GPU_USAGE#0": 97, "CPU_CLK#0": 4650}
 RAW_DATA, RAW_BANK = 0xBFA0, 16384  # in the shared segment: two banks of values
-DRIVERS = {"null": {}, "noop": {"GALLIUM_NOOP": "1"}, "llvmpipe": {"LP_NUM_THREADS": "0"}}
+DRIVERS = {"null": {}, "noop": {"GALLIUM_NOOP": "1", "GALLIUM_THREAD": "0"}, "llvmpipe": {"LP_NUM_THREADS": "0"}}
 
 
 def read_pairs(text):
@@ -70,6 +74,7 @@ class Bench:
         data.mkdir(parents=True)
         for source, folder in (("data", data), ("shaders", data), ("tests/profiles", data / "Profiles")):
             shutil.copytree(ROOT / source, folder, dirs_exist_ok=True)
+        layouts.write(data / "Profiles")
         if self.care is not True:
             (data / "OSD.ini").unlink()
         if self.care and self.care is not True:
@@ -214,9 +219,9 @@ class Bench:
             totals.append(int(total[3]))
         return (totals[1] - totals[0]) / (TO - FROM)
 
-    def time_once(self, mode, driver, frames):
+    def time_once(self, mode, driver, frames, first=200):
         """Processor and wall time of a frame and the first swap, in microseconds, on the real clock."""
-        said, _ = self.run([self.host, "--frames", str(frames), "--measure-from", "200", "--size", "1280x720"],
+        said, _ = self.run([self.host, "--frames", str(frames), "--measure-from", str(first), "--size", "1280x720"],
                            self.variables(mode, driver, probe=False))
         got = read_pairs(said)
         measured = int(got["measured_frames"])
