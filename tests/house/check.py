@@ -15,6 +15,11 @@ OS_USE = re.compile(r"^\s*#\s*include\s*<(windows|winsock|X11/|GL/glx|EGL/|sys/|
 SPEECH = re.compile(r"\bParts? [1-7]\.[0-9]+\b|\bspec\.md\b|\bthe spec(ification)?\b|\bSubsystem [1-7]\b")
 UNFINISHED = re.compile(r"\b(TO" r"DO|FIX" r"ME|HA" r"CK|not imple" r"mented)\b")
 MACHINE = re.compile(r"/work/(main|shared)|/root/|/tmp/b-|/tmp/st-")
+# What a CMake file calls otherwise than third_party/README.md; the system's own parts stand under the package with their headers.
+LINKED_NAMES = {"GTest": "libgtest-dev", "nlohmann_json": "nlohmann-json", "PNG": "libpng", "png16": "libpng", "z": "zlib",
+                "JPEG": "libjpeg-turbo", "jpeg": "libjpeg-turbo", "TIFF": "libtiff", "tiff": "libtiff", "GIF": "giflib",
+                "gif": "giflib", "deflate": "libdeflate", "brotlidec": "brotli", "brotlicommon": "brotli", "OpenGL": "libgl-dev", "X11": "libx11-dev",
+                "Threads": "gcc runtime", "Python3": "python3"}
 LARGEST_KNOT = 9
 LONGEST_FUNCTION, MEDIAN_FUNCTION, LONGEST_FILE = 100, 12, 1000
 
@@ -187,6 +192,33 @@ def no_machine_paths():
     return list(lines_matching(MACHINE, texts()))
 
 
+def third_party_is_documented():
+    """third_party/README.md has a row for each package of packages.txt, each source of sources.lock with its version,
+    and each library that a CMake file looks for."""
+    folder = ROOT / "third_party"
+    rows = {}
+    for row in (folder / "README.md").read_text().splitlines():
+        cells = [c.strip(" `") for c in row.strip("|").split("|")]
+        if len(cells) > 3:
+            rows.setdefault(cells[0].lower(), []).append(cells[1])
+    broken = []
+    for name in (line for line in (folder / "packages.txt").read_text().split("\n") if line and not line.startswith("#")):
+        if name not in rows:
+            broken.append(f"packages.txt: {name} has no row")
+    for line in (folder / "sources.lock").read_text().splitlines():
+        name, version = (line.split() + ["", ""])[:2]
+        if name and name != "#" and version not in rows.get(name, []):
+            broken.append(f"sources.lock: {name} {version} has no row")
+    texts = {p: p.read_text() for p in tracked("CMakeLists.txt", ".cmake")}
+    for path, text in texts.items():
+        linked = re.findall(r"find_package\((\w+)", text)
+        linked += " ".join(re.findall(r"ARCHIVES ([a-z0-9 ]+)", text)).split()
+        for name in linked:
+            if LINKED_NAMES.get(name, name.lower()) not in rows:
+                broken.append(f"{path.relative_to(ROOT)}: {name} has no row")
+    return broken
+
+
 def kept_behaviour():
     """Each row of docs/kept-behaviour.md names a test that exists."""
     tests = set()
@@ -211,6 +243,7 @@ RULES = {"sources are formatted": formatting, "the core is free of operating sys
          "knots of units stay small": knots_stay_small, "globals are declared at home": declared_at_home,
          "functions and files stay small": sizes, "texts speak for the system itself": own_words,
          "nothing is left unfinished": finished, "no path of one machine": no_machine_paths,
+         "third-party software is documented": third_party_is_documented,
          "kept behaviour is pinned by tests": kept_behaviour}
 
 
