@@ -1,6 +1,31 @@
 #pragma once
-// Lays and lifts the detour over wglSwapBuffers. Run by the thread that loads the library, by at most one
-// delay thread and at most one retry thread.
+// Lays and lifts the detour over wglSwapBuffers.
+//
+// How it is laid. OnProcessAttach() (entry/attach.cpp) calls Hook_graph(), which makes the engine and then
+// looks for other overlays. If one is loaded, the delay thread is started, which calls Hook_graph() once
+// more after 15 seconds; ours then ends up outermost. Otherwise Hook_openGL() runs with g_csHook held: it
+// finds opengl32, looks up 44 functions and lays the detour in this order: create it with the closed gate as
+// its destination (platform/swap_gate.h), open the gate onto the trampoline, enable it. If that fails, the
+// retry thread tries ten times more, 50 milliseconds apart.
+//
+// How it is lifted. deInit_GWDll_GL() (entry/exports.cpp) calls UnHook_graph_GL(): end the retry thread,
+// close the gate and wait for the swaps inside, then take away what those swaps stand on (API claim, notice
+// of contexts, detour, resources), last of all the engine.
+//
+// Traps:
+// - Three threads come here: the one that loads or unloads the library, the delay thread and the retry
+//   thread. A thread's handle stays set when it has ended by itself, which keeps a second one away.
+// - One lock, g_csHook, guards laying, the start of threads, and making and dropping the engine. It is not
+//   recursive, and Hook_openGL() does not take it: call that with g_csHook held only.
+// - A thread cannot be killed on every system; where it can't, it is only told to stop. So whoever has waited
+//   for the lock asks platform::StopRequested() once it has it, or it would lay what was just lifted.
+// - Attach and detach run under the loader's lock on Windows. A new thread passes the loader ahead of its
+//   first step, so neither may wait for one. Each thread holds a reference of the library until its end; see
+//   platform/win32/threads.cpp for what KillThread() does with a thread inside the loader.
+// - A swap that loads modules (the build of resources does) holds the library first, by
+//   platform::HoldLibraryForSwap(): the unload waits for that swap while it holds the loader's lock.
+// - At the end of the process none of this runs, since the holder of the lock may be dead. OnProcessEnd()
+//   gives back the records and the API claim, and that is all.
 #include "platform/minhook.h"
 #include "platform/threads.h"
 #include "platform/types.h"
