@@ -222,7 +222,7 @@ void CLineGraph_Base::m_fnRender(CDraw_Base* pBatcher) {
 
 bool CLineGraph_Base::m_fnInitialize() {
     if (!m_fnIsRenderable()) return true;
-    // KEEP: whatever width was set.
+    // KEEP: whatever width was set; authors of profiles are told so.
     if (DrawsPairs(m_uLineType)) m_fnSetDataWidth(m_fColumnStep * 0.5f);
     if (!m_fnAllocBuffers() || !m_fnAppendColumn() || !m_fnCreateEntity() || !m_fnCreateMesh()) return false;
     m_fnUploadAll();

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Cells that m_fnBuildGlyphs fills. KEEP: this, not m_uCellCount.
+/// Cells that m_fnBuildGlyphs fills. KEEP: this, not m_uCellCount; authors of profiles are told of eight.
 constexpr u32 g_uCellsBuilt = 8;
 
 bool IsBlank(char16_t c) { return c == u' ' || c == u'\u3000'; }

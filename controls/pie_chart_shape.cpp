@@ -12,7 +12,7 @@ constexpr f64 g_fRadiansPerDegree = 0.017453292500000002;
 f32 SweepOf(const stPieShape& st) {
     if (st.fStartDeg == st.fEndDeg) return st.bClockwise ? -360.0f : 360.0f;
     const f32 fSweep = st.fEndDeg - st.fStartDeg;
-    // KEEP: the other part of the circle, in the same direction.
+    // KEEP: the other part of the circle, in an unchanged direction, as gauges of profiles in use have it.
     return st.bClockwise ? 360.0f - fSweep : fSweep;
 }
 

@@ -134,7 +134,7 @@ void CTextBox_Base::BuildShadow() {
     const u32 uVertices = m_uGlyphCapacity * g_uQuadVertices;
     stTextVertex* const pShadow = g_fnVertexAt(m_pVertices.get(), 0);
     std::memcpy(pShadow, pShadow + uVertices, uVertices * sizeof *pShadow);
-    // KEEP: one canvas unit, whatever the text size.
+    // KEEP: one canvas unit, whatever the text size; authors of profiles are told so.
     g_fnMoveVertices(pShadow, uVertices, g_fShadowOffset, g_fShadowOffset);
 }
 

@@ -93,7 +93,7 @@ void FillPositions(stSharedCommand& stBlock, i64 iArgument) noexcept {
     if (iArgument & 16) stBlock.bReloadCamera = 1;
 }
 
-// KEEP: disabling answers as a failure does, yet it has worked.
+// KEEP: disabling answers as a failure does, yet it has worked. Companions in use know that.
 u32 SetGlobalEnable(i64 iArgument) noexcept {
     SharedSegment()->bGlobalEnable = iArgument != 0 ? 1 : 0;
     return iArgument != 0 ? 0 : g_uSendCmdFailed;
@@ -199,7 +199,7 @@ void SetMonitorVGADataFromGWexeToGWDll_GL(const void* pData) {
     CopyWhole(SharedSegment()->MonitorVGA, pData, g_uMonitorVGABytes);
 }
 
-// KEEP: 1024 bytes whatever the string's length; the caller's buffer has to be that long.
+// KEEP: 1024 bytes whatever the string's length; companions in use hand over a buffer that long.
 void SetOSDGlobalProfileNameFromGWexeToGWDll_GL(const char16_t* wzName) {
     CopyWhole(SharedSegment()->wzGlobalProfile, wzName, sizeof SharedSegment()->wzGlobalProfile);
 }
@@ -218,7 +218,7 @@ f32 GetFrameTimeByPID_GL(u32 uProcessId) {
 }
 
 // KEEP: never answers the code itself: it writes 9527 and answers that, which arms the field for the next
-// report.
+// report. The companion tells by it whether frames pass.
 u32 GetAPIVerByTID_GL(u32 uThreadId) {
     if (uThreadId == 0) return 0;
     for (stProcessRecord& stRecord : SharedSegment()->StatusTable) {
@@ -262,7 +262,7 @@ i32 deInit_GWDll_GL(u32 deInitCase) {
 std::intptr_t Hook_CB_ProcGetMSGOfGL(i32 iCode, std::uintptr_t wParam, std::intptr_t lParam) {
     // Without a handle the call below leaves an error that the host's own PeekMessage would seem to have met.
     const platform::ErrorKeeper keeper;
-    // KEEP: message 1280 is taken from any sender.
+    // KEEP: message 1280 is taken from any sender, since the companion posts it from its own process.
     void* hHook = nullptr;
     if (platform::HookMessageParam(lParam, c_uMsgHookHandle, &hHook)) g_hHookGetMSGOfGL = hHook;
     return platform::CallNextMessageHook(g_hHookGetMSGOfGL, iCode, wParam, lParam);

@@ -26,7 +26,7 @@ constexpr stItemType g_aItemTypes[] = {
 };
 
 /// KEEP: what a missing attribute stores differs from what a new record holds (sizes 0 against 1, hidden
-/// against shown).
+/// against shown). Profiles in use leave attributes out and count on what is stored.
 void ApplyCommonKeys(const tinyxml2::XMLElement* pElement, CItemProperty_Base& item,
                      char (&szName)[g_uSettingText]) {
     const stSettingRow aRows[] = {

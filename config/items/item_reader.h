@@ -29,7 +29,7 @@ void g_fnReadItems(const tinyxml2::XMLElement* pParent, const char* szElement, R
         T item;
         if (!g_fnParseItemBase(pElement, &item)) continue;
         if (!fnRead(*pElement, item)) bFailed = true;
-        // KEEP: one bad item takes all later ones of its kind along.
+        // KEEP: one bad item takes all later ones of its kind along; authors of profiles are told so.
         if (bFailed) continue;
         if (const char* szData = g_fnItemDataName(item)) g_fnInternName(szData);
         g_fnRegisterItemProperty(&item);

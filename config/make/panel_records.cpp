@@ -25,7 +25,7 @@ void Configure(CPanel_Base& panel, const stPanelInit& st) {
 }
 
 void AttachFlat(CPanel_Base& panel) {
-    // KEEP: at the front, also with alpha 0.
+    // KEEP: at the front, since profiles in use are stacked that way; also with alpha 0.
     panel.m_fnSetDrawKey(g_keyColorList);
     g_pOSDManager->m_fnAttachFront(&panel, g_uLayerColor);
 }

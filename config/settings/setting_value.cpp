@@ -20,7 +20,8 @@ bool TakeSign(const char*& szText) {
     return bNegative;
 }
 
-/// Digits up to the first other character. KEEP: leading blanks are other characters too.
+/// Digits up to the first other character. KEEP: leading blanks are other characters too; authors of profiles
+/// are told so.
 u64 ParseWhole(const char* szText, int iBase, bool bNegative) {
     u64 uValue = 0;
     const auto result = std::from_chars(szText, szText + std::strlen(szText), uValue, iBase);

@@ -37,7 +37,7 @@ void LeaveEmpty(const CItemProperty_NumBox& item, CNumBox_Base& box) {
 }
 
 // KEEP: the pointer belongs to the bank of this build; after a flip it reads the old one until the next
-// build.
+// build, which companions in use ask for behind each flip.
 void BindNumber(const CItemProperty_NumBox& item) {
     const auto& mapNames = *g_fnControlNames('N');
     const auto itName = mapNames.find(item.m_szItemName);
