@@ -18,8 +18,8 @@ MACHINE = re.compile(r"/work/(main|shared)|/root/|/tmp/b-|/tmp/st-")
 # What a CMake file calls otherwise than third_party/README.md; the system's own parts stand under the package with their headers.
 LINKED_NAMES = {"GTest": "libgtest-dev", "nlohmann_json": "nlohmann-json", "PNG": "libpng", "png16": "libpng", "z": "zlib",
                 "JPEG": "libjpeg-turbo", "jpeg": "libjpeg-turbo", "TIFF": "libtiff", "tiff": "libtiff", "GIF": "giflib",
-                "gif": "giflib", "deflate": "libdeflate", "brotlidec": "brotli", "brotlicommon": "brotli", "OpenGL": "libgl-dev", "X11": "libx11-dev",
-                "Threads": "gcc runtime", "Python3": "python3"}
+                "gif": "giflib", "deflate": "libdeflate", "brotlidec": "brotli", "brotlicommon": "brotli",
+                "OpenGL": "libgl-dev", "X11": "libx11-dev", "Threads": "gcc runtime", "Python3": "python3"}
 LARGEST_KNOT = 9
 LONGEST_FUNCTION, MEDIAN_FUNCTION, LONGEST_FILE = 100, 12, 1000
 
