@@ -15,10 +15,18 @@ function(orvin_core_library folder)
   endif()
 endfunction()
 
-# orvin_platform_library(backend): static library orvin_platform_<backend>, with what the back-ends share. Files under platform/<backend>/
-# whose name starts with "preload" belong to a product, not to the library.
+# orvin_platform_library(backend): static library orvin_platform_<backend>, with what the back-ends share. Files under
+# platform/<backend>/ whose name starts with "preload" belong to a product, not to the library. A service that a back-end
+# has no file for is the one of platform/portable/.
 function(orvin_platform_library backend)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/platform/*.cpp ${CMAKE_SOURCE_DIR}/platform/${backend}/*.cpp)
+  file(GLOB portable_names CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR}/platform/portable
+    ${CMAKE_SOURCE_DIR}/platform/portable/*.cpp)
+  foreach(name ${portable_names})
+    if(NOT EXISTS ${CMAKE_SOURCE_DIR}/platform/${backend}/${name})
+      list(APPEND sources ${CMAKE_SOURCE_DIR}/platform/portable/${name})
+    endif()
+  endforeach()
   list(FILTER sources EXCLUDE REGEX "/preload[^/]*\\.cpp$")
   if(backend STREQUAL "win32")
     # An installed MinHook takes the place of our own engine behind the same interface.

@@ -1,3 +1,4 @@
+// For systems without code pages: a byte is the code of its character.
 #include "platform/code_page.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Where the last error is errno.
 #include "platform/last_error.h"
 #include <cerrno>
 
