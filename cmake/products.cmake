@@ -16,6 +16,7 @@ if(entry_sources)
   set_target_properties(orvin_osd PROPERTIES OUTPUT_NAME ORVIN-OSD64-GL RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin
     LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
   orvin_link_core(orvin_osd ${ORVIN_BACKEND})
+  orvin_bound_stack(orvin_osd)
   if(WIN32)
     set_target_properties(orvin_osd PROPERTIES PREFIX "" SUFFIX ".dll" IMPORT_PREFIX "lib")
     target_sources(orvin_osd PRIVATE ${CMAKE_SOURCE_DIR}/platform/win32/ORVIN-OSD64-GL.def)
@@ -36,6 +37,7 @@ if(NOT WIN32)
     set_target_properties(orvin_preload PROPERTIES OUTPUT_NAME ORVIN-OSD64-GL-preload
       LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
     target_link_libraries(orvin_preload PRIVATE orvin_options ${CMAKE_DL_LIBS} Threads::Threads)
+    orvin_bound_stack(orvin_preload)
     if(ORVIN_SANITIZE MATCHES thread)
       # The sanitizer's own start goes through our dlsym(), ahead of all that its instructions need.
       set_source_files_properties(${CMAKE_SOURCE_DIR}/platform/linux/preload_dlsym.cpp

@@ -114,7 +114,7 @@ void AttachOnce() noexcept {
     static std::atomic<bool> bDone{false};
     if (bDone.load(std::memory_order_relaxed) || bDone.exchange(true)) return;
     const int iError = errno;
-    char szPath[PATH_MAX];
+    static char szPath[PATH_MAX]; // the stack may be small
     if (LibraryPath(szPath, sizeof szPath)) dlopen(szPath, RTLD_NOW | RTLD_LOCAL);
     errno = iError;
 }

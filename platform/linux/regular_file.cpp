@@ -3,6 +3,8 @@
 #include "platform/folders.h"
 
 #include <fcntl.h>
+#include <memory>
+#include <new>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -23,8 +25,10 @@ std::FILE* OpenRegularFile(const char* szPath) noexcept {
 }
 
 std::FILE* OpenRegularFile(const char16_t* wzPath, bool) noexcept {
-    char szPath[4096];
-    return wzPath && NarrowPath(wzPath, szPath, sizeof szPath) ? OpenRegularFile(szPath) : nullptr;
+    constexpr u32 c_uPathBytes = 4096;
+    const std::unique_ptr<char[]> pPath(new (std::nothrow) char[c_uPathBytes]); // the stack may be small
+    return wzPath && pPath && NarrowPath(wzPath, pPath.get(), c_uPathBytes) ? OpenRegularFile(pPath.get())
+                                                                            : nullptr;
 }
 
 u64 SizeOfFile(std::FILE* pFile) noexcept {

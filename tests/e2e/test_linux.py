@@ -253,8 +253,11 @@ class Robustness(LinuxCase):
 
     def test_thread_with_a_small_stack_carries_the_overlay(self):
         """64 KB; the bare program needs 48 under the software driver."""
-        for overlay in (False, True):
-            self.assertEqual(self.host("--frames", "90", "--stack-kb", "64", overlay=overlay)["swaps"], "90")
+        for name in ("host_glx", "host_egl"):
+            for overlay in (False, True):
+                with self.subTest(host=name, overlay=overlay):
+                    lines = self.host("--frames", "90", "--stack-kb", "64", overlay=overlay, name=name)
+                    self.assertEqual(lines["swaps"], "90")
 
     def test_no_gl_error_is_left_that_the_bare_program_does_not_have(self):
         bare = self.host("--frames", "60", "--print-errors", overlay=False)

@@ -122,6 +122,12 @@ class Robustness(WineCase):
                 lines = self.host("--frames", "1000000000", "--exit-while-swapping", str(frames))
                 self.assertNotIn("frames", lines)  # it never came to its end
 
+    def test_thread_with_a_small_stack_carries_the_overlay(self):
+        """64 KB on Windows; Wine gives no thread less than 1 MB."""
+        for overlay in (False, True):
+            with self.subTest(overlay=overlay):
+                self.assertEqual(self.host("--frames", "90", "--stack-kb", "64", overlay=overlay)["swaps"], "90")
+
     def test_library_loaded_and_freed_again_and_again_beside_a_thread_that_swaps(self):
         """While the overlay is built, in the limiter's wait and in the real swap; the swap's own bytes come back."""
         for limit in (0, 30):
