@@ -1,6 +1,8 @@
 // The library's entry point.
 #include "entry/linux/entry.h"
 #include "entry/attach.h"
+#include "platform/linux/exit_order.h"
+#include "platform/linux/host_gl.h"
 #include "platform/linux/identity.h"
 #include "platform/linux/thread_sleep.h"
 #include "platform/process.h"
@@ -9,14 +11,24 @@
 #include <dlfcn.h>
 #include <pthread.h>
 
+using namespace platform;
+
 namespace {
 
 /// A fork copies the process without its threads; the child is a process of its own, with a record of its own
 /// once it swaps.
 void OnForkInChild() {
-    platform::host::ForgetIdentity();
-    platform::host::RenewLocksInChild();
+    host::ForgetIdentity();
+    host::RenewLocksInChild();
     g_fnOweRecord();
+}
+
+/// Swaps of other threads go straight to the driver from now on, without a question to it.
+void LetSwapsPass() noexcept {
+    preload::SwapLink* const pLink = host::Link();
+    if (!pLink) return;
+    pLink->m_fnDetour.store(nullptr, std::memory_order_release);
+    pLink->m_fnContextGone.store(nullptr, std::memory_order_release);
 }
 
 } // namespace
@@ -24,6 +36,8 @@ void OnForkInChild() {
 void platform::host::OnLibraryLoad() noexcept {
     const int iError = errno;
     OnEntry();
+    SetEnd(&OnLibraryUnload);
+    EndAheadOfOthers();
     // exec() replaces a program without a detach and keeps the process id.
     g_fnDropRecordsOfProcess(platform::CurrentProcessId());
     Dl_info stSelf{};
@@ -33,9 +47,12 @@ void platform::host::OnLibraryLoad() noexcept {
 }
 
 /// The library is never unloaded, so this is the end of the process, which another thread may not notice for
-/// a while yet.
+/// a while yet. Whichever place in the order comes first has it.
 void platform::host::OnLibraryUnload() noexcept {
+    static std::atomic<bool> bDone{false};
+    if (bDone.exchange(true)) return;
     const int iError = errno;
+    LetSwapsPass();
     OnProcessEnd();
     errno = iError;
 }

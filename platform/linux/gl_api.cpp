@@ -1,9 +1,11 @@
 #include "platform/gl_api.h"
+#include "platform/linux/exit_order.h"
 #include "platform/linux/host_gl.h"
 
 namespace platform {
 
 bool InitGlew() noexcept {
+    host::EndAheadOfOthers(); // those of the driver, which stands by now
     host::ResolveForwarders();
     glewExperimental = GL_TRUE;
     const unsigned uResult = glewInit();

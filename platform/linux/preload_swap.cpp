@@ -3,6 +3,7 @@
 #include "platform/linux/preload_swap.h"
 #include "platform/linux/preload_real.h"
 #include <cerrno>
+#include <ctime>
 
 namespace platform::preload {
 namespace {
@@ -76,8 +77,20 @@ bool ContextHere(const SwapCall& st) noexcept {
     return st.m_eApi == SwapApi::Glx ? GlxContextHere() : EglContextHere(st.m_hDisplay);
 }
 
+/// The thread whose exit() has come to the destructors of libraries; null before.
+std::atomic<const ThreadState*> g_pEnding{nullptr};
+
+/// The window system's library frees what a swap writes to, and a thread that goes on swapping meanwhile may
+/// crash in it, at the program's very end. Only for a while, as somebody may wait for this thread after all.
+void StandStillAtEnd() noexcept {
+    constexpr timespec stWhile{0, 100'000'000};
+    const ThreadState* const pEnding = g_pEnding.load(std::memory_order_acquire);
+    if (pEnding && pEnding != &t_st) nanosleep(&stWhile, nullptr);
+}
+
 i32 Present(SwapCall& st) noexcept {
     const int iError = errno;
+    StandStillAtEnd();
     AttachOnce();
     const auto fnDetour = t_st.m_uDepth == 0 ? g_stLink.m_fnDetour.load(std::memory_order_acquire) : nullptr;
     if (fnDetour && ContextHere(st)) {
@@ -119,6 +132,9 @@ __attribute__((constructor)) void OnLoad() {
     if (GlxIsMapped()) AttachOnce();
     errno = iError;
 }
+
+/// Exit handlers are through by now, and a preloaded library comes ahead of those that the program needs.
+__attribute__((destructor)) void OnEnd() { g_pEnding.store(&t_st, std::memory_order_release); }
 
 } // namespace
 

@@ -63,4 +63,24 @@ TEST(LinuxProducts, NeitherPullsAWindowSystemIn) {
     EXPECT_TRUE(NeedsOnlyTheSystem("libORVIN-OSD64-GL-preload.so"));
 }
 
+/// Names that a product looks for in other libraries.
+std::set<std::string> Imported(const char* szProduct) {
+    std::istringstream lines(Output("nm -D --undefined-only --format=posix '" + Product(szProduct) + "'"));
+    std::set<std::string> setNames;
+    for (std::string strLine; std::getline(lines, strLine);)
+        setNames.insert(strLine.substr(0, strLine.find_first_of(" @")));
+    return setNames;
+}
+
+// Other threads may swap while exit() runs what was registered.
+TEST(LinuxProducts, NothingOfTheirsIsDestroyedAtTheEndOfAProcess) {
+    for (const char* const szProduct : {"libORVIN-OSD64-GL.so", "libORVIN-OSD64-GL-preload.so"}) {
+        const auto setNames = Imported(szProduct);
+        EXPECT_TRUE(setNames.contains("dlopen"));
+        for (const char* const szName :
+             {"__cxa_atexit", "atexit", "on_exit", "__cxa_thread_atexit", "__cxa_thread_atexit_impl"})
+            EXPECT_FALSE(setNames.contains(szName)) << szProduct << ' ' << szName;
+    }
+}
+
 } // namespace
