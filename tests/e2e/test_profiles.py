@@ -2,6 +2,7 @@
 import json
 import shutil
 import signal
+import subprocess
 import unittest
 
 from PIL import Image, ImageChops
@@ -27,6 +28,16 @@ def longest_run(picture, level):
             line = bytes(1 if value > level else 0 for value in data[row * width:(row + 1) * width])
             longest = max([longest, *map(len, line.split(b"\0"))])
     return longest
+
+
+SENSOR_PROFILE = """<?xml version="1.0" encoding="UTF-8"?>
+<OSD LayoutStyle="2"><CustomLayout><Settings><Camera/><Info>
+<Panel IsShow="1" Name="box" FrameSizeW="200" FrameSizeH="60" ContentSizeW="200" ContentSizeH="60" PanelType="1"
+       PanelColorR="20" PanelColorG="20" PanelColorB="20" PanelColorA="255"/>
+<NumBox IsShow="1" Name="pump@box" FontName="Arial" FrameSizeW="190" FrameSizeH="50" TextSize="30" TextColorR="255" TextColorG="255"
+        TextColorB="255" DataFullName="PUMP_RPM#2"/>
+</Info></Settings></CustomLayout></OSD>
+"""
 
 
 class AuthorCase(unittest.TestCase):
@@ -294,6 +305,36 @@ class BothPlatforms(unittest.TestCase):
             self.assertTrue(written.endswith("\\Größe 1\\2-Arial.fnt"), written)
             self.assertIn("good", ask("fontcache", "check", written))
             self.assertIsNone(difference_box(drawn, render("loaded.png")))
+
+    def test_wine_reads_the_sensors_that_the_registry_defines(self):
+        """A name and a divisor of a key's own: texts and numbers of the registry come through."""
+        roots = (r"HKLM\SOFTWARE\WOW6432Node\Zarn\ORVIN-OSD", r"HKLM\SOFTWARE\Zarn\ORVIN-OSD")
+        with Display() as display, WinePrograms(display) as wine:
+            first = wine.run([*wine.wrapper, "reg", "query", roots[0]])[0] == 0  # then that one counts alone
+            key = roots[0 if first else 1] + r"\Information Option\Config\Sensor\Water"
+            folder = wine.data / "Profiles/Sensors"
+            shutil.copytree(wine.data / "Profiles/Empty", folder)
+            (folder / "OSD.xml").write_text(SENSOR_PROFILE)
+            (wine.folder / "values").write_text("PUMP_RPM#2 1234\n")
+
+            def define(*value):
+                code, output = wine.run([*wine.wrapper, "reg", "add", key, "/v", *value, "/f"])
+                self.assertEqual(code, 0, output)
+
+            def render(file):
+                code, output = wine.ask("profile", "render", "Sensors", "-o", f"Z:{wine.folder / file}", "--size", "320x240",
+                                        "--frames", "3", "--values", f"Z:{wine.folder / 'values'}")
+                self.assertEqual(code, 0, output)
+                return Image.open(wine.folder / file).convert("RGB")
+
+            unknown = 'nobody publishes "PUMP_RPM#2"'
+            self.assertIn(unknown, wine.ask("profile", "check", "Sensors")[1])
+            self.addCleanup(subprocess.run, [*wine.wrapper, "reg", "delete", key, "/f"], env=wine.env)
+            define("DataName", "/d", "PUMP_RPM")
+            self.assertNotIn(unknown, wine.ask("profile", "check", "Sensors")[1])
+            whole = render("whole.png")
+            define("Divisor", "/t", "REG_DWORD", "/d", "10")
+            self.assertIsNotNone(difference_box(whole, render("tenth.png")))
 
 
 if __name__ == "__main__":
