@@ -4,10 +4,13 @@
 #include "controls/osd_manager.h"
 #include "controls/text_box.h"
 #include "font/font_unicode.h"
+#include "platform/pages.h"
 
+#include <algorithm>
 #include <cstring>
 #include <new>
 #include <set>
+#include <utility>
 
 bool g_bTextGlow = false;
 
@@ -25,11 +28,19 @@ bool g_fnIsFontToStay(const CFontUniCode* pFont) noexcept { return FontsToStay()
 
 void g_fnClearFontsToStay() noexcept { FontsToStay().clear(); }
 
-CDrawText_Base::CDrawText_Base() { CDrawText_Base::m_fnResetFontLists(); }
+static constexpr std::size_t g_uListBytes =
+    std::size_t{g_uMaxTextFonts} * g_uMaxFontControls * sizeof(CControl*);
+
+CDrawText_Base::CDrawText_Base()
+    : m_pControls(
+          reinterpret_cast<CControl* (*)[g_uMaxFontControls]>(platform::AllocatePages(g_uListBytes))) {
+    CDrawText_Base::m_fnResetFontLists();
+}
 
 CDrawText_Base::~CDrawText_Base() {
     CDrawText_Base::m_fnFreeMergedBuffers();
     CDrawText_Base::m_fnResetFontLists();
+    platform::FreePages(reinterpret_cast<u8*>(m_pControls), g_uListBytes);
 }
 
 void CDrawText_Base::m_fnReserved0Text() {}
@@ -41,7 +52,8 @@ void CDrawText_Base::m_fnReserved8Text() {}
 void CDrawText_Base::m_fnResetFontLists() {
     std::memset(m_pFonts, 0, sizeof m_pFonts);
     std::memset(m_uControlCounts, 0, sizeof m_uControlCounts);
-    std::memset(m_pControls, 0, sizeof m_pControls);
+    for (u32 u = 0; u < g_uMaxTextFonts; ++u)
+        if (m_auControlsHad[u]) std::fill_n(m_pControls[u], std::exchange(m_auControlsHad[u], 0), nullptr);
 }
 
 void CDrawText_Base::m_fnBuildFontLists() {
@@ -60,12 +72,13 @@ void CDrawText_Base::m_fnBuildFontListsIfAny() {
 
 /// A font without controls that may go leaves its place to the next one.
 void CDrawText_Base::AddFont(CFontUniCode* pFont) {
-    if (!pFont || m_uFontCount >= g_uMaxTextFonts) return;
+    if (!pFont || !m_pControls || m_uFontCount >= g_uMaxTextFonts) return;
     m_pFonts[m_uFontCount] = pFont;
     u32 uCount = 0;
     if (const ControlList* pList = g_pOSDManager->m_fnGetDrawList(pFont))
         for (CControl* pControl : *pList)
             if (pControl && uCount < g_uMaxFontControls) m_pControls[m_uFontCount][uCount++] = pControl;
+    m_auControlsHad[m_uFontCount] = std::max(m_auControlsHad[m_uFontCount], uCount);
     if (uCount == 0 && !g_fnIsFontToStay(pFont)) return;
     m_uControlCounts[m_uFontCount++] = uCount;
 }

@@ -14,7 +14,8 @@ extern bool g_bTextGlow;
 constexpr u32 g_uMaxTextFonts = 64, g_uMaxFontControls = 1024;
 
 /// Draws font by font, in the manager's order, and the controls of a font in the order of their registration.
-/// The lists live inside the object, half a megabyte, so that drawing allocates nothing: keep it on the heap.
+/// The lists have room for all there can be, half a megabyte, so that drawing allocates nothing; it takes
+/// memory only where controls stand.
 class CDrawText_Base : public virtual CDraw_Base {
   public:
     CDrawText_Base();
@@ -44,7 +45,7 @@ class CDrawText_Base : public virtual CDraw_Base {
     u32 m_uFontIndex = 0; ///< of the font being drawn
     CFontUniCode* m_pFonts[g_uMaxTextFonts];
     u32 m_uControlCounts[g_uMaxTextFonts];
-    CControl* m_pControls[g_uMaxTextFonts][g_uMaxFontControls];
+    CControl* (*m_pControls)[g_uMaxFontControls]; ///< by font, g_uMaxTextFonts of them
     u32 m_uMergedVertexBytes = 0, m_uMergedIndexBytes = 0;
     u32 m_uMergedIndexCount = 0;
     std::unique_ptr<u8[]> m_pMergedVertices;
@@ -56,7 +57,8 @@ class CDrawText_Base : public virtual CDraw_Base {
     void Walk();
 
   private:
-    u32 m_uVertexRoom = 0, m_uIndexRoom = 0; ///< bytes of the merged arrays
+    u32 m_uVertexRoom = 0, m_uIndexRoom = 0;   ///< bytes of the merged arrays
+    u32 m_auControlsHad[g_uMaxTextFonts] = {}; ///< entries of each list that may be other than null
     void AddFont(CFontUniCode* pFont);
     void MergeControl(CControl* pControl, u32* puBaseVertex, u32* puBaseIndex);
 };

@@ -47,8 +47,9 @@ bool CNumBox_Base::m_fnAllocBuffers() {
     m_pVertices.reset(new (std::nothrow) f32[uFloats]());
     m_pIndices.reset(new (std::nothrow) u32[m_uIndexBytes / sizeof(u32)]());
     m_pVerticesOut.reset(new (std::nothrow) f32[uFloats]());
-    // KEEP: as many entries as m_uIndexBytes says bytes, four times what is used.
-    m_pIndicesOut.reset(new (std::nothrow) u32[m_uIndexBytes]());
+    // KEEP: as many entries as m_uIndexBytes says bytes, four times what is used. The rest takes no memory.
+    const std::size_t uOutBytes = std::size_t{m_uIndexBytes} * sizeof(u32);
+    m_pIndicesOut = {reinterpret_cast<u32*>(platform::AllocatePages(uOutBytes)), {uOutBytes}};
     if (!m_pVertices || !m_pIndices || !m_pVerticesOut || !m_pIndicesOut) return false;
     g_fnWriteQuadIndices(m_pIndices.get(), QuadCount());
     std::memcpy(m_pIndicesOut.get(), m_pIndices.get(), m_uIndexBytes);
@@ -80,31 +81,34 @@ void CNumBox_Base::m_fnSetQuadTex(stTextVertex* pQuad, f32 u0, f32 v0, f32 u1, f
 }
 
 void CNumBox_Base::m_fnRefreshVertices() {
-    if (!m_pVertices || !m_pVerticesOut) return;
-    const u32 uVertices = m_uVertexBytes / sizeof(stTextVertex);
-    stTextVertex* const pIn = g_fnVertexAt(m_pVertices.get(), 0);
-    stTextVertex* const pOut = g_fnVertexAt(m_pVerticesOut.get(), 0);
+    if (!m_pVertices) return;
     if (m_bLayoutDirty) m_fnBuildGlyphs();
     m_bLayoutDirty = false;
-    if (m_bColorDirty) {
-        ColorGlyphs(m_uGlyphCount * m_uCellCount);
-        if (!m_bPositionDirty) g_fnCopyColors(pOut, pIn, uVertices);
-    }
-    m_bColorDirty = false;
+    if (m_bColorDirty) ColorGlyphs(m_uGlyphCount * m_uCellCount);
+    if (m_pVerticesOut) RefreshOut();
+    m_bColorDirty = m_bPositionDirty = false;
+}
+
+void CNumBox_Base::RefreshOut() {
+    const u32 uVertices = m_uVertexBytes / sizeof(stTextVertex);
+    const stTextVertex* const pIn = g_fnVertexAt(m_pVertices.get(), 0);
+    stTextVertex* const pOut = g_fnVertexAt(m_pVerticesOut.get(), 0);
     if (m_bPositionDirty) {
         std::memcpy(pOut, pIn, m_uVertexBytes);
         g_fnMoveVertices(pOut, uVertices, m_fPosX, m_fPosY);
+    } else if (m_bColorDirty) {
+        g_fnCopyColors(pOut, pIn, uVertices);
     }
-    m_bPositionDirty = false;
 }
 
 void CNumBox_Base::m_fnFlush() {
-    if (!m_pVertices || !m_pVerticesOut) return;
+    if (!m_pVertices) return;
     if (!m_bColorDirty && !m_bPositionDirty && !m_bLayoutDirty) return;
     m_fnRefreshVertices();
     m_fnUploadMesh();
-    g_fnUploadControlVertices(m_pVerticesOut.get(), m_uVertexBase * static_cast<u32>(sizeof(stTextVertex)),
-                              m_uVertexBytes);
+    if (m_pVerticesOut)
+        g_fnUploadControlVertices(m_pVerticesOut.get(),
+                                  m_uVertexBase * static_cast<u32>(sizeof(stTextVertex)), m_uVertexBytes);
 }
 
 void CNumBox_Base::m_fnMarkPositionDirty() {

@@ -6,6 +6,7 @@
 #include "draw/entity.h"
 #include "draw/glyph_quads.h"
 #include "draw/mesh.h"
+#include "platform/pages.h"
 
 #include <memory>
 
@@ -99,8 +100,8 @@ class CNumBox_Base : public virtual CControl {
 
     std::unique_ptr<f32[]> m_pVertices; ///< quads relative to the control's corner, cell by cell
     std::unique_ptr<u32[]> m_pIndices;
-    std::unique_ptr<f32[]> m_pVerticesOut; ///< the same quads at the control's position
-    std::unique_ptr<u32[]> m_pIndicesOut;
+    std::unique_ptr<f32[]> m_pVerticesOut; ///< the same quads at the control's position; null if not wanted
+    std::unique_ptr<u32[], platform::PagesDeleter> m_pIndicesOut;
     u32 m_uCellCount;
     u32 m_uIndicesPerGlyph, m_uVerticesPerGlyph, m_uTrianglesPerGlyph;
     f32 m_fTextSize;
@@ -145,6 +146,7 @@ class CNumBox_Base : public virtual CControl {
     void BuildGlyph(u32 uGlyph, f32 fScaled);
     void BuildShadows();
     void ColorGlyphs(u32 uGlyphs);
+    void RefreshOut();
     void CopyCells(f32 fScaled);
     void PutGlyph(u32 uCell, u32 uGlyph);
     void FreeEntities(std::unique_ptr<CEntity_Base*[]>& ppEntities);

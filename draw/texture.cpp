@@ -115,7 +115,7 @@ bool CTexture_Base::AllocateLevels(u8** ppLevels) {
 
 void CTexture_Base::FreeLevels(u8** ppLevels) noexcept {
     for (i32 i = 0; i < m_uLevelCount; ++i) {
-        platform::FreePages(ppLevels[i], LevelBytes(i));
+        if (ppLevels[i] != m_pLent) platform::FreePages(ppLevels[i], LevelBytes(i));
         ppLevels[i] = nullptr;
     }
 }
@@ -126,6 +126,13 @@ bool CTexture_Base::HasFrame(u32 uFrame) const noexcept {
 
 void CTexture_Base::m_fnDropLevels(u32 uFrame) noexcept {
     if (HasFrame(uFrame)) FreeLevels(m_pFrames[uFrame]);
+    m_pLent = nullptr;
+}
+
+void CTexture_Base::m_fnLendLevel(u32 uFrame, u8* pPixels) noexcept {
+    m_fnDropLevels(uFrame);
+    if (!HasFrame(uFrame)) return;
+    m_pLent = m_pFrames[uFrame][0] = pPixels;
 }
 
 bool CTexture_Base::m_fnTakeLevels(u32 uFrame) {
@@ -139,6 +146,7 @@ void CTexture_Base::m_fnFreeFrames() {
     }
     delete[] m_pFrames;
     m_pFrames = nullptr;
+    m_pLent = nullptr;
     m_uFrameCount = 0;
 }
 

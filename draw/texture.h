@@ -41,6 +41,9 @@ class CTexture_Base {
     virtual void m_fnGetLevel(u8** ppPixels, u32 uFrame, u32 uLevel);
     /// Gives the memory of a frame's levels back. There are none then until they are taken anew.
     void m_fnDropLevels(u32 uFrame) noexcept;
+    /// These pixels are a frame's level 0 from now on, in place of a copy, until its levels are dropped; they
+    /// stay the caller's. For one frame at a time.
+    void m_fnLendLevel(u32 uFrame, u8* pPixels) noexcept;
     /// Zeroed levels where a frame has none. False for a frame that does not exist, or without memory.
     bool m_fnTakeLevels(u32 uFrame);
     virtual void m_fnGetSize(u32* puWidth, u32* puHeight);
@@ -94,6 +97,7 @@ class CTexture_Base {
     void* m_pDecoder = nullptr;
 
   private:
+    u8* m_pLent = nullptr;
     bool AllocateFrames();
     bool AllocateLevels(u8** ppLevels);
     void FreeLevels(u8** ppLevels) noexcept;

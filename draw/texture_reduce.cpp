@@ -1,10 +1,14 @@
 #include "draw/texture_reduce.h"
 
 #include "draw/texture.h"
+#include "platform/pages.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <vector>
+
+static_assert(std::endian::native == std::endian::little, "bytes of a row are summed as words");
 
 namespace {
 
@@ -75,10 +79,34 @@ template <u32 uCount, bool bGain> u8 Mean(u32 uSum) {
     return static_cast<u8>(bGain ? std::min(uSum * 3 / (2 * uCount), 255u) : uSum / uCount);
 }
 
+/// Four such means of four bytes each, from eight bytes of two rows, in the quarters of one word.
+template <bool bGain> u32 FourMeans(u64 uUpper, u64 uLower) {
+    constexpr u64 uBytes = 0x00FF00FF00FF00FF, uOnes = 0x0001000100010001;
+    u64 u = (uUpper & uBytes) + (uUpper >> 8 & uBytes) + (uLower & uBytes) + (uLower >> 8 & uBytes);
+    if (bGain) {
+        u = u * 3 >> 3 & 0x01FF01FF01FF01FF;
+        const u64 uAbove = u >> 8 & uOnes;
+        u |= (uAbove << 8) - uAbove; // held at 255
+    } else {
+        u >>= 2;
+    }
+    u &= uBytes;
+    u = (u | u >> 8) & 0x0000FFFF0000FFFF;
+    return static_cast<u32>(u | u >> 16);
+}
+
 /// Two rows into one; the last column stands alone, as its right neighbour weighs nothing.
 template <bool bGain> void ReduceRows(const u8* pUpper, const u8* pLower, u32 uNewWidth, u8* pOut) {
     const u32 uLast = uNewWidth - 1;
-    for (u32 x = 0; x < uLast; ++x) {
+    u32 x = 0;
+    for (; x + 4 <= uLast; x += 4) {
+        u64 uUpper, uLower;
+        std::memcpy(&uUpper, pUpper + 2 * x, sizeof uUpper);
+        std::memcpy(&uLower, pLower + 2 * x, sizeof uLower);
+        const u32 uMeans = (uUpper | uLower) == 0 ? 0 : FourMeans<bGain>(uUpper, uLower);
+        std::memcpy(pOut + x, &uMeans, sizeof uMeans);
+    }
+    for (; x < uLast; ++x) {
         const u32 uSum = 0u + pUpper[2 * x] + pUpper[2 * x + 1] + pLower[2 * x] + pLower[2 * x + 1];
         pOut[x] = Mean<4, bGain>(uSum);
     }
@@ -92,14 +120,10 @@ template <bool bGain> void ReduceLastRow(const u8* pUpper, u32 uNewWidth, u8* pO
     pOut[uLast] = Mean<1, bGain>(pUpper[2 * uLast]);
 }
 
-/// Compares the run with itself, one byte on: as fast as memory is read.
-bool IsBlank(const u8* pBytes, std::size_t uBytes) {
-    return pBytes[0] == 0 && std::memcmp(pBytes, pBytes + 1, uBytes - 1) == 0;
-}
-
-/// Written only where it has to be, since a blank row takes no memory.
-void ClearRow(u8* pRow, std::size_t uBytes) {
-    if (!IsBlank(pRow, uBytes)) std::memset(pRow, 0, uBytes);
+/// Written only where it has to be, since a blank row takes no memory; where it is known to be blank, not
+/// even looked at.
+void ClearRow(u8* pRow, std::size_t uBytes, bool bBlank) {
+    if (!bBlank && !platform::IsBlank(pRow, uBytes)) std::memset(pRow, 0, uBytes);
 }
 
 /// Rows of the next level that come from so many rows.
@@ -107,26 +131,26 @@ u32 HalvedRows(u32 uRows) { return uRows / 2 + uRows % 2; }
 
 /// A glyph atlas, one byte a pixel and even sides, is reduced in the middle of a frame when a text brings a
 /// new character. All weights are then 1 or 0, and much of the atlas is still blank.
-template <bool bGain> void ReduceEven(const stPicture& source, u32 uRows, u8* pOut) {
+template <bool bGain> void ReduceEven(const stPicture& source, u32 uRows, bool bBlank, u8* pOut) {
     const std::size_t uWidth = source.uWidth;
     const u32 uNewWidth = source.uWidth / 2, uNewHeight = source.uHeight / 2;
     const u32 uTouched = HalvedRows(std::min(uRows, source.uHeight));
     const u8* pRow = source.pPixels;
     for (u32 y = 0; y < std::min(uTouched, uNewHeight - 1); ++y, pRow += 2 * uWidth, pOut += uNewWidth)
-        if (IsBlank(pRow, 2 * uWidth))
-            ClearRow(pOut, uNewWidth);
+        if (platform::IsBlank(pRow, 2 * uWidth))
+            ClearRow(pOut, uNewWidth, bBlank);
         else
             ReduceRows<bGain>(pRow, pRow + uWidth, uNewWidth, pOut);
     if (uTouched >= uNewHeight) ReduceLastRow<bGain>(pRow, uNewWidth, pOut);
 }
 
-void ReduceLevel(const stPicture& source, bool bGain, u32 uRows, u8* pOut) {
+void ReduceLevel(const stPicture& source, bool bGain, u32 uRows, bool bBlank, u8* pOut) {
     const u32 uWidth = source.uWidth, uHeight = source.uHeight;
     const bool bEven = source.uChannels == 1 && uWidth % 2 == 0 && uHeight % 2 == 0;
     if (bEven && bGain)
-        ReduceEven<true>(source, uRows, pOut);
+        ReduceEven<true>(source, uRows, bBlank, pOut);
     else if (bEven)
-        ReduceEven<false>(source, uRows, pOut);
+        ReduceEven<false>(source, uRows, bBlank, pOut);
     else
         ReduceAny(source, g_fnLevelSide(uWidth, 1), g_fnLevelSide(uHeight, 1), bGain, pOut);
 }
@@ -141,10 +165,10 @@ void CopyRows(const u8* pFrom, std::size_t uRowBytes, u32 uRows, u8* pTo) {
 
 void g_fnReduceLevel(const u8* pSource, u32 uWidth, u32 uHeight, u32 uChannels, bool bGain, u8* pOut) {
     if (uWidth == 0 || uHeight == 0 || uChannels == 0 || uChannels > 4) return;
-    ReduceLevel({pSource, uWidth, uHeight, uChannels}, bGain, uHeight, pOut);
+    ReduceLevel({pSource, uWidth, uHeight, uChannels}, bGain, uHeight, false, pOut);
 }
 
-bool g_fnFillChain(CTexture_Base& texture, const u8* pSource, u32 uFrame, u32 uRows) {
+bool g_fnFillChain(CTexture_Base& texture, const u8* pSource, u32 uFrame, u32 uRows, bool bBlank) {
     const u32 uBytes = texture.m_uBytesPerPixel;
     if (!pSource || (uBytes != 1 && uBytes != 4)) return false;
     u8* pLevel = nullptr;
@@ -159,7 +183,7 @@ bool g_fnFillChain(CTexture_Base& texture, const u8* pSource, u32 uFrame, u32 uR
         u8* pNext = nullptr;
         texture.m_fnGetLevel(&pNext, uFrame, uLevel);
         if (!pNext) break;
-        ReduceLevel({pLevel, uWidth, uHeight, uBytes}, uBytes == 1, uRows, pNext);
+        ReduceLevel({pLevel, uWidth, uHeight, uBytes}, uBytes == 1, uRows, bBlank, pNext);
         uRows = HalvedRows(uRows);
         uWidth = g_fnLevelSide(uWidth, 1);
         uHeight = g_fnLevelSide(uHeight, 1);

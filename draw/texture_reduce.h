@@ -15,5 +15,6 @@ void g_fnReduceLevel(const u8* pSource, u32 uWidth, u32 uHeight, u32 uChannels, 
 /// the chain or at a width of 1: further levels keep what they hold. False, and nothing done, for any other
 /// pixel size, a frame that does not exist, or a null source. Whoever knows that a glyph atlas holds zeros
 /// from row uRows on, now and in all that the texture was filled from before, says so and saves the work for
-/// them.
-bool g_fnFillChain(CTexture_Base& texture, const u8* pSource, u32 uFrame, u32 uRows = UINT32_MAX);
+/// them; likewise with bBlank that all levels but the first hold zeros.
+bool g_fnFillChain(CTexture_Base& texture, const u8* pSource, u32 uFrame, u32 uRows = UINT32_MAX,
+                   bool bBlank = false);

@@ -1,6 +1,7 @@
 // One glyph at a time: drawing into the canvas, measuring, copying.
 #include "base/log.h"
 #include "font/font_unicode.h"
+#include "platform/pages.h"
 
 #include <algorithm>
 #include <array>
@@ -30,10 +31,6 @@ static constexpr std::array<u8, 256> MakeGainTable() {
 }
 static constexpr std::array<u8, 256> g_auGain = MakeGainTable();
 
-static bool IsBlank(const u8* pBytes, u64 uBytes) {
-    return pBytes[0] == 0 && std::memcmp(pBytes, pBytes + 1, uBytes - 1) == 0;
-}
-
 /// The first byte of each pixel, through a table of 256 that leaves 0 as it is (null: all as it is).
 void CFontUniCode::ReadCanvas(const u8* pTable) {
     if (!m_pCanvas || !m_pDib) return;
@@ -45,7 +42,7 @@ void CFontUniCode::ReadCanvas(const u8* pTable) {
     // four does not divide gives slanted glyphs.
     for (u64 uFirst = 0; uFirst < uPixels; uFirst += uRun) {
         const u64 uEnd = std::min(uFirst + uRun, uPixels);
-        if (IsBlank(m_pDib + uFirst * 3, (uEnd - uFirst) * 3)) continue;
+        if (platform::IsBlank(m_pDib + uFirst * 3, (uEnd - uFirst) * 3)) continue;
         for (u64 i = uFirst; i < uEnd; ++i) m_pCanvas[i] = pTable ? pTable[m_pDib[i * 3]] : m_pDib[i * 3];
     }
 }
@@ -111,7 +108,7 @@ void CFontUniCode::m_fnInkBox(i32* piLeft, i32* piTop, i32* piW, i32* piH) {
     for (i32 y = 0; m_pCanvas && y < m_iCanvasH; ++y) {
         const u8* const pRow = m_pCanvas + static_cast<i64>(y) * m_iCanvasW;
         i32 iFirst = 0, iLast = m_iCanvasW - 1;
-        if (IsBlank(pRow, static_cast<u64>(m_iCanvasW))) continue;
+        if (platform::IsBlank(pRow, static_cast<u64>(m_iCanvasW))) continue;
         while (iFirst <= iLast && pRow[iFirst] <= m_u8Threshold) ++iFirst;
         while (iLast > iFirst && pRow[iLast] <= m_u8Threshold) --iLast;
         if (iFirst > iLast) continue;

@@ -4,6 +4,7 @@
 #include "draw/data_path.h"
 #include "platform/folders.h"
 #include "platform/input_file.h"
+#include "platform/regular_file.h"
 
 #include <algorithm>
 #include <bit>
@@ -59,17 +60,16 @@ u64 BytesToLevels(u64 uCells) {
                                      : sizeof(stFontFileHeader) + (uCells + 2) * sizeof(stFontChar);
 }
 
-/// The tests that need no more than sizes and header.
-i32 CheckSizes(stMemoryStream* pStream, stFontFileHeader& st) {
+/// The tests that need no more than the header and the size of the whole.
+i32 CheckSizes(stMemoryStream* pStream, u64 uFileBytes, stFontFileHeader& st) {
     if (!pStream) return FONT_FILE_NO_STREAM;
-    if (pStream->m_uSize == 0) return FONT_FILE_EMPTY;
-    if (pStream->m_uSize < sizeof st) return FONT_FILE_SHORT_HEADER;
+    if (uFileBytes == 0) return FONT_FILE_EMPTY;
+    if (uFileBytes < sizeof st) return FONT_FILE_SHORT_HEADER;
     if (!g_fnReadFontFileHeader(pStream, &st)) return FONT_FILE_NO_HEADER;
     if (st.m_uVersion != g_uFontFileVersion) return FONT_FILE_VERSION;
     const u64 uBytes = BytesToLevels(Cells(st));
-    if (pStream->m_uSize < uBytes) return FONT_FILE_SHORT_RECORDS;
-    if (pStream->m_uSize - uBytes < g_fnFontLevelsBytes(st.m_uTexW, st.m_uTexH))
-        return FONT_FILE_SHORT_LEVELS;
+    if (uFileBytes < uBytes) return FONT_FILE_SHORT_RECORDS;
+    if (uFileBytes - uBytes < g_fnFontLevelsBytes(st.m_uTexW, st.m_uTexH)) return FONT_FILE_SHORT_LEVELS;
     return 0;
 }
 
@@ -104,9 +104,15 @@ bool HasRoomFor(const stFontFileHeader& st, u32 uNeeded) {
 
 } // namespace
 
+i32 g_fnCheckFontFileHead(stMemoryStream* pHead, u64 uFileBytes) noexcept {
+    stFontFileHeader st;
+    const i32 iSizes = CheckSizes(pHead, uFileBytes, st);
+    return iSizes < 0 ? iSizes : CheckCells(pHead, Cells(st), nullptr);
+}
+
 i32 CFontUniCode::m_fnCheckMemoryFile(stMemoryStream* pStream, const char16_t* wzRequired) {
     stFontFileHeader st;
-    const i32 iSizes = CheckSizes(pStream, st);
+    const i32 iSizes = CheckSizes(pStream, pStream ? pStream->m_uSize : 0, st);
     if (iSizes < 0) return iSizes;
     if (!wzRequired) return CheckCells(pStream, Cells(st), nullptr);
     std::u32string codes;
@@ -139,10 +145,11 @@ bool g_fnLoadFontFile(CFontUniCode* pFont, const char16_t* wzPath, const char16_
                       const u32* pNeeded) {
     const platform::InputFile pFile = platform::OpenInputAlone(wzPath);
     if (!pFile) return false;
-    const std::vector<u8> bytes = g_fnReadFontFile(pFile.get());
-    stMemoryStream stream = {bytes.data(), static_cast<u32>(bytes.size()), 0};
+    const std::vector<u8> head = g_fnReadFontFileHead(pFile.get());
+    const u64 uFileBytes = std::min<u64>(platform::SizeOfFile(pFile.get()), g_uFontFileBytesMost);
+    stMemoryStream stream = {head.data(), static_cast<u32>(head.size()), 0};
     stFontFileHeader st;
-    return pFont->m_fnCheckMemoryFile(&stream, nullptr) >= 0 && g_fnReadFontFileHeader(&stream, &st) &&
+    return g_fnCheckFontFileHead(&stream, uFileBytes) >= 0 && g_fnReadFontFileHeader(&stream, &st) &&
            std::u16string_view(st.m_wzFontName) == wzFace && (!pNeeded || HasRoomFor(st, *pNeeded)) &&
-           pFont->m_fnLoadFromMemory(&stream);
+           pFont->m_fnLoadFromOpenFile(&stream, pFile.get());
 }

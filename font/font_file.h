@@ -55,6 +55,10 @@ bool g_fnFontGridHolds(const stFontFileHeader& st) noexcept;
 /// An open file's bytes as far as its header asks for them; the header alone if it is of no font, and nothing
 /// if it is not whole.
 std::vector<u8> g_fnReadFontFile(std::FILE* pFile);
+/// Its header and records only, likewise. The file then stands at its picture.
+std::vector<u8> g_fnReadFontFileHead(std::FILE* pFile);
+/// The tests of m_fnCheckMemoryFile without a text, for the header and records of a file of uFileBytes.
+i32 g_fnCheckFontFileHead(stMemoryStream* pHead, u64 uFileBytes) noexcept;
 /// Levels down to one pixel, the first one included.
 u32 g_fnFontLevels(u32 uWidth, u32 uHeight) noexcept;
 /// Bytes of a level: the first one's by four each time, whatever its sides.

@@ -4,11 +4,14 @@
 #include "font/atlas_bitmap.h"
 #include "font/font_file.h"
 #include "platform/input_file.h"
+#include "platform/pages.h"
+#include "platform/regular_file.h"
 #include "platform/utf.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -59,40 +62,103 @@ bool ReadRecords(CFontUniCode& font, stMemoryStream* pStream, u32 uCount) {
     return true;
 }
 
-bool IsBlank(const u8* pBytes, std::size_t uBytes) {
-    return uBytes == 0 || (pBytes[0] == 0 && std::memcmp(pBytes, pBytes + 1, uBytes - 1) == 0);
-}
-
 /// Copies uGiven pixels of a row and makes the rest black. What is as it has to be is not written, so that
 /// blank rows stay without memory. True if the row has ink.
 bool TakeRow(u8* pRow, const u8* pFrom, std::size_t uGiven, std::size_t uWidth) {
     if (uGiven && std::memcmp(pRow, pFrom, uGiven) != 0) std::memcpy(pRow, pFrom, uGiven);
-    if (!IsBlank(pRow + uGiven, uWidth - uGiven)) std::memset(pRow + uGiven, 0, uWidth - uGiven);
-    return !IsBlank(pRow, uWidth);
+    if (!platform::IsBlank(pRow + uGiven, uWidth - uGiven)) std::memset(pRow + uGiven, 0, uWidth - uGiven);
+    return !platform::IsBlank(pRow, uWidth);
 }
 
-/// The first level, up to where the stream ends.
-void TakeAtlas(CFontUniCode& font, stMemoryStream* pStream) {
-    const std::size_t uWidth = font.m_uTexW;
-    std::size_t uLeft = pStream->m_pData ? pStream->m_uSize - pStream->m_uPosition : 0;
-    font.m_uAtlasRows = 0;
-    for (u32 y = 0; y < font.m_uTexH; ++y) {
-        const std::size_t uGiven = std::min(uLeft, uWidth);
-        if (TakeRow(font.m_pAtlas + y * uWidth, pStream->m_pData + pStream->m_uPosition, uGiven, uWidth))
-            font.m_uAtlasRows = y + 1;
-        pStream->m_uPosition += static_cast<u32>(uGiven);
-        uLeft -= uGiven;
+/// The picture of a file, from its first row on.
+class CPictureSource {
+  public:
+    virtual ~CPictureSource() = default;
+    /// The next uWanted bytes, which stay until the next call. What is missing of them is black.
+    virtual std::span<const u8> m_fnNext(std::size_t uWanted) = 0;
+};
+
+class CPictureInMemory : public CPictureSource {
+  public:
+    explicit CPictureInMemory(stMemoryStream* pStream) : m_pStream(pStream) {}
+    std::span<const u8> m_fnNext(std::size_t uWanted) override {
+        const std::size_t uLeft = m_pStream->m_pData ? m_pStream->m_uSize - m_pStream->m_uPosition : 0;
+        const u8* const pFirst = m_pStream->m_pData + m_pStream->m_uPosition;
+        const std::size_t uGiven = std::min(uWanted, uLeft);
+        m_pStream->m_uPosition += static_cast<u32>(uGiven);
+        return {pFirst, uGiven};
     }
+
+  private:
+    stMemoryStream* m_pStream;
+};
+
+/// Parts that the file system knows to be blank are not read: they give no bytes.
+class CPictureInFile : public CPictureSource {
+  public:
+    CPictureInFile(std::FILE* pFile, u64 uAt) : m_pFile(pFile), m_uAt(uAt) {}
+    std::span<const u8> m_fnNext(std::size_t uWanted) override {
+        if (m_uAt >= m_uData) m_uData = platform::DataFrom(m_pFile, m_uAt);
+        const bool bBlank = m_uData >= m_uAt + uWanted;
+        const u64 uFrom = m_uAt;
+        m_uAt += uWanted;
+        if (bBlank) return {};
+        if (m_piece.size() < uWanted) m_piece.resize(uWanted);
+        if (m_uStands != uFrom && std::fseek(m_pFile, static_cast<long>(uFrom), SEEK_SET) != 0) return {};
+        m_uStands = m_uAt;
+        return {m_piece.data(), std::fread(m_piece.data(), 1, uWanted, m_pFile)};
+    }
+
+  private:
+    std::FILE* m_pFile;
+    u64 m_uAt;                              ///< place in the file, below g_uFontFileBytesMost
+    u64 m_uStands = m_uAt, m_uData = m_uAt; ///< of the stream; from where on there are bytes
+    std::vector<u8> m_piece;
+};
+
+/// So much of a picture is looked at in one go: it stays in the processor's cache.
+constexpr u32 g_uPieceBytes = 65536;
+
+/// Takes uRows rows from uTop on. bBlank: the atlas is, there, so that what is blank too need not be looked
+/// at, which would cost a page of the system's for each row.
+void TakeRows(CFontUniCode& font, std::span<const u8> piece, u32 uTop, u32 uRows, bool bBlank) {
+    const std::size_t uWidth = font.m_uTexW;
+    for (u32 u = 0; u < uRows; ++u) {
+        const std::span<const u8> row = piece.subspan(std::min(piece.size(), u * uWidth));
+        const std::size_t uGiven = std::min(row.size(), uWidth);
+        u8* const pRow = font.m_pAtlas + (uTop + u) * uWidth;
+        if (bBlank && platform::IsBlank(row.data(), uGiven)) continue;
+        if (bBlank) std::memcpy(pRow, row.data(), uGiven);
+        if (bBlank || TakeRow(pRow, row.data(), uGiven, uWidth)) font.m_uAtlasRows = uTop + u + 1;
+    }
+}
+
+/// The first level, up to where the source ends.
+void TakeAtlas(CFontUniCode& font, CPictureSource& source) {
+    const u32 uPieceRows = std::max(1u, g_uPieceBytes / font.m_uTexW), uHadRows = font.m_uAtlasRows;
+    font.m_uAtlasRows = 0;
+    for (u32 y = 0; y < font.m_uTexH; y += uPieceRows) {
+        const u32 uRows = std::min(uPieceRows, font.m_uTexH - y);
+        const std::span<const u8> piece = source.m_fnNext(std::size_t{uRows} * font.m_uTexW);
+        const bool bBlank = y >= uHadRows;
+        if (!bBlank || !platform::IsBlank(piece.data(), piece.size()))
+            TakeRows(font, piece, y, uRows, bBlank);
+    }
+}
+
+void UploadTaken(CFontUniCode& font) {
+    font.m_fnUploadAtlasAll(nullptr);
+    font.m_bDirty = false;
 }
 
 /// Takes the first level, black where the file ends, and passes over the others: the upload makes its own.
 void ReadLevels(CFontUniCode& font, stMemoryStream* pStream) {
     const u32 uPixels = font.m_uTexW * font.m_uTexH;
-    TakeAtlas(font, pStream);
+    CPictureInMemory source(pStream);
+    TakeAtlas(font, source);
     const u64 uRest = g_fnFontLevelsBytes(font.m_uTexW, font.m_uTexH) - uPixels;
     pStream->m_uPosition += static_cast<u32>(std::min<u64>(uRest, pStream->m_uSize - pStream->m_uPosition));
-    font.m_fnUploadAtlasAll(nullptr);
-    font.m_bDirty = false;
+    UploadTaken(font);
 }
 
 void IndexUsedCells(CFontUniCode& font) {
@@ -165,23 +231,39 @@ bool g_fnFontGridHolds(const stFontFileHeader& st) noexcept {
            st.m_uTexW >= st.m_uLayoutW && st.m_uTexH >= std::max(st.m_uLayoutW, st.m_uLayoutH);
 }
 
-std::vector<u8> g_fnReadFontFile(std::FILE* pFile) {
+static std::vector<u8> ReadFile(std::FILE* pFile, bool bPicture) {
     std::vector<u8> bytes;
     stFontFileHeader st;
     platform::AppendBytes(pFile, sizeof st, bytes);
     if (bytes.size() < sizeof st) return {};
     std::memcpy(&st, bytes.data(), sizeof st);
     if (st.m_uVersion != g_uFontFileVersion || !g_fnFontGridHolds(st)) return bytes;
-    const u64 uRest = (Cells(st) + 2) * sizeof(stFontChar) + g_fnFontLevelsBytes(st.m_uTexW, st.m_uTexH);
+    u64 uRest = (Cells(st) + 2) * sizeof(stFontChar);
+    if (bPicture) uRest += g_fnFontLevelsBytes(st.m_uTexW, st.m_uTexH);
     platform::AppendBytes(pFile, std::min<u64>(uRest, g_uFontFileBytesMost), bytes);
     return bytes;
 }
+
+std::vector<u8> g_fnReadFontFile(std::FILE* pFile) { return ReadFile(pFile, true); }
+
+std::vector<u8> g_fnReadFontFileHead(std::FILE* pFile) { return ReadFile(pFile, false); }
 
 bool CFontUniCode::m_fnLoadFromMemory(stMemoryStream* pStream) {
     stFontFileHeader st;
     if (!pStream || !g_fnReadFontFileHeader(pStream, &st) || !CanBeLoaded(st, pStream->m_uSize)) return false;
     if (!Prepare(*this, st) || !ReadRecords(*this, pStream, m_uNum_Characters + 2)) return false;
     ReadLevels(*this, pStream);
+    IndexUsedCells(*this);
+    return true;
+}
+
+bool CFontUniCode::m_fnLoadFromOpenFile(stMemoryStream* pHead, std::FILE* pPicture) {
+    stFontFileHeader st;
+    if (!pHead || !g_fnReadFontFileHeader(pHead, &st) || !CanBeLoaded(st, pHead->m_uSize)) return false;
+    if (!Prepare(*this, st) || !ReadRecords(*this, pHead, m_uNum_Characters + 2)) return false;
+    CPictureInFile source(pPicture, pHead->m_uSize);
+    TakeAtlas(*this, source);
+    UploadTaken(*this);
     IndexUsedCells(*this);
     return true;
 }

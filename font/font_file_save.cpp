@@ -2,6 +2,7 @@
 #include "draw/texture_reduce.h"
 #include "font/font_file.h"
 #include "platform/folders.h"
+#include "platform/regular_file.h"
 
 #include <algorithm>
 #include <cstring>
@@ -55,6 +56,8 @@ void PutLevels(const CFontUniCode& font, u8* pOut) {
 
 bool SaveAndClose(CFontUniCode& font, std::FILE* pFile) {
     const bool bSaved = font.m_fnSaveToStream(pFile);
+    // Most of an atlas is blank: neither the disk nor who reads the file needs to bother.
+    if (bSaved) platform::FreeBlankParts(pFile);
     return pFile && std::fclose(pFile) == 0 && bSaved;
 }
 

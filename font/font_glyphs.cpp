@@ -1,5 +1,6 @@
 // Records and cells: who has one, what is known of it, who gets the next.
 #include "font/font_unicode.h"
+#include "platform/pages.h"
 
 #include <algorithm>
 #include <cstring>
@@ -91,8 +92,9 @@ bool CFontUniCode::m_fnPutCharBuffInCell(u32, f32* pX, f32* pY, f32*) {
     for (u32 i = 0; i < uRows; ++i) {
         u8* const pTo = m_pAtlas + static_cast<u64>(uTop + i) * m_uTexW + uColumn;
         const u8* const pFrom = m_pCharBuff + static_cast<u64>(i) * uCellW;
-        // Blank rows stay without memory.
-        if (std::memcmp(pTo, pFrom, uCols) == 0) continue;
+        // Blank rows stay without memory; those behind the last one with ink are not even looked at.
+        if (platform::IsBlank(pFrom, uCols) && (uTop + i >= m_uAtlasRows || platform::IsBlank(pTo, uCols)))
+            continue;
         std::memcpy(pTo, pFrom, uCols);
         m_uAtlasRows = std::max(m_uAtlasRows, uTop + i + 1);
     }
@@ -161,6 +163,7 @@ template <typename T> static void AddBatch(CFontUniCode* pFont, const T& codes) 
     if (!pFont->m_bDirty) return;
     pFont->m_fnUploadAtlas();
     pFont->m_bDirty = false;
+    pFont->m_fnRest();
 }
 
 /// A surrogate without its partner stands as a code of its own. False if there is one.

@@ -18,13 +18,13 @@ static i32 MulDiv(i32 a, i32 b, i32 c) {
     return static_cast<i32>(std::min<i64>(i, std::numeric_limits<i32>::max()));
 }
 
-template <typename T> static bool AllocZeroed(T*& pOut, u64 uCount) {
-    if (!pOut) pOut = new (std::nothrow) T[uCount]();
+template <typename T> static bool AllocZeroed(T*& pOut, u64& uBytes, u64 uWanted) {
+    if (!pOut) pOut = reinterpret_cast<T*>(platform::AllocatePages(uBytes = uWanted));
     return pOut != nullptr;
 }
 
-template <typename T> static void FreeArray(T*& pArray) {
-    delete[] pArray;
+template <typename T> static void Free(T*& pArray, u64 uBytes) {
+    platform::FreePages(reinterpret_cast<u8*>(pArray), uBytes);
     pArray = nullptr;
 }
 
@@ -44,17 +44,25 @@ void CFontUniCode::m_fnRelease() {
 /// All that depends on the sizes, glyphs included.
 void CFontUniCode::DropBuffers() noexcept {
     m_mapCharIndex.clear();
-    FreeArray(m_pChars);
+    Free(m_pChars, m_uRecordBytes);
     platform::DestroyGlyphDevice(m_hDC);
     m_hDC = nullptr;
     platform::DestroyGlyphBitmap(m_hBitmap);
     m_hBitmap = nullptr;
-    platform::FreePages(m_pAtlas, m_uAtlasBytes);
-    m_pAtlas = nullptr;
+    Free(m_pAtlas, m_uAtlasBytes);
     m_uAtlasRows = 0;
-    FreeArray(m_pCanvas);
-    FreeArray(m_pCharBuff);
-    FreeArray(m_pDib);
+    Free(m_pCanvas, m_uCellBytes);
+    Free(m_pCharBuff, m_uCellBytes);
+    Free(m_pDib, m_uDibBytes);
+}
+
+void CFontUniCode::m_fnRest() noexcept {
+    platform::ForgetPages(m_pCanvas, m_uCellBytes);
+    platform::ForgetPages(m_pCharBuff, m_uCellBytes);
+    platform::ForgetPages(m_pDib, m_uDibBytes);
+    platform::RestGlyphDevice(m_hDC);
+    platform::RestGlyphFont(m_hFont);
+    platform::RestGlyphFont(m_hFontCalib);
 }
 
 void CFontUniCode::m_fnSetLayout(u32 uWidth, u32 uHeight, u32 uLayers) {
@@ -124,22 +132,20 @@ bool CFontUniCode::m_fnAllocBuffers() { return SizesAreUsable() && AllocCanvas()
 
 bool CFontUniCode::AllocCanvas() {
     const u64 uCell = static_cast<u64>(m_iCanvasW) * static_cast<u64>(m_iCanvasH);
-    if (!AllocZeroed(m_pCanvas, uCell)) return false;
+    if (!AllocZeroed(m_pCanvas, m_uCellBytes, uCell)) return false;
     if (!m_pCharBuff) {
-        if (!AllocZeroed(m_pCharBuff, uCell)) return false;
+        if (!AllocZeroed(m_pCharBuff, m_uCellBytes, uCell)) return false;
         m_hDC = platform::CreateGlyphDevice();
     }
-    if (!AllocZeroed(m_pDib, uCell * 8)) return false;
+    if (!AllocZeroed(m_pDib, m_uDibBytes, uCell * 8)) return false;
     if (!m_hBitmap) m_hBitmap = platform::CreateGlyphBitmap(m_hDC, m_iCanvasW, m_iCanvasH);
     return m_hBitmap != nullptr;
 }
 
 bool CFontUniCode::AllocRecordsAndAtlas() {
-    if (!AllocZeroed(m_pChars, static_cast<u64>(m_uNum_Characters) + 2)) return false;
-    if (m_pAtlas) return true;
-    m_uAtlasBytes = static_cast<u64>(m_uTexW) * m_uTexH;
-    m_pAtlas = platform::AllocatePages(m_uAtlasBytes);
-    return m_pAtlas != nullptr;
+    const u64 uRecords = static_cast<u64>(m_uNum_Characters) + 2;
+    return AllocZeroed(m_pChars, m_uRecordBytes, uRecords * sizeof *m_pChars) &&
+           AllocZeroed(m_pAtlas, m_uAtlasBytes, static_cast<u64>(m_uTexW) * m_uTexH);
 }
 
 bool CFontUniCode::m_fnCreateGdiFont(platform::GlyphFont** ppFont, u32 uSize, const char16_t* wzName) {

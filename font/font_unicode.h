@@ -106,6 +106,9 @@ class CFontUniCode {
     /// False for a file that no font can be made of; the font is then to be set up anew. Pixels that are
     /// missing are black.
     virtual bool m_fnLoadFromMemory(stMemoryStream* pStream);
+    /// The same for a file whose header and records are in memory and whose picture is read on the way, a
+    /// piece at a time: of the rest of the file nothing is read.
+    bool m_fnLoadFromOpenFile(stMemoryStream* pHead, std::FILE* pPicture);
     /// For makers of files: the same from where the stream stands, with a report in the log and a bitmap of
     /// the atlas, "FACE-WEIGHT-WxH.bmp", in the working directory. The blanks are left out.
     virtual bool m_fnLoadFromStream(std::FILE* pFile);
@@ -142,6 +145,10 @@ class CFontUniCode {
     /// To the top left. A box that is not inside the canvas leaves the glyph buffer empty.
     virtual void m_fnCanvasToCharBuff(i32 iX, i32 iY, i32 iW, i32 iH);
     virtual void m_fnClearCharBuff();
+
+    /// Gives back what only drawing needs; the next glyph takes it again. Canvas and glyph buffer may be
+    /// blank after it.
+    void m_fnRest() noexcept;
 
     u32 m_uLayoutW = 8, m_uLayoutH = 8; ///< cells
     u32 m_uLayoutD = 0;
@@ -189,7 +196,7 @@ class CFontUniCode {
     void ReadCanvas(const u8* pTable);
     void DumpRows(const u8* pFirst, u32 uWidth, u32 uHeight, u32 uPitch);
 
-    u64 m_uAtlasBytes = 0;
+    u64 m_uAtlasBytes = 0, m_uDibBytes = 0, m_uCellBytes = 0, m_uRecordBytes = 0; ///< of the blocks above
 };
 
 /// True if the code has a cell now; also for code 0, which gets none.

@@ -9,6 +9,13 @@ void CTextBox_Merged::m_fnDrawText(CDraw_Base* pBatcher, const f32* pWorld, cons
     m_pMesh->m_fnDraw(m_uIndexCount, 0, 0);
 }
 
+bool CNumBox_Merged::m_fnAllocBuffers() {
+    const bool bDone = CNumBox_Base::m_fnAllocBuffers();
+    m_pVerticesOut.reset();
+    m_pIndicesOut.reset();
+    return bDone;
+}
+
 void CNumBox_Merged::m_fnDrawDigits(CDraw_Base* pBatcher, CEntity_Base** ppEntities, const f32* pColor) {
     if (!m_pMesh) return;
     // The cells' places are in the vertices, so the first entity serves all.

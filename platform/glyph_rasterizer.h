@@ -42,6 +42,11 @@ void ClearGlyphBitmap(GlyphDevice* pDevice) noexcept;
 /// row padded to a multiple of four bytes. pRows holds (iWidth * 3 + 3) / 4 * 4 * iHeight bytes.
 void ReadGlyphBitmap(GlyphDevice* pDevice, i32 iWidth, i32 iHeight, u8* pRows) noexcept;
 
+/// Nothing is going to be drawn for a while: memory that the next glyph can take again is given back. The
+/// bitmap becomes black, the font stays as good as open.
+void RestGlyphDevice(GlyphDevice* pDevice) noexcept;
+void RestGlyphFont(GlyphFont* pFont) noexcept;
+
 /// An unknown face gives the nearest one; null only when no face can be opened at all. May search all fonts
 /// of the system, which takes long the first time.
 GlyphFont* CreateGlyphFont(GlyphDevice* pDevice, const stGlyphFontRequest& stRequest) noexcept;

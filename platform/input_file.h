@@ -3,6 +3,7 @@
 // the caller has room for.
 #include "platform/types.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -22,12 +23,12 @@ InputFile OpenInput(const char* szPath) noexcept;
 InputFile OpenInputAlone(const char16_t* wzPath) noexcept;
 
 /// Appends what follows in a file, uMost bytes at most. They come piece by piece, so that a file that says it
-/// is larger than it is takes no memory.
+/// is larger than it is takes no memory; small ones first, as most files are.
 template <typename Bytes> void AppendBytes(std::FILE* pFile, u64 uMost, Bytes& bytes) {
-    constexpr u64 uPiece = 256 * 1024;
+    constexpr u64 uLeast = 8 * 1024, uPiece = 256 * 1024;
     for (const u64 uEnd = bytes.size() + uMost; bytes.size() < uEnd;) {
-        const std::size_t uHad = bytes.size(),
-                          uWanted = static_cast<std::size_t>(uEnd - uHad < uPiece ? uEnd - uHad : uPiece);
+        const std::size_t uHad = bytes.size(), uWanted = static_cast<std::size_t>(std::min(
+                                                   uEnd - uHad, std::clamp<u64>(uHad, uLeast, uPiece)));
         bytes.resize(uHad + uWanted);
         const std::size_t uRead = std::fread(bytes.data() + uHad, 1, uWanted, pFile);
         bytes.resize(uHad + uRead);

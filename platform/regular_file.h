@@ -13,5 +13,11 @@ std::FILE* OpenRegularFile(const char16_t* wzPath, bool bAlone) noexcept;
 std::FILE* OpenRegularFile(const char* szPath) noexcept;
 /// Size of an open file at this moment; 0 on failure.
 u64 SizeOfFile(std::FILE* pFile) noexcept;
+/// The first place from uAt on where an open file may hold more than zeros, as far as the system knows: uAt
+/// itself where it does not. Behind the last such place: the file's size.
+u64 DataFrom(std::FILE* pFile, u64 uAt) noexcept;
+/// Gives the room on the disk that an open file takes for zeros back, where the system can. What the file
+/// holds does not change.
+void FreeBlankParts(std::FILE* pFile) noexcept;
 
 } // namespace platform

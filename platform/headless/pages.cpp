@@ -10,4 +10,6 @@ u8* AllocatePages(std::size_t uBytes) noexcept {
 
 void FreePages(u8* pBlock, std::size_t) noexcept { std::free(pBlock); }
 
+bool ForgetPages(u8*, std::size_t) noexcept { return false; }
+
 } // namespace platform

@@ -4,6 +4,7 @@
 
 #include "platform/linux/font_catalogue.h"
 #include "platform/linux/font_output.h"
+#include "platform/pages.h"
 #include "platform/utf.h"
 
 #include <ft2build.h>
@@ -63,10 +64,14 @@ void DestroyGlyphDevice(GlyphDevice* pDevice) noexcept { delete pDevice; }
 
 void GlyphDeviceDpi(GlyphDevice*, i32* piX, i32* piY) noexcept { *piX = *piY = 96; }
 
+static u64 PixelsOf(const GlyphBitmap& st) {
+    return static_cast<u64>(st.m_iWidth) * static_cast<u64>(st.m_iHeight);
+}
+
 GlyphBitmap* CreateGlyphBitmap(GlyphDevice* pDevice, i32 iWidth, i32 iHeight) noexcept {
     if (!pDevice || iWidth < 1 || iHeight < 1) return nullptr;
-    const u64 uPixels = static_cast<u64>(iWidth) * static_cast<u64>(iHeight);
-    auto* const pBitmap = new (std::nothrow) GlyphBitmap{iWidth, iHeight, new (std::nothrow) u8[uPixels]()};
+    const u64 uPixels = PixelsOf({iWidth, iHeight, nullptr});
+    auto* const pBitmap = new (std::nothrow) GlyphBitmap{iWidth, iHeight, AllocatePages(uPixels)};
     if (!pBitmap || !pBitmap->m_pPixels) {
         delete pBitmap;
         return nullptr;
@@ -77,7 +82,7 @@ GlyphBitmap* CreateGlyphBitmap(GlyphDevice* pDevice, i32 iWidth, i32 iHeight) no
 
 void DestroyGlyphBitmap(GlyphBitmap* pBitmap) noexcept {
     if (!pBitmap) return;
-    delete[] pBitmap->m_pPixels;
+    FreePages(pBitmap->m_pPixels, PixelsOf(*pBitmap));
     delete pBitmap;
 }
 
@@ -88,6 +93,12 @@ void ClearGlyphBitmap(GlyphDevice* pDevice) noexcept {
     std::fill_n(st.m_pPixels + static_cast<i64>(st.m_iInkTop) * st.m_iWidth,
                 static_cast<i64>(st.m_iInkEnd - st.m_iInkTop) * st.m_iWidth, u8{0});
     st.m_iInkTop = st.m_iInkEnd = 0;
+}
+
+void RestGlyphDevice(GlyphDevice* pDevice) noexcept {
+    ClearGlyphBitmap(pDevice);
+    if (pDevice && pDevice->m_pBitmap)
+        ForgetPages(pDevice->m_pBitmap->m_pPixels, PixelsOf(*pDevice->m_pBitmap));
 }
 
 void ReadGlyphBitmap(GlyphDevice* pDevice, i32 iWidth, i32 iHeight, u8* pRows) noexcept {
@@ -176,11 +187,25 @@ static bool OpenFont(GlyphFont& font) noexcept {
     return font.m_hMain != nullptr;
 }
 
-static void CloseFont(GlyphFont& font) {
+static void CloseFaces(GlyphFont& font) {
     for (const auto& [uPlace, hFace] : font.m_mapOthers)
         if (hFace) FT_Done_Face(hFace);
+    font.m_mapOthers.clear();
     if (font.m_hMain) FT_Done_Face(font.m_hMain);
+    font.m_hMain = font.m_hLastFace = nullptr;
+}
+
+static void CloseFont(GlyphFont& font) {
+    CloseFaces(font);
     font.m_pSystem.reset();
+}
+
+// The list of files stays, which took long to make; a face alone is opened fast.
+void RestGlyphFont(GlyphFont* pFont) noexcept {
+    if (!pFont || !pFont->m_hMain) return;
+    const std::lock_guard lock(g_mutexSystem);
+    CloseFaces(*pFont);
+    pFont->m_bTried = false;
 }
 
 GlyphFont* CreateGlyphFont(GlyphDevice*, const stGlyphFontRequest& stRequest) noexcept {

@@ -7,7 +7,7 @@
 namespace platform {
 
 /// Below it a block shares its pages with others.
-static constexpr std::size_t g_uPagesLeast = 65536;
+static constexpr std::size_t g_uPagesLeast = 16384;
 
 u8* AllocatePages(std::size_t uBytes) noexcept {
     if (uBytes == 0) return nullptr;
@@ -25,6 +25,10 @@ void FreePages(u8* pBlock, std::size_t uBytes) noexcept {
         std::free(pBlock);
     else
         munmap(pBlock, uBytes);
+}
+
+bool ForgetPages(u8* pBlock, std::size_t uBytes) noexcept {
+    return pBlock && uBytes >= g_uPagesLeast && madvise(pBlock, uBytes, MADV_DONTNEED) == 0;
 }
 
 } // namespace platform

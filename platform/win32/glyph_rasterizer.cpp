@@ -49,6 +49,10 @@ static const wchar_t* Wide(const char16_t* wz) { return reinterpret_cast<const w
 bool HoldGlyphSystem() noexcept { return false; }
 void LetGlyphSystemGo() noexcept {}
 
+// What GDI keeps is the system's business.
+void RestGlyphDevice(GlyphDevice* pDevice) noexcept { ClearGlyphBitmap(pDevice); }
+void RestGlyphFont(GlyphFont*) noexcept {}
+
 GlyphDevice* CreateGlyphDevice() noexcept {
     auto* const pDevice = new (std::nothrow) GlyphDevice{};
     if (!pDevice) return nullptr;

@@ -23,4 +23,6 @@ void FreePages(u8* pBlock, std::size_t uBytes) noexcept {
         VirtualFree(pBlock, 0, MEM_RELEASE);
 }
 
+bool ForgetPages(u8*, std::size_t) noexcept { return false; }
+
 } // namespace platform

@@ -36,4 +36,8 @@ u64 SizeOfFile(std::FILE* pFile) noexcept {
     return _fstat64(_fileno(pFile), &st) == 0 && st.st_size > 0 ? static_cast<u64>(st.st_size) : 0;
 }
 
+u64 DataFrom(std::FILE*, u64 uAt) noexcept { return uAt; }
+
+void FreeBlankParts(std::FILE*) noexcept {}
+
 } // namespace platform

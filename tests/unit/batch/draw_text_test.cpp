@@ -286,6 +286,16 @@ TEST_F(DrawText, ResetForgetsFontsCountsAndControls) {
     EXPECT_EQ(m_pBatcher->m_pControls[0][0], nullptr);
 }
 
+TEST_F(DrawText, ResetForgetsControlsOfAListThatWasOnceLonger) {
+    for (u32 i = 0; i < 3; ++i) Add('a', 0);
+    m_pBatcher->m_fnBuildFontLists();
+    g_pOSDManager->m_fnDetach(m_apLetters[0].get(), g_uLayerFont);
+    m_pBatcher->m_fnBuildFontLists();
+    ASSERT_EQ(m_pBatcher->m_uControlCounts[0], 2u);
+    m_pBatcher->m_fnResetFontLists();
+    for (u32 i = 0; i < 3; ++i) EXPECT_EQ(m_pBatcher->m_pControls[0][i], nullptr) << i;
+}
+
 TEST_F(DrawTextMerged, SumsCountTheTextBoxesIndicesAs16Bit) {
     Put<CTextBox_Base>(g_ppTextBox, 0, new CTextBox_Base, 128, 24);
     Put<CTextBox_Base>(g_ppTextBox, 680, new CTextBox_Base, 256, 48);

@@ -260,14 +260,18 @@ TEST(TextureChain, RowsKnownToBeBlankChangeNoLevel) {
         for (const u32 uRows : {0u, 1u, 7u, 8u, 33u, uSide - 1, uSide}) {
             Bytes source(uSide * uSide);
             std::copy_n(Noise(uSide * uSide, uRows).begin(), uRows * uSide, source.begin());
-            CTexture_Base whole, spared;
+            CTexture_Base whole, spared, fresh;
             ASSERT_TRUE(whole.m_fnCreate(uSide, uSide, g_uFormatR8, 1, true));
             ASSERT_TRUE(spared.m_fnCreate(uSide, uSide, g_uFormatR8, 1, true));
+            ASSERT_TRUE(fresh.m_fnCreate(uSide, uSide, g_uFormatR8, 1, true));
             EXPECT_TRUE(g_fnFillChain(whole, source.data(), 0));
             EXPECT_TRUE(g_fnFillChain(spared, source.data(), 0, uRows));
+            EXPECT_TRUE(g_fnFillChain(fresh, source.data(), 0, uRows, true));
             for (u32 u = 0; static_cast<i32>(u) < whole.m_uLevelCount; ++u) {
                 const u32 uBytes = g_fnLevelSide(uSide, u) * g_fnLevelSide(uSide, u);
                 EXPECT_TRUE(std::equal(Level(whole, u), Level(whole, u) + uBytes, Level(spared, u)))
+                    << uSide << " rows " << uRows << " level " << u;
+                EXPECT_TRUE(std::equal(Level(whole, u), Level(whole, u) + uBytes, Level(fresh, u)))
                     << uSide << " rows " << uRows << " level " << u;
             }
         }

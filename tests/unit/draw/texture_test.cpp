@@ -106,6 +106,24 @@ TEST(Texture, LevelsThatWereDroppedComeBackZeroed) {
     texture.m_fnDropLevels(1); // and the end finds a frame without levels
 }
 
+TEST(Texture, ALentLevelStaysTheLenders) {
+    CTexture_Base texture;
+    u8 au8Lent[16] = {7};
+    texture.m_fnLendLevel(0, au8Lent); // no frame yet
+    ASSERT_TRUE(texture.m_fnCreate(4, 4, g_uFormatR8, 2, true));
+    *Level(texture, 0, 1) = 9;
+    texture.m_fnLendLevel(0, au8Lent);
+    EXPECT_EQ(Level(texture, 0, 0), au8Lent);
+    ASSERT_TRUE(texture.m_fnTakeLevels(0));
+    EXPECT_EQ(Level(texture, 0, 0), au8Lent) << "there already";
+    EXPECT_EQ(*Level(texture, 0, 1), 0) << "the others are taken anew";
+    texture.m_fnDropLevels(0);
+    EXPECT_EQ(Level(texture, 0, 0), nullptr);
+    EXPECT_EQ(au8Lent[0], 7);
+    texture.m_fnLendLevel(1, au8Lent);
+    texture.m_fnFreeFrames(); // and neither does the end free it
+}
+
 TEST(TextureFormat, BytesAPixel) {
     const std::pair<u32, std::vector<u32>> aSizes[] = {
         {1, {1, 2, 4, 5, 6}},

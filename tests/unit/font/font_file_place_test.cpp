@@ -58,6 +58,61 @@ TEST_F(FontFilePlace, OfAHugeFileNoMoreIsReadThanItsHeaderAsksFor) {
     EXPECT_EQ(g_fnReadFontFile(pFile.get()).size(), g_uSmallFileBytes);
 }
 
+TEST_F(FontFilePlace, LevelsAreNotReadButMustBeThere) {
+    m_folder.Write("Profiles/Mine/2-Face.fnt", SmallFile());
+    const std::string strPath = m_folder.Path("Profiles/Mine/2-Face.fnt");
+    const platform::InputFile pFile = platform::OpenInput(strPath.c_str());
+    ASSERT_TRUE(pFile);
+    const std::vector<u8> head = g_fnReadFontFileHead(pFile.get());
+    ASSERT_EQ(head.size(), 184u + 192u);
+    EXPECT_EQ(std::ftell(pFile.get()), 184 + 192);
+    stMemoryStream stream = {head.data(), static_cast<u32>(head.size()), 0};
+    EXPECT_EQ(g_fnCheckFontFileHead(&stream, g_uSmallFileBytes), FONT_FILE_HAS_MORE);
+    EXPECT_EQ(g_fnCheckFontFileHead(&stream, g_uSmallFileBytes - 1), FONT_FILE_SHORT_LEVELS);
+    CTestFont font;
+    ASSERT_TRUE(font.m_fnLoadFromOpenFile(&stream, pFile.get()));
+    EXPECT_EQ(std::ftell(pFile.get()), 184 + 192 + 256);
+}
+
+TEST_F(FontFilePlace, AFontFromAFileIsTheOneFromMemory) {
+    std::string bytes = SmallFile();
+    for (u32 u = 0; u < 256; ++u) bytes[376 + u] = static_cast<char>(u * 7); // ink far from any glyph too
+    for (const u32 uBlank : {0u, 1u, 255u, 256u}) {
+        std::memset(bytes.data() + 376, 0, uBlank);
+        m_folder.Write("Profiles/Mine/2-Face.fnt", bytes);
+        const std::string strPath = m_folder.Path("Profiles/Mine/2-Face.fnt");
+        CTestFont font, other;
+        ASSERT_TRUE(Load(font, bytes));
+        ASSERT_TRUE(
+            g_fnLoadFontFile(&other, std::u16string(strPath.begin(), strPath.end()).c_str(), u"Face"));
+        EXPECT_EQ(Saved(other), Saved(font)) << uBlank;
+        EXPECT_EQ(other.m_uAtlasRows, font.m_uAtlasRows) << uBlank;
+        EXPECT_EQ(other.m_mapCharIndex, font.m_mapCharIndex);
+    }
+}
+
+TEST_F(FontFilePlace, HolesOfAFileAreBlack) {
+    // An atlas of 1024 by 1024, large enough for holes.
+    const auto pFont = ReadyFont(2, 512, u"Face");
+    ASSERT_NE(pFont, nullptr);
+    CTestFont* const p = pFont.get();
+    p->m_fnPaint = [p] { p->m_fnInk(0, 1, 2, 4); };
+    g_fnFontAddText(p, u"A");
+    p->m_pAtlas[1024 * 1024 - 1] = 5;
+    p->m_uAtlasRows = 1024;
+    const std::string strPath = m_folder.Path("Profiles/Mine/2-Face.fnt");
+    const std::u16string wzPath(strPath.begin(), strPath.end());
+    ASSERT_TRUE(p->m_fnSaveToFile(wzPath.c_str()));
+    EXPECT_EQ(m_folder.Read("Profiles/Mine/2-Face.fnt"), Saved(*p));
+    CTestFont font;
+    std::memset((font.m_fnSetLayout(2, 2, 0), font.m_fnSetTexSize(1024, 1024), font.m_fnAllocBuffers(),
+                 font.m_uAtlasRows = 1024, font.m_pAtlas),
+                9, 1024 * 1024); // of a font that had pixels
+    ASSERT_TRUE(g_fnLoadFontFile(&font, wzPath.c_str(), u"Face"));
+    EXPECT_EQ(std::memcmp(font.m_pAtlas, p->m_pAtlas, 1024 * 1024), 0);
+    EXPECT_EQ(font.m_uAtlasRows, 1024u);
+}
+
 TEST_F(FontFilePlace, FixedFontsGoByStyleAndId) {
     EXPECT_EQ(FixedTail(u"Profiles\\Mine", 0, 7), "Profiles/Mine/0-7.fnt");
     EXPECT_EQ(FixedTail(u"", 1, 15), "1-15.fnt");

@@ -398,3 +398,14 @@ TEST(FontFaces, LettersOfManyScriptsAreDrawn) {
     EXPECT_EQ(Missing(u"WenQuanYi Micro Hei", {'A', 0x4E2D, 0x3042}), std::vector<u32>());
     EXPECT_EQ(Missing(u"DejaVu Sans", {0xE124}), std::vector<u32>{0xE124});
 }
+
+TEST(FontGlyphs, ABatchGivesBackWhatOnlyDrawingNeedsAndTheNextDrawsAsWell) {
+    const auto pWhole = ReadyFont(4, 128), pPieces = ReadyFont(4, 128);
+    ASSERT_TRUE(pWhole && pPieces);
+    g_fnFontAddText(pWhole.get(), u"AgQ|");
+    for (const char16_t* wzText : {u"A", u"g", u"Q|"}) g_fnFontAddText(pPieces.get(), wzText);
+    pPieces->m_fnRest();
+    EXPECT_EQ(std::memcmp(pWhole->m_pAtlas, pPieces->m_pAtlas, 512 * 512), 0);
+    EXPECT_EQ(std::memcmp(pWhole->m_pChars, pPieces->m_pChars, 18 * sizeof(stFontChar)), 0);
+    EXPECT_EQ(pWhole->m_uAtlasRows, pPieces->m_uAtlasRows);
+}

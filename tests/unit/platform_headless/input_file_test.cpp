@@ -1,5 +1,6 @@
 // The reader that all contents of files go through.
 #include "platform/input_file.h"
+#include "platform/regular_file.h"
 #include "tests/support/odd_files.h"
 
 #include <gtest/gtest.h>
@@ -54,6 +55,32 @@ TEST_F(InputFileTest, PiecesEndWithTheFileOrTheBound) {
     platform::AppendBytes(pFile.get(), u64{1} << 40, bytes);
     EXPECT_EQ(bytes.size(), 700003u);
     EXPECT_EQ(bytes.back(), 'x');
+}
+
+TEST_F(InputFileTest, BlankPartsThatAreGivenBackStillReadAsZeros) {
+    constexpr std::size_t uBytes = 5 << 20;
+    std::string strBytes(uBytes, '\0');
+    for (const std::size_t u : {std::size_t{0}, std::size_t{2 << 20}, uBytes - 1}) strBytes[u] = 'x';
+    std::ofstream(g_szName, std::ios::binary) << strBytes;
+    std::FILE* const pFile = std::fopen(g_szName, "rb+");
+    ASSERT_NE(pFile, nullptr);
+    platform::FreeBlankParts(pFile);
+    EXPECT_EQ(platform::SizeOfFile(pFile), uBytes);
+    std::rewind(pFile);
+    EXPECT_EQ(std::fgetc(pFile), 'x');
+    for (std::size_t uAt = 0; uAt < uBytes;) {
+        const u64 uData = platform::DataFrom(pFile, uAt);
+        ASSERT_GE(uData, uAt);
+        ASSERT_LE(uData, uBytes);
+        EXPECT_EQ(strBytes.find('x', uAt), strBytes.find('x', uData)) << "nothing is passed over";
+        uAt = uData + 65536;
+    }
+    EXPECT_GE(platform::DataFrom(pFile, uBytes), uBytes);
+    EXPECT_EQ(std::fgetc(pFile), 0) << "the stream stands where it stood";
+    std::fclose(pFile);
+    std::string strRead;
+    EXPECT_TRUE(Read(uBytes, strRead));
+    EXPECT_EQ(strRead, strBytes);
 }
 
 } // namespace

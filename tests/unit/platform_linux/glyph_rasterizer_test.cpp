@@ -267,6 +267,29 @@ TEST_F(Glyphs, NothingOfAnEarlierDrawingStaysAfterAClear) {
     EXPECT_EQ(Picture(pFont, u"."), wanted);
 }
 
+TEST_F(Glyphs, AfterARestEverythingIsDrawnAsBefore) {
+    GlyphFont* const pFont = Font(u"DejaVu Sans");
+    const std::u16string strText = u"A\u4E2D"; // a glyph of its own and one of another face
+    const auto before = Picture(pFont, strText);
+    const i32 iExtent = Extent(pFont, strText);
+    RestGlyphFont(pFont);
+    RestGlyphDevice(m_pDevice);
+    RestGlyphFont(pFont);
+    std::vector<u8> rows(128 * 3 * 100, 7);
+    ReadGlyphBitmap(m_pDevice, 128, 100, rows.data());
+    EXPECT_EQ(std::count(rows.begin(), rows.end(), 0), static_cast<i64>(rows.size()));
+    EXPECT_EQ(Extent(pFont, strText), iExtent);
+    RestGlyphFont(pFont);
+    EXPECT_EQ(Picture(pFont, strText), before);
+    RestGlyphFont(pFont);
+    EXPECT_TRUE(Has(pFont, u"A"));
+    char16_t wzFamily[64] = u"";
+    RestGlyphFont(pFont);
+    EXPECT_TRUE(GlyphFontFamily(m_pDevice, pFont, wzFamily, 64));
+    RestGlyphFont(nullptr);
+    RestGlyphDevice(nullptr);
+}
+
 TEST(GlyphsWithoutFonts, NoFontIsMadeAndNothingElseFails) {
     // No font is open here, so that the next one reads the configuration anew.
     const std::string path = ::testing::TempDir() + "orvin-no-fonts.conf";
