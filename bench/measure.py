@@ -33,10 +33,23 @@ MADE = [*layouts.WITH_GRAPH, *layouts.GLASS, "Items4096"]
 MODES |= {name: (True, name, True) for name in MADE}
 SHIPPED = sorted(path.name for path in (ROOT / "data/Profiles").iterdir())
 MODES |= {name: (True, name, True) for name in SHIPPED}
+# One text in each of as many faces as fonts fit: their atlases are what takes memory.
+FACES = "Faces64"
+MODES[FACES] = (True, FACES, True)
 # What number boxes show, published once; eight of these names recur in the layouts with boxes.
 PUBLISHED = {"GPU_CLK#0": 1755, "GPU_TEMP#0": 71, "CPU_USAGE#0": 38, "GPU_USAGE#0": 97, "CPU_CLK#0": 4650}
 RAW_DATA, RAW_BANK = 0xBFA0, 16384  # in the shared segment: two banks of values
 DRIVERS = {"null": {}, "noop": {"GALLIUM_NOOP": "1", "GALLIUM_THREAD": "0"}, "llvmpipe": {"LP_NUM_THREADS": "0"}}
+
+
+def faces_profile(count=64):
+    """Faces of this machine, then names that nobody has, which the default face stands in for."""
+    known = subprocess.run(["fc-list", ":", "family"], capture_output=True, text=True, check=True).stdout.splitlines()
+    names = sorted({line.split(",")[0] for line in known if not set(line) & set("<>&'\"")})
+    names = (names + [f"Face {i}" for i in range(count)])[:count]
+    texts = "".join(f"<TextBox IsShow='1' Name='t{i:02}' FrameAnchor='1' FrameAnchorY='{12 * i}' FontName='{name}' "
+                    f"TextSize='12' Text='Label'/>" for i, name in enumerate(names))
+    return f"<OSD LayoutStyle='2'><CustomLayout><Settings><Info>{texts}</Info></Settings></CustomLayout></OSD>"
 
 
 def read_pairs(text):
@@ -75,6 +88,8 @@ class Bench:
         for source, folder in (("data", data), ("shaders", data), ("tests/profiles", data / "Profiles")):
             shutil.copytree(ROOT / source, folder, dirs_exist_ok=True)
         layouts.write(data / "Profiles")
+        (data / "Profiles" / FACES).mkdir()
+        (data / "Profiles" / FACES / "OSD.xml").write_text(faces_profile(), encoding="utf-8")
         if self.care is not True:
             (data / "OSD.ini").unlink()
         if self.care and self.care is not True:
@@ -195,6 +210,36 @@ class Bench:
                            self.variables(mode, driver, probe=False))
         got = read_pairs(said)
         return {"longest_cpu_ms": int(got["longest_swap_cpu_ns"]) / 1e6, "first_ms": int(got["first_swap_ns"]) / 1e6}
+
+    def reloading(self, mode, driver):
+        """The costliest swap from a reload on, likewise. The reload is asked for once sixty frames are drawn."""
+        mark = self.folder / "mark"
+        command = [self.host, "--frames", "700", "--fps-cap", "200", "--size", "1280x720", "--swap-cpu",
+                   "--swap-cpu-from", "60", "--mark-file", mark]
+        for _ in range(5):
+            mark.unlink(missing_ok=True)
+            variables = self.variables(mode, driver, probe=False)
+            host = subprocess.Popen([str(c) for c in command], env={**self.env, **variables}, stdin=subprocess.DEVNULL,
+                                    stdout=subprocess.PIPE, text=True)
+            while not mark.exists() and host.poll() is None:
+                time.sleep(0.01)
+            if MODES[mode][0]:
+                self.ask("reload")
+            in_time = host.poll() is None  # else the machine was too busy, and the host ended first
+            got = read_pairs(host.communicate(timeout=600)[0])
+            if in_time and host.returncode == 0:
+                return {"reload_cpu_ms": int(got["longest_swap_cpu_ns"]) / 1e6}
+        raise SystemExit("bench: the host program ends before a reload reaches it")
+
+    @contextlib.contextmanager
+    def font_files(self, mode):
+        """Font cache files beside a profile."""
+        self.ask("fontcache", "write", mode)
+        try:
+            yield
+        finally:
+            for file in (self.folder / DATA / "Profiles" / mode).glob("*.fnt"):
+                file.unlink()
 
     def instructions(self, mode, driver="null"):
         """Instructions a frame: two runs of different length under callgrind, their difference."""

@@ -42,6 +42,10 @@ bool FileExists(const std::string& strPath) {
     return pFile != nullptr;
 }
 
+void MakeFile(const std::string& strPath) {
+    if (std::FILE* pFile = std::fopen(strPath.c_str(), "wb")) std::fclose(pFile);
+}
+
 std::string Hex(u32 uValue) {
     char szText[16];
     std::snprintf(szText, sizeof szText, "0x%x", uValue);
@@ -188,8 +192,7 @@ void CHostLoop::m_fnSleepPumping(u32 uMilliseconds) {
 }
 
 void CHostLoop::m_fnWait() {
-    if (!m_st.strReadyFile.empty() && !m_uThread)
-        if (std::FILE* pFile = std::fopen(m_st.strReadyFile.c_str(), "wb")) std::fclose(pFile);
+    if (!m_st.strReadyFile.empty() && !m_uThread) MakeFile(m_st.strReadyFile);
     while (!m_st.strWaitFile.empty() && !FileExists(m_st.strWaitFile)) m_fnSleepPumping(10);
     while (m_st.bAwaitDetour && !m_pSystem->m_fnIsDetoured()) m_fnSleepPumping(10);
     m_fnSleepPumping(m_st.uPauseMs);
@@ -256,10 +259,12 @@ bool CHostLoop::m_fnSwap(u32 uFrame, stHostContext& stContext, WindowRef pWindow
     std::string strIgnored;
     if (m_st.bPrintErrors) m_fnTakeErrors(stContext.stGl, strIgnored, m_uErrorFramesBefore);
     if (m_st.bPrintState) listBefore = ReadStates(stContext.stGl);
+    if (uFrame == m_st.uSwapCpuFrom && !m_st.strMarkFile.empty()) MakeFile(m_st.strMarkFile);
     const i64 iStart = NowNanoseconds(), iCpu = m_st.bSwapCpu ? CpuNanoseconds() : 0;
     const bool bSwapped = m_pSystem->m_fnSwap(pWindow);
     if (uFrame == 1) m_iFirstFrame = NowNanoseconds() - iStart;
-    if (m_st.bSwapCpu) m_iLongestCpu = std::max(m_iLongestCpu, CpuNanoseconds() - iCpu);
+    if (m_st.bSwapCpu && uFrame >= m_st.uSwapCpuFrom)
+        m_iLongestCpu = std::max(m_iLongestCpu, CpuNanoseconds() - iCpu);
     if (m_st.bPrintErrors) {
         std::string strCodes;
         m_fnTakeErrors(stContext.stGl, strCodes, m_uErrorFrames);

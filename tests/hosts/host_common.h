@@ -22,6 +22,7 @@ struct stHostOptions {
     u32 uCloseFirst = 0; ///< frame ahead of which the first window goes, with its context; 0 never
     bool bResizeStorm = false, bNoPump = false, bOddState = false, bFreshSurface = false, bIdle = false;
     bool bSwapCpu = false;
+    u32 uSwapCpuFrom = 1;
     bool bEndFontconfig = false;
     u32 uRemakeContext = 0;          ///< remake the context every so many frames; 0 never
     u32 uPauseMs = 0, uLingerMs = 0; ///< once before the first and once after the last frame
@@ -38,7 +39,7 @@ struct stHostOptions {
     std::string strLoadLibrary;            ///< Win32 only
     bool bAwaitDetour = false;             ///< Win32 only
     std::string strScribble;               ///< Win32 only: module whose shared sections are overwritten
-    std::string strDumpPpm, strDumpBefore, strStamps, strWaitFile, strReadyFile, strStopFile;
+    std::string strDumpPpm, strDumpBefore, strStamps, strWaitFile, strReadyFile, strMarkFile, strStopFile;
     u32 uDumpFrame = 0; ///< frame number (first is 1) whose picture is written
 };
 

@@ -92,6 +92,7 @@ constexpr stSwitch g_stSwitches[] = {
     {"--end-fontconfig", nullptr, Flag<&O::bEndFontconfig>,
      "GLX: use fontconfig, and end it before the exit"},
     {"--swap-cpu", nullptr, Flag<&O::bSwapCpu>, "print the processor time of the costliest swap"},
+    {"--swap-cpu-from", "K", Number<&O::uSwapCpuFrom>, "the same, of frame K and those behind it"},
     {"--idle", nullptr, Flag<&O::bIdle>, "swap without drawing"},
     {"--odd-state", nullptr, Flag<&O::bOddState>, "set unusual GL states before every swap"},
     {"--draw-buffer", "none|front", Text<&O::strDrawBuffer>, "draw buffer of framebuffer 0 at every swap"},
@@ -113,6 +114,7 @@ constexpr stSwitch g_stSwitches[] = {
     {"--print-errors", nullptr, Flag<&O::bPrintErrors>, "print GL error codes left after each swap"},
     {"--wait-file", "PATH", Text<&O::strWaitFile>, "wait before the first frame until PATH exists"},
     {"--ready-file", "PATH", Text<&O::strReadyFile>, "make PATH when window and context stand"},
+    {"--mark-file", "PATH", Text<&O::strMarkFile>, "make PATH ahead of the frame of --swap-cpu-from"},
     {"--stop-file", "PATH", Text<&O::strStopFile>, "stop early when PATH exists"},
     {"--stamps", "FILE", Text<&O::strStamps>, "write the time of every frame's end, in nanoseconds"}};
 
