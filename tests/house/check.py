@@ -192,6 +192,23 @@ def no_machine_paths():
     return list(lines_matching(MACHINE, texts()))
 
 
+def documents_name_files():
+    """Links of documents, and paths in them that begin with a folder of the repository, lead somewhere; what holds NAME or
+    FOLDER stands for a name of the reader's own. A path may leave the suffix out."""
+    folders = {p.relative_to(ROOT).parts[0] for p in tracked("") if p.parent != ROOT}
+    broken = []
+    for document in tracked(".md"):
+        text = re.sub(r"^```.*?^```", "", document.read_text(), flags=re.S | re.M)
+        for link in re.findall(r"\]\(([^)#:]+)(?:#[^)]*)?\)", text):
+            if not (document.parent / link).exists():
+                broken.append(f"{document.relative_to(ROOT)}: link to {link}")
+        for path in (path.rstrip("/") for path in re.findall(r"`([\w./*-]+/[\w./*-]*)`", text)):
+            if path.split("/")[0] in folders and not re.search("NAME|FOLDER", path) and not any(
+                    next(ROOT.glob(path + suffix), None) for suffix in ("", ".*")):
+                broken.append(f"{document.relative_to(ROOT)}: {path}")
+    return broken
+
+
 def third_party_is_documented():
     """third_party/README.md has a row for each package of packages.txt, each source of sources.lock with its version,
     and each library that a CMake file looks for."""
@@ -243,6 +260,7 @@ RULES = {"sources are formatted": formatting, "the core is free of operating sys
          "knots of units stay small": knots_stay_small, "globals are declared at home": declared_at_home,
          "functions and files stay small": sizes, "texts speak for the system itself": own_words,
          "nothing is left unfinished": finished, "no path of one machine": no_machine_paths,
+         "documents name files that exist": documents_name_files,
          "third-party software is documented": third_party_is_documented,
          "kept behaviour is pinned by tests": kept_behaviour}
 
