@@ -9,6 +9,6 @@ struct stHostCare {
     bool bStayWithSurface = false;     ///< swaps of other surfaces pass untouched
     bool bLimiterRecovery = false;     ///< the limiter's correction is bounded
     bool bRestoreAfterFailure = false; ///< a failed build gives the program its state back
-    bool bMergedDraw = false;          ///< the same pictures from few calls
+    bool bMergedDraw = false;          ///< pictures from few calls
 };
 extern stHostCare g_stHostCare;

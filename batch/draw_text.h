@@ -31,7 +31,7 @@ class CDrawText_Base : public virtual CDraw_Base {
     /// Takes fonts and controls from the manager anew. Fonts without controls stay out unless they are to
     /// stay (see g_fnSetFontToStay).
     virtual void m_fnBuildFontLists();
-    /// The same, but without a manager m_uFontCount is left alone.
+    /// As m_fnBuildFontLists, but without a manager m_uFontCount is left alone.
     virtual void m_fnBuildFontListsIfAny();
     virtual void m_fnReserved5Text();
     /// Binds the font's atlas and draws the controls at m_uFontIndex.

@@ -65,7 +65,7 @@ struct Diagnosis {
     std::vector<std::string> listNotes;
 };
 
-/// Pure: the same evidence always gives the same answer.
+/// Pure: nothing but the evidence decides the answer.
 Diagnosis Diagnose(const Evidence& stEvidence);
 
 const char* StateName(PipelineState eState);

@@ -15,7 +15,7 @@ bool UnitsFromUtf8(std::string_view strText, std::u16string& wzOut);
 /// strText made safe for a terminal: control characters become \xNN or \uNNNN, broken UTF-8 becomes U+FFFD.
 std::string Printable(std::string_view strText);
 
-/// The same for finished JSON text, whose meaning stays: what JSON itself leaves as it is becomes \uNNNN.
+/// Printable for finished JSON text, whose meaning stays: what JSON itself leaves as it is becomes \uNNNN.
 std::string PrintableJson(std::string_view strJson);
 
 } // namespace companion

@@ -61,7 +61,7 @@ class CControl : public CAlignedAllocationPolicy<int, 16> {
     virtual void m_fnResolvePosition(CControl* pParent);
     /// Key under which the manager groups this control for drawing; null while it has none.
     virtual const void* m_fnGetDrawKey();
-    /// A new size re-places the control; the same size does nothing.
+    /// A new size re-places the control; an equal one does nothing.
     virtual void m_fnSetSize(f32 w, f32 h);
     virtual void m_fnGetSize(f32* pW, f32* pH);
     /// Draws through the batcher of the running pass.

@@ -46,7 +46,7 @@ constexpr u64 g_fnMakeLB_ID(u32 uIndex, u32 uBID) { return (static_cast<u64>(uIn
 /// Puts the control into the array of its kind under the id. 1 on success; 0 for an unknown type, a null
 /// control or one of another kind, a missing array, an id in use, or a full array; nothing is stored then.
 i32 g_fnRegisterXCtrl(u32 uType, u64 u64LB_ID, CControl* pControl);
-/// The same for a text box.
+/// As g_fnRegisterXCtrl, for a text box.
 i32 g_fnRegisterTextCtrl(u32 uIndex, u32 uBID, CTextBox_Base* pTextBox);
 
 /// The control, or null.
@@ -60,7 +60,7 @@ template <class T> T* g_fnFindCtrl(u32 uIndex, u32 uBID, const stControlIdTable&
 
 /// Names of controls by kind letter C, I, L, N, P or T; null for any other letter.
 std::map<std::string, u64, std::less<>>* g_fnControlNames(char cLetter);
-/// The control of that name, or null. Letters as above.
+/// The control of that name, or null. Letters as for g_fnControlNames.
 CControl* g_fnFindCtrlByName(char cLetter, std::string_view szName);
 
 /// Empties all id and name tables.

@@ -79,7 +79,7 @@ class CLineGraph_Base : public virtual CControl {
     u32 m_uRingSize;                     ///< most samples kept
     u32 m_uDataNum;                      ///< columns, at least 2
     std::unique_ptr<f32[]> m_pRawValues; ///< ring of the samples as given
-    std::unique_ptr<f32[]> m_pPixelY;    ///< the same as y on the graph
+    std::unique_ptr<f32[]> m_pPixelY;    ///< of each sample, y on the graph
     f32 m_fDataWidth, m_fHalfWidth;
     u32 m_uDrawIndexCount;
     u32 m_uDataStartIdx;

@@ -37,7 +37,7 @@ class CNumBox_Base : public virtual CControl {
     virtual void m_fnSetQuadTex(stTextVertex* pQuad, f32 u0, f32 v0, f32 u1, f32 v1);
     /// Redoes what the dirty flags name, in memory.
     virtual void m_fnRefreshVertices();
-    /// The same, and hands the result on; nothing without a dirty flag.
+    /// m_fnRefreshVertices, then hands the result on; nothing without a dirty flag.
     virtual void m_fnFlush();
     virtual void m_fnMarkPositionDirty();
     /// Floats are shown times 100 with a percent sign.
@@ -100,7 +100,7 @@ class CNumBox_Base : public virtual CControl {
 
     std::unique_ptr<f32[]> m_pVertices; ///< quads relative to the control's corner, cell by cell
     std::unique_ptr<u32[]> m_pIndices;
-    std::unique_ptr<f32[]> m_pVerticesOut; ///< the same quads at the control's position; null if not wanted
+    std::unique_ptr<f32[]> m_pVerticesOut; ///< those quads at the control's position; null if not wanted
     std::unique_ptr<u32[], platform::PagesDeleter> m_pIndicesOut;
     u32 m_uCellCount;
     u32 m_uIndicesPerGlyph, m_uVerticesPerGlyph, m_uTrianglesPerGlyph;

@@ -78,8 +78,8 @@ class COSDManager final {
     virtual bool m_fnHasParent(CControl* pChild);
     virtual bool m_fnIsChildOf(CControl* pParent, CControl* pChild);
     /// Hangs the child under the parent (null: the root), away from a former one, and places it. 0 on
-    /// success, 1 if it hangs there already, -1 for a null child, -2 for parent and child the same or a
-    /// parent below the child.
+    /// success, 1 if it hangs there already, -1 for a null child, -2 for a parent that is the child
+    /// or stands below it.
     virtual i32 m_fnAddChild(CControl* pParent, CControl* pChild);
     /// Appends all descendants, depth first. False for null only.
     virtual bool m_fnCollectSubtree(CControl* pControl, ControlList& list);

@@ -32,7 +32,7 @@ class CTextBox_Base : public virtual CControl {
     virtual void m_fnSetQuadTex(stTextVertex* pQuad, f32 u0, f32 v0, f32 u1, f32 v1);
     /// Redoes what the dirty flags name, in memory.
     virtual void m_fnRefreshVertices();
-    /// The same, and hands the result on; nothing without a dirty flag.
+    /// m_fnRefreshVertices, then hands the result on; nothing without a dirty flag.
     virtual void m_fnFlush();
     virtual void m_fnMarkPositionDirty();
     virtual void m_fnSetFitToText(bool bFit);
@@ -41,7 +41,7 @@ class CTextBox_Base : public virtual CControl {
     /// False, and nothing changed, for null, for what is not valid UTF-16, or without memory. Shows after the
     /// next m_fnFlush. A text no longer than an earlier one allocates nothing.
     virtual bool m_fnSetTextW(const char16_t* wzText);
-    /// The same for a narrow text: each byte is the code of a character.
+    /// m_fnSetTextW for a narrow text: each byte is the code of a character.
     virtual bool m_fnSetTextA(const char* szText);
     /// A new copy of the text, the caller's to delete[]; null without memory.
     virtual void m_fnGetTextCopy(char16_t** ppText);
@@ -90,7 +90,7 @@ class CTextBox_Base : public virtual CControl {
 
     std::unique_ptr<f32[]> m_pVertices; ///< quads relative to the control's corner
     std::unique_ptr<u32[]> m_pIndices;
-    std::unique_ptr<f32[]> m_pVerticesOut; ///< the same quads at the control's position
+    std::unique_ptr<f32[]> m_pVerticesOut; ///< those quads at the control's position
     std::unique_ptr<u32[]> m_pIndicesOut;
     std::unique_ptr<char16_t[]> m_wzText;
     std::unique_ptr<u32[]> m_pCodePoints; ///< zero-terminated

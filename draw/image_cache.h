@@ -7,5 +7,5 @@
 
 /// Work of CTexture_Base::m_fnLoadCache.
 bool g_fnLoadImageCache(CTexture_Base& texture) noexcept;
-/// The same from any file, for those who have one open.
+/// g_fnLoadImageCache from any file, for those who have one open.
 bool g_fnReadImageCache(CTexture_Base& texture, std::FILE* pFile);

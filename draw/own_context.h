@@ -1,5 +1,5 @@
 #pragma once
-// Names of GL objects belong to the context that made them: in another one the same numbers are the program's
+// Names of GL objects belong to the context that made them: in another one these numbers are the program's
 // objects. This is the one place that knows whose context is current.
 #include "platform/surface.h"
 

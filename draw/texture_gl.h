@@ -25,8 +25,8 @@ class CTexture2D_GL : public virtual CTexture_Base {
     bool m_fnUploadLevel(const void* pPixels, u32 uFrame, u32 uLevel) override;
     /// Steps an animation, binds, and sets every parameter anew: what the application left is not trusted.
     void m_fnBindUnit(u32 uUnit) override;
-    /// The same on the active unit for a picture that stays; its parameters are set once after an upload, for
-    /// nobody else knows its name.
+    /// m_fnBindUnit on the active unit for a picture that stays; its parameters are set once after an upload,
+    /// for nobody else knows its name.
     void m_fnBindKept();
     void m_fnRelease() override;
     ~CTexture2D_GL() override;

@@ -106,11 +106,11 @@ class CFontUniCode {
     /// False for a file that no font can be made of; the font is then to be set up anew. Pixels that are
     /// missing are black.
     virtual bool m_fnLoadFromMemory(stMemoryStream* pStream);
-    /// The same for a file whose header and records are in memory and whose picture is read on the way, a
-    /// piece at a time: of the rest of the file nothing is read.
+    /// m_fnLoadFromMemory for a file whose header and records are in memory and whose picture is read on the
+    /// way, a piece at a time: of the rest of the file nothing is read.
     bool m_fnLoadFromOpenFile(stMemoryStream* pHead, std::FILE* pPicture);
-    /// For makers of files: the same from where the stream stands, with a report in the log and a bitmap of
-    /// the atlas, "FACE-WEIGHT-WxH.bmp", in the working directory. The blanks are left out.
+    /// For makers of files: m_fnLoadFromMemory from where the stream stands, with a report in the log and a
+    /// bitmap of the atlas, "FACE-WEIGHT-WxH.bmp", in the working directory. The blanks are left out.
     virtual bool m_fnLoadFromStream(std::FILE* pFile);
     virtual bool m_fnLoadFromFile(const char16_t* wzPath);
     virtual bool m_fnLoadFromFileA(const char* szPath);
@@ -161,7 +161,7 @@ class CFontUniCode {
     u32 m_uTexW = 128, m_uTexH = 128;             ///< pixels
     f32 m_fInvTexW = 0.0f, m_fInvTexH = 0.0f;     ///< 1 over the size
     i32 m_iCharBuffW = 0, m_iCharBuffH = 0;       ///< the cell, pixels
-    f32 m_fCellW = 0.0f, m_fCellH = 0.0f;         ///< the same
+    f32 m_fCellW = 0.0f, m_fCellH = 0.0f;         ///< the cell, pixels
     u32 m_uFontSize = 0;                          ///< nominal size: half a cell across
     u32 m_uCalibSize = 0;                         ///< where the calibration starts
     f32 m_fCalibRatio = 0.0f;                     ///< first oversize found; 1 if none

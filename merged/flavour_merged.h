@@ -1,5 +1,5 @@
 #pragma once
-// The merged flavour: the same pictures as the OpenGL flavour from few calls. Everything of it lies in this
+// The merged flavour: the pictures of the OpenGL flavour from few calls. Everything of it lies in this
 // folder; the controls know neither.
 
 /// Puts the makers of the merged flavour in, or those of the OpenGL flavour where the files of its programs

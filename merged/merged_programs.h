@@ -8,7 +8,7 @@
 /// Whether the files are there and the context can compile them.
 bool g_fnCanDrawMerged();
 
-/// Sets what stays the same over a program's life. Throws std::runtime_error.
+/// Sets what never changes over a program's life. Throws std::runtime_error.
 std::unique_ptr<GLProgram> g_fnBuildMergedProgram(const char* szVertexFile, const char* szFragmentFile,
                                                   const ShaderDefines* pDefines = nullptr);
 /// Leaves the program in use.

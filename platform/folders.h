@@ -17,7 +17,7 @@ bool NarrowPath(const char16_t* wzPath, char* szOut, u32 uCapacity) noexcept;
 /// Opens a regular file for binary reading, without waiting; null for any other kind and on failure. Contents
 /// are read by platform/input_file.h.
 std::FILE* OpenFileForRead(const char16_t* wzPath) noexcept;
-/// The same; on Win32 nobody else may open the file meanwhile.
+/// As OpenFileForRead; on Win32 nobody else may open the file meanwhile.
 std::FILE* OpenFileForReadAlone(const char16_t* wzPath) noexcept;
 /// Opens a file for binary writing and reading, empty; null on failure.
 std::FILE* OpenFileForWrite(const char16_t* wzPath) noexcept;

@@ -29,7 +29,7 @@ class CIniFile {
   public:
     /// Reads a file; one that is missing, unreadable or no plain file reads as empty.
     static CIniFile Load(const char16_t* wzPath);
-    /// The same from the bytes of a file. Encoding by mark (UTF-16 of either byte order, UTF-8); without one
+    /// Load from the bytes of a file. Encoding by mark (UTF-16 of either byte order, UTF-8); without one
     /// UTF-8 if it is valid, else the system's code page.
     static CIniFile Parse(std::string_view bytes);
 

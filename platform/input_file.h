@@ -19,7 +19,7 @@ using InputFile = std::unique_ptr<std::FILE, FileCloser>;
 /// NarrowPath.
 InputFile OpenInput(const char16_t* wzPath) noexcept;
 InputFile OpenInput(const char* szPath) noexcept;
-/// The same; on Win32 nobody else may open the file meanwhile.
+/// As OpenInput; on Win32 nobody else may open the file meanwhile.
 InputFile OpenInputAlone(const char16_t* wzPath) noexcept;
 
 /// Appends what follows in a file, uMost bytes at most. They come piece by piece, so that a file that says it

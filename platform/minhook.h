@@ -1,6 +1,6 @@
 #pragma once
 // MinHook's interface. Win32: an installed MinHook or our own engine on the Zydis decoder. Linux and
-// headless: the same calls over interposition, where laying a detour publishes the real function as the
+// headless: those calls over interposition, where laying a detour publishes the real function as the
 // trampoline.
 #include "platform/types.h"
 

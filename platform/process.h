@@ -6,7 +6,7 @@ namespace platform {
 
 u32 CurrentProcessId() noexcept;
 u32 CurrentThreadId() noexcept;
-/// What tells a process from a later one of the same id, as far as the system says; 0 if it says nothing.
+/// What tells a process from a later one with its id, as far as the system says; 0 if it says nothing.
 u32 ProcessStamp(u32 uProcessId) noexcept;
 /// True if no process has that id, or another one than that of the stamp (0: unknown). False in doubt.
 bool IsProcessGone(u32 uProcessId, u32 uStamp) noexcept;
@@ -19,7 +19,7 @@ void DuplicateCurrentThreadHandle() noexcept;
 /// sought in one walk. Win32: at most 2048 modules; the process handle opened for the walk stays open on a
 /// hit.
 bool IsAnyModuleLoaded(const char* const* aszNames, u32 uCount) noexcept;
-/// The same for one name.
+/// IsAnyModuleLoaded for one name.
 inline bool IsModuleLoaded(const char* szName) noexcept { return IsAnyModuleLoaded(&szName, 1); }
 /// Handle of a mapped GL library ("opengl32.dll" and its stand-ins), null if not mapped.
 void* FindModule(const char* szName) noexcept;

@@ -9,7 +9,7 @@ namespace platform {
 /// nobody, and programs that the host starts do not inherit the file. bAlone: nobody else may open it
 /// meanwhile, where the system can say so (Win32).
 std::FILE* OpenRegularFile(const char16_t* wzPath, bool bAlone) noexcept;
-/// The same by the narrow form of a path.
+/// OpenRegularFile by the narrow form of a path, shared with others.
 std::FILE* OpenRegularFile(const char* szPath) noexcept;
 /// Size of an open file at this moment; 0 on failure.
 u64 SizeOfFile(std::FILE* pFile) noexcept;

@@ -11,7 +11,7 @@
 constexpr u32 g_uProcessRecordCount = 100;
 constexpr u32 g_uProcessProfileCount = 200;
 constexpr u32 g_uProfileNameUnits = 512;   ///< UTF-16 units of a profile name, terminator included
-constexpr u32 g_uTargetProfileUnits = 64;  ///< the same inside a command block
+constexpr u32 g_uTargetProfileUnits = 64;  ///< of a profile name inside a command block
 constexpr u32 g_uRawDataBytes = 16384;     ///< one bank of raw monitor data
 constexpr u32 g_uDataTableBytes = 0x40000; ///< one bank of the name tree
 constexpr u32 g_uMonitorVGABytes = 18532;  ///< per-adapter block, opaque here
@@ -93,7 +93,7 @@ struct stSharedSegment {
     stProcessRecord StatusTable[g_uProcessRecordCount]; ///< from the processes to the companion
     u32 MonitorPos[g_uMonitorPosWords];
     /// Beside each record, in a gap of the layout that nothing else uses: what tells its process from a later
-    /// one of the same id (platform::ProcessStamp).
+    /// one with its id (platform::ProcessStamp).
     u32 aCommandStamp[g_uProcessRecordCount];
     u32 aStatusStamp[g_uProcessRecordCount];
     u8 aPad3[256];

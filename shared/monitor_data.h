@@ -36,7 +36,7 @@ template <std::size_t uBytes>
 bool g_fnGetDataFullName(i32 iIndex, const char* szBaseName, char (&szBuffer)[uBytes]) noexcept {
     return g_fnGetDataFullName(iIndex, szBaseName, szBuffer, uBytes);
 }
-/// The two above in one.
+/// The value of a name that is given as base and index.
 const u32* g_fnGetMonitorDataPtrByIndex(i32 iIndex, const char* szBaseName) noexcept;
 
 /// The value behind such a pointer, which must not be null.

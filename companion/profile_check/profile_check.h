@@ -20,8 +20,8 @@ struct CheckOptions {
 /// 0: it passes; 1: it has errors; 3: there is no such profile.
 int CheckProfile(const CheckOptions& stOptions, std::string& strReport);
 
-/// The same, as findings in the order of the file. False if there is no such profile, which is then the only
-/// one.
+/// What CheckProfile reports, as findings in the order of the file. False if there is no such profile, which
+/// is then the only one.
 bool FindProfileFaults(const CheckOptions& stOptions, Findings& findings);
 
 } // namespace companion

@@ -25,7 +25,7 @@ std::vector<ProfileItem> ItemsInReadingOrder(const tinyxml2::XMLElement* pInfo);
 
 /// Text of an attribute; the default if the element does not have it.
 std::string AttributeText(const ProfileItem& item, const char* szName);
-/// The same as the readers see a number: 0 where there is none.
+/// That text as the readers see a number: 0 where there is none.
 double AttributeNumber(const ProfileItem& item, const char* szName);
 /// Line of the attribute, or of the element if it does not have it.
 int AttributeLine(const tinyxml2::XMLElement& element, const char* szName);

@@ -8,7 +8,7 @@
 
 namespace companion {
 
-/// A plausible value of a data name at a moment, moving gently; the same on every machine. A name that no
+/// A plausible value of a data name at a moment, moving gently; alike on every machine. A name that no
 /// sensor has gets one between 0 and 100.
 i32 SampleValue(const std::string& strName, double dSeconds);
 /// The names that come with every sample: those of one processor, one card, memory, fans and drives.

@@ -42,5 +42,5 @@ bool g_fnCreateCustomControls();
 
 /// Line graphs and pie charts of the layout from bottom to top: by "ZIndex", then by place under pInfo.
 std::vector<CControl*> g_fnColorListOrder(const tinyxml2::XMLElement* pInfo);
-/// The same, worked out by the last creation; for the batcher that draws it.
+/// That order as the last creation worked it out; for the batcher that draws it.
 extern std::vector<CControl*> g_listColorOrder;

@@ -41,7 +41,7 @@ void g_fnEnterNames(NameMap& map, std::string_view szPrefix, std::string_view sz
 
 /// The number of a name in a map, or g_uNoBID; says nothing.
 u32 g_fnFindBID(const NameMap& map, std::string_view szName);
-/// The same for lookups at run time; a name that is absent leaves a line in the log.
+/// The number of a control's name, at run time; a name that is absent leaves a line in the log.
 u32 g_fnGetTextBoxBIDByName(std::string_view szName);
 u32 g_fnGetNumBoxBIDByName(std::string_view szName);
 u32 g_fnGetPanelBIDByName(std::string_view szName);

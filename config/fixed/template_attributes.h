@@ -21,7 +21,7 @@ class CTemplateAttributes {
 
     /// Text of a key of the table, empty for any other. Lives as long as this object.
     const char* m_fnText(std::string_view szKey) const;
-    /// The same as UTF-16.
+    /// That text as UTF-16.
     std::u16string m_fnWide(std::string_view szKey) const;
     /// Low 32 bits of the part before the point.
     u32 m_fnWhole(std::string_view szKey) const;

@@ -16,7 +16,7 @@ class CItemProperty_TextBox;
 
 /// Owns the records; byte order of the names.
 extern std::map<std::string, std::unique_ptr<CItemProperty_Base>, std::less<>> g_mapItemByName;
-/// The same records in id order. A later record under a taken id takes its place here only.
+/// These records in id order. A later record under a taken id takes its place here only.
 extern std::map<u64, CItemProperty_Base*> g_mapItemById;
 
 /// Copies a record of any type to the heap and enters the copy. False for null, for a name that is taken, and

@@ -17,7 +17,7 @@ class CItemProperty_Panel : public virtual CItemProperty_Base {
 /// Registers each child "Panel". Always true.
 bool g_fnReadPanelItems(const tinyxml2::XMLElement* pParent);
 
-/// Works out the percentage and reports what is wrong; a panel is kept all the same.
+/// Works out the percentage and reports what is wrong; a panel is kept in any case.
 void g_fnValidatePanel(CItemProperty_Panel& item);
 /// Reports a percentage above 100; the item is kept.
 void g_fnCheckPanelOpacity(const CItemProperty_Base& item, u32 uPercent);

@@ -34,7 +34,7 @@ enum eProfileError : i32 {
     PROFILE_NO_LAYOUT = 4,   ///< no element of the active style
     PROFILE_NO_SETTINGS = 5, ///< the style's element has no "Settings"
     PROFILE_NO_GROUP = 6,    ///< styles with fixed tables: no "Group" in OSD_Ref.xml
-    PROFILE_NO_TEMPLATE = 7  ///< the same for "Template"
+    PROFILE_NO_TEMPLATE = 7  ///< styles with fixed tables: no "Template" there
 };
 
 /// Why a text is kept from the parser, in words for an author, or null: what is no narrow text (UTF-16, bytes
@@ -44,7 +44,7 @@ const char* g_fnDocumentProblem(std::string_view text);
 /// null) gets one of the first three codes; the document keeps the parser's error, if it was one. wzPath is a
 /// full path.
 bool g_fnOpenProfileDocument(const char16_t* wzPath, tinyxml2::XMLDocument& document, i32* piCode);
-/// The same for a text in memory.
+/// As g_fnOpenProfileDocument, for a text in memory.
 bool g_fnParseProfileDocument(std::string_view text, tinyxml2::XMLDocument& document, i32* piCode);
 /// Full path of a profile's OSD.xml, whether it exists or not. False, with an empty path, if the name is not
 /// one plain folder name or the path does not fit. wzOut: g_uDataPathCapacity units.

@@ -13,5 +13,6 @@ class XMLElement;
 /// argument is null or the profile can't be read. Works on a document of its own, on the companion's thread;
 /// besides, only the view of the settings store and the sensor maps change.
 i32 g_fnGetDataFullNames(const char16_t* wzProfile, std::set<std::string>* psetNames);
-/// The same for the root of a document that is open already. False if it names no style or lacks parts.
+/// Adds the data names of a document that is open already, by its root. False if it names no style or lacks
+/// parts.
 bool g_fnCollectDataNames(const tinyxml2::XMLElement& root, std::set<std::string>& setNames);

@@ -9,7 +9,7 @@
 struct stPanelKeys {
     u8 u8R, u8G, u8B;
     u8 u8Opacity;    ///< percent, 0 to 100
-    u8 u8A;          ///< the same as a byte
+    u8 u8A;          ///< the opacity as a byte
     u32 uType;       ///< 0 none, 1 plain, 2 frosted
     u32 uScattering; ///< blur diameter, 0 to 100
     f32 fThick;      ///< kept, nothing reads it further
@@ -19,7 +19,7 @@ struct stPanelKeys {
 struct stTextColors {
     u8 u8R, u8G, u8B, u8ShadowR, u8ShadowG, u8ShadowB;
     u8 u8Opacity, u8ShadowOpacity; ///< percent, 0 to 100
-    u8 u8A, u8ShadowA;             ///< the same as bytes
+    u8 u8A, u8ShadowA;             ///< the opacities as bytes
 };
 
 /// Place of a part on the canvas, in canvas pixels.
@@ -68,7 +68,7 @@ struct stPhotoKeys {
     u32 uFrameSizeW, uFrameSizeH;
     stPartPlace stPlace;
     u8 u8Opacity; ///< percent, 0 to 100
-    u8 u8A;       ///< the same as a byte
+    u8 u8A;       ///< the opacity as a byte
     stPanelKeys stPanel;
 };
 
@@ -96,7 +96,7 @@ i32 g_fnTextAlignOf(u32 uStyleId);
 /// First run of digits in a title; false if there is none.
 bool g_fnTitleDigits(const char* szTitle, u32& uNumber);
 
-/// All of the above from the active profile; what is missing has its defaults.
+/// All of these records from the active profile; what is missing has its defaults.
 void g_fnReadProfilePanelKeys();
 void g_fnReadProfileTextStyles();
 /// g_fnReadProfilePanelKeys, then the settings batch, which needs the photo's size.

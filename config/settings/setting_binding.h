@@ -14,7 +14,7 @@ class XMLElement;
 /// How the text of a value is read.
 enum eSettingKind : u16 {
     SETTING_DECIMAL = 1, ///< sign and digits; stops at the first other character, no digits give 0
-    SETTING_HEX = 2,     ///< the same to base 16, with or without "0x"
+    SETTING_HEX = 2,     ///< as SETTING_DECIMAL, but to base 16, with or without "0x"
     SETTING_FLOAT = 3,   ///< decimal floating point, point as separator whatever the program's locale
     SETTING_TEXT = 4,
     SETTING_TEXT_LOCAL = 5 ///< text meant for the reader's eye; stored as 4 is
@@ -71,7 +71,7 @@ struct stSettingRow {
     std::size_t uUnits = 0;
 };
 
-/// The same for a wide table; null wzName means the key itself.
+/// One line of a wide key table; null wzName means the key itself.
 struct stSettingRowW {
     const char16_t* wzKey;
     const char16_t* wzDefault;
@@ -90,7 +90,7 @@ void g_fnAddSettingsW(SettingTableW& table, std::span<const stSettingRowW> rows)
 /// Reads each row's attribute in key order, converts and stores it; a missing attribute stores the default.
 /// Attribute text beyond 255 bytes is cut. A null element counts as one without attributes.
 void g_fnApplyXmlSettings(const tinyxml2::XMLElement* pElement, SettingTable& table);
-/// The same for rows that need no table of their own: fills it, applies it, frees it.
+/// For rows that need no table of their own: fills one, applies it, frees it.
 void g_fnReadXmlSettings(const tinyxml2::XMLElement* pElement, std::span<const stSettingRow> rows);
 /// One decimal attribute.
 u32 g_fnReadXmlDecimal(const tinyxml2::XMLElement* pElement, const char* szKey, const char* szDefault = "0");

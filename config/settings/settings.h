@@ -121,7 +121,7 @@ void g_fnReadClockSetting();
 /// Both intervals, then what follows from them.
 void g_fnReadIntervals();
 void g_fnReadLimiterSettings();
-/// All of the last six, in their order.
+/// Debug, camera, language file, clock, intervals and limiter, in this order.
 void g_fnReadSettingsBatch(u32 uPhotoW, u32 uPhotoH);
 
 /// Number of physical cards.

@@ -1,5 +1,5 @@
 #pragma once
-// Where the two styles with fixed ids show each data name. The layouts of these styles use the same ids.
+// Where the two styles with fixed ids show each data name. The layouts of these styles use these ids too.
 #include "platform/types.h"
 
 #include <span>

@@ -13,7 +13,7 @@ bool g_fnGetUpdateMixedDataByCustomStyle(CItemProperty_Base* pItemPty_N, stUpdat
 bool g_fnFixSystemTimeAlignByCustomStyle(stUpdateMixedData& record);
 /// Writes the client size into the two number boxes, then aligns width, text, height.
 bool g_fnFixResolutionAlignByCustomStyle(stUpdateMixedData& record);
-/// The same without touching any place: these only write the number boxes.
+/// Their work without touching any place: these only write the number boxes.
 bool g_fnFixSystemTimeAlignByCustomStyle_Hide(stUpdateMixedData& record);
 bool g_fnFixResolutionAlignByCustomStyle_Hide(stUpdateMixedData& record);
 

@@ -3,7 +3,7 @@
 #include "platform/types.h"
 
 /// The companion's per-adapter block: the segment's own, or with several managers a copy taken at each data
-/// interval, so that all of them see the same.
+/// interval, so that all of them see one state.
 extern const u8* g_pMonitorVGA;
 
 namespace update {

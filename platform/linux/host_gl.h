@@ -9,7 +9,7 @@ preload::SwapLink* Link() noexcept;
 
 /// Handle of the first mapped GL library, null if there is none.
 void* FindGl() noexcept;
-/// The same, but loads libGL.so.1 if nothing is mapped.
+/// As FindGl, but loads libGL.so.1 if nothing is mapped.
 void* LoadGl() noexcept;
 /// Address of a function in any mapped GL library, or from the look-up function of EGL or GLX; null if
 /// missing.

@@ -1,6 +1,6 @@
 #pragma once
-// What tells a process from a later one of the same id: when it began, and in which namespace its id is one.
-// Header only: the companion asks the same questions without the rest of the back-end.
+// What tells a process from a later one with its id: when it began, and in which namespace its id is one.
+// Header only: the companion asks these questions without the rest of the back-end.
 #include "platform/types.h"
 #include <cerrno>
 #include <csignal>

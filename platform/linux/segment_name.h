@@ -1,5 +1,5 @@
 #pragma once
-// Where the shared segment lies. Header only, as the companion looks at the same places.
+// Where the shared segment lies. Header only, as the companion looks at these places too.
 #include "platform/types.h"
 #include <cstdio>
 #include <cstdlib>
