@@ -55,4 +55,5 @@ add_custom_target(orvin_data ALL
   COMMAND ${CMAKE_COMMAND} -E copy_directory ${CMAKE_SOURCE_DIR}/Settings ${CMAKE_BINARY_DIR}/Settings)
 if(EXISTS ${CMAKE_SOURCE_DIR}/companion/CMakeLists.txt)
   add_subdirectory(companion)
+  add_subdirectory(tools/profile)
 endif()

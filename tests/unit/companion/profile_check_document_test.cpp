@@ -1,7 +1,7 @@
 // What the check says of a document as a whole: structure, names and values of attributes.
-#include "companion/profile_check/attribute_table.h"
 #include "companion/result.h"
 #include "tests/unit/companion/profile_check_fixture.h"
+#include "tools/profile/check/attributes.h"
 
 using namespace companion;
 

@@ -1,6 +1,6 @@
 #pragma once
 // A data folder with one profile, and what the check says of it.
-#include "companion/profile_check/profile_check.h"
+#include "tools/profile/check/profile.h"
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,11 @@
 // What the check says of names: those that the overlay makes up, those that a machine defines, and those
 // whose values never move.
 #include "companion/own_names.h"
-#include "companion/profile_tool/machine_settings.h"
 #include "companion/sensors/publisher.h"
 #include "companion/values.h"
 #include "platform/headless/test_controls.h"
 #include "tests/unit/companion/profile_check_fixture.h"
+#include "tools/profile/settings.h"
 
 using namespace companion;
 

@@ -1,5 +1,5 @@
 #include "companion/profile_commands.h"
-#include "companion/profile_tool/profile_list.h"
+#include "tools/profile/list_command.h"
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <memory>

@@ -1,6 +1,5 @@
 // The user's manual against what the linter and the readers know.
 #include "base/log.h"
-#include "companion/profile_check/attribute_table.h"
 #include "config/items/item_graph.h"
 #include "config/items/item_image.h"
 #include "config/items/item_map.h"
@@ -9,6 +8,7 @@
 #include "config/items/item_pie.h"
 #include "config/items/item_text.h"
 #include "tests/unit/companion/profile_check_fixture.h"
+#include "tools/profile/check/attributes.h"
 
 #include <iterator>
 #include <regex>

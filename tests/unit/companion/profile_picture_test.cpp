@@ -1,6 +1,6 @@
 #include "companion/os.h"
 #include "companion/profile_folder.h"
-#include "companion/profile_tool/picture.h"
+#include "tools/profile/picture.h"
 #include <fstream>
 #include <gtest/gtest.h>
 

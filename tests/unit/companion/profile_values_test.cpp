@@ -1,4 +1,4 @@
-#include "companion/profile_tool/sample_values.h"
+#include "tools/profile/values.h"
 #include <gtest/gtest.h>
 
 using namespace companion;

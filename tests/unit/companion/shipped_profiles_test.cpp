@@ -1,6 +1,6 @@
 // The check has nothing to say against what is shipped.
-#include "companion/profile_check/profile_check.h"
-#include "companion/profile_tool/machine_settings.h"
+#include "tools/profile/check/profile.h"
+#include "tools/profile/settings.h"
 
 #include <gtest/gtest.h>
 

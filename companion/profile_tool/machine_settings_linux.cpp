@@ -1,7 +1,0 @@
-#include "companion/profile_tool/machine_settings.h"
-
-namespace companion {
-
-void TakeSensorsOfSystem() {}
-
-} // namespace companion

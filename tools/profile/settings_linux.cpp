@@ -1,0 +1,7 @@
+#include "tools/profile/settings.h"
+
+namespace companion {
+
+void TakeSensorsOfSystem() {}
+
+} // namespace companion
