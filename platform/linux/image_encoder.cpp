@@ -173,10 +173,12 @@ i32 Encode(const stImageToSave& st, std::FILE* pFile) {
 
 /// Takes a name away that stands for what was written, and for nothing else.
 void RemoveFile(const char16_t* wzPath) {
-    char szPath[4096];
+    constexpr u32 uRoom = 4096; // on the heap: the thread's stack may be small
+    const std::unique_ptr<char[]> pPath(new (std::nothrow) char[uRoom]);
     struct stat stFile {};
-    if (NarrowPath(wzPath, szPath, sizeof szPath) && lstat(szPath, &stFile) == 0 && S_ISREG(stFile.st_mode))
-        unlink(szPath);
+    if (pPath && NarrowPath(wzPath, pPath.get(), uRoom) && lstat(pPath.get(), &stFile) == 0 &&
+        S_ISREG(stFile.st_mode))
+        unlink(pPath.get());
 }
 
 } // namespace
