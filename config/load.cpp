@@ -2,6 +2,7 @@
 
 #include "base/layout_style.h"
 #include "base/log.h"
+#include "base/renew.h"
 #include "base/watched_files.h"
 #include "batch/draw_text.h"
 #include "config/custom/custom_layout.h"
@@ -109,7 +110,7 @@ void g_fnClearConfiguration() {
 }
 
 static void ResetSettings() {
-    g_stSettings = {};
+    g_fnRenew(g_stSettings);
     g_uCapMode = g_uCapType = 2;
     g_wzShotFolder[0] = 0;
     uFPSIntervalMs = 100;
@@ -121,22 +122,22 @@ static void ResetTables() {
     g_fnClearTemplates();
     g_fnClearNameMaps();
     g_fnClearItemEnable();
-    g_stFontScale = {};
-    g_stVariables = {};
-    g_stInfoPlace = {};
+    g_fnRenew(g_stFontScale);
+    g_fnRenew(g_stVariables);
+    g_fnRenew(g_stInfoPlace);
     g_listGroupExtension.clear();
-    g_stDisplay = {};
+    g_fnRenew(g_stDisplay);
     std::fill(std::begin(g_iCardOfDisplay), std::end(g_iCardOfDisplay), 0);
-    g_stSensors = {};
+    g_fnRenew(g_stSensors);
 }
 
 static void ResetProfile() {
     g_uLayoutStyle = STYLE_CLASSIC;
     g_iLayoutStyleOverride = -1;
-    g_stPreview = {};
-    g_stLooks = {};
-    g_stInfoBlock = {};
-    g_stProfileSwitches = {};
+    g_fnRenew(g_stPreview);
+    g_fnRenew(g_stLooks);
+    g_fnRenew(g_stInfoBlock);
+    g_fnRenew(g_stProfileSwitches);
     g_uCardNum = 1;
 }
 

@@ -1,6 +1,7 @@
 #include "frame/reset.h"
 
 #include "base/host_care.h"
+#include "base/renew.h"
 #include "config/settings/limiter_settings.h"
 #include "draw/backdrop.h"
 #include "draw/canvas.h"
@@ -48,14 +49,14 @@ static void ResetSwap() {
     g_fnCloseApiMapping();
     g_bCheckApiMapping = true;
     g_bOtherApiOwnsProcess = false;
-    g_stParts = {};
-    g_stHostCare = {};
+    g_fnRenew(g_stParts);
+    g_fnRenew(g_stHostCare);
 }
 
 static void ResetLimiter() {
     EnableFPSLimiter = FPS_Target = 0;
     Frametime_Target_Sec = 1.0f / 360.0f;
-    g_stLimiter = {};
+    g_fnRenew(g_stLimiter);
 }
 
 static void ResetCommands() {
@@ -77,9 +78,9 @@ static void ResetUpdate() {
     g_fLastFrameSeconds = 0.0f;
     for (u8* pFlags : {g_bUpdateFPS, g_bUpdateTime, g_bUpdateData, g_bUpdateFrameTime})
         std::memset(pFlags, 0, g_uManagerSlots);
-    g_stTimers = {};
-    g_stLocalClock = {};
-    g_stWarnings = {};
+    g_fnRenew(g_stTimers);
+    g_fnRenew(g_stLocalClock);
+    g_fnRenew(g_stWarnings);
 }
 
 void g_fnResetFrame() {
