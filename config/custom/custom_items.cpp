@@ -7,6 +7,7 @@
 #include "config/items/item_panel.h"
 #include "config/items/item_pie.h"
 #include "config/items/item_text.h"
+#include "config/items/kinds.h"
 #include "config/make/character_sets.h"
 #include "config/profile/profile_panel_keys.h"
 #include "controls/control_ids.h"

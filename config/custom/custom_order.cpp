@@ -3,6 +3,7 @@
 #include "config/items/item_graph.h"
 #include "config/items/item_pie.h"
 #include "config/items/item_reader.h"
+#include "config/items/kinds.h"
 #include "controls/control_ids.h"
 #include "controls/later_controls.h"
 

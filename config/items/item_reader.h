@@ -6,6 +6,9 @@
 #include "config/make/panel_records.h"
 #include "config/settings/setting_binding.h"
 
+#include <memory>
+#include <utility>
+
 /// First child of that name, or the next sibling; null if there is none or the argument is null.
 const tinyxml2::XMLElement* g_fnFirstElement(const tinyxml2::XMLElement* pParent, const char* szElement);
 const tinyxml2::XMLElement* g_fnNextElement(const tinyxml2::XMLElement* pElement, const char* szElement);
@@ -31,8 +34,10 @@ void g_fnReadItems(const tinyxml2::XMLElement* pParent, const char* szElement, R
         if (!fnRead(*pElement, item)) bFailed = true;
         // KEEP: one bad item takes all later ones of its kind along; authors of profiles are told so.
         if (bFailed) continue;
-        if (const char* szData = g_fnItemDataName(item)) g_fnInternName(szData);
-        g_fnRegisterItemProperty(&item);
+        if constexpr (requires { item.m_szDataFullName; }) g_fnInternName(item.m_szDataFullName);
+        auto pCopy = std::make_unique<T>(item);
+        pCopy->m_fnAttachComplete();
+        g_fnEnterItem(std::move(pCopy));
     }
 }
 

@@ -1,9 +1,9 @@
 #include "config/make/character_sets.h"
 
 #include "base/log.h"
-#include "config/items/item_map.h"
 #include "config/items/item_report.h"
 #include "config/items/item_text.h"
+#include "config/items/kinds.h"
 #include "controls/osd_manager.h"
 #include "controls/text_file.h"
 #include "font/font_unicode.h"

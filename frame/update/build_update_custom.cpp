@@ -1,7 +1,7 @@
 // List builder of the custom style: from items to records, by the names of their controls.
 #include "base/log.h"
-#include "config/items/item_map.h"
 #include "config/items/item_number.h"
+#include "config/items/kinds.h"
 #include "config/settings/sensor_table.h"
 #include "controls/control_ids.h"
 #include "controls/num_box.h"

@@ -1,8 +1,8 @@
 #include "frame/update/mixed_items.h"
 
 #include "base/log.h"
-#include "config/items/item_map.h"
 #include "config/items/item_number.h"
+#include "config/items/kinds.h"
 #include "controls/align_row.h"
 #include "controls/control_ids.h"
 #include "controls/num_box.h"

@@ -2,8 +2,8 @@
 
 #include "base/log.h"
 #include "config/items/item_graph.h"
-#include "config/items/item_map.h"
 #include "config/items/item_pie.h"
+#include "config/items/kinds.h"
 #include "config/settings/sensor_table.h"
 #include "controls/control_ids.h"
 #include "controls/line_graph.h"

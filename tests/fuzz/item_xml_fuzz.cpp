@@ -2,11 +2,11 @@
 // few changes of a text leave it well formed. Whatever is registered holds together.
 #include "base/log.h"
 #include "config/items/item_graph.h"
-#include "config/items/item_map.h"
 #include "config/items/item_number.h"
 #include "config/items/item_panel.h"
 #include "config/items/item_pie.h"
 #include "config/items/item_text.h"
+#include "config/items/kinds.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,10 +1,10 @@
 #pragma once
 // Items from a piece of a profile, and the words that reading them leaves in the log.
 #include "base/log.h"
-#include "config/items/item_map.h"
 #include "config/items/item_number.h"
 #include "config/items/item_panel.h"
 #include "config/items/item_text.h"
+#include "config/items/kinds.h"
 
 #include <gtest/gtest.h>
 

@@ -2,9 +2,9 @@
 // Items of a custom layout and fonts that stand in the manager's table.
 #include "base/log.h"
 #include "batch/draw_text.h"
-#include "config/items/item_map.h"
 #include "config/items/item_number.h"
 #include "config/items/item_text.h"
+#include "config/items/kinds.h"
 #include "config/make/character_sets.h"
 #include "config/make/profile_fonts.h"
 #include "draw/creation_table.h"

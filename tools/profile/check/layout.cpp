@@ -2,8 +2,8 @@
 
 #include "base/slots.h"
 #include "config/custom/assemble_info.h"
-#include "config/items/item_map.h"
 #include "config/items/item_panel.h"
+#include "config/items/kinds.h"
 #include "config/load.h"
 #include "controls/control_ids.h"
 #include "controls/line_graph.h"
