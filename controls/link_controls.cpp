@@ -1,9 +1,7 @@
 #include "controls/link_controls.h"
 
 #include "base/layout_style.h"
-#include "controls/later_controls.h"
-#include "controls/osd_manager.h"
-#include "controls/panel.h"
+#include "controls/control_kinds.h"
 #include "draw/draw_keys.h"
 
 namespace {
@@ -16,17 +14,18 @@ void EnterFixedKeys(COSDManager& manager) {
     for (DrawKey key : g_keyBlurByDiameter) manager.m_fnAddToLayer(key, g_uLayerBlur);
 }
 
-template <class T> void AttachAll(COSDManager& manager, T* const* ppArray, u32 uEntries, u32 uLayer) {
-    for (u32 i = 0; i < uEntries; ++i)
+template <eControlKind eKind> void AttachAll(COSDManager& manager, u32 uLayer) {
+    auto* const* const ppArray = manager.m_stArrays.*g_fnKind<eKind>().pppArray;
+    for (u32 i = 0; i < g_fnKind<eKind>().uEntries; ++i)
         if (ppArray[i]) manager.m_fnAttachBack(ppArray[i], uLayer);
 }
 
 void EnterFontsAndText(COSDManager& manager, const stManagerArrays& st) {
     for (u32 i = 0; i < g_uFontEntries; ++i)
         if (st.m_ppFont[i]) manager.m_fnAddToLayer(st.m_ppFont[i], g_uLayerFont);
-    AttachAll(manager, st.m_ppTextBox, g_uTextBoxEntries, g_uLayerFont);
-    AttachAll(manager, st.m_ppNumBox, g_uNumBoxEntries, g_uLayerFont);
-    AttachAll(manager, st.m_ppFlipBox, g_uFlipBoxEntries, g_uLayerFont);
+    AttachAll<KIND_TEXTBOX>(manager, g_uLayerFont);
+    AttachAll<KIND_NUMBOX>(manager, g_uLayerFont);
+    AttachAll<KIND_FLIPBOX>(manager, g_uLayerFont);
 }
 
 /// A custom layout has put its panels into the tree itself, under the frames of their items.
@@ -53,9 +52,9 @@ void g_fnLinkControls() {
     EnterFixedKeys(manager);
     EnterFontsAndText(manager, st);
     HangPanels(manager, st);
-    AttachAll(manager, st.m_ppImgBox, g_uImgBoxEntries, g_uLayerTexture);
+    AttachAll<KIND_IMGBOX>(manager, g_uLayerTexture);
     if (st.m_ppImgBox[g_uShutterImage]) manager.m_fnAddChild(nullptr, st.m_ppImgBox[g_uShutterImage]);
-    AttachAll(manager, st.m_ppLineGraph, g_uLineGraphEntries, g_uLayerColor);
-    AttachAll(manager, st.m_ppPieChart, g_uPieChartEntries, g_uLayerColor);
+    AttachAll<KIND_LINEGRAPH>(manager, g_uLayerColor);
+    AttachAll<KIND_PIECHART>(manager, g_uLayerColor);
     LinkVideos(manager, st);
 }

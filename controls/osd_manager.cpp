@@ -1,13 +1,12 @@
 #include "controls/osd_manager.h"
 
 #include "base/slots.h"
-#include "controls/control.h"
-#include "controls/later_controls.h"
-#include "controls/panel.h"
+#include "controls/control_kinds.h"
 #include "draw/batcher_slots.h"
 
 #include <algorithm>
 #include <new>
+#include <tuple>
 
 COSDManager* g_apOSDManager[g_uManagerSlots];
 COSDManager* g_pOSDManager;
@@ -54,16 +53,7 @@ template <class T> void DeleteArray(T**& ppArray, u32 uEntries, T**& ppGlobal) {
 }
 
 void CopyArrayPointers(const stManagerArrays& st) {
-    g_ppFont = st.m_ppFont;
-    g_ppTextBox = st.m_ppTextBox;
-    g_ppNumBox = st.m_ppNumBox;
-    g_ppFlipBox = st.m_ppFlipBox;
-    g_ppPanel = st.m_ppPanel;
-    g_ppStylePanel = st.m_ppStylePanel;
-    g_ppImgBox = st.m_ppImgBox;
-    g_ppLineGraph = st.m_ppLineGraph;
-    g_ppVideoBox = st.m_ppVideoBox;
-    g_ppPieChart = st.m_ppPieChart;
+    g_fnForEachKind([&](const auto& kind) { *kind.pppCurrent = st.*kind.pppArray; });
 }
 
 } // namespace
@@ -80,27 +70,16 @@ bool COSDManager::m_fnStartOver() {
 }
 
 bool COSDManager::m_fnInitialize() {
-    stManagerArrays& st = m_stArrays;
-    return MakeArray(st.m_ppFont, g_uFontEntries) && MakeArray(st.m_ppTextBox, g_uTextBoxEntries) &&
-           MakeArray(st.m_ppNumBox, g_uNumBoxEntries) && MakeArray(st.m_ppFlipBox, g_uFlipBoxEntries) &&
-           MakeArray(st.m_ppPanel, g_uPanelEntries) && MakeArray(st.m_ppStylePanel, g_uStylePanelEntries) &&
-           MakeArray(st.m_ppImgBox, g_uImgBoxEntries) && MakeArray(st.m_ppLineGraph, g_uLineGraphEntries) &&
-           MakeArray(st.m_ppVideoBox, g_uVideoBoxEntries) && MakeArray(st.m_ppPieChart, g_uPieChartEntries);
+    return std::apply(
+        [this](const auto&... kind) { return (MakeArray(m_stArrays.*kind.pppArray, kind.uEntries) && ...); },
+        g_aControlKinds);
 }
 
 void COSDManager::m_fnRelease() {
     ++g_uDrawListChanges;
-    stManagerArrays& st = m_stArrays;
-    DeleteArray(st.m_ppFont, g_uFontEntries, g_ppFont);
-    DeleteArray(st.m_ppTextBox, g_uTextBoxEntries, g_ppTextBox);
-    DeleteArray(st.m_ppNumBox, g_uNumBoxEntries, g_ppNumBox);
-    DeleteArray(st.m_ppFlipBox, g_uFlipBoxEntries, g_ppFlipBox);
-    DeleteArray(st.m_ppPanel, g_uPanelEntries, g_ppPanel);
-    DeleteArray(st.m_ppStylePanel, g_uStylePanelEntries, g_ppStylePanel);
-    DeleteArray(st.m_ppImgBox, g_uImgBoxEntries, g_ppImgBox);
-    DeleteArray(st.m_ppLineGraph, g_uLineGraphEntries, g_ppLineGraph);
-    DeleteArray(st.m_ppVideoBox, g_uVideoBoxEntries, g_ppVideoBox);
-    DeleteArray(st.m_ppPieChart, g_uPieChartEntries, g_ppPieChart);
+    g_fnForEachKind([this](const auto& kind) {
+        DeleteArray(m_stArrays.*kind.pppArray, kind.uEntries, *kind.pppCurrent);
+    });
 }
 
 bool COSDManager::m_fnIsInLayer(const void* pKey, u32 uLayer) { return Contains(m_aLayer[uLayer], pKey); }

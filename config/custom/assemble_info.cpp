@@ -4,35 +4,30 @@
 #include "config/items/item_map.h"
 #include "config/items/item_report.h"
 #include "controls/control_ids.h"
-#include "controls/later_controls.h"
-#include "controls/line_graph.h"
-#include "controls/num_box.h"
-#include "controls/panel.h"
-#include "controls/pie_chart.h"
-#include "controls/text_box.h"
+#include "controls/control_kinds.h"
 
 std::map<u64, stAssembleInfo> g_mapAssembleInfo;
 
 namespace {
 
 template <class T>
-void HangAll(CPanel_Base* pFrame, const std::vector<u64>& ids, const stControlIdTable& stTable,
-             T* const* ppArray, const char* szIdWord, const char* szControlWord) {
+void HangAll(CPanel_Base* pFrame, const std::vector<u64>& ids, const stControlKind<T>& kind) {
     for (const u64 u64Id : ids) {
-        if (T* pControl = g_fnFindCtrlById(u64Id, stTable, ppArray))
+        if (T* pControl = g_fnFindCtrlById(u64Id, kind))
             g_pOSDManager->m_fnAddChild(pFrame, pControl);
         else
-            g_fnReportError("%s: %lld -> %s is NULL", szIdWord, static_cast<long long>(u64Id), szControlWord);
+            g_fnReportError("u64%sLB_ID: %lld -> p%s is NULL", kind.szName, static_cast<long long>(u64Id),
+                            kind.szName);
     }
 }
 
 void HangControls(CPanel_Base* pFrame, const stAssembleInfo& st) {
-    HangAll(pFrame, st.listTextBox, g_stTextBoxIds, g_ppTextBox, "u64TextBoxLB_ID", "pTextBox");
-    HangAll(pFrame, st.listNumBox, g_stNumBoxIds, g_ppNumBox, "u64NumBoxLB_ID", "pNumBox");
-    HangAll(pFrame, st.listPanel, g_stPanelIds, g_ppPanel, "u64PanelLB_ID", "pPanel");
-    HangAll(pFrame, st.listImgBox, g_stImgBoxIds, g_ppImgBox, "u64ImgBoxLB_ID", "pImgBox");
-    HangAll(pFrame, st.listLineGraph, g_stLineGraphIds, g_ppLineGraph, "u64LineGraphLB_ID", "pLineGraph");
-    HangAll(pFrame, st.listPieChart, g_stPieChartIds, g_ppPieChart, "u64PieChartLB_ID", "pPieChart");
+    HangAll(pFrame, st.listTextBox, g_fnKind<KIND_TEXTBOX>());
+    HangAll(pFrame, st.listNumBox, g_fnKind<KIND_NUMBOX>());
+    HangAll(pFrame, st.listPanel, g_fnKind<KIND_PANEL>());
+    HangAll(pFrame, st.listImgBox, g_fnKind<KIND_IMGBOX>());
+    HangAll(pFrame, st.listLineGraph, g_fnKind<KIND_LINEGRAPH>());
+    HangAll(pFrame, st.listPieChart, g_fnKind<KIND_PIECHART>());
 }
 
 /// The owner is an item by its whole name, so it has no owner itself.
@@ -50,7 +45,7 @@ void HangFromOwner(CPanel_Base* pFrame, const std::string& szOwner) {
 }
 
 void HangItem(const stAssembleInfo& st) {
-    CPanel_Base* pFrame = g_fnFindCtrlById(st.u64FramePanelLB_ID, g_stPanelIds, g_ppPanel);
+    CPanel_Base* pFrame = g_fnFindCtrlById(st.u64FramePanelLB_ID, g_fnKind<KIND_PANEL>());
     if (!pFrame) return;
     std::string szOwner;
     const bool bOwned = st.pItem && g_fnItemOwner(*st.pItem, szOwner);
@@ -70,7 +65,7 @@ bool g_fnInsertAssembleInfo(const stAssembleInfo& stInfo) {
 void g_fnAttachByAssembly(std::span<const stTextInit> texts, std::span<const stAssembleInfo> infos) {
     if (!g_pOSDManager) return;
     for (const stTextInit& st : texts)
-        if (CTextBox_Base* pText = g_fnFindCtrlById(st.u64LB_ID, g_stTextBoxIds, g_ppTextBox))
+        if (CTextBox_Base* pText = g_fnFindCtrlById(st.u64LB_ID, g_fnKind<KIND_TEXTBOX>()))
             g_pOSDManager->m_fnAddChild(nullptr, pText);
     for (const stAssembleInfo& st : infos) HangItem(st);
 }

@@ -5,7 +5,7 @@
 #include "config/items/item_reader.h"
 #include "config/items/kinds.h"
 #include "controls/control_ids.h"
-#include "controls/later_controls.h"
+#include "controls/control_kinds.h"
 
 #include <algorithm>
 #include <cstring>

@@ -6,8 +6,7 @@
 #include "config/fixed/name_maps.h"
 #include "config/settings/setting_binding.h"
 #include "controls/control_ids.h"
-#include "controls/later_controls.h"
-#include "controls/panel.h"
+#include "controls/control_kinds.h"
 
 #include <algorithm>
 #include <set>
@@ -43,24 +42,21 @@ i32 AttributeNumber(const tinyxml2::XMLElement& element, const char* szKey) {
 
 char Letter(const tinyxml2::XMLElement& element) { return element.Value() ? *element.Value() : '\0'; }
 
+/// The item that an element of that kind names, if the letter is the kind's.
+template <eControlKind eKind>
+CControl* FindOfKind(char cLetter, u32 uIndex, const NameMap& map, const std::string& szId, u32 uOffset) {
+    if (cLetter != g_fnKind<eKind>().cLetter) return nullptr;
+    const u32 uBID = g_fnFindBID(map, szId);
+    if (uBID == g_uNoBID) return nullptr;
+    return g_fnFindCtrlById(g_fnMakeLB_ID(uIndex, uBID + uOffset), g_fnKind<eKind>());
+}
+
 CControl* FindItem(char cLetter, u32 uIndex, const std::string& szId, u32 uOffset) {
-    const auto Find = [&](const NameMap& map, const stControlIdTable& stTable, auto* const* ppArray) {
-        const u32 uBID = g_fnFindBID(map, szId);
-        return static_cast<CControl*>(
-            uBID == g_uNoBID ? nullptr : g_fnFindCtrl(uIndex, uBID + uOffset, stTable, ppArray));
-    };
-    switch (cLetter) {
-    case 'F':
-        return Find(g_stNameMaps.mapFlipBox, g_stFlipBoxIds, g_ppFlipBox);
-    case 'N':
-        return Find(g_stNameMaps.mapNumBox, g_stNumBoxIds, g_ppNumBox);
-    case 'P':
-        return Find(g_stNameMaps.mapPanel, g_stPanelIds, g_ppPanel);
-    case 'T':
-        return Find(g_stNameMaps.mapTextBox, g_stTextBoxIds, g_ppTextBox);
-    default:
-        return nullptr;
-    }
+    const stNameMaps& st = g_stNameMaps;
+    if (auto* p = FindOfKind<KIND_TEXTBOX>(cLetter, uIndex, st.mapTextBox, szId, uOffset)) return p;
+    if (auto* p = FindOfKind<KIND_NUMBOX>(cLetter, uIndex, st.mapNumBox, szId, uOffset)) return p;
+    if (auto* p = FindOfKind<KIND_PANEL>(cLetter, uIndex, st.mapPanel, szId, uOffset)) return p;
+    return FindOfKind<KIND_FLIPBOX>(cLetter, uIndex, st.mapFlipBox, szId, uOffset);
 }
 
 /// Puts the control's left upper corner on the cursor; its children follow.

@@ -2,14 +2,12 @@
 
 #include "config/fixed/enable_map.h"
 #include "controls/control_ids.h"
-#include "controls/later_controls.h"
-#include "controls/panel.h"
+#include "controls/control_kinds.h"
 
 namespace {
 
-template <class T>
-CControl* Find(u32 uInstance, u32 uBID, const stControlIdTable& stTable, T* const* ppArray) {
-    return uBID == g_uNoBID ? nullptr : g_fnFindCtrl(uInstance, uBID, stTable, ppArray);
+template <eControlKind eKind> CControl* Find(u32 uInstance, u32 uBID) {
+    return uBID == g_uNoBID ? nullptr : g_fnFindCtrlById(g_fnMakeLB_ID(uInstance, uBID), g_fnKind<eKind>());
 }
 
 void Hang(CControl* pPanel, CControl* pChild) {
@@ -17,11 +15,11 @@ void Hang(CControl* pPanel, CControl* pChild) {
 }
 
 void LinkRow(u32 uInstance, const stRowLink& st) {
-    CControl* const pTitle = Find(uInstance, st.uTitlePanel, g_stPanelIds, g_ppPanel);
-    CControl* const pData = Find(uInstance, st.uDataPanel, g_stPanelIds, g_ppPanel);
-    Hang(pTitle, Find(uInstance, st.uTitleText, g_stTextBoxIds, g_ppTextBox));
-    Hang(pData, Find(uInstance, st.uNumber, g_stNumBoxIds, g_ppNumBox));
-    Hang(pData, Find(uInstance, st.uUnitText, g_stTextBoxIds, g_ppTextBox));
+    CControl* const pTitle = Find<KIND_PANEL>(uInstance, st.uTitlePanel);
+    CControl* const pData = Find<KIND_PANEL>(uInstance, st.uDataPanel);
+    Hang(pTitle, Find<KIND_TEXTBOX>(uInstance, st.uTitleText));
+    Hang(pData, Find<KIND_NUMBOX>(uInstance, st.uNumber));
+    Hang(pData, Find<KIND_TEXTBOX>(uInstance, st.uUnitText));
 }
 
 } // namespace

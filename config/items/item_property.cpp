@@ -5,6 +5,7 @@
 #include "config/items/item_map.h"
 #include "config/items/item_report.h"
 #include "config/settings/setting_binding.h"
+#include "controls/control_id_table.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -15,14 +16,14 @@ namespace {
 
 constexpr stItemType g_aItemTypes[] = {
     {ITEM_NONE, "NONE", "", 0},
-    {ITEM_TEXTBOX, "TEXTBOX", "TextBox", 'T'},
-    {ITEM_NUMBOX, "NUMBOX", "NumBox", 'N'},
-    {ITEM_LINEGRAPH, "LINEGRAPH", "LineGraph", 'L'},
-    {ITEM_PANEL, "PANEL", "Panel", 'P'},
-    {ITEM_IMAGE, "IMAGE", "Image", 'I'},
-    {ITEM_MEMO, "MEMO", "Memo", 'T'},
-    {ITEM_MIXED, "MIXED", "NumBox", 'N'},
-    {ITEM_PIECHART, "PIECHART", "PieChart", 'C'},
+    {ITEM_TEXTBOX, "TEXTBOX", "TextBox", IdTextBox},
+    {ITEM_NUMBOX, "NUMBOX", "NumBox", IdNumBox},
+    {ITEM_LINEGRAPH, "LINEGRAPH", "LineGraph", IdLineGraph},
+    {ITEM_PANEL, "PANEL", "Panel", IdPanel},
+    {ITEM_IMAGE, "IMAGE", "Image", IdImgBox},
+    {ITEM_MEMO, "MEMO", "Memo", IdTextBox},
+    {ITEM_MIXED, "MIXED", "NumBox", IdNumBox},
+    {ITEM_PIECHART, "PIECHART", "PieChart", IdPieChart},
 };
 
 /// KEEP: what a missing attribute stores differs from what a new record holds (sizes 0 against 1, hidden

@@ -26,7 +26,7 @@ struct stItemType {
     u32 uType;
     const char* szText;    ///< as dumped
     const char* szElement; ///< element name in a profile, empty for none
-    char cControl;         ///< letter of the control kind, 0 for none
+    u32 uControl;          ///< code of registration of its controls, 0 for none
 };
 
 /// Row of a type code; that of ITEM_NONE for unknown codes.

@@ -1,6 +1,6 @@
 #include "frame/update/status_items.h"
 
-#include "controls/later_controls.h"
+#include "controls/control_kinds.h"
 #include "controls/osd_manager.h"
 #include "controls/panel.h"
 #include "frame/update/timers.h"

@@ -5,7 +5,7 @@
 #include "config/fixed/info_place.h"
 #include "config/settings/settings.h"
 #include "controls/align_row.h"
-#include "controls/later_controls.h"
+#include "controls/control_kinds.h"
 #include "controls/num_box.h"
 #include "controls/osd_manager.h"
 #include "controls/panel.h"

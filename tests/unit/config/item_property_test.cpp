@@ -1,5 +1,6 @@
 #include "config/items/interner.h"
 #include "config/items/item_report.h"
+#include "controls/control_kinds.h"
 #include "tests/unit/config/item_fixture.h"
 
 namespace {
@@ -172,7 +173,11 @@ TEST_F(ItemBase, TypeCodesHaveTextElementAndLetter) {
         EXPECT_EQ(g_fnItemType(uType).uType, uType);
         EXPECT_STREQ(g_fnItemType(uType).szText, szText);
         EXPECT_STREQ(g_fnItemType(uType).szElement, szElement);
-        EXPECT_EQ(g_fnItemType(uType).cControl, c);
+        char cLetter = 0;
+        g_fnForEachKind([&](const auto& kind) {
+            if (kind.uIdType && kind.uIdType == g_fnItemType(uType).uControl) cLetter = kind.cLetter;
+        });
+        EXPECT_EQ(cLetter, c);
     }
 }
 

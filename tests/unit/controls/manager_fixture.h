@@ -3,7 +3,7 @@
 #include "base/layout_style.h"
 #include "base/slots.h"
 #include "controls/control_ids.h"
-#include "controls/later_controls.h"
+#include "controls/control_kinds.h"
 #include "controls/osd_manager.h"
 #include "draw/canvas.h"
 

@@ -1,4 +1,4 @@
-#include "controls/later_controls.h"
+#include "controls/control_kinds.h"
 
 CFlipBox_Base::~CFlipBox_Base() = default;
 CImgBox_Base::~CImgBox_Base() = default;
