@@ -81,16 +81,19 @@ bool ContextHere(const SwapCall& st) noexcept {
 std::atomic<const ThreadState*> g_pEnding{nullptr};
 
 /// The window system's library frees what a swap writes to, and a thread that goes on swapping meanwhile may
-/// crash in it, at the program's very end. Only for a while, as somebody may wait for this thread after all.
-void StandStillAtEnd() noexcept {
+/// crash in it, at the program's very end. Such a swap stands still for a while, and then is none: nobody
+/// will see its picture. Only for a while, as somebody may wait for this thread after all.
+bool HasEndCome() noexcept {
     constexpr timespec stWhile{0, 100'000'000};
     const ThreadState* const pEnding = g_pEnding.load(std::memory_order_acquire);
-    if (pEnding && pEnding != &t_st) nanosleep(&stWhile, nullptr);
+    if (!pEnding || pEnding == &t_st) return false;
+    nanosleep(&stWhile, nullptr);
+    return true;
 }
 
 i32 Present(SwapCall& st) noexcept {
     const int iError = errno;
-    StandStillAtEnd();
+    if (HasEndCome()) return 1;
     AttachOnce();
     const auto fnDetour = t_st.m_uDepth == 0 ? g_stLink.m_fnDetour.load(std::memory_order_acquire) : nullptr;
     if (fnDetour && ContextHere(st)) {
