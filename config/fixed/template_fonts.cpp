@@ -4,6 +4,7 @@
 #include "config/fixed/template_records.h"
 #include "config/fixed/variables.h"
 #include "config/items/item_reader.h"
+#include "config/profile/profile_panel_keys.h"
 #include "config/settings/settings.h"
 
 #include <string_view>

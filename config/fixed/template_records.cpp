@@ -5,7 +5,10 @@
 #include "config/fixed/template_attributes.h"
 #include "config/fixed/template_fonts.h"
 #include "config/items/item_reader.h"
+#include "config/profile/profile_panel_keys.h"
 #include "config/settings/settings.h"
+
+static_assert(g_uNoTemplate == g_uNoTitleNumber, "a title without a number names no template");
 
 stTemplates g_stTemplates;
 
@@ -99,16 +102,6 @@ void ReadPanel(const CTemplateAttributes& attributes, stPanelTemplate& st) {
 }
 
 } // namespace
-
-u32 g_fnTitleNumber(const char* szTitle) {
-    const auto IsDigit = [](char c) { return c >= '0' && c <= '9'; };
-    while (*szTitle && !IsDigit(*szTitle)) ++szTitle;
-    if (!*szTitle) return g_uNoTemplate;
-    u64 uNumber = 0;
-    for (; IsDigit(*szTitle) && uNumber < g_uNoTemplate; ++szTitle)
-        uNumber = uNumber * 10 + static_cast<u64>(*szTitle - '0');
-    return uNumber < g_uNoTemplate ? static_cast<u32>(uNumber) : g_uNoTemplate;
-}
 
 bool g_fnReadTextBoxStyles(const tinyxml2::XMLElement* pTemplate) {
     return ReadPool(pTemplate, "TextBoxStyle", g_aTextStyleKeys, g_stTemplates.poolTextBoxStyle,

@@ -57,9 +57,8 @@ struct stTemplates {
 };
 extern stTemplates g_stTemplates;
 
-/// Number that the first run of digits in a title gives; g_uNoTemplate without one, or beyond 32 bits.
+/// No item's or style's number.
 constexpr u32 g_uNoTemplate = 0xFFFFFFFF;
-u32 g_fnTitleNumber(const char* szTitle);
 
 /// The readers take all elements of their kind below "Template", in place of what stood under their numbers.
 /// An element that is not enabled, or whose title has no number or is in no map, is passed over without a

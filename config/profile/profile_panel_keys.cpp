@@ -158,8 +158,8 @@ bool StyleId(const XMLElement& element, u32& uId) {
     char szTitle[g_uSettingText];
     const stSettingRow aRows[] = {Number("ID", uId), Text("Title", szTitle)};
     g_fnReadXmlSettings(&element, aRows);
-    const bool bNamed = element.Attribute("ID") || g_fnTitleDigits(szTitle, uId);
-    return bNamed && uId < g_uStyleIds;
+    if (!element.Attribute("ID")) uId = g_fnTitleNumber(szTitle);
+    return uId < g_uStyleIds;
 }
 
 i32 ReadAlign(const XMLElement& element) {
@@ -189,10 +189,10 @@ i32 g_fnTextAlignOf(u32 uStyleId) {
     return it != g_stLooks.mapTextAligns.end() ? it->second : c_iAlignLeft;
 }
 
-bool g_fnTitleDigits(const char* szTitle, u32& uNumber) {
+u32 g_fnTitleNumber(const char* szTitle) {
     const char* const szDigits = std::strpbrk(szTitle, "0123456789");
-    if (szDigits) uNumber = static_cast<u32>(std::min<u64>(g_fnParseDecimal(szDigits), ~u32{0}));
-    return szDigits != nullptr;
+    return szDigits ? static_cast<u32>(std::min<u64>(g_fnParseDecimal(szDigits), g_uNoTitleNumber))
+                    : g_uNoTitleNumber;
 }
 
 void g_fnReadProfilePanelKeys() {

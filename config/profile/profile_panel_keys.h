@@ -93,8 +93,9 @@ const stTextColors& g_fnTextColorsOf(u32 uStyleId);
 /// 7 for a style without one.
 i32 g_fnTextAlignOf(u32 uStyleId);
 
-/// First run of digits in a title; false if there is none.
-bool g_fnTitleDigits(const char* szTitle, u32& uNumber);
+/// Number that the first run of digits in a title gives; g_uNoTitleNumber without one, or beyond 32 bits.
+constexpr u32 g_uNoTitleNumber = 0xFFFFFFFF;
+u32 g_fnTitleNumber(const char* szTitle);
 
 /// All of these records from the active profile; what is missing has its defaults.
 void g_fnReadProfilePanelKeys();

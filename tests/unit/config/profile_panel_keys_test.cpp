@@ -280,14 +280,9 @@ TEST_F(ProfileTextStyles, StylesOfAnEarlierProfileGo) {
 }
 
 TEST_F(ProfileTextStyles, DigitsOfATitle) {
-    u32 u = 77;
-    EXPECT_FALSE(g_fnTitleDigits("", u));
-    EXPECT_FALSE(g_fnTitleDigits("abc", u));
-    EXPECT_EQ(u, 77u);
-    EXPECT_TRUE(g_fnTitleDigits("Font#12", u));
-    EXPECT_EQ(u, 12u);
-    EXPECT_TRUE(g_fnTitleDigits("a-3.5", u));
-    EXPECT_EQ(u, 3u);
-    EXPECT_TRUE(g_fnTitleDigits("99999999999", u));
-    EXPECT_EQ(u, 4294967295u);
+    EXPECT_EQ(g_fnTitleNumber(""), g_uNoTitleNumber);
+    EXPECT_EQ(g_fnTitleNumber("abc"), g_uNoTitleNumber);
+    EXPECT_EQ(g_fnTitleNumber("Font#12"), 12u);
+    EXPECT_EQ(g_fnTitleNumber("a-3.5"), 3u);
+    EXPECT_EQ(g_fnTitleNumber("99999999999"), g_uNoTitleNumber);
 }

@@ -1,3 +1,4 @@
+#include "config/profile/profile_panel_keys.h"
 #include "template_fixture.h"
 
 namespace {
