@@ -2,7 +2,6 @@
 
 #include "base/log.h"
 #include "config/chain_report.h"
-#include "config/fixed/init_lists.h"
 #include "config/settings/settings.h"
 #include "controls/control_ids.h"
 #include "controls/num_box.h"
@@ -214,30 +213,6 @@ TEST_F(TemplateInit, TheThreeTextsOfTheSettingsArePercentOfTheCanvasHeight) {
     EXPECT_EQ(g_fnSettingsTextSize(0), 0);
     g_uCanvasH = 720;
     EXPECT_EQ(g_fnSettingsTextSize(5), 36);
-}
-
-// --- lists of records --------------------------------------------------------------------------------------
-
-std::vector<std::string> g_aLines;
-
-TEST_F(TemplateInit, AListThatIsFullSaysSoAndFailsTheStep) {
-    g_aLines.clear();
-    void (*const fnFormer)(const char*) = g_fnLogSink;
-    g_fnLogSink = [](const char* sz) { g_aLines.emplace_back(sz); };
-    stInitLists st;
-    EXPECT_TRUE(g_fnAppendInit(st.lstPieChartInit, stPieChartInit{}, 2));
-    EXPECT_TRUE(g_fnAppendInit(st.lstPieChartInit, stPieChartInit{}, 2));
-    EXPECT_TRUE(g_aLines.empty());
-    EXPECT_FALSE(g_fnAppendInit(st.lstPieChartInit, stPieChartInit{}, 2));
-    EXPECT_EQ(st.lstPieChartInit.size(), 2u);
-    EXPECT_EQ(g_aLines, std::vector<std::string>{"list too long"});
-    g_fnLogSink = fnFormer;
-}
-
-TEST_F(TemplateInit, AListHoldsTheMostAndNoMore) {
-    std::vector<u32> lst(g_uInitListMost - 1);
-    EXPECT_TRUE(g_fnAppendInit(lst, 1u));
-    EXPECT_FALSE(g_fnAppendInit(lst, 1u));
 }
 
 TEST_F(TemplateInit, AFailedStepIsShownOnlyWhereMessageBoxesAreAskedFor) {
