@@ -4,6 +4,7 @@
 #include "companion/reports.h"
 #include "companion/segment_view.h"
 #include "companion/top.h"
+#include "companion/user_data.h"
 #include "companion/utf.h"
 #include "companion/values.h"
 #include "shared/commands.h"
@@ -183,6 +184,12 @@ Result DoTop(Context& st) {
     return {};
 }
 
+Result DoSetup(Context& st) {
+    if (InstalledData().empty())
+        return Result::NotFound("no installed data belongs to this program; the data folder is yours alone");
+    return st.stOptions.bRemove ? RemoveUserData() : LayOutUserData();
+}
+
 struct Action {
     Verb eVerb;
     bool bLoadsLibrary; ///< the library is loaded before the action runs
@@ -210,6 +217,7 @@ constexpr Action kActions[] = {
     {Verb::Set, true, DoSet},
     {Verb::Top, true, DoTop},
     {Verb::Profile, false, DoProfile},
+    {Verb::Setup, false, DoSetup},
 };
 
 Result Perform(Context& st) {
@@ -254,6 +262,10 @@ int Main(const std::vector<std::string>& listArguments) {
     if (stParsed.bLeave) {
         std::fprintf(stderr, "orvin-osd: %s (see orvin-osd --help)\n", Printable(stParsed.strText).c_str());
         return stParsed.iExitCode;
+    }
+    if (stParsed.stOptions.eVerb != Verb::Setup) {
+        const Result stLaid = LayOutUserData(); // what is asked for may do without it
+        if (!stLaid) std::fprintf(stderr, "orvin-osd: %s\n", Printable(stLaid.strError).c_str());
     }
     Context st{stParsed.stOptions, listArguments, {}, kOk};
     Result stResult = Perform(st);

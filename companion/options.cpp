@@ -1,4 +1,5 @@
 #include "companion/options.h"
+#include "companion/manual.h"
 #include "companion/profile_folder.h"
 #include "companion/result.h"
 #include "companion/sensors/publisher.h"
@@ -6,6 +7,8 @@
 #include "platform/segment.h"
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 #include <sstream>
 
 namespace companion {
@@ -147,6 +150,14 @@ void AddSend(CLI::App& app, Options& st) {
         ->expected(1, static_cast<int>(g_uMonitorPosWords));
 }
 
+void AddSetup(CLI::App& app, Options& st) {
+    CLI::App* pSetup =
+        AddVerb(app, st, Verb::Setup, "setup",
+                "lay this user's data folder out over the installed one, as every command does "
+                "by itself (installed packages on Linux)");
+    pSetup->add_flag("--remove", st.bRemove, "take it back; files of your own stay");
+}
+
 /// The words behind "--" of a run command belong to the program untouched; they leave listArguments.
 std::optional<std::vector<std::string>> SplitProgram(std::vector<std::string>& listArguments) {
     if (listArguments.empty() || listArguments.front() != "run") return std::nullopt;
@@ -221,6 +232,32 @@ bool IsCommand(const CLI::App& app, const std::string& strWord) {
                        [&](const CLI::App* pCommand) { return pCommand->get_name() == strWord; });
 }
 
+/// The whole command line; what it is given goes into st.
+void Describe(CLI::App& app, Options& st) {
+    app.footer(kFooter);
+    app.require_subcommand(1);
+    app.set_version_flag("--version", std::string("orvin-osd ") + ORVIN_VERSION, "print the version and end");
+    AddEntering(app, st);
+    AddReports(app, st);
+    AddControls(app, st);
+    AddSend(app, st);
+    AddValues(app, st);
+    AddProfileVerbs(app, st);
+    AddSetup(app, st);
+}
+
+/// For the build, and left out of the help: man pages and completions, written below a folder.
+Parsed Generate(const CLI::App& app, const std::string& strFolder) {
+    for (const auto& [strName, strText] : ManualFiles(app, ORVIN_VERSION)) {
+        const std::filesystem::path path = PathOfText(strFolder) / strName;
+        std::error_code error;
+        std::filesystem::create_directories(path.parent_path(), error);
+        std::ofstream file(path, std::ios::binary);
+        if (!(file << strText).flush()) return Leave(kFailed, "cannot write " + TextOfPath(path));
+    }
+    return Leave(kOk, "");
+}
+
 std::string FirstLine(const std::string& strText) { return strText.substr(0, strText.find('\n')); }
 
 } // namespace
@@ -229,14 +266,9 @@ Parsed ParseArguments(std::vector<std::string> listArguments) {
     const auto listTail = SplitProgram(listArguments);
     Parsed stParsed;
     CLI::App app(kDescription, "orvin-osd");
-    app.footer(kFooter);
-    app.require_subcommand(1);
-    AddEntering(app, stParsed.stOptions);
-    AddReports(app, stParsed.stOptions);
-    AddControls(app, stParsed.stOptions);
-    AddSend(app, stParsed.stOptions);
-    AddValues(app, stParsed.stOptions);
-    AddProfileVerbs(app, stParsed.stOptions);
+    Describe(app, stParsed.stOptions);
+    if (listArguments.size() == 2 && listArguments.front() == "--generate")
+        return Generate(app, listArguments.back());
     if (listArguments.empty()) return Leave(kUsage, "a command is required");
     if (!listArguments.front().starts_with("-") && !IsCommand(app, listArguments.front())) {
         return Leave(kUsage, "unknown command " + listArguments.front());

@@ -30,6 +30,7 @@ enum class Verb {
     Names,
     Set,
     Top,
+    Setup,
     Profile ///< which command about profiles: stProfile.eVerb
 };
 
@@ -51,6 +52,7 @@ struct Options {
     bool bRaw = false;
     bool bEnable = false;
     bool bOnce = false;
+    bool bRemove = false;
     u32 uInterval = 0; ///< milliseconds; 0: the command's own default
     i32 iValue = 0;
     u32 uCommand = 0;

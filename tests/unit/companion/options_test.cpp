@@ -163,3 +163,11 @@ TEST(CompanionCommands, ExitCodes) {
 TEST(CompanionCommands, AFileThatIsNoLibraryIsAFailure) {
     EXPECT_EQ(Main({"status", "--library", ORVIN_SOURCE_DIR "/CMakeLists.txt"}), 1);
 }
+
+TEST(CompanionOptions, VersionIsPrintedAndEnds) {
+    const Parsed st = ParseArguments({"--version"});
+    EXPECT_TRUE(st.bLeave);
+    EXPECT_EQ(st.iExitCode, 0);
+    ASSERT_TRUE(st.strText.starts_with("orvin-osd ")) << st.strText;
+    EXPECT_EQ(std::count(st.strText.begin(), st.strText.end(), '.'), 2) << st.strText;
+}
