@@ -16,14 +16,13 @@ constexpr char16_t g_wzCharset[] = u"0123456789.-% ";
 } // namespace
 
 CNumBox_Base::CNumBox_Base()
-    : m_uCellCount(8), m_uIndicesPerGlyph(6), m_uVerticesPerGlyph(4), m_uTrianglesPerGlyph(2), m_fTextSize(0),
-      m_fSpacingX(0), m_fSpacingY(0), m_fNumberW(0), m_fNumberH(0),
-      m_bShadow(false), m_afTextColor{0.5f, 0.5f, 0.5f, 1}, m_afShadowColor{0, 0, 0, 1},
+    : m_uCellCount(8), m_uIndicesPerGlyph(6), m_uVerticesPerGlyph(4), m_uTrianglesPerGlyph(2), m_fNumberW(0),
+      m_fNumberH(0),
+
       m_pFont(nullptr), m_au8Digits{}, m_wzCharset(new (std::nothrow) char16_t[std::size(g_wzCharset)]),
       m_uGlyphCount(14), m_uCharsetSize(15), m_uCharsetRows(1), m_fCellWidth(1), m_fValue(0), m_iValue(0),
-      m_uIntDigits(0), m_uDecimals(0), m_bNegative(false), m_bPercent(false), m_auDrawIndex{},
-      m_bColorDirty(true), m_bPositionDirty(true), m_bLayoutDirty(true), m_uDataKind(7), m_pDataSource(0),
-      m_uDataArg(0), m_u8DataFlag(0) {
+      m_uIntDigits(0), m_uDecimals(0), m_bNegative(false), m_bPercent(false), m_auDrawIndex{}, m_uDataKind(7),
+      m_pDataSource(0), m_uDataArg(0), m_u8DataFlag(0) {
     m_uType = g_uTypeNumBox;
     m_bAutoSize = true;
     m_fnSetPosition(0, 0, 0);
@@ -103,7 +102,7 @@ void CNumBox_Base::RefreshOut() {
 
 void CNumBox_Base::m_fnFlush() {
     if (!m_pVertices) return;
-    if (!m_bColorDirty && !m_bPositionDirty && !m_bLayoutDirty) return;
+    if (!IsDirty()) return;
     m_fnRefreshVertices();
     m_fnUploadMesh();
     if (m_pVerticesOut)
@@ -191,30 +190,21 @@ void CNumBox_Base::m_fnGetShadowColor(f32* pR, f32* pG, f32* pB, f32* pA) {
 }
 
 void CNumBox_Base::m_fnSetTextSize(f32 fSize) {
-    m_fTextSize = fSize;
+    StoreTextSize(fSize);
     if (m_iDrawCount > 0) m_fnBuildDrawList();
-    m_bPositionDirty = m_bLayoutDirty = true;
     m_fnUpdateSize();
     m_fnFlush();
 }
 
-f32 CNumBox_Base::m_fnGetTextSize(f32* pOut) {
-    if (pOut) *pOut = m_fTextSize;
-    return m_fTextSize;
-}
+f32 CNumBox_Base::m_fnGetTextSize(f32* pOut) { return LoadTextSize(pOut); }
 
 void CNumBox_Base::m_fnSetSpacing(f32 x, f32 y) {
-    m_fSpacingX = x;
-    m_fSpacingY = y;
-    m_bPositionDirty = m_bLayoutDirty = true;
+    StoreSpacing(x, y);
     m_fnUpdateSize(); // KEEP: a size given before is lost
     m_fnFlush();
 }
 
-void CNumBox_Base::m_fnGetSpacing(f32* pX, f32* pY) {
-    if (pX) *pX = m_fSpacingX;
-    if (pY) *pY = m_fSpacingY;
-}
+void CNumBox_Base::m_fnGetSpacing(f32* pX, f32* pY) { LoadSpacing(pX, pY); }
 
 void CNumBox_Base::m_fnSetAlign(u32 uAlign) { m_uAlign = uAlign; }
 

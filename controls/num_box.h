@@ -3,6 +3,7 @@
 // take, in one vertex buffer that never changes afterwards: showing a value is writing a few first-index
 // numbers.
 #include "controls/control.h"
+#include "controls/text_look.h"
 #include "draw/entity.h"
 #include "draw/glyph_quads.h"
 #include "draw/mesh.h"
@@ -20,7 +21,7 @@ constexpr u32 g_uNumBoxPlaces = 16;
 constexpr u32 g_uAlignLeft = 0, g_uAlignMiddle = 1, g_uAlignRight = 2;
 
 /// Lengths in canvas units. A number that doesn't fit in 8 cells is cut off on the right. Render thread only.
-class CNumBox_Base : public virtual CControl {
+class CNumBox_Base : public virtual CControl, public CTextLook {
   public:
     CNumBox_Base();
 
@@ -104,12 +105,7 @@ class CNumBox_Base : public virtual CControl {
     std::unique_ptr<u32[], platform::PagesDeleter> m_pIndicesOut;
     u32 m_uCellCount;
     u32 m_uIndicesPerGlyph, m_uVerticesPerGlyph, m_uTrianglesPerGlyph;
-    f32 m_fTextSize;
-    f32 m_fSpacingX, m_fSpacingY;
     f32 m_fNumberW, m_fNumberH;
-    bool m_bShadow;
-    f32 m_afTextColor[4];
-    f32 m_afShadowColor[4];
     CFontUniCode* m_pFont;                               ///< the manager's; also the draw key
     std::unique_ptr<CEntity_Base*[]> m_ppEntities;       ///< owns the entities too
     std::unique_ptr<CEntity_Base*[]> m_ppShadowEntities; ///< nobody makes them
@@ -131,7 +127,6 @@ class CNumBox_Base : public virtual CControl {
     bool m_bPadBlank;
     bool m_bPercent;
     u32 m_auDrawIndex[g_uNumBoxPlaces]; ///< first index of each cell to draw
-    bool m_bColorDirty, m_bPositionDirty, m_bLayoutDirty;
     f32 m_fMaxValue, m_fMinValue;
     /// Where the value comes from, for whoever binds it.
     u32 m_uDataKind;

@@ -49,10 +49,8 @@ bool NeedsQuad(u32 uCode) {
 
 CTextBox_Base::CTextBox_Base()
     : m_uGlyphCapacity(0), m_uGlyphCount(0), m_uTextLength(0), m_uTextSet(0), m_uIndexCount(0),
-      m_uVertexCount(0), m_uTriangleCount(0), m_fTextSize(0), m_fSpacingX(0), m_fSpacingY(0), m_fTextWidth(0),
-      m_fTextHeight(0), m_bShadow(false), m_afTextColor{0.5f, 0.5f, 0.5f, 1}, m_afShadowColor{0, 0, 0, 1},
-      m_pFont(nullptr), m_fLineStep(0), m_bColorDirty(true), m_bPositionDirty(true), m_bLayoutDirty(true),
-      m_bFitToText(true), m_fClipWidth(0), m_uTextRoom(0) {
+      m_uVertexCount(0), m_uTriangleCount(0), m_fTextWidth(0), m_fTextHeight(0), m_pFont(nullptr),
+      m_fLineStep(0), m_bFitToText(true), m_fClipWidth(0), m_uTextRoom(0) {
     m_uType = g_uTypeTextBox;
     m_bAutoSize = true;
     CTextBox_Base::m_fnSetTextW(u"");
@@ -129,7 +127,7 @@ void CTextBox_Base::m_fnRefreshVertices() {
 
 void CTextBox_Base::m_fnFlush() {
     if (!m_pVertices || !m_pVerticesOut) return;
-    if (!m_bColorDirty && !m_bPositionDirty && !m_bLayoutDirty) return;
+    if (!IsDirty()) return;
     m_fnRefreshVertices();
     m_fnUploadMesh();
     g_fnUploadControlVertices(m_pVerticesOut.get(), m_uVertexBase * static_cast<u32>(sizeof(stTextVertex)),
@@ -156,7 +154,7 @@ bool CTextBox_Base::m_fnSetTextW(const char16_t* wzText) {
     const u32* const pFirst = m_pCodePoints.get();
     m_uGlyphCount = static_cast<u32>(std::count_if(pFirst, pFirst + m_uTextLength, NeedsQuad));
     m_uGlyphCount = std::max(m_uGlyphCount, 1u);
-    m_bLayoutDirty = m_bPositionDirty = true;
+    MarkLayoutDirty();
     return true;
 }
 
@@ -257,27 +255,18 @@ void CTextBox_Base::m_fnGetShadowColor(f32* pR, f32* pG, f32* pB, f32* pA) {
 }
 
 void CTextBox_Base::m_fnSetTextSize(f32 fSize) {
-    m_fTextSize = fSize;
-    m_bPositionDirty = m_bLayoutDirty = true;
+    StoreTextSize(fSize);
     m_fnFlush();
 }
 
-f32 CTextBox_Base::m_fnGetTextSize(f32* pOut) {
-    if (pOut) *pOut = m_fTextSize;
-    return m_fTextSize;
-}
+f32 CTextBox_Base::m_fnGetTextSize(f32* pOut) { return LoadTextSize(pOut); }
 
 void CTextBox_Base::m_fnSetSpacing(f32 x, f32 y) {
-    m_fSpacingX = x;
-    m_fSpacingY = y;
-    m_bPositionDirty = m_bLayoutDirty = true;
+    StoreSpacing(x, y);
     m_fnFlush();
 }
 
-void CTextBox_Base::m_fnGetSpacing(f32* pX, f32* pY) {
-    if (pX) *pX = m_fSpacingX;
-    if (pY) *pY = m_fSpacingY;
-}
+void CTextBox_Base::m_fnGetSpacing(f32* pX, f32* pY) { LoadSpacing(pX, pY); }
 
 void CTextBox_Base::m_fnDrawText(CDraw_Base*, const f32*, const f32*) {}
 

@@ -2,6 +2,7 @@
 // A run of Unicode text in one font, on one or many lines, with an optional drop shadow. This half lays
 // glyphs out into quads; the drawing call belongs to the flavour.
 #include "controls/control.h"
+#include "controls/text_look.h"
 #include "draw/entity.h"
 #include "draw/glyph_quads.h"
 #include "draw/mesh.h"
@@ -12,7 +13,7 @@ class CFontUniCode;
 
 /// Lengths in canvas units. Room for quads is decided at initialisation: glyphs of a later text beyond it
 /// take their space and don't show. Render thread only.
-class CTextBox_Base : public virtual CControl {
+class CTextBox_Base : public virtual CControl, public CTextLook {
   public:
     CTextBox_Base();
 
@@ -99,18 +100,12 @@ class CTextBox_Base : public virtual CControl {
     u32 m_uTextLength;                    ///< code points
     u32 m_uTextSet;                       ///< 1 once a text was accepted
     u32 m_uIndexCount, m_uVertexCount, m_uTriangleCount;
-    f32 m_fTextSize;
-    f32 m_fSpacingX, m_fSpacingY;
     f32 m_fTextWidth, m_fTextHeight;
-    bool m_bShadow;
-    f32 m_afTextColor[4];
-    f32 m_afShadowColor[4];
     CFontUniCode* m_pFont; ///< the manager's; also the draw key
     std::unique_ptr<CEntity_Base> m_pEntity;
     std::unique_ptr<CEntity_Base> m_pShadowEntity; ///< nobody makes one
     std::unique_ptr<CMesh_Base> m_pMesh;
     f32 m_fLineStep;
-    bool m_bColorDirty, m_bPositionDirty, m_bLayoutDirty;
     bool m_bFitToText;
     f32 m_fClipWidth;
     u32 m_uTextRoom; ///< UTF-16 units that m_wzText, and code points that m_pCodePoints can hold

@@ -57,18 +57,10 @@ template <class Record> void TakeContent(Record& st, const CItemProperty_Base& i
 }
 
 /// The letters of texts and numbers.
-template <class Record, class Item> void TakeLetters(Record& st, const Item& item, u32 uFont) {
+template <class Record> void TakeLetters(Record& st, const stTextLook& stLook, u32 uFont) {
     st.uFont = uFont;
-    st.fTextSize = item.m_fTextSize;
-    st.u8TextR = item.m_u8TextR;
-    st.u8TextG = item.m_u8TextG;
-    st.u8TextB = item.m_u8TextB;
-    st.u8TextA = item.m_u8TextA;
-    st.u8ShadowR = item.m_u8ShadowR;
-    st.u8ShadowG = item.m_u8ShadowG;
-    st.u8ShadowB = item.m_u8ShadowB;
-    st.u8ShadowA = item.m_u8ShadowA;
-    st.bShadow = g_stLooks.bTextShadow;
+    st.stLook = stLook;
+    st.stLook.m_bShadow = g_stLooks.bTextShadow;
 }
 
 stTextInit TextRecord(const CItemProperty_TextBox& item, u32 uFont) {
@@ -76,8 +68,6 @@ stTextInit TextRecord(const CItemProperty_TextBox& item, u32 uFont) {
     const bool bMemo = item.m_bMemoFlagA != 0, bNoWidth = item.m_uContentSizeW == 0;
     TakeContent(st, item);
     TakeLetters(st, item, uFont);
-    st.fSpacingX = item.m_fTextSpacingX;
-    st.fSpacingY = item.m_fTextSpacingY;
     // A text box with a width cuts its text off there; a memo wraps.
     st.bAutoSize = !bMemo || bNoWidth;
     st.bFitToText = bMemo || bNoWidth;
@@ -90,7 +80,6 @@ stTextInit SeparatorRecord(const CItemProperty_NumBox& item, u32 uFont, const ch
     stTextInit st{};
     TakeContent(st, item);
     TakeLetters(st, item, uFont);
-    st.fSpacingX = item.m_fTextSpacingX;
     st.bAutoSize = st.bFitToText = true;
     st.wzText = wzText;
     return st;
@@ -100,7 +89,6 @@ stNumInit NumberRecord(const CItemProperty_NumBox& item, u32 uFont) {
     stNumInit st{};
     TakeContent(st, item);
     TakeLetters(st, item, uFont);
-    st.fSpacing = item.m_fTextSpacingX;
     st.uHidePad = 1;
     st.uDataKind = g_uDataKindNone;
     return st;

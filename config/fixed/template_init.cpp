@@ -20,26 +20,15 @@ template <class T> void SetPlace(const stItemInstance& st, const stItemPlace& st
     stOut.iY = stPlace.iAnchorY;
 }
 
-template <class T> void SetFont(const stTextStyle& stStyle, bool bShadow, T& stOut) {
+template <class T>
+void SetLook(const stTextStyle& stStyle, const stTextColors& stColors, bool bShadow, T& stOut) {
     stOut.uFont = stStyle.uFontID;
-    stOut.fTextSize = stStyle.fTextSize;
-    stOut.bShadow = bShadow;
-}
-
-template <class T> void SetColors(const stItemColors& st, T& stOut) {
-    stOut.u8TextR = st.au8Text[0];
-    stOut.u8TextG = st.au8Text[1];
-    stOut.u8TextB = st.au8Text[2];
-    stOut.u8TextA = st.au8Text[3];
-    stOut.u8ShadowR = st.au8Shadow[0];
-    stOut.u8ShadowG = st.au8Shadow[1];
-    stOut.u8ShadowB = st.au8Shadow[2];
-    stOut.u8ShadowA = st.au8Shadow[3];
+    stOut.stLook = {stColors, stStyle.fTextSize, stStyle.fTextSpacingX, stStyle.fTextSpacingY, bShadow};
 }
 
 } // namespace
 
-bool g_fnMakeTextInit(const stItemInstance& st, const stItemColors& stColors, bool bShadow,
+bool g_fnMakeTextInit(const stItemInstance& st, const stTextColors& stColors, bool bShadow,
                       stTextInit& stOut) {
     const stTextTemplate* pTemplate = FindTemplate(g_stTemplates.poolTextBox, st);
     const stTextStyle* pStyle =
@@ -47,25 +36,21 @@ bool g_fnMakeTextInit(const stItemInstance& st, const stItemColors& stColors, bo
     if (!pStyle) return false;
     stOut = {};
     SetPlace(st, *pTemplate, stOut);
-    SetFont(*pStyle, bShadow, stOut);
-    SetColors(stColors, stOut);
-    stOut.fSpacingX = pStyle->fTextSpacingX;
-    stOut.fSpacingY = pStyle->fTextSpacingY;
+    SetLook(*pStyle, stColors, bShadow, stOut);
     stOut.bAutoSize = stOut.bFitToText = true;
     stOut.wzText = pTemplate->wzText.c_str();
     return true;
 }
 
-bool g_fnMakeNumInit(const stItemInstance& st, const stItemColors& stColors, bool bShadow, stNumInit& stOut) {
+bool g_fnMakeNumInit(const stItemInstance& st, const stTextColors& stColors, bool bShadow, stNumInit& stOut) {
     const stNumTemplate* pTemplate = FindTemplate(g_stTemplates.poolNumBox, st);
     const stTextStyle* pStyle =
         pTemplate ? g_stTemplates.poolNumBoxStyle.m_fnFind(pTemplate->uStyleID) : nullptr;
     if (!pStyle) return false;
     stOut = {};
     SetPlace(st, *pTemplate, stOut);
-    SetFont(*pStyle, bShadow, stOut);
-    SetColors(stColors, stOut);
-    stOut.fSpacing = pTemplate->fDigitSpacing;
+    SetLook(*pStyle, stColors, bShadow, stOut);
+    stOut.stLook.m_fTextSpacingX = pTemplate->fDigitSpacing;
     stOut.iWidth = pTemplate->iWidth;
     stOut.iHeight = pTemplate->iHeight;
     stOut.uPadDigits = pTemplate->uDigitPadding;
@@ -75,7 +60,7 @@ bool g_fnMakeNumInit(const stItemInstance& st, const stItemColors& stColors, boo
     return true;
 }
 
-bool g_fnMakeFlipInit(const stItemInstance& st, const stItemColors& stColors, bool bShadow,
+bool g_fnMakeFlipInit(const stItemInstance& st, const stTextColors& stColors, bool bShadow,
                       stFlipInit& stOut) {
     const stFlipTemplate* pTemplate = FindTemplate(g_stTemplates.poolFlipBox, st);
     const stTextStyle* pStyle =
@@ -83,10 +68,7 @@ bool g_fnMakeFlipInit(const stItemInstance& st, const stItemColors& stColors, bo
     if (!pStyle) return false;
     stOut = {};
     SetPlace(st, *pTemplate, stOut);
-    SetFont(*pStyle, bShadow, stOut);
-    SetColors(stColors, stOut);
-    stOut.fSpacingX = pStyle->fTextSpacingX;
-    stOut.fSpacingY = pStyle->fTextSpacingY;
+    SetLook(*pStyle, stColors, bShadow, stOut);
     stOut.uDataArg = st.uDataIndex;
     for (u32 u = 0; u < g_uFlipTexts; ++u) stOut.awzText[u] = pTemplate->awzText[u].c_str();
     return true;

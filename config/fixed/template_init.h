@@ -4,12 +4,8 @@
 #include "config/make/number_records.h"
 #include "config/make/panel_records.h"
 #include "config/make/text_records.h"
+#include "controls/text_look.h"
 
-/// Colours of a text, number or flip box: red, green, blue, alpha.
-struct stItemColors {
-    u8 au8Text[4] = {255, 255, 255, 255};
-    u8 au8Shadow[4] = {0, 0, 0, 255};
-};
 /// Look of the panels of a block.
 struct stPanelLook {
     u8 u8R = 0, u8G = 0, u8B = 0, u8A = 0;
@@ -28,23 +24,19 @@ struct stItemInstance {
 struct stFlipInit {
     u64 u64LB_ID;
     u32 uFont; ///< place in g_ppFont
-    f32 fTextSize;
-    f32 fSpacingX, fSpacingY;
+    stTextLook stLook;
     i32 iAnchorCode;
     i32 iX, iY;
-    u8 u8TextR, u8TextG, u8TextB, u8TextA;
-    u8 u8ShadowR, u8ShadowG, u8ShadowB, u8ShadowA;
-    bool bShadow;
     u32 uDataArg;
     const char16_t* awzText[g_uFlipTexts]; ///< must live during creation only
 };
 
 /// Each writes the record of an item's instance. False, with the record untouched, if the item has no
 /// template, or the template's style was not read. Texts point into the pool.
-bool g_fnMakeTextInit(const stItemInstance& st, const stItemColors& stColors, bool bShadow,
+bool g_fnMakeTextInit(const stItemInstance& st, const stTextColors& stColors, bool bShadow,
                       stTextInit& stOut);
-bool g_fnMakeNumInit(const stItemInstance& st, const stItemColors& stColors, bool bShadow, stNumInit& stOut);
-bool g_fnMakeFlipInit(const stItemInstance& st, const stItemColors& stColors, bool bShadow,
+bool g_fnMakeNumInit(const stItemInstance& st, const stTextColors& stColors, bool bShadow, stNumInit& stOut);
+bool g_fnMakeFlipInit(const stItemInstance& st, const stTextColors& stColors, bool bShadow,
                       stFlipInit& stOut);
 bool g_fnMakePanelInit(const stItemInstance& st, const stPanelLook& stLook, stPanelInit& stOut);
 

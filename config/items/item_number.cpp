@@ -14,12 +14,10 @@ void ApplyOwnKeys(const tinyxml2::XMLElement& element, CItemProperty_NumBox& ite
         {"FontName", "", SETTING_TEXT_LOCAL, TARGET_WIDE, item.m_wzFontName, std::size(item.m_wzFontName)},
         {"DataFullName", "", SETTING_TEXT, TARGET_TEXT, item.m_szDataFullName,
          std::size(item.m_szDataFullName)},
-        {"TextSize", "0", SETTING_FLOAT, TARGET_F32, &item.m_fTextSize},
-        {"TextSpacingX", "0", SETTING_FLOAT, TARGET_F32, &item.m_fTextSpacingX},
     };
     SettingTable table;
     g_fnAddSettings(table, aRows);
-    g_fnAddColorSettings(table, item);
+    g_fnAddTextSettings(table, item);
     g_fnApplyXmlSettings(&element, table);
     g_fnFreeSettings(table);
 }

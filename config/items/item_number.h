@@ -1,8 +1,10 @@
 #pragma once
 // Number items: the element "NumBox". With data name "SYSTEM_TIME" or "RESOLUTION" it becomes a mixed item.
 #include "config/items/item_property.h"
+#include "controls/text_look.h"
 
-class CItemProperty_NumBox : public virtual CItemProperty_Base {
+/// Byte alphas go through whole percent and back: 128 becomes 127, 1 becomes 0.
+class CItemProperty_NumBox : public virtual CItemProperty_Base, public stTextLook {
   public:
     CItemProperty_NumBox();
     void m_fnAttachComplete() override;
@@ -12,15 +14,6 @@ class CItemProperty_NumBox : public virtual CItemProperty_Base {
 
     char16_t m_wzFontName[128] = u"";
     char m_szDataFullName[64] = ""; ///< such as "GPU_CLK#0"
-    f32 m_fTextSize = 0;
-    f32 m_fTextSpacingX = 0; ///< gap between digits; of a mixed item also between its parts
-    /// Byte alphas go through whole percent and back: 128 becomes 127, 1 becomes 0.
-    u8 m_u8TextR = 0, m_u8TextG = 0, m_u8TextB = 0;
-    u8 m_u8TextOpacity = 0; ///< percent
-    u8 m_u8TextA = 0;
-    u8 m_u8ShadowR = 0, m_u8ShadowG = 0, m_u8ShadowB = 0;
-    u8 m_u8ShadowOpacity = 0; ///< percent
-    u8 m_u8ShadowA = 0;
 };
 
 /// Registers each child "NumBox" that holds. After one without a font or data name nothing more is registered

@@ -5,6 +5,7 @@
 #include "config/items/item_property.h"
 #include "config/make/panel_records.h"
 #include "config/settings/setting_binding.h"
+#include "controls/text_look.h"
 
 #include <memory>
 #include <utility>
@@ -41,9 +42,11 @@ void g_fnReadItems(const tinyxml2::XMLElement* pParent, const char* szElement, R
     }
 }
 
-/// The colour keys that texts and numbers share.
-template <class T> void g_fnAddColorSettings(SettingTable& table, T& item) {
+/// The keys that texts and numbers share.
+inline void g_fnAddTextSettings(SettingTable& table, stTextLook& item) {
     const stSettingRow aRows[] = {
+        {"TextSize", "0", SETTING_FLOAT, TARGET_F32, &item.m_fTextSize},
+        {"TextSpacingX", "0", SETTING_FLOAT, TARGET_F32, &item.m_fTextSpacingX},
         {"TextColorR", "255", SETTING_DECIMAL, TARGET_U8, &item.m_u8TextR},
         {"TextColorG", "255", SETTING_DECIMAL, TARGET_U8, &item.m_u8TextG},
         {"TextColorB", "255", SETTING_DECIMAL, TARGET_U8, &item.m_u8TextB},
@@ -57,12 +60,12 @@ template <class T> void g_fnAddColorSettings(SettingTable& table, T& item) {
 }
 
 /// KEEP: alphas go through whole percent and back, so 128 becomes 127 and 1 becomes 0.
-template <class T> void g_fnAlphasToPercent(T& item) {
+inline void g_fnAlphasToPercent(stTextColors& item) {
     item.m_u8TextOpacity = static_cast<u8>(g_fnAlphaToPercent(item.m_u8TextA));
     item.m_u8ShadowOpacity = static_cast<u8>(g_fnAlphaToPercent(item.m_u8ShadowA));
 }
 
-template <class T> void g_fnAlphasFromPercent(T& item) {
+inline void g_fnAlphasFromPercent(stTextColors& item) {
     item.m_u8TextA = g_fnPercentToAlpha(item.m_u8TextOpacity);
     item.m_u8ShadowA = g_fnPercentToAlpha(item.m_u8ShadowOpacity);
 }

@@ -44,8 +44,6 @@ void StoreText(CItemProperty_TextBox& item, std::u16string_view wzText) {
 void ApplyOwnKeys(const tinyxml2::XMLElement& element, CItemProperty_TextBox& item, bool bMemo) {
     const stSettingRow aCommon[] = {
         {"FontName", "", SETTING_TEXT_LOCAL, TARGET_WIDE, item.m_wzFontName, std::size(item.m_wzFontName)},
-        {"TextSize", "0", SETTING_FLOAT, TARGET_F32, &item.m_fTextSize},
-        {"TextSpacingX", "0", SETTING_FLOAT, TARGET_F32, &item.m_fTextSpacingX},
     };
     const stSettingRow aMemo[] = {
         {"FileName", "", SETTING_TEXT_LOCAL, TARGET_WIDE, item.m_wzText, std::size(item.m_wzText)},
@@ -58,7 +56,7 @@ void ApplyOwnKeys(const tinyxml2::XMLElement& element, CItemProperty_TextBox& it
     };
     SettingTable table;
     g_fnAddSettings(table, aCommon);
-    g_fnAddColorSettings(table, item);
+    g_fnAddTextSettings(table, item);
     g_fnAddSettings(table, bMemo ? aMemo : aTextBox);
     g_fnApplyXmlSettings(&element, table);
     g_fnFreeSettings(table);

@@ -1,8 +1,10 @@
 #pragma once
 // Text items: the elements "TextBox" and "Memo".
 #include "config/items/item_property.h"
+#include "controls/text_look.h"
 
-class CItemProperty_TextBox : public virtual CItemProperty_Base {
+/// Byte alphas go through whole percent and back: 128 becomes 127, 1 becomes 0.
+class CItemProperty_TextBox : public virtual CItemProperty_Base, public stTextLook {
   public:
     CItemProperty_TextBox();
     void m_fnAttachComplete() override;
@@ -12,16 +14,7 @@ class CItemProperty_TextBox : public virtual CItemProperty_Base {
 
     char16_t m_wzText[1024] = u""; ///< the text; of a memo the file name
     char16_t m_wzFontName[128] = u"";
-    char m_szStringFullName[64] = ""; ///< program value shown in place of the text
-    f32 m_fTextSize = 0;              ///< line height
-    f32 m_fTextSpacingX = 0, m_fTextSpacingY = 0;
-    /// Byte alphas go through whole percent and back: 128 becomes 127, 1 becomes 0.
-    u8 m_u8TextR = 0, m_u8TextG = 0, m_u8TextB = 0;
-    u8 m_u8TextOpacity = 0; ///< percent
-    u8 m_u8TextA = 0;
-    u8 m_u8ShadowR = 0, m_u8ShadowG = 0, m_u8ShadowB = 0;
-    u8 m_u8ShadowOpacity = 0; ///< percent
-    u8 m_u8ShadowA = 0;
+    char m_szStringFullName[64] = "";       ///< program value shown in place of the text
     u32 m_bMemoFlagA = 0, m_bMemoFlagB = 0; ///< both 1 for a memo
 };
 

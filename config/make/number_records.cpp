@@ -9,15 +9,11 @@ namespace {
 
 void Configure(CNumBox_Base& box, const stNumInit& st) {
     box.m_fnSetFont(g_fnFontAt(st.uFont));
-    box.m_fnSetTextSize(st.fTextSize);
     box.m_fnSetSize(static_cast<f32>(st.iWidth), static_cast<f32>(st.iHeight));
-    box.m_fnSetSpacing(st.fSpacing, 0);
+    g_fnGiveLook(box, st.stLook);
     box.m_fnSetDigitPad(st.uPadDigits, st.uHidePad != 0);
     box.m_fnSetAutoSize(true);
-    box.m_fnSetShadow(st.bShadow);
     box.m_fnSetAnchor(st.iAnchorCode, static_cast<f32>(st.iX), static_cast<f32>(st.iY));
-    box.m_fnSetTextColorB(st.u8TextR, st.u8TextG, st.u8TextB, st.u8TextA);
-    box.m_fnSetShadowColorB(st.u8ShadowR, st.u8ShadowG, st.u8ShadowB, st.u8ShadowA);
 }
 
 void HandOnSource(CNumBox_Base& box, const stNumInit& st) {

@@ -1,5 +1,6 @@
 #pragma once
 // Number boxes from records.
+#include "controls/text_look.h"
 #include "platform/types.h"
 
 #include <span>
@@ -8,16 +9,12 @@
 struct stNumInit {
     u64 u64LB_ID;
     u32 uFont; ///< place in g_ppFont
-    f32 fTextSize;
-    f32 fSpacing; ///< gap between cells
+    stTextLook stLook;
     i32 iAnchorCode;
     i32 iX, iY;
     i32 iWidth, iHeight; ///< until the first value only: the size then follows the number
     u32 uPadDigits;
-    u32 uHidePad; ///< 0 pads with zeros, anything else with blanks
-    u8 u8TextR, u8TextG, u8TextB, u8TextA;
-    u8 u8ShadowR, u8ShadowG, u8ShadowB, u8ShadowA;
-    bool bShadow;
+    u32 uHidePad;  ///< 0 pads with zeros, anything else with blanks
     u32 uDataKind; ///< 0 or 1: where the value comes from is handed on; anything else: it is not
     u8 u8DataFlag; ///< of kind 0
     u64 pDataSource;

@@ -12,16 +12,14 @@ namespace {
 
 void Place(CTextBox_Base& box, const stTextInit& st) {
     box.m_fnSetFont(g_fnFontAt(st.uFont));
-    box.m_fnSetTextSize(st.fTextSize);
-    box.m_fnSetSpacing(st.fSpacingX, st.fSpacingY);
+    g_fnGiveLook(box, st.stLook);
     box.m_fnSetAnchor(st.iAnchorCode, static_cast<f32>(st.iX), static_cast<f32>(st.iY));
     const f32 w = static_cast<f32>(st.iWidth), h = static_cast<f32>(st.iHeight);
-    if (st.bAutoSize) box.m_fnSetSize(st.fTextSize, st.fTextSize);
+    if (st.bAutoSize) box.m_fnSetSize(st.stLook.m_fTextSize, st.stLook.m_fTextSize);
     if (!st.bAutoSize || !st.bFitToText) box.m_fnSetSize(w, h);
     if (st.bAutoSize && !st.bFitToText) box.m_fnSetClipWidth(w);
     box.m_fnSetAutoSize(st.bAutoSize);
     box.m_fnSetFitToText(st.bFitToText);
-    box.m_fnSetShadow(st.bShadow);
 }
 
 void LogFailedLoad(const char16_t* wzPath) {
@@ -42,11 +40,6 @@ bool GiveText(CTextBox_Base& box, const stTextInit& st, const char16_t* wzPath) 
     return false;
 }
 
-void Color(CTextBox_Base& box, const stTextInit& st) {
-    box.m_fnSetTextColorB(st.u8TextR, st.u8TextG, st.u8TextB, st.u8TextA);
-    box.m_fnSetShadowColorB(st.u8ShadowR, st.u8ShadowG, st.u8ShadowB, st.u8ShadowA);
-}
-
 bool Create(const stTextInit& st, const char16_t* wzPath) {
     const auto Maker = g_stCreationTable.m_fnCreateTextBox;
     std::unique_ptr<CTextBox_Base> pBox(Maker ? Maker() : nullptr);
@@ -54,7 +47,6 @@ bool Create(const stTextInit& st, const char16_t* wzPath) {
     Place(*pBox, st);
     // KEEP: a memo file without text ends the whole creation.
     if (!GiveText(*pBox, st, wzPath)) return false;
-    Color(*pBox, st);
     if (!pBox->m_fnInitialize()) return false;
     if (g_fnRegisterXCtrl(IdTextBox, st.u64LB_ID, pBox.get())) pBox.release();
     return true; // refused and logged: the control has no owner, so it goes

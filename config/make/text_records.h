@@ -1,5 +1,6 @@
 #pragma once
 // Text boxes from records, and the memo files that some of them show.
+#include "controls/text_look.h"
 #include "platform/types.h"
 
 #include <span>
@@ -8,16 +9,12 @@
 struct stTextInit {
     u64 u64LB_ID;
     u32 uFont; ///< place in g_ppFont
-    f32 fTextSize;
-    f32 fSpacingX, fSpacingY;
+    stTextLook stLook;
     i32 iAnchorCode;
     i32 iX, iY;
-    i32 iWidth, iHeight; ///< read where the size does not follow the text, or the text is clipped to it
-    u8 u8TextR, u8TextG, u8TextB, u8TextA;
-    u8 u8ShadowR, u8ShadowG, u8ShadowB, u8ShadowA;
-    bool bAutoSize;  ///< the size follows the text; otherwise lines wrap at iWidth
-    bool bFitToText; ///< with bAutoSize: false cuts the text off at a window of iWidth
-    bool bShadow;
+    i32 iWidth, iHeight;    ///< read where the size does not follow the text, or the text is clipped to it
+    bool bAutoSize;         ///< the size follows the text; otherwise lines wrap at iWidth
+    bool bFitToText;        ///< with bAutoSize: false cuts the text off at a window of iWidth
     bool bMemo;             ///< wzText names a file in the profile folder
     const char16_t* wzText; ///< the text or the file's name; must live during the call only
 };

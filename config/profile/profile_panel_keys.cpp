@@ -68,14 +68,14 @@ void ReadPanel(const XMLElement* pElement, stPanelKeys& st) {
 void ReadColors(const XMLElement* pElement, stTextColors& st) {
     u32 uOpacity = 0, uShadowOpacity = 0;
     const stSettingRow aRows[] = {
-        Byte("TextColorR", st.u8R),         Byte("TextColorG", st.u8G),
-        Byte("TextColorB", st.u8B),         Byte("ShadowColorR", st.u8ShadowR),
-        Byte("ShadowColorG", st.u8ShadowG), Byte("ShadowColorB", st.u8ShadowB),
-        Number("TextOpacity", uOpacity),    Number("ShadowOpacity", uShadowOpacity),
+        Byte("TextColorR", st.m_u8TextR),     Byte("TextColorG", st.m_u8TextG),
+        Byte("TextColorB", st.m_u8TextB),     Byte("ShadowColorR", st.m_u8ShadowR),
+        Byte("ShadowColorG", st.m_u8ShadowG), Byte("ShadowColorB", st.m_u8ShadowB),
+        Number("TextOpacity", uOpacity),      Number("ShadowOpacity", uShadowOpacity),
     };
     g_fnReadXmlSettings(pElement, aRows);
-    TakePercent(uOpacity, st.u8Opacity, st.u8A);
-    TakePercent(uShadowOpacity, st.u8ShadowOpacity, st.u8ShadowA);
+    TakePercent(uOpacity, st.m_u8TextOpacity, st.m_u8TextA);
+    TakePercent(uShadowOpacity, st.m_u8ShadowOpacity, st.m_u8ShadowA);
 }
 
 void ReadPlace(const XMLElement* pElement, const char* szAnchor, stPartPlace& st) {

@@ -1,6 +1,7 @@
 #pragma once
 // How the parts of a profile's settings look: colours, panels behind them, places; the styles by number.
 #include "config/settings/setting_binding.h"
+#include "controls/text_look.h"
 #include "platform/types.h"
 
 #include <map>
@@ -13,13 +14,6 @@ struct stPanelKeys {
     u32 uType;       ///< 0 none, 1 plain, 2 frosted
     u32 uScattering; ///< blur diameter, 0 to 100
     f32 fThick;      ///< kept, nothing reads it further
-};
-
-/// Colour of a text and of its shadow.
-struct stTextColors {
-    u8 u8R, u8G, u8B, u8ShadowR, u8ShadowG, u8ShadowB;
-    u8 u8Opacity, u8ShadowOpacity; ///< percent, 0 to 100
-    u8 u8A, u8ShadowA;             ///< the opacities as bytes
 };
 
 /// Place of a part on the canvas, in canvas pixels.
@@ -87,8 +81,7 @@ struct stProfileLooks {
 };
 extern stProfileLooks g_stLooks;
 
-/// White over black, both full: what a style without colours has.
-constexpr stTextColors g_stPlainTextColors = {255, 255, 255, 0, 0, 0, 100, 100, 255, 255};
+/// g_stPlainTextColors for a style without colours.
 const stTextColors& g_fnTextColorsOf(u32 uStyleId);
 /// 7 for a style without one.
 i32 g_fnTextAlignOf(u32 uStyleId);

@@ -68,7 +68,9 @@ void CheckPanel(const stPanelKeys& st) {
     Require(st.u8Opacity <= 100 && st.uScattering <= 100 && std::isfinite(st.fThick));
 }
 
-void CheckColors(const stTextColors& st) { Require(st.u8Opacity <= 100 && st.u8ShadowOpacity <= 100); }
+void CheckColors(const stTextColors& st) {
+    Require(st.m_u8TextOpacity <= 100 && st.m_u8ShadowOpacity <= 100);
+}
 
 void CheckCaption(const stCaptionKeys& st) {
     Require(Ends(st.szTitle) && Ends(st.wzFontName) && Ends(st.wzText));

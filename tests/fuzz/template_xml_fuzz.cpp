@@ -73,9 +73,10 @@ void CheckRecords() {
         stFlipInit stFlip{};
         stPanelInit stPanel{};
         if (g_fnMakeTextInit(st, {}, true, stText))
-            Require(std::isfinite(stText.fTextSize) && std::isfinite(stText.fSpacingX) && stText.wzText);
+            Require(std::isfinite(stText.stLook.m_fTextSize) &&
+                    std::isfinite(stText.stLook.m_fTextSpacingX) && stText.wzText);
         if (g_fnMakeNumInit(st, {}, true, stNum))
-            Require(std::isfinite(stNum.fTextSize) && std::isfinite(stNum.fSpacing));
+            Require(std::isfinite(stNum.stLook.m_fTextSize) && std::isfinite(stNum.stLook.m_fTextSpacingX));
         if (g_fnMakeFlipInit(st, {}, true, stFlip)) Require(stFlip.awzText[0] && stFlip.awzText[2]);
         if (g_fnMakePanelInit(st, {}, stPanel)) Require(stPanel.u64LB_ID == g_fnMakeLB_ID(1, uBID));
     }

@@ -65,22 +65,22 @@ TEST_F(CustomItems, ATextBecomesOneTextControl) {
     EXPECT_EQ(text.u64LB_ID, Id("T"));
     EXPECT_EQ(std::u16string(text.wzText), u"abc");
     EXPECT_EQ(text.uFont, 0u);
-    EXPECT_EQ(text.fTextSize, 16);
-    EXPECT_EQ(text.fSpacingX, 2.5f);
-    EXPECT_EQ(text.fSpacingY, 0);
+    EXPECT_EQ(text.stLook.m_fTextSize, 16);
+    EXPECT_EQ(text.stLook.m_fTextSpacingX, 2.5f);
+    EXPECT_EQ(text.stLook.m_fTextSpacingY, 0);
     EXPECT_EQ(text.iAnchorCode, 5);
     EXPECT_EQ(text.iX, 3);
     EXPECT_EQ(text.iY, 4);
     EXPECT_EQ(text.iWidth, 90);
     EXPECT_EQ(text.iHeight, 20);
-    EXPECT_EQ(text.u8TextR, 1);
-    EXPECT_EQ(text.u8TextG, 2);
-    EXPECT_EQ(text.u8TextB, 3);
-    EXPECT_EQ(text.u8TextA, 51);
-    EXPECT_EQ(text.u8ShadowR, 4);
-    EXPECT_EQ(text.u8ShadowG, 5);
-    EXPECT_EQ(text.u8ShadowB, 6);
-    EXPECT_EQ(text.u8ShadowA, 102);
+    EXPECT_EQ(text.stLook.m_u8TextR, 1);
+    EXPECT_EQ(text.stLook.m_u8TextG, 2);
+    EXPECT_EQ(text.stLook.m_u8TextB, 3);
+    EXPECT_EQ(text.stLook.m_u8TextA, 51);
+    EXPECT_EQ(text.stLook.m_u8ShadowR, 4);
+    EXPECT_EQ(text.stLook.m_u8ShadowG, 5);
+    EXPECT_EQ(text.stLook.m_u8ShadowB, 6);
+    EXPECT_EQ(text.stLook.m_u8ShadowA, 102);
     EXPECT_FALSE(text.bMemo);
     EXPECT_EQ(Assembly("T").listTextBox, Ids{Id("T")});
     EXPECT_EQ(Assembly("T").u64FramePanelLB_ID, Id("T_F"));
@@ -103,7 +103,7 @@ TEST_F(CustomItems, ATextWithAWidthIsCutOffAndAMemoWithOneWraps) {
     EXPECT_TRUE(st.texts[3].bFitToText);
     EXPECT_TRUE(st.texts[2].bMemo && st.texts[3].bMemo);
     EXPECT_EQ(std::u16string(st.texts[3].wzText), u"m.txt");
-    EXPECT_EQ(st.texts[3].fSpacingY, 3);
+    EXPECT_EQ(st.texts[3].stLook.m_fTextSpacingY, 3);
 }
 
 TEST_F(CustomItems, AMemoWithoutFileNameIsNoMemo) {
@@ -117,8 +117,8 @@ TEST_F(CustomItems, ShadowsAreOneSwitchForAllLetters) {
     for (const bool bShadow : {false, true}) {
         g_stLooks.bTextShadow = bShadow;
         const stCustomInit st = Init(szItems);
-        for (const stTextInit& text : st.texts) EXPECT_EQ(text.bShadow, bShadow);
-        for (const stNumInit& number : st.numbers) EXPECT_EQ(number.bShadow, bShadow);
+        for (const stTextInit& text : st.texts) EXPECT_EQ(text.stLook.m_bShadow, bShadow);
+        for (const stNumInit& number : st.numbers) EXPECT_EQ(number.stLook.m_bShadow, bShadow);
     }
 }
 
@@ -132,11 +132,11 @@ TEST_F(CustomItems, ANumberBecomesOneNumberControl) {
     EXPECT_EQ(number.iAnchorCode, 3);
     EXPECT_EQ(number.iWidth, 40);
     EXPECT_EQ(number.iHeight, 30);
-    EXPECT_EQ(number.fTextSize, 16);
-    EXPECT_EQ(number.fSpacing, 1.5f);
-    EXPECT_EQ(number.u8TextR, 9);
-    EXPECT_EQ(number.u8ShadowB, 8);
-    EXPECT_EQ(number.u8TextA, 255);
+    EXPECT_EQ(number.stLook.m_fTextSize, 16);
+    EXPECT_EQ(number.stLook.m_fTextSpacingX, 1.5f);
+    EXPECT_EQ(number.stLook.m_u8TextR, 9);
+    EXPECT_EQ(number.stLook.m_u8ShadowB, 8);
+    EXPECT_EQ(number.stLook.m_u8TextA, 255);
     EXPECT_EQ(number.uDataKind, g_uDataKindNone);
     EXPECT_EQ(Assembly("n@O").listNumBox, Ids{Id("n@O")});
     EXPECT_TRUE(st.texts.empty());
@@ -149,9 +149,9 @@ TEST_F(CustomItems, AResolutionMakesThreeControlsWhereOneWasWritten) {
     EXPECT_EQ(IdsOf(st.panels), Ids{Id("Size_F@O")});
     EXPECT_EQ(std::u16string(st.texts[0].wzText), u"x");
     EXPECT_TRUE(st.texts[0].bAutoSize && st.texts[0].bFitToText);
-    EXPECT_EQ(st.texts[0].fSpacingX, 4);
-    EXPECT_EQ(st.texts[0].u8TextG, 7);
-    EXPECT_EQ(st.numbers[1].u8TextG, 7);
+    EXPECT_EQ(st.texts[0].stLook.m_fTextSpacingX, 4);
+    EXPECT_EQ(st.texts[0].stLook.m_u8TextG, 7);
+    EXPECT_EQ(st.numbers[1].stLook.m_u8TextG, 7);
     EXPECT_EQ(Assembly("Size@O").listTextBox, IdsOf(st.texts));
     EXPECT_EQ(Assembly("Size@O").listNumBox, IdsOf(st.numbers));
 }

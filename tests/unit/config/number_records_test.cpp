@@ -25,8 +25,8 @@ class NumberRecords : public TextTest {
         stNumInit st{};
         st.u64LB_ID = id;
         st.uFont = 2;
-        st.fTextSize = 16;
-        st.fSpacing = 1;
+        st.stLook.m_fTextSize = 16;
+        st.stLook.m_fTextSpacingX = 1;
         st.iAnchorCode = 3;
         st.iX = 10;
         st.iY = 20;
@@ -34,11 +34,11 @@ class NumberRecords : public TextTest {
         st.iHeight = 40;
         st.uPadDigits = 3;
         st.uHidePad = 1;
-        st.u8TextG = 255;
-        st.u8TextA = 51;
-        st.u8ShadowB = 255;
-        st.u8ShadowA = 102;
-        st.bShadow = true;
+        st.stLook.m_u8TextG = 255;
+        st.stLook.m_u8TextA = 51;
+        st.stLook.m_u8ShadowB = 255;
+        st.stLook.m_u8ShadowA = 102;
+        st.stLook.m_bShadow = true;
         st.uDataKind = g_uDataKindNone;
         return st;
     }

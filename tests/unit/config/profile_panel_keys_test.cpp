@@ -39,21 +39,22 @@ void ExpectDefaultPanel(const stPanelKeys& st) {
 }
 
 void ExpectColors(const stTextColors& st) {
-    EXPECT_EQ(st.u8R, 11);
-    EXPECT_EQ(st.u8G, 12);
-    EXPECT_EQ(st.u8B, 13);
-    EXPECT_EQ(st.u8Opacity, 20);
-    EXPECT_EQ(st.u8A, 51);
-    EXPECT_EQ(st.u8ShadowR, 14);
-    EXPECT_EQ(st.u8ShadowG, 15);
-    EXPECT_EQ(st.u8ShadowB, 16);
-    EXPECT_EQ(st.u8ShadowOpacity, 40);
-    EXPECT_EQ(st.u8ShadowA, 102);
+    EXPECT_EQ(st.m_u8TextR, 11);
+    EXPECT_EQ(st.m_u8TextG, 12);
+    EXPECT_EQ(st.m_u8TextB, 13);
+    EXPECT_EQ(st.m_u8TextOpacity, 20);
+    EXPECT_EQ(st.m_u8TextA, 51);
+    EXPECT_EQ(st.m_u8ShadowR, 14);
+    EXPECT_EQ(st.m_u8ShadowG, 15);
+    EXPECT_EQ(st.m_u8ShadowB, 16);
+    EXPECT_EQ(st.m_u8ShadowOpacity, 40);
+    EXPECT_EQ(st.m_u8ShadowA, 102);
 }
 
 void ExpectDefaultColors(const stTextColors& st) {
-    EXPECT_EQ(st.u8R | st.u8G | st.u8B | st.u8ShadowR | st.u8ShadowG | st.u8ShadowB, 0);
-    EXPECT_EQ(st.u8Opacity | st.u8A | st.u8ShadowOpacity | st.u8ShadowA, 0);
+    EXPECT_EQ(st.m_u8TextR | st.m_u8TextG | st.m_u8TextB | st.m_u8ShadowR | st.m_u8ShadowG | st.m_u8ShadowB,
+              0);
+    EXPECT_EQ(st.m_u8TextOpacity | st.m_u8TextA | st.m_u8ShadowOpacity | st.m_u8ShadowA, 0);
 }
 
 void ExpectPlace(const stPartPlace& st, i32 iAnchor, i32 iX, i32 iY) {
@@ -183,9 +184,9 @@ TEST_F(ProfilePanelKeys, ScatteringAndPercentsAreHeldTo100) {
     EXPECT_EQ(g_stLooks.stInfo.stPanel.u8Opacity, 100);
     EXPECT_EQ(g_stLooks.stInfo.stPanel.u8A, 255);
     EXPECT_EQ(g_stLooks.stMemo.stPanel.uScattering, 100u);
-    EXPECT_EQ(g_stLooks.stMemo.stColors.u8Opacity, 100);
-    EXPECT_EQ(g_stLooks.stMemo.stColors.u8ShadowOpacity, 100);
-    EXPECT_EQ(g_stLooks.stMemo.stColors.u8ShadowA, 255);
+    EXPECT_EQ(g_stLooks.stMemo.stColors.m_u8TextOpacity, 100);
+    EXPECT_EQ(g_stLooks.stMemo.stColors.m_u8ShadowOpacity, 100);
+    EXPECT_EQ(g_stLooks.stMemo.stColors.m_u8ShadowA, 255);
     EXPECT_EQ(g_stLooks.stPhoto.u8A, 255);
 }
 
@@ -233,11 +234,11 @@ TEST_F(ProfileTextStyles, ColoursThatAreLeftOutAre0) {
 TEST_F(ProfileTextStyles, AStyleWithoutColoursIsWhiteOverBlack) {
     Read("");
     const stTextColors& st = g_fnTextColorsOf(5);
-    EXPECT_EQ(st.u8R & st.u8G & st.u8B, 255);
-    EXPECT_EQ(st.u8ShadowR | st.u8ShadowG | st.u8ShadowB, 0);
-    EXPECT_EQ(st.u8Opacity, 100);
-    EXPECT_EQ(st.u8ShadowOpacity, 100);
-    EXPECT_EQ(st.u8A & st.u8ShadowA, 255);
+    EXPECT_EQ(st.m_u8TextR & st.m_u8TextG & st.m_u8TextB, 255);
+    EXPECT_EQ(st.m_u8ShadowR | st.m_u8ShadowG | st.m_u8ShadowB, 0);
+    EXPECT_EQ(st.m_u8TextOpacity, 100);
+    EXPECT_EQ(st.m_u8ShadowOpacity, 100);
+    EXPECT_EQ(st.m_u8TextA & st.m_u8ShadowA, 255);
 }
 
 TEST_F(ProfileTextStyles, TheIdOrElseTheDigitsOfTheTitleNameTheStyle) {
@@ -245,22 +246,22 @@ TEST_F(ProfileTextStyles, TheIdOrElseTheDigitsOfTheTitleNameTheStyle) {
          "TextColorR='2'/>"
          "<TextColor Title='5' TextColorR='3'/>");
     ASSERT_EQ(g_stLooks.mapTextColors.size(), 3u);
-    EXPECT_EQ(g_fnTextColorsOf(3).u8R, 1);
-    EXPECT_EQ(g_fnTextColorsOf(12).u8R, 2);
-    EXPECT_EQ(g_fnTextColorsOf(5).u8R, 3);
+    EXPECT_EQ(g_fnTextColorsOf(3).m_u8TextR, 1);
+    EXPECT_EQ(g_fnTextColorsOf(12).m_u8TextR, 2);
+    EXPECT_EQ(g_fnTextColorsOf(5).m_u8TextR, 3);
 }
 
 TEST_F(ProfileTextStyles, NamelessStylesAndThoseAbove63ArePassedOver) {
     Read("<TextColor/><TextColor Title='none'/><TextColor ID='64'/><TextColor Title='#64'/>"
          "<TextColor Title='99999999999999999999'/><TextColor ID='63' TextColorR='9'/>");
     ASSERT_EQ(g_stLooks.mapTextColors.size(), 1u);
-    EXPECT_EQ(g_fnTextColorsOf(63).u8R, 9);
+    EXPECT_EQ(g_fnTextColorsOf(63).m_u8TextR, 9);
 }
 
 TEST_F(ProfileTextStyles, ALaterRecordOfAStyleCounts) {
     Read("<TextColor ID='1' TextColorR='1' TextColorG='1'/><TextColor ID='1' TextColorR='2'/>");
-    EXPECT_EQ(g_fnTextColorsOf(1).u8R, 2);
-    EXPECT_EQ(g_fnTextColorsOf(1).u8G, 0);
+    EXPECT_EQ(g_fnTextColorsOf(1).m_u8TextR, 2);
+    EXPECT_EQ(g_fnTextColorsOf(1).m_u8TextG, 0);
 }
 
 TEST_F(ProfileTextStyles, AlignsAre7Or8Or9) {

@@ -36,18 +36,17 @@ class TemplateInit : public TextTest, public CTemplateText {
         EXPECT_EQ(st.iX, 11);
         EXPECT_EQ(st.iY, 12);
     }
+    static std::vector<u32> Bytes(const stTextColors& st) {
+        return {st.m_u8TextR,   st.m_u8TextG,   st.m_u8TextB,   st.m_u8TextA,
+                st.m_u8ShadowR, st.m_u8ShadowG, st.m_u8ShadowB, st.m_u8ShadowA};
+    }
     template <class T> static void ExpectLook(const T& st) {
         EXPECT_EQ(st.uFont, 5u);
-        EXPECT_EQ(st.fTextSize, 16);
-        EXPECT_TRUE(st.bShadow);
-        const u8 aText[4] = {st.u8TextR, st.u8TextG, st.u8TextB, st.u8TextA};
-        const u8 aShadow[4] = {st.u8ShadowR, st.u8ShadowG, st.u8ShadowB, st.u8ShadowA};
-        for (u32 u = 0; u < 4; ++u) {
-            EXPECT_EQ(aText[u], g_stColors.au8Text[u]) << u;
-            EXPECT_EQ(aShadow[u], g_stColors.au8Shadow[u]) << u;
-        }
+        EXPECT_EQ(st.stLook.m_fTextSize, 16);
+        EXPECT_TRUE(st.stLook.m_bShadow);
+        EXPECT_EQ(Bytes(st.stLook), Bytes(g_stColors));
     }
-    static constexpr stItemColors g_stColors{{1, 2, 3, 4}, {5, 6, 7, 8}};
+    static constexpr stTextColors g_stColors{1, 2, 3, 0, 4, 5, 6, 7, 0, 8};
     static constexpr stItemInstance g_stInstance{2, 1085, 17, g_uNoTemplate};
     static constexpr u64 g_u64Id = (u64{2} << 32) | 1085;
 };
@@ -58,8 +57,8 @@ TEST_F(TemplateInit, ATextsRecord) {
     ASSERT_TRUE(g_fnMakeTextInit(g_stInstance, g_stColors, true, st));
     ExpectPlace(st, g_u64Id);
     ExpectLook(st);
-    EXPECT_EQ(st.fSpacingX, 1);
-    EXPECT_EQ(st.fSpacingY, 2);
+    EXPECT_EQ(st.stLook.m_fTextSpacingX, 1);
+    EXPECT_EQ(st.stLook.m_fTextSpacingY, 2);
     EXPECT_TRUE(st.bAutoSize && st.bFitToText);
     EXPECT_FALSE(st.bMemo);
     EXPECT_EQ(std::u16string(st.wzText), u"MHz");
@@ -76,7 +75,7 @@ TEST_F(TemplateInit, ANumbersRecord) {
     ASSERT_TRUE(g_fnMakeNumInit(g_stInstance, g_stColors, true, st));
     ExpectPlace(st, g_u64Id);
     ExpectLook(st);
-    EXPECT_EQ(st.fSpacing, 0.5f);
+    EXPECT_EQ(st.stLook.m_fTextSpacingX, 0.5f);
     EXPECT_EQ(st.iWidth, 40);
     EXPECT_EQ(st.iHeight, 20);
     EXPECT_EQ(st.uPadDigits, 3u);
@@ -93,8 +92,8 @@ TEST_F(TemplateInit, AFlipsRecord) {
     ASSERT_TRUE(g_fnMakeFlipInit(g_stInstance, g_stColors, true, st));
     ExpectPlace(st, g_u64Id);
     ExpectLook(st);
-    EXPECT_EQ(st.fSpacingX, 1);
-    EXPECT_EQ(st.fSpacingY, 2);
+    EXPECT_EQ(st.stLook.m_fTextSpacingX, 1);
+    EXPECT_EQ(st.stLook.m_fTextSpacingY, 2);
     EXPECT_EQ(st.uDataArg, 17u);
     EXPECT_EQ(std::u16string(st.awzText[0]), u"zero");
     EXPECT_EQ(std::u16string(st.awzText[1]), u"");
@@ -175,11 +174,7 @@ TEST_F(TemplateInit, AnotherItemsTemplateStandsInAndAnOwnOneGoesBefore) {
 }
 
 TEST_F(TemplateInit, ColoursAreWhiteOnBlackByDefault) {
-    const stItemColors st;
-    for (u32 u = 0; u < 4; ++u) {
-        EXPECT_EQ(st.au8Text[u], 255);
-        EXPECT_EQ(st.au8Shadow[u], u == 3 ? 255 : 0);
-    }
+    EXPECT_EQ(Bytes(g_stPlainTextColors), (std::vector<u32>{255, 255, 255, 255, 0, 0, 0, 255}));
     EXPECT_EQ(stPanelLook{}.uScatter, 30u);
 }
 

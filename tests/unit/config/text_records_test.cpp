@@ -33,16 +33,16 @@ class TextRecords : public TextTest {
         stTextInit st{};
         st.u64LB_ID = id;
         st.uFont = 3;
-        st.fTextSize = 16;
+        st.stLook.m_fTextSize = 16;
         st.iAnchorCode = 1;
         st.iX = 10;
         st.iY = 20;
         st.iWidth = 100;
         st.iHeight = 40;
-        st.u8TextR = 255;
-        st.u8TextA = 51;
-        st.u8ShadowB = 255;
-        st.u8ShadowA = 102;
+        st.stLook.m_u8TextR = 255;
+        st.stLook.m_u8TextA = 51;
+        st.stLook.m_u8ShadowB = 255;
+        st.stLook.m_u8ShadowA = 102;
         st.bAutoSize = st.bFitToText = true;
         st.wzText = wzText;
         return st;
@@ -62,9 +62,9 @@ class TextRecords : public TextTest {
 
 TEST_F(TextRecords, ARecordSetsEverythingOnItsBox) {
     stTextInit st = Record(7, u"ab");
-    st.fSpacingX = 2;
-    st.fSpacingY = 3;
-    st.bShadow = true;
+    st.stLook.m_fTextSpacingX = 2;
+    st.stLook.m_fTextSpacingY = 3;
+    st.stLook.m_bShadow = true;
     ASSERT_TRUE(g_fnCreateTextBoxes({&st, 1}));
     CTextBox_Base* p = Find(7);
     ASSERT_NE(p, nullptr);
