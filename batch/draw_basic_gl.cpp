@@ -2,7 +2,7 @@
 
 #include "draw/backdrop.h"
 #include "draw/canvas.h"
-#include "draw/data_path.h"
+#include "draw/data_shader.h"
 #include "draw/matrix.h"
 #include "draw/shape_meshes.h"
 #include "draw/texture_gl.h"
@@ -10,30 +10,18 @@
 
 #include <string>
 
-static GLShader ShaderOf(const char* szName, u32 uStage) {
-    char szPath[g_uDataPathCapacity];
-    g_fnResolveDataPath(szPath, szName);
-    return GLShader(szPath, uStage);
-}
-
-static GLShader ShaderOf(const char* szName, u32 uStage, const ShaderDefines& defines) {
-    char szPath[g_uDataPathCapacity];
-    g_fnResolveDataPath(szPath, szName);
-    return GLShader(szPath, uStage, defines);
-}
-
 static std::unique_ptr<GLProgram> BuildProgram(const char* szVertexFile, const char* szFragmentFile) {
     std::vector<GLShader> shaders;
-    shaders.push_back(ShaderOf(szVertexFile, GL_VERTEX_SHADER));
-    shaders.push_back(ShaderOf(szFragmentFile, GL_FRAGMENT_SHADER));
+    shaders.push_back(g_fnDataShader(szVertexFile, GL_VERTEX_SHADER));
+    shaders.push_back(g_fnDataShader(szFragmentFile, GL_FRAGMENT_SHADER));
     return std::make_unique<GLProgram>(shaders);
 }
 
 static std::unique_ptr<GLProgram> BuildBlurProgram(u32 uDiameter) {
     const ShaderDefines defines = {{"_CIRCLE_BLUR_DIAMETER_", std::to_string(uDiameter)}};
     std::vector<GLShader> shaders;
-    shaders.push_back(ShaderOf("DrawBasic_GL_CB.vs", GL_VERTEX_SHADER));
-    shaders.push_back(ShaderOf("DrawBasic_GL_CB.fs", GL_FRAGMENT_SHADER, defines));
+    shaders.push_back(g_fnDataShader("DrawBasic_GL_CB.vs", GL_VERTEX_SHADER));
+    shaders.push_back(g_fnDataShader("DrawBasic_GL_CB.fs", GL_FRAGMENT_SHADER, &defines));
     return std::make_unique<GLProgram>(shaders);
 }
 

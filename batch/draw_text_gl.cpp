@@ -1,23 +1,17 @@
 #include "batch/draw_text_gl.h"
 
 #include "draw/canvas.h"
-#include "draw/data_path.h"
+#include "draw/data_shader.h"
 #include "draw/glyph_quads.h"
 #include "draw/matrix.h"
 #include "platform/gl_api.h"
 
 #include <cstddef>
 
-static GLShader ShaderOf(const char* szName, u32 uStage) {
-    char szPath[g_uDataPathCapacity];
-    g_fnResolveDataPath(szPath, szName);
-    return GLShader(szPath, uStage);
-}
-
 static std::unique_ptr<GLProgram> BuildProgram(const char* szFragmentFile) {
     std::vector<GLShader> shaders;
-    shaders.push_back(ShaderOf("DrawText_GL.vs", GL_VERTEX_SHADER));
-    shaders.push_back(ShaderOf(szFragmentFile, GL_FRAGMENT_SHADER));
+    shaders.push_back(g_fnDataShader("DrawText_GL.vs", GL_VERTEX_SHADER));
+    shaders.push_back(g_fnDataShader(szFragmentFile, GL_FRAGMENT_SHADER));
     return std::make_unique<GLProgram>(shaders);
 }
 

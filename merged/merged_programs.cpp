@@ -3,6 +3,7 @@
 #include "base/log.h"
 #include "draw/canvas.h"
 #include "draw/data_path.h"
+#include "draw/data_shader.h"
 #include "draw/matrix.h"
 #include "platform/gl_api.h"
 
@@ -28,17 +29,11 @@ bool g_fnCanDrawMerged() {
     return true;
 }
 
-static GLShader ShaderOf(const char* szName, u32 uStage, const ShaderDefines* pDefines) {
-    char szPath[g_uDataPathCapacity];
-    g_fnResolveDataPath(szPath, szName);
-    return pDefines ? GLShader(szPath, uStage, *pDefines) : GLShader(szPath, uStage);
-}
-
 std::unique_ptr<GLProgram> g_fnBuildMergedProgram(const char* szVertexFile, const char* szFragmentFile,
                                                   const ShaderDefines* pDefines) {
     std::vector<GLShader> shaders;
-    shaders.push_back(ShaderOf(szVertexFile, GL_VERTEX_SHADER, nullptr));
-    shaders.push_back(ShaderOf(szFragmentFile, GL_FRAGMENT_SHADER, pDefines));
+    shaders.push_back(g_fnDataShader(szVertexFile, GL_VERTEX_SHADER));
+    shaders.push_back(g_fnDataShader(szFragmentFile, GL_FRAGMENT_SHADER, pDefines));
     auto pProgram = std::make_unique<GLProgram>(shaders);
     f32 mView[16];
     g_fnMakeIdentity(mView);
