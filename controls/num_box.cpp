@@ -17,12 +17,11 @@ constexpr char16_t g_wzCharset[] = u"0123456789.-% ";
 
 CNumBox_Base::CNumBox_Base()
     : m_uCellCount(8), m_uIndicesPerGlyph(6), m_uVerticesPerGlyph(4), m_uTrianglesPerGlyph(2), m_fNumberW(0),
-      m_fNumberH(0),
-
-      m_pFont(nullptr), m_au8Digits{}, m_wzCharset(new (std::nothrow) char16_t[std::size(g_wzCharset)]),
-      m_uGlyphCount(14), m_uCharsetSize(15), m_uCharsetRows(1), m_fCellWidth(1), m_fValue(0), m_iValue(0),
-      m_uIntDigits(0), m_uDecimals(0), m_bNegative(false), m_bPercent(false), m_auDrawIndex{}, m_uDataKind(7),
-      m_pDataSource(0), m_uDataArg(0), m_u8DataFlag(0) {
+      m_fNumberH(0), m_pFont(nullptr), m_au8Digits{},
+      m_wzCharset(new (std::nothrow) char16_t[std::size(g_wzCharset)]), m_uGlyphCount(14), m_uCharsetSize(15),
+      m_uCharsetRows(1), m_fCellWidth(1), m_fValue(0), m_iValue(0), m_uIntDigits(0), m_uDecimals(0),
+      m_bNegative(false), m_bPercent(false), m_auDrawIndex{}, m_uDataKind(7), m_pDataSource(0), m_uDataArg(0),
+      m_u8DataFlag(0) {
     m_uType = g_uTypeNumBox;
     m_bAutoSize = true;
     m_fnSetPosition(0, 0, 0);
