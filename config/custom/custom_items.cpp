@@ -148,10 +148,7 @@ void BuildPanel(stBuild& st) {
     const CItemProperty_Panel& item = *g_fnAsPanel(&st.item);
     stPanelInit record{};
     TakeContent(record, item);
-    record.u8R = item.m_u8PanelR;
-    record.u8G = item.m_u8PanelG;
-    record.u8B = item.m_u8PanelB;
-    record.u8A = item.m_u8PanelA;
+    static_cast<stColor&>(record) = {item.m_u8PanelR, item.m_u8PanelG, item.m_u8PanelB, item.m_u8PanelA};
     record.uPanelType = item.m_uPanelType;
     record.uScatter = item.m_uPanelScatter;
     record.uShape = g_uShapeRect;
@@ -166,10 +163,7 @@ void BuildLineGraph(stBuild& st) {
     const CItemProperty_LineGraph& item = *g_fnAsLineGraph(&st.item);
     stLineGraphInit record{};
     TakeContent(record, item);
-    record.u8R = item.m_u8LineR;
-    record.u8G = item.m_u8LineG;
-    record.u8B = item.m_u8LineB;
-    record.u8A = item.m_u8LineA;
+    static_cast<stColor&>(record) = {item.m_u8LineR, item.m_u8LineG, item.m_u8LineB, item.m_u8LineA};
     record.fMin = item.m_fMinValue;
     record.fMax = item.m_fMaxValue;
     record.uLineType = item.m_uLineType;
@@ -184,10 +178,7 @@ void BuildPieChart(stBuild& st) {
     const CItemProperty_PieChart& item = *g_fnAsPieChart(&st.item);
     stPieChartInit record{};
     TakeContent(record, item);
-    record.u8R = item.m_u8ChartR;
-    record.u8G = item.m_u8ChartG;
-    record.u8B = item.m_u8ChartB;
-    record.u8A = item.m_u8ChartA;
+    static_cast<stColor&>(record) = {item.m_u8ChartR, item.m_u8ChartG, item.m_u8ChartB, item.m_u8ChartA};
     record.fMin = item.m_fMinValue;
     record.fMax = item.m_fMaxValue;
     record.uChartType = item.m_uChartType;

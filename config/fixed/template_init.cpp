@@ -83,10 +83,7 @@ bool g_fnMakePanelInit(const stItemInstance& st, const stPanelLook& stLook, stPa
     SetPlace(st, *pTemplate, stOut);
     stOut.iWidth = pStyle->iWidth ? pStyle->iWidth : pTemplate->iWidth;
     stOut.iHeight = pStyle->iHeight ? pStyle->iHeight : pTemplate->iHeight;
-    stOut.u8R = stLook.u8R;
-    stOut.u8G = stLook.u8G;
-    stOut.u8B = stLook.u8B;
-    stOut.u8A = stLook.u8A;
+    static_cast<stColor&>(stOut) = stLook;
     stOut.uPanelType = stLook.uPanelType;
     stOut.uScatter = stLook.uScatter;
     stOut.bHidden = pTemplate->bHidden;

@@ -1,5 +1,6 @@
 #pragma once
 // From template and style to the record that a control is made of, for one instance of an item.
+#include "base/color.h"
 #include "config/fixed/template_records.h"
 #include "config/make/number_records.h"
 #include "config/make/panel_records.h"
@@ -7,8 +8,7 @@
 #include "controls/text_look.h"
 
 /// Look of the panels of a block.
-struct stPanelLook {
-    u8 u8R = 0, u8G = 0, u8B = 0, u8A = 0;
+struct stPanelLook : stColor {
     u32 uPanelType = 0;
     u32 uScatter = 30;
 };

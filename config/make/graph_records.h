@@ -1,16 +1,16 @@
 #pragma once
 // Line graphs and pie charts from records.
+#include "base/color.h"
 #include "platform/types.h"
 
 #include <span>
 
 /// One line graph to make. Lengths in canvas units.
-struct stLineGraphInit {
+struct stLineGraphInit : stColor {
     u64 u64LB_ID;
     i32 iAnchorCode;
     i32 iX, iY;
     i32 iWidth, iHeight;
-    u8 u8R, u8G, u8B, u8A;
     f32 fMin, fMax; ///< values at the bottom and the top
     u32 uLineType;  ///< 0 line, 1 area, 2 stairs, 3 bars; any other fails
     u32 uDataNum;   ///< columns
@@ -19,12 +19,11 @@ struct stLineGraphInit {
 };
 
 /// One pie chart to make. Lengths in canvas units, ratios in percent, angles in degrees.
-struct stPieChartInit {
+struct stPieChartInit : stColor {
     u64 u64LB_ID;
     i32 iAnchorCode;
     i32 iX, iY;
     i32 iWidth, iHeight;
-    u8 u8R, u8G, u8B, u8A;
     f32 fMin, fMax; ///< values of the empty and of the full gauge
     u32 uChartType; ///< 0 fan, 1 ring; any other fails
     u32 uSlotNum;

@@ -1,5 +1,6 @@
 #pragma once
 // Panels from records.
+#include "base/color.h"
 #include "platform/types.h"
 
 #include <memory>
@@ -8,12 +9,11 @@
 class CPanel_Base;
 
 /// One panel to make. Lengths in canvas units.
-struct stPanelInit {
+struct stPanelInit : stColor {
     u64 u64LB_ID;
     i32 iAnchorCode;
     i32 iX, iY;
     i32 iWidth, iHeight;
-    u8 u8R, u8G, u8B, u8A;
     u32 uPanelType;
     u32 uScatter; ///< blur diameter of a frosted panel; above 100 acts as 100
     u32 uShape;

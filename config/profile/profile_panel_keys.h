@@ -1,5 +1,6 @@
 #pragma once
 // How the parts of a profile's settings look: colours, panels behind them, places; the styles by number.
+#include "base/color.h"
 #include "config/settings/setting_binding.h"
 #include "controls/text_look.h"
 #include "platform/types.h"
@@ -7,13 +8,11 @@
 #include <map>
 
 /// Panel behind a part.
-struct stPanelKeys {
-    u8 u8R, u8G, u8B;
-    u8 u8Opacity;    ///< percent, 0 to 100
-    u8 u8A;          ///< the opacity as a byte
-    u32 uType;       ///< 0 none, 1 plain, 2 frosted
-    u32 uScattering; ///< blur diameter, 0 to 100
-    f32 fThick;      ///< kept, nothing reads it further
+struct stPanelKeys : stColor { // of which the alpha is the opacity as a byte
+    u8 u8Opacity;              ///< percent, 0 to 100
+    u32 uType;                 ///< 0 none, 1 plain, 2 frosted
+    u32 uScattering;           ///< blur diameter, 0 to 100
+    f32 fThick;                ///< kept, nothing reads it further
 };
 
 /// Place of a part on the canvas, in canvas pixels.
