@@ -26,7 +26,7 @@ class PanelRecords : public ManagerTest {
         g_fnClearConfiguration();
     }
     static stPanelInit Record(u64 id, u32 uType, u32 uScatter = 30) {
-        return {id, 1, 10, 20, 300, 200, 255, 51, 0, 102, uType, uScatter, g_uShapeRect, false};
+        return {{255, 51, 0, 102}, id, 1, 10, 20, 300, 200, uType, uScatter, g_uShapeRect, false};
     }
     static CPanel_Base* Find(u64 id) { return g_fnFindCtrlById(id, g_stPanelIds, g_ppPanel); }
     ControlList List(const void* pKey) {
