@@ -17,8 +17,8 @@ function(orvin_core_library folder)
 endfunction()
 
 # orvin_platform_library(backend): static library orvin_platform_<backend>, with what the back-ends share. Files under
-# platform/<backend>/ whose name starts with "preload" belong to a product, not to the library. A service that a back-end
-# has no file for is the one of platform/portable/.
+# platform/<backend>/ whose name starts with "preload", "tool" or "profile_" belong to other products. A service that a
+# back-end has no file for is the one of platform/portable/.
 function(orvin_platform_library backend)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/platform/*.cpp ${CMAKE_SOURCE_DIR}/platform/${backend}/*.cpp)
   file(GLOB portable_names CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR}/platform/portable
@@ -28,7 +28,7 @@ function(orvin_platform_library backend)
       list(APPEND sources ${CMAKE_SOURCE_DIR}/platform/portable/${name})
     endif()
   endforeach()
-  list(FILTER sources EXCLUDE REGEX "/preload[^/]*\\.cpp$")
+  list(FILTER sources EXCLUDE REGEX "/(preload|tool|profile_)[^/]*\\.cpp$")
   if(backend STREQUAL "win32")
     # An installed MinHook takes the place of our own engine behind the same interface.
     find_library(ORVIN_MINHOOK NAMES MinHook minhook)
@@ -71,6 +71,26 @@ function(orvin_platform_library backend)
         ${CMAKE_DL_LIBS} Threads::Threads)
       target_link_libraries(orvin_platform_headless PRIVATE orvin_fonts orvin_images)
     endif()
+  endif()
+endfunction()
+
+# What the command-line tools need of the system: orvin_tool for all of them, orvin_profile_system for the one that draws
+# profiles over the headless back-end.
+function(orvin_tool_libraries)
+  set(folder ${CMAKE_SOURCE_DIR}/platform)
+  file(GLOB sources CONFIGURE_DEPENDS ${folder}/tool*.cpp ${folder}/${ORVIN_BACKEND}/tool*.cpp)
+  add_library(orvin_tool STATIC ${sources})
+  target_link_libraries(orvin_tool PUBLIC orvin_options)
+  file(GLOB sources CONFIGURE_DEPENDS ${folder}/${ORVIN_BACKEND}/profile_*.cpp)
+  add_library(orvin_profile_system STATIC ${sources})
+  target_link_libraries(orvin_profile_system PUBLIC orvin_tool orvin_glew_headers orvin_platform_headless)
+  if(WIN32)
+    target_link_libraries(orvin_tool PUBLIC psapi user32 shell32 powrprof)
+    target_link_libraries(orvin_profile_system PUBLIC windowscodecs ole32 uuid)
+  else()
+    target_link_libraries(orvin_tool PUBLIC ${CMAKE_DL_LIBS} rt)
+    find_package(PNG REQUIRED)
+    target_link_libraries(orvin_profile_system PUBLIC PNG::PNG)
   endif()
 endfunction()
 

@@ -1,5 +1,4 @@
 #include "companion/commands.h"
-#include "companion/os.h"
 #include "companion/profile_commands.h"
 #include "companion/reports.h"
 #include "companion/segment_view.h"
@@ -7,6 +6,7 @@
 #include "companion/user_data.h"
 #include "companion/utf.h"
 #include "companion/values.h"
+#include "platform/tool.h"
 #include "shared/commands.h"
 #include <algorithm>
 #include <charconv>
@@ -24,36 +24,36 @@ struct Context {
 };
 
 Result DoRun(Context& st) {
-    if (os::RunNeedsLibrary()) {
+    if (platform::tool::RunNeedsLibrary()) {
         Result stLoaded = LoadControlLibrary(st.stOptions.strLibrary, st.stLibrary);
         if (!stLoaded) return stLoaded;
     }
-    const os::RunRequest stRequest{LibraryPath(st.stOptions.strLibrary), st.stOptions.strTarget,
-                                   st.stOptions.listArguments};
-    return os::Run(stRequest, st.stLibrary, st.iExitCode);
+    const platform::tool::RunRequest stRequest{LibraryPath(st.stOptions.strLibrary), st.stOptions.strTarget,
+                                               st.stOptions.listArguments};
+    return platform::tool::Run(stRequest, st.stLibrary.Entering(), st.iExitCode);
 }
 
 Result DoAttach(Context& st) {
-    Result stResult = os::CanEnterRunningPrograms();
+    Result stResult = platform::tool::CanEnterRunningPrograms();
     if (!stResult) return stResult;
     u32 uProcessId = 0;
     stResult = ResolveTarget(st.stOptions.strTarget, uProcessId);
     if (stResult) stResult = LoadControlLibrary(st.stOptions.strLibrary, st.stLibrary);
     if (!stResult) return stResult;
-    return os::Attach(uProcessId, st.stOptions.bStay, st.stLibrary);
+    return platform::tool::Attach(uProcessId, st.stOptions.bStay, st.stLibrary.Entering());
 }
 
 Result DoHook(Context& st) {
-    Result stResult = os::CanEnterRunningPrograms();
+    Result stResult = platform::tool::CanEnterRunningPrograms();
     if (stResult) stResult = LoadControlLibrary(st.stOptions.strLibrary, st.stLibrary);
     if (!stResult) return stResult;
     if (st.stOptions.bInit) st.stLibrary.fnInitialise();
-    return os::Hook(st.stLibrary);
+    return platform::tool::Hook(st.stLibrary.Entering());
 }
 
 Result DoUnhook(Context&) {
-    Result stResult = os::CanEnterRunningPrograms();
-    return stResult ? os::Unhook() : stResult;
+    Result stResult = platform::tool::CanEnterRunningPrograms();
+    return stResult ? platform::tool::Unhook() : stResult;
 }
 
 Result DoInit(Context& st) {
@@ -242,7 +242,7 @@ bool ParseProcessId(const std::string& strText, u32& uProcessId) {
 
 Result ResolveTarget(const std::string& strTarget, u32& uProcessId) {
     if (ParseProcessId(strTarget, uProcessId)) return {};
-    const std::vector<u32> listFound = os::FindProcesses(strTarget);
+    const std::vector<u32> listFound = platform::tool::FindProcesses(strTarget);
     if (listFound.empty()) return Result::NotFound("no process is named " + Printable(strTarget));
     if (listFound.size() > 1) {
         std::string strIds;
@@ -269,7 +269,7 @@ int Main(const std::vector<std::string>& listArguments) {
     }
     Context st{stParsed.stOptions, listArguments, {}, kOk};
     Result stResult = Perform(st);
-    if (os::SegmentWasCut())
+    if (platform::tool::SegmentWasCut())
         stResult = Result::Fail("somebody has shortened " + st.stLibrary.strSegmentPlace);
     if (stResult) return st.iExitCode;
     std::fprintf(stderr, "orvin-osd: %s\n", Printable(stResult.strError).c_str());

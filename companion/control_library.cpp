@@ -1,11 +1,11 @@
 #include "companion/control_library.h"
-#include "companion/os.h"
+#include "platform/tool.h"
 
 namespace companion {
 namespace {
 
 template <class T> bool Resolve(void* hModule, const char* szName, T& fnOut, std::string& strMissing) {
-    fnOut = reinterpret_cast<T>(os::FindExport(hModule, szName));
+    fnOut = reinterpret_cast<T>(platform::tool::FindExport(hModule, szName));
     if (fnOut == nullptr && strMissing.empty()) strMissing = szName;
     return fnOut != nullptr;
 }
@@ -32,18 +32,21 @@ std::string ResolveAll(ControlLibrary& st) {
 } // namespace
 
 std::string LibraryPath(const std::string& strPath) {
-    return strPath.empty() ? os::JoinPath(os::OwnFolder(), os::LibraryName()) : strPath;
+    return strPath.empty()
+               ? platform::tool::JoinPath(platform::tool::OwnFolder(), platform::tool::LibraryName())
+               : strPath;
 }
 
 Result LoadControlLibrary(const std::string& strPath, ControlLibrary& stLibrary) {
     const std::string strFile = LibraryPath(strPath);
-    if (!os::FileExists(strFile)) return Result::NotFound("the library is not at " + strFile);
+    if (!platform::tool::FileExists(strFile)) return Result::NotFound("the library is not at " + strFile);
     std::string strError;
-    stLibrary.hModule = os::LoadSharedLibrary(strFile, strError);
+    stLibrary.hModule = platform::tool::LoadSharedLibrary(strFile, strError);
     if (stLibrary.hModule == nullptr) return Result::Fail("cannot load " + strFile + ": " + strError);
     const std::string strMissing = ResolveAll(stLibrary);
     if (!strMissing.empty()) return Result::Fail(strFile + " does not export " + strMissing);
-    const os::Segment stSegment = os::FindSegment(stLibrary.hModule, sizeof(stSharedSegment), strError);
+    const platform::tool::Segment stSegment =
+        platform::tool::FindSegment(stLibrary.hModule, sizeof(stSharedSegment), strError);
     if (stSegment.pView == nullptr) return Result::Fail("cannot reach the shared segment: " + strError);
     stLibrary.pSegment = static_cast<stSharedSegment*>(stSegment.pView);
     stLibrary.strSegmentPlace = stSegment.strPlace;

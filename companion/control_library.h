@@ -3,6 +3,7 @@
 #include "companion/result.h"
 #include "entry/exports.h"
 #include "platform/segment.h"
+#include "platform/tool.h"
 #include <string>
 
 namespace companion {
@@ -23,6 +24,8 @@ struct ControlLibrary {
     decltype(&::SetMonitorDataOffsetFromGWexeToGWDll_GL) fnSetOffsets = nullptr;
     decltype(&::GetAPIVerByTID_GL) fnRearmApiCode = nullptr;
     decltype(&::Hook_CB_ProcGetMSGOfGL) fnHookCallback = nullptr;
+    /// What other programs are entered with.
+    EnteringLibrary Entering() const { return {hModule, reinterpret_cast<void*>(fnHookCallback)}; }
     /// The live segment; others write it at any time.
     stSharedSegment* pSegment = nullptr;
     std::string strSegmentPlace; ///< the file that it lies in; empty where it is part of the library

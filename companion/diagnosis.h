@@ -1,35 +1,12 @@
 #pragma once
 // What can be told about an instance of the overlay from outside its process, and the conclusion drawn from
 // it.
-#include "platform/types.h"
+#include "companion/result.h"
+#include "platform/tool.h"
 #include <string>
 #include <vector>
 
 namespace companion {
-
-/// What stands at the swap function of a process.
-enum class Detour {
-    Unknown, ///< cannot be told (no access, or no inline detours on this system and the library is not
-             ///< mapped)
-    NotLaid, ///< the function begins as its file does
-    Ours,    ///< the way leads into the library
-    Other,   ///< a jump stands there, but not visibly into the library
-    Preload  ///< the library is mapped through preloading, which stands in for the detour
-};
-
-/// Tag in the block by which a process is claimed for one graphics API.
-enum class ApiClaim { None, OpenGL, Direct3D, Unreadable };
-
-/// Facts about one process as the operating system tells them.
-struct ProcessFacts {
-    bool bExists = false;
-    bool bReadable = false; ///< modules could be listed
-    bool bLibraryMapped = false;
-    bool bGlMapped = false;
-    Detour eDetour = Detour::Unknown;
-    std::string strName;                   ///< file part of the image path
-    std::vector<std::string> listOverlays; ///< mapped modules of the foreign overlay table
-};
 
 /// Everything that a diagnosis rests on.
 struct Evidence {

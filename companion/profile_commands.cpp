@@ -1,10 +1,10 @@
 #include "companion/profile_commands.h"
 #include "companion/commands.h"
-#include "companion/os.h"
 #include "companion/profile_folder.h"
 #include "companion/reports.h"
 #include "companion/shader_check.h"
 #include "companion/utf.h"
+#include "platform/tool.h"
 #include "shared/commands.h"
 #include "shared/dead_records.h"
 #include <algorithm>
@@ -25,7 +25,7 @@ void FillName(char16_t (&wzField)[g_uProfileNameUnits], const std::string& strNa
     std::copy_n(wzName.begin(), uUnits, wzField);
 }
 
-bool IsAlive(u32 uProcessId) { return os::InspectProcess(uProcessId).bExists; }
+bool IsAlive(u32 uProcessId) { return platform::tool::InspectProcess(uProcessId).bExists; }
 
 /// Only a profile that passes the check reaches a program, unless the user insists.
 Result NeedGoodProfile(const ProfileOptions& st) {
@@ -33,7 +33,7 @@ Result NeedGoodProfile(const ProfileOptions& st) {
     std::vector<std::string> listWords{"profile", "check", st.strProfile, "--quiet"};
     if (!st.strData.empty()) listWords.insert(listWords.end(), {"--data", st.strData});
     int iExitCode = kOk;
-    const Result stRun = os::RunBeside(kTool, listWords, iExitCode);
+    const Result stRun = platform::tool::RunBeside(kTool, listWords, iExitCode);
     if (!stRun || iExitCode == kOk) return stRun;
     if (iExitCode == kNotFound) return Result::NotFound("there is no profile " + st.strProfile);
     return Result::Fail("the profile " + st.strProfile + " does not pass; --force uses it all the same");
@@ -64,7 +64,7 @@ std::vector<u32> NamedPrograms(const ControlLibrary& stLibrary, const std::strin
     if (ParseProcessId(strProgram, uProcessId))
         listIds[0] = uProcessId;
     else
-        listIds = os::FindProcesses(strProgram);
+        listIds = platform::tool::FindProcesses(strProgram);
     const auto listPrograms = Programs(stLibrary);
     std::erase_if(listIds, [&](u32 uId) {
         return std::none_of(listPrograms.begin(), listPrograms.end(),
@@ -115,7 +115,8 @@ Result DoNew(const Options& stOptions) {
 } // namespace
 
 void ForgetDead(const ControlLibrary& stLibrary) {
-    if (g_fnFreeDeadRecords(*stLibrary.pSegment, &os::IsProcessGone) > 0) os::RemoveDeadClaims();
+    if (g_fnFreeDeadRecords(*stLibrary.pSegment, &platform::tool::IsProcessGone) > 0)
+        platform::tool::RemoveDeadClaims();
 }
 
 std::vector<Instance> Programs(const ControlLibrary& stLibrary) {
@@ -132,7 +133,7 @@ Result NeedPrograms(const ControlLibrary& stLibrary) {
 
 Result NeedHolder(const ControlLibrary& stLibrary) {
     for (const Instance& st : Instances(*Snapshot(stLibrary.pSegment)))
-        if (st.uProcessId != os::OwnProcessId() && IsAlive(st.uProcessId)) return {};
+        if (st.uProcessId != platform::tool::OwnProcessId() && IsAlive(st.uProcessId)) return {};
     return NeedPrograms(stLibrary);
 }
 
@@ -208,7 +209,7 @@ Result PerformProfile(const Options& stOptions, const std::vector<std::string>& 
     case ProfileVerb::New:
         return DoNew(stOptions);
     default:
-        return os::RunBeside(kTool, listWords, iExitCode);
+        return platform::tool::RunBeside(kTool, listWords, iExitCode);
     }
 }
 

@@ -1,8 +1,9 @@
 #include "companion/profile_folder.h"
-#include "companion/os.h"
 #include "companion/utf.h"
 #include "platform/segment.h"
+#include "platform/tool.h"
 #include <algorithm>
+#include <fstream>
 #include <system_error>
 
 namespace fs = std::filesystem;
@@ -44,6 +45,19 @@ std::string TextOfPath(const fs::path& path) {
     return {strText.begin(), strText.end()};
 }
 
+bool ReadFile(const fs::path& path, u64 uMost, std::string& strBytes) {
+    strBytes.clear();
+    std::ifstream file(path, std::ios::binary);
+    if (!file) return false;
+    std::string strPiece(static_cast<size_t>(std::min<u64>(uMost, 64 * 1024)), '\0');
+    while (file && strBytes.size() < uMost) {
+        const u64 uWanted = std::min<u64>(uMost - strBytes.size(), strPiece.size());
+        file.read(strPiece.data(), static_cast<std::streamsize>(uWanted));
+        strBytes.append(strPiece, 0, static_cast<size_t>(file.gcount()));
+    }
+    return true;
+}
+
 std::string ProfileNameFault(const std::string& strName) {
     std::u16string wzName;
     if (!UnitsFromUtf8(strName, wzName)) return "is not valid text";
@@ -66,7 +80,7 @@ Result FindDataFolder(const std::string& strChosen, fs::path& pathOut) {
         if (fs::is_directory(pathOut, error)) return {};
         return Result::NotFound("there is no folder " + strChosen);
     }
-    const std::string strCommon = os::CommonDataFolder();
+    const std::string strCommon = platform::tool::CommonDataFolder();
     if (strCommon.empty()) return Result::NotFound("the system tells no folder for application data");
     pathOut = PathOfText(strCommon) / "ZARN" / "Orvin Deck" / "ORVIN-OSD" / "Data";
     return {};

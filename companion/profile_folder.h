@@ -2,6 +2,7 @@
 // Profiles on disk: a profile is a folder with an OSD.xml, below "Profiles" in the data folder. All text is
 // UTF-8.
 #include "companion/result.h"
+#include "platform/types.h"
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -11,6 +12,10 @@ namespace companion {
 /// File paths of a text, and the text of a path.
 std::filesystem::path PathOfText(const std::string& strUtf8);
 std::string TextOfPath(const std::filesystem::path& path);
+
+/// What a file begins with, uMost bytes at most. False if it cannot be opened. By paths of the C++ library,
+/// which the readers of platform/ do not take: on Linux they hold names that are no text, too.
+bool ReadFile(const std::filesystem::path& path, u64 uMost, std::string& strBytes);
 
 /// Why a text cannot be a profile's name; empty if it can. A name is one plain folder name.
 std::string ProfileNameFault(const std::string& strName);

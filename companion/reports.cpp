@@ -1,11 +1,11 @@
 #include "companion/reports.h"
-#include "companion/foreign_overlays.h"
-#include "companion/os.h"
 #include "companion/profile_folder.h"
 #include "companion/segment_json.h"
 #include "companion/shader_check.h"
 #include "companion/table.h"
 #include "companion/utf.h"
+#include "platform/tool.h"
+#include "platform/tool_bytes.h"
 #include <cmath>
 #include <cstdio>
 #include <nlohmann/json.hpp>
@@ -35,7 +35,7 @@ std::vector<StatusRow> CollectRows(const stSharedSegment& stSegment, bool bAll) 
     std::vector<StatusRow> listRows;
     for (const Instance& stInstance : Instances(stSegment)) {
         if (!bAll && IsCompanion(stInstance.uProcessId)) continue;
-        listRows.push_back({stInstance, os::InspectProcess(stInstance.uProcessId)});
+        listRows.push_back({stInstance, platform::tool::InspectProcess(stInstance.uProcessId)});
     }
     return listRows;
 }
@@ -49,7 +49,7 @@ bool ProbeFrames(const ControlLibrary& stLibrary, u32 uProcessId) {
     const stProcessRecord& stLive = stLibrary.pSegment->StatusTable[*uSlot];
     if (stLibrary.fnRearmApiCode(g_fnReadOnce(stLive.uThreadId)) == 0) return false;
     for (u32 i = 0; i < kProbeSteps; ++i) {
-        os::SleepMilliseconds(kProbeStep);
+        platform::tool::SleepMilliseconds(kProbeStep);
         if (g_fnReadOnce(stLive.Command.uApiCode) != g_uApiCodeUnseen) return true;
     }
     return false;
@@ -57,8 +57,8 @@ bool ProbeFrames(const ControlLibrary& stLibrary, u32 uProcessId) {
 
 Evidence CollectEvidence(const ControlLibrary& stLibrary, u32 uProcessId) {
     Evidence stEvidence;
-    stEvidence.stProcess = os::InspectProcess(uProcessId);
-    stEvidence.eClaim = os::ReadApiClaim(uProcessId);
+    stEvidence.stProcess = platform::tool::InspectProcess(uProcessId);
+    stEvidence.eClaim = platform::tool::ReadApiClaim(uProcessId);
     stEvidence.bFramesSeen = stEvidence.stProcess.bExists && ProbeFrames(stLibrary, uProcessId);
     AddSegmentEvidence(*Snapshot(stLibrary.pSegment), uProcessId, stEvidence);
     return stEvidence;
@@ -86,9 +86,9 @@ std::string MappedText(const ProcessFacts& st, bool bMapped) {
 } // namespace
 
 bool IsCompanion(u32 uProcessId) {
-    if (uProcessId == os::OwnProcessId()) return true;
-    const ProcessFacts st = os::InspectProcess(uProcessId);
-    return st.bExists && EqualFolded(st.strName, os::OwnName());
+    if (uProcessId == platform::tool::OwnProcessId()) return true;
+    const ProcessFacts st = platform::tool::InspectProcess(uProcessId);
+    return st.bExists && EqualFolded(st.strName, platform::tool::OwnName());
 }
 
 std::string StatusTable(const std::vector<StatusRow>& listRows, bool bQueryFrameTime) {

@@ -1,8 +1,7 @@
 #include "companion/shader_check.h"
+#include "companion/profile_folder.h"
 #include "draw/gl_shader.h"
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <string_view>
 
 namespace companion {
@@ -19,11 +18,6 @@ constexpr ShaderFile kShaders[] = {
     {"DrawBasic_GL_C.vs", false},   {"DrawBasic_GL_C.fs", false},  {"DrawBasic_GL_Tex.vs", false},
     {"DrawBasic_GL_Tex.fs", false}, {"DrawBasic_GL_CB.vs", false}, {"DrawBasic_GL_CB.fs", true},
     {"DrawText_GL.vs", false},      {"DrawText_GL.fs", false},     {"DrawText_GL_G.fs", false}};
-
-std::string ReadText(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
 
 /// Number of the first line that is too long, from 1; 0 if there is none.
 size_t LongLine(std::string_view text) {
@@ -48,8 +42,8 @@ std::string Fault(const fs::path& path, bool bDefines) {
     if (uSize == 0) return "is empty";
     if (uSize > g_uShaderBytesMax)
         return "is larger than " + std::to_string(g_uShaderBytesMax / 1024) + " KiB";
-    const std::string strText = ReadText(path);
-    if (strText.empty()) return "cannot be read";
+    std::string strText;
+    if (!ReadFile(path, g_uShaderBytesMax, strText) || strText.empty()) return "cannot be read";
     const size_t uLine = bDefines ? LongLine(strText) : 0;
     if (uLine == 0) return {};
     return "has more than " + std::to_string(g_uShaderLineLimit) + " bytes in line " + std::to_string(uLine) +

@@ -1,7 +1,7 @@
 #include "companion/top.h"
-#include "companion/os.h"
 #include "companion/segment_view.h"
 #include "companion/table.h"
+#include "platform/tool.h"
 #include <cstdio>
 
 namespace companion {
@@ -30,7 +30,7 @@ class FrameTimeReport {
 std::vector<StatusRow> Programs(const stSharedSegment& stSegment) {
     std::vector<StatusRow> listRows;
     for (const Instance& st : Instances(stSegment)) {
-        ProcessFacts stProcess = os::InspectProcess(st.uProcessId);
+        ProcessFacts stProcess = platform::tool::InspectProcess(st.uProcessId);
         // Programs that ended without warning leave their records behind.
         if (stProcess.bExists && !IsCompanion(st.uProcessId)) listRows.push_back({st, std::move(stProcess)});
     }
@@ -71,13 +71,13 @@ std::string TopTable(const std::vector<StatusRow>& listRows) {
 
 void Watch(const ControlLibrary& stLibrary, const Options& stOptions) {
     const u32 uInterval = stOptions.uInterval != 0 ? stOptions.uInterval : kTopInterval;
-    const bool bInPlace = !stOptions.bOnce && os::IsTerminal();
-    os::CatchStop();
+    const bool bInPlace = !stOptions.bOnce && platform::tool::IsTerminal();
+    platform::tool::CatchStop();
     FrameTimeReport report(stLibrary);
     for (bool bDone = false; !bDone; bDone = stOptions.bOnce) {
         report.Keep();
         ResetCodes(stLibrary);
-        if (os::WaitForStop(uInterval) || os::SegmentWasCut()) return;
+        if (platform::tool::WaitForStop(uInterval) || platform::tool::SegmentWasCut()) return;
         const auto listRows = Programs(*Snapshot(stLibrary.pSegment));
         std::string strText = (bInPlace ? kHomeAndClear : "") + TopTable(listRows);
         if (listRows.empty()) strText += kNobody;

@@ -1,11 +1,11 @@
 #include "companion/values.h"
-#include "companion/os.h"
 #include "companion/own_names.h"
 #include "companion/profile_commands.h"
 #include "companion/segment_json.h"
 #include "companion/segment_view.h"
 #include "companion/sensors/collector.h"
 #include "companion/table.h"
+#include "platform/tool.h"
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -32,7 +32,7 @@ void Print(const std::string& strText) {
 void Measure(sensors::Collector& collector) {
     collector.Probe();
     collector.Read();
-    os::WaitForStop(kLoadPause);
+    platform::tool::WaitForStop(kLoadPause);
     collector.Read();
 }
 
@@ -45,8 +45,8 @@ void FeedUntilStopped(const ControlLibrary& stLibrary, sensors::Collector& colle
                       sensors::Publisher& publisher, u32 uInterval) {
     using Clock = std::chrono::steady_clock;
     auto timeNextProbe = Clock::now() + kProbeInterval;
-    while (!os::WaitForStop(uInterval)) {
-        if (os::SegmentWasCut()) return;
+    while (!platform::tool::WaitForStop(uInterval)) {
+        if (platform::tool::SegmentWasCut()) return;
         if (Clock::now() >= timeNextProbe) {
             ForgetDead(stLibrary);
             collector.Probe();
@@ -89,7 +89,7 @@ sensors::ValueMap WholeNames(const std::vector<PublishedValue>& listPublished) {
 } // namespace
 
 Result Feed(const ControlLibrary& stLibrary, const Options& stOptions) {
-    os::CatchStop();
+    platform::tool::CatchStop();
     ForgetDead(stLibrary);
     sensors::Collector collector(sensors::SystemSources());
     sensors::Publisher publisher(sensors::TargetOf(stLibrary));

@@ -10,9 +10,9 @@ namespace {
 /// Stores a control of kind T at the next free place.
 template <class T> i32 Register(const stControlKind<T>& kind, u64 u64LB_ID, CControl* pControl) {
     T** const ppArray = *kind.pppCurrent;
-    stControlIdTable& stTable = *kind.pIds;
     T* pObject = dynamic_cast<T*>(pControl);
-    if (!pObject || !ppArray) return 0;
+    if (!pObject || !ppArray || !kind.pIds) return 0;
+    stControlIdTable& stTable = *kind.pIds;
     if (stTable.m_fnFind(u64LB_ID) != g_uNoControl) {
         g_fnLog("g_fnRegisterXCtrl() error - repeated LB_ID: %lld\n", static_cast<long long>(u64LB_ID));
         return 0;

@@ -8,10 +8,10 @@
 #include "frame/release.h"
 #include "platform/clock.h"
 #include "platform/contexts.h"
+#include "platform/foreign_overlays.h"
 #include "platform/process.h"
 #include "platform/shared_block.h"
 #include "platform/swap_gate.h"
-#include "shared/foreign_overlays.h"
 #include "shared/process_records.h"
 #include <new>
 

@@ -1,5 +1,5 @@
 #include "companion/sensors/nvml_gpu.h"
-#include "companion/os.h"
+#include "platform/tool.h"
 #include <algorithm>
 
 namespace companion::sensors {
@@ -10,7 +10,7 @@ constexpr u32 kMostFans = 4; ///< fans of one card that have names in the layout
 constexpr int kGraphicsClock = 0, kMemoryClock = 2, kCoreSensor = 0;
 
 template <class T> void Find(void* hModule, const char* szName, T& fnOut) {
-    fnOut = reinterpret_cast<T>(os::FindExport(hModule, szName));
+    fnOut = reinterpret_cast<T>(platform::tool::FindExport(hModule, szName));
 }
 
 /// A number that one call answers, if there is the call and it succeeds.
@@ -76,7 +76,7 @@ std::string BusKey(const NvmlCalls::PciInfo& st) {
 } // namespace
 
 bool OpenNvml(NvmlCalls& st) {
-    void* hModule = os::OpenNvmlLibrary();
+    void* hModule = platform::tool::OpenNvmlLibrary();
     if (hModule == nullptr) return false;
     Find(hModule, "nvmlInit_v2", st.fnInit);
     Find(hModule, "nvmlShutdown", st.fnShutdown);

@@ -1,4 +1,5 @@
 #include "companion/sensors/text_file.h"
+#include "platform/input_file.h"
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
@@ -11,15 +12,16 @@ constexpr size_t kMostBytes = 4u << 20;
 constexpr size_t kMostEntries = 4096;
 constexpr std::string_view kBlanks(" \t\r\n\v\f\0", 7);
 
+/// Not by the opener of platform/: these are the kernel's own files, and the program links no back-end.
+std::FILE* Open(const std::string& strPath) { return std::fopen(strPath.c_str(), "rb"); }
+
 /// Up to uRoom bytes; none if the file cannot be read to its end or room.
 size_t ReadBytes(const std::string& strPath, char* pBuffer, size_t uRoom) {
-    std::FILE* pFile = std::fopen(strPath.c_str(), "rb");
-    if (pFile == nullptr) return 0;
-    std::setvbuf(pFile, nullptr, _IONBF, 0);
-    const size_t uRead = std::fread(pBuffer, 1, uRoom, pFile);
-    const bool bFailed = std::ferror(pFile) != 0;
-    std::fclose(pFile);
-    return bFailed ? 0 : uRead;
+    const platform::InputFile pFile(Open(strPath));
+    if (!pFile) return 0;
+    std::setvbuf(pFile.get(), nullptr, _IONBF, 0);
+    const size_t uRead = std::fread(pBuffer, 1, uRoom, pFile.get());
+    return std::ferror(pFile.get()) != 0 ? 0 : uRead;
 }
 
 /// The number between the two; empty unless the name is made of the three.
@@ -40,15 +42,10 @@ std::optional<u32> NumberIn(const std::string& strName, std::string_view strPref
 
 bool ReadText(const std::string& strPath, std::string& strText) {
     strText.clear();
-    std::FILE* pFile = std::fopen(strPath.c_str(), "rb");
-    if (pFile == nullptr) return false;
-    char szPiece[4096];
-    size_t uRead = 0;
-    while (strText.size() < kMostBytes && (uRead = std::fread(szPiece, 1, sizeof(szPiece), pFile)) > 0) {
-        strText.append(szPiece, uRead);
-    }
-    const bool bFailed = std::ferror(pFile) != 0;
-    std::fclose(pFile);
+    const platform::InputFile pFile(Open(strPath));
+    if (!pFile) return false;
+    platform::AppendBytes(pFile.get(), kMostBytes, strText);
+    const bool bFailed = std::ferror(pFile.get()) != 0;
     if (bFailed) strText.clear();
     return !bFailed;
 }

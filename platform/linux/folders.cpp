@@ -1,9 +1,8 @@
 #include "platform/folders.h"
+#include "platform/linux/data_folder.h"
 #include "platform/regular_file.h"
 #include "platform/utf.h"
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <new>
 
@@ -16,11 +15,6 @@ struct PathRoom {
     char m_sz[g_uPathRoom];
 };
 
-const char* Variable(const char* szName) noexcept {
-    const char* const szValue = secure_getenv(szName);
-    return szValue && *szValue ? szValue : nullptr;
-}
-
 } // namespace
 
 const char16_t g_cPathSeparator = u'/';
@@ -28,18 +22,8 @@ const char16_t* const g_wzFixedScreenshotCache = nullptr;
 
 bool CommonDataFolder(char16_t* wzOut, u32 uCapacity) noexcept {
     std::unique_ptr<PathRoom> pRoom(new (std::nothrow) PathRoom);
-    if (!pRoom) return false;
-    char* const szFolder = pRoom->m_sz;
-    int iLength = -1;
-    if (const char* const szOwn = Variable("ORVIN_OSD_APPDATA"))
-        iLength = std::snprintf(szFolder, g_uPathRoom, "%s", szOwn);
-    else if (const char* const szData = Variable("XDG_DATA_HOME"))
-        iLength = std::snprintf(szFolder, g_uPathRoom, "%s", szData);
-    else if (const char* const szHome = Variable("HOME"))
-        iLength = std::snprintf(szFolder, g_uPathRoom, "%s/.local/share", szHome);
-    if (iLength <= 0 || iLength >= static_cast<int>(g_uPathRoom)) return false;
-    while (iLength > 1 && szFolder[iLength - 1] == '/') szFolder[--iLength] = 0;
-    return Utf8ToUtf16(szFolder, wzOut, uCapacity);
+    if (!pRoom || !host::DataFolder(pRoom->m_sz, g_uPathRoom)) return false;
+    return Utf8ToUtf16(pRoom->m_sz, wzOut, uCapacity);
 }
 
 bool NarrowPath(const char16_t* wzPath, char* szOut, u32 uCapacity) noexcept {

@@ -1,8 +1,6 @@
 #include "platform/folders.h"
 #include "platform/regular_file.h"
-#include "platform/win32/windows_api.h"
-#include <cwchar>
-#include <shlobj.h>
+#include "platform/win32/data_folder.h"
 
 namespace platform {
 
@@ -11,11 +9,8 @@ const char16_t* const g_wzFixedScreenshotCache =
     uR"(C:\ProgramData\ZARN\Orvin Deck\ORVIN-OSD\Data\Screenshot.png.cache)";
 
 bool CommonDataFolder(char16_t* wzOut, u32 uCapacity) noexcept {
-    wchar_t wzPath[MAX_PATH] = {};
-    if (FAILED(SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, wzPath)))
-        return false;
-    std::size_t uLength = std::wcslen(wzPath);
-    while (uLength > 0 && wzPath[uLength - 1] == L'\\') --uLength;
+    wchar_t wzPath[MAX_PATH];
+    const std::size_t uLength = host::DataFolder(wzPath);
     if (uLength == 0 || uLength >= uCapacity) return false;
     for (std::size_t i = 0; i < uLength; ++i) wzOut[i] = static_cast<char16_t>(wzPath[i]);
     wzOut[uLength] = 0;

@@ -10,7 +10,7 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 FLOORS = ("platform", "base", "shared", "draw", "font", "controls", "batch", "merged", "config", "capture", "frame", "entry",
           "companion", "tools")
-CORE = ("base", "shared", "draw", "font", "controls", "batch", "merged", "config", "capture", "frame", "entry")
+PORTABLE = tuple(floor for floor in FLOORS if floor != "platform")
 OS_USE = re.compile(r"^\s*#\s*include\s*<(windows|winsock|X11/|GL/glx|EGL/|sys/|unistd|pthread|dlfcn)|_WIN32|__linux__|__MINGW")
 SPEECH = re.compile(r"\bParts? [1-7]\.[0-9]+\b|\bspec\.md\b|\bthe spec(ification)?\b|\bSubsystem [1-7]\b")
 UNFINISHED = re.compile(r"\b(TO" r"DO|FIX" r"ME|HA" r"CK|not imple" r"mented)\b")
@@ -37,10 +37,10 @@ def lines_matching(pattern, paths):
                 yield f"{path.relative_to(ROOT)}:{number}: {line.strip()[:120]}"
 
 
-def is_core(path):
-    """The library's entry points are of one system each."""
+def is_portable(path):
+    """The core and the tools; the library's entry points are of one system each."""
     parts = path.relative_to(ROOT).parts
-    return parts[0] in CORE and parts[1] not in ("win32", "linux")
+    return parts[0] in PORTABLE and parts[1] not in ("win32", "linux")
 
 
 def formatting():
@@ -51,12 +51,12 @@ def formatting():
 
 
 def portable_core():
-    return list(lines_matching(OS_USE, [p for p in tracked(".cpp", ".h") if is_core(p)]))
+    return list(lines_matching(OS_USE, [p for p in tracked(".cpp", ".h") if is_portable(p)]))
 
 
 def wide_characters():
     return list(lines_matching(re.compile(r"\bwchar_t\b"),
-                               [p for p in tracked(".cpp", ".h") if is_core(p)]))
+                               [p for p in tracked(".cpp", ".h") if is_portable(p)]))
 
 
 def compiles_alone(path):
@@ -73,7 +73,7 @@ def compiles_alone(path):
 
 
 def headers_alone():
-    headers = [p for p in tracked(".h") if p.relative_to(ROOT).parts[0] in CORE + ("platform",)]
+    headers = [p for p in tracked(".h") if p.relative_to(ROOT).parts[0] in PORTABLE + ("platform",)]
     with concurrent.futures.ThreadPoolExecutor(2) as pool:
         return [r for r in pool.map(compiles_alone, headers) if r]
 

@@ -1,4 +1,4 @@
-#include "tools/profile/picture.h"
+#include "tools/profile/background.h"
 #include <algorithm>
 #include <array>
 #include <cmath>

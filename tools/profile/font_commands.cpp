@@ -1,11 +1,11 @@
 #include "base/layout_style.h"
-#include "companion/os.h"
 #include "companion/table.h"
 #include "companion/utf.h"
 #include "config/make/profile_fonts.h"
 #include "controls/osd_manager.h"
 #include "draw/data_path.h"
 #include "font/font_file.h"
+#include "platform/tool.h"
 #include "shared/process_records.h"
 #include "tools/profile/check/font_cache.h"
 #include "tools/profile/program.h"
@@ -147,7 +147,7 @@ Result WriteFontCache(const Options& stOptions, int&) {
     fs::path pathData;
     ProfilePlace stProfile;
     std::vector<fs::path> listWritten;
-    os::CatchStop();
+    platform::tool::CatchStop();
     Result stResult = FindDataFolder(stOptions.stProfile.strData, pathData);
     if (stResult) stResult = FindProfile(pathData, stOptions.stProfile.strProfile, stProfile);
     if (stResult) stResult = WriteFilesOf(stOptions, stProfile, pathData, listWritten);

@@ -1,10 +1,10 @@
 #include "tools/profile/list_command.h"
-#include "companion/os.h"
 #include "companion/profile_commands.h"
 #include "companion/profile_folder.h"
 #include "companion/table.h"
 #include "companion/utf.h"
 #include "config/profile/profile_document.h"
+#include "platform/tool.h"
 #include "tools/profile/program.h"
 #include <algorithm>
 #include <cstdio>
@@ -88,7 +88,8 @@ Result ListProfiles(const Options& stOptions, int&) {
     if (LoadControlLibrary(stOptions.strLibrary, stLibrary)) {
         std::vector<NamedInstance> listPrograms;
         for (const Instance& st : Programs(stLibrary))
-            listPrograms.push_back({st.uProcessId, st.uThreadId, os::InspectProcess(st.uProcessId).strName});
+            listPrograms.push_back(
+                {st.uProcessId, st.uThreadId, platform::tool::InspectProcess(st.uProcessId).strName});
         AddUses(*Snapshot(stLibrary.pSegment), listPrograms, listRows);
     }
     if (listRows.empty()) return Result::NotFound("no profiles in " + TextOfPath(pathData / "Profiles"));

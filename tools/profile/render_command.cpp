@@ -1,5 +1,6 @@
-#include "companion/os.h"
 #include "companion/utf.h"
+#include "platform/tool.h"
+#include "tools/profile/background.h"
 #include "tools/profile/program.h"
 #include "tools/profile/renderer.h"
 #include "tools/profile/stage.h"
@@ -39,7 +40,7 @@ Result DrawOnce(Work& st) {
     Picture picture;
     RenderTimes stTimes;
     stResult = RenderProfile(
-        stPlan, [] { return os::WaitForStop(0); }, picture, stTimes);
+        stPlan, [] { return platform::tool::WaitForStop(0); }, picture, stTimes);
     if (stResult) stResult = WritePicture(stWish.strOutput, picture);
     if (stResult && stWish.bTimes)
         std::printf("first frame %.1f ms, second %.1f ms, %u frames\n", stTimes.dFirstFrame,
@@ -57,7 +58,7 @@ void Say(const std::string& strLine) {
 bool WaitForChange(const std::filesystem::path& pathFolder, std::vector<FileStamp>& listSeen) {
     bool bChanged = false;
     for (;;) {
-        if (os::WaitForStop(kLookInterval)) return false;
+        if (platform::tool::WaitForStop(kLookInterval)) return false;
         std::vector<FileStamp> listNow = LookAt(pathFolder);
         const bool bSame = listNow == listSeen;
         if (bSame && bChanged) return true;
@@ -71,7 +72,7 @@ Result WatchProfile(Work& st) {
     std::vector<FileStamp> listSeen = LookAt(st.stProfile.pathFolder);
     for (;;) {
         const Result stDrawn = DrawOnce(st);
-        if (os::WaitForStop(0)) return {};
+        if (platform::tool::WaitForStop(0)) return {};
         if (stDrawn)
             Say("drew " + strOutput);
         else
@@ -88,11 +89,11 @@ Result RenderCommand(const Options& stOptions, int& iExitCode) {
     Result stResult = FindDataFolder(stWish.strData, st.pathData);
     if (stResult) stResult = FindProfile(st.pathData, stWish.strProfile, st.stProfile);
     if (!stResult) return stResult;
-    os::CatchStop(); // so that the folder of a moment is removed in any case
+    platform::tool::CatchStop(); // so that the folder of a moment is removed in any case
     if (stWish.bWatch) return WatchProfile(st);
     stResult = DrawOnce(st);
-    if (os::WaitForStop(0)) iExitCode = kFailed;
-    return os::WaitForStop(0) ? Result{} : stResult;
+    if (platform::tool::WaitForStop(0)) iExitCode = kFailed;
+    return platform::tool::WaitForStop(0) ? Result{} : stResult;
 }
 
 } // namespace companion

@@ -18,10 +18,10 @@
 #include "frame/release.h"
 #include "platform/gl_api.h"
 #include "platform/headless/test_controls.h"
+#include "platform/profile_context.h"
 #include "platform/shared_block.h"
 #include "shared/api_code.h"
 #include "shared/process_records.h"
-#include "tools/profile/context.h"
 #include "tools/profile/log_catcher.h"
 #include "tools/profile/settings.h"
 #include <algorithm>

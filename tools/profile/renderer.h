@@ -1,7 +1,8 @@
 #pragma once
 // A program that exists only to be drawn upon: the overlay builds its layout and draws its frames in it as in
 // any other, over an off-screen context and with simulated time.
-#include "tools/profile/picture.h"
+#include "companion/result.h"
+#include "platform/profile_picture.h"
 #include "tools/profile/values.h"
 #include <filesystem>
 #include <functional>

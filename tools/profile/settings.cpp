@@ -1,6 +1,7 @@
 #include "tools/profile/settings.h"
 #include "config/settings/settings_sensors.h"
 #include "platform/headless/test_controls.h"
+#include "platform/profile_sensors.h"
 #include "platform/settings_tree.h"
 #include <cstring>
 #include <system_error>
@@ -45,7 +46,7 @@ void TakeMachineSettings(const fs::path& pathData, bool bNamed) {
     if (fs::is_regular_file(pathFile, error))
         TakeSensorsOfFile(pathFile);
     else if (!bNamed)
-        TakeSensorsOfSystem();
+        platform::tool::TakeSensorsOfSystem();
 }
 
 std::vector<std::string> DefinedSensors() {

@@ -15,7 +15,4 @@ void TakeMachineSettings(const std::filesystem::path& pathData, bool bNamed);
 /// Base names of the values that these definitions are for; reads them.
 std::vector<std::string> DefinedSensors();
 
-/// From the registry; nothing on other systems.
-void TakeSensorsOfSystem();
-
 } // namespace companion

@@ -1,5 +1,5 @@
 #include "tools/profile/stage.h"
-#include "companion/os.h"
+#include "platform/tool.h"
 #include <algorithm>
 #include <fstream>
 #include <system_error>
@@ -86,7 +86,7 @@ Result Stage::Prepare(const fs::path& pathData, const ProfilePlace& stProfile, F
     const auto fnPart = [&](const fs::path& path) { return bFonts || !IsFontFile(path); };
     const auto fnMissing = [&](const fs::path& path) { return IsMissing(pathStage / path.filename()); };
     stResult = CopyFiles(pathData, pathStage, false, fnAll);
-    const fs::path pathOwn = PathOfText(os::OwnFolder());
+    const fs::path pathOwn = PathOfText(platform::tool::OwnFolder());
     for (const char* szFolder : {"shaders", "data"}) {
         for (const fs::path& pathBeside : {pathOwn / szFolder, pathOwn.parent_path() / szFolder})
             if (stResult) stResult = CopyFiles(pathBeside, pathStage, false, fnMissing);

@@ -1,6 +1,6 @@
 #include "tools/profile/temp_folder.h"
-#include "companion/os.h"
 #include "companion/profile_folder.h"
+#include "platform/tool.h"
 #include <system_error>
 
 namespace fs = std::filesystem;
@@ -13,10 +13,11 @@ TempFolder::~TempFolder() {
 }
 
 Result TempFolder::Make() {
-    const fs::path pathTemp = PathOfText(os::TempFolder());
+    const fs::path pathTemp = PathOfText(platform::tool::TempFolder());
     std::error_code error;
     for (u32 u = 0; u < 100; ++u) {
-        m_path = pathTemp / ("orvin-" + std::to_string(os::OwnProcessId()) + "-" + std::to_string(u));
+        m_path =
+            pathTemp / ("orvin-" + std::to_string(platform::tool::OwnProcessId()) + "-" + std::to_string(u));
         if (fs::create_directory(m_path, error)) return {};
     }
     m_path.clear();

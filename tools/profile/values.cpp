@@ -1,16 +1,14 @@
 #include "tools/profile/values.h"
 #include "companion/control_library.h"
-#include "companion/os.h"
 #include "companion/profile_folder.h"
 #include "companion/segment_view.h"
 #include "companion/sensors/collector.h"
 #include "companion/sensors/published.h"
+#include "platform/tool.h"
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <fstream>
 #include <iterator>
-#include <sstream>
 #include <string_view>
 
 namespace companion {
@@ -72,21 +70,12 @@ sensors::ValueMap SensorValues() {
     sensors::Collector collector(sensors::SystemSources());
     collector.Probe();
     collector.Read();
-    os::SleepMilliseconds(250); // loads are counted between two looks
+    platform::tool::SleepMilliseconds(250); // loads are counted between two looks
     collector.Read();
     sensors::ValueMap mapValues;
     for (const sensors::Reading& st : collector.Readings())
         if (st.iValue) mapValues.emplace(st.strName, *st.iValue);
     return mapValues;
-}
-
-Result ReadText(const std::string& strPath, std::string& strText) {
-    std::ifstream file(PathOfText(strPath), std::ios::binary);
-    if (!file) return Result::NotFound("cannot open " + strPath);
-    std::stringstream text;
-    text << file.rdbuf();
-    strText = text.str();
-    return {};
 }
 
 } // namespace
@@ -153,9 +142,8 @@ Result ValueSource::Open(const std::string& strWish, const std::string& strLibra
         return {};
     }
     std::string strText;
-    Result stResult = ReadText(strWish, strText);
-    if (!stResult) return stResult;
-    stResult = ParseValues(strText, m_mapValues);
+    if (!ReadFile(PathOfText(strWish), ~u64{0}, strText)) return Result::NotFound("cannot open " + strWish);
+    Result stResult = ParseValues(strText, m_mapValues);
     if (!stResult) stResult.strError = strWish + ": " + stResult.strError;
     return stResult;
 }

@@ -1,4 +1,4 @@
-#include "companion/batch_words.h"
+#include "platform/tool_batch.h"
 #include <gtest/gtest.h>
 
 using namespace companion;

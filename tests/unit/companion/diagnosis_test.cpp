@@ -1,6 +1,6 @@
 #include "companion/diagnosis.h"
-#include "companion/foreign_bytes.h"
 #include "companion/reports.h"
+#include "platform/tool_bytes.h"
 #include <algorithm>
 #include <cstring>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
-#include "companion/os.h"
 #include "companion/profile_commands.h"
 #include "companion/profile_folder.h"
+#include "platform/tool.h"
 #include <fstream>
 #include <gtest/gtest.h>
 #include <sstream>
@@ -26,7 +26,8 @@ std::string Read(const fs::path& path) {
 class CompanionProfiles : public ::testing::Test {
   protected:
     void SetUp() override {
-        m_path = PathOfText(os::TempFolder()) / ("orvin-profiles-" + std::to_string(os::OwnProcessId()));
+        m_path = PathOfText(platform::tool::TempFolder()) /
+                 ("orvin-profiles-" + std::to_string(platform::tool::OwnProcessId()));
         fs::remove_all(m_path);
         Write(m_path / "Profiles/Plain/OSD.xml", "<OSD/>");
         Write(m_path / "Profiles/Plain/memo.txt", "memo");
@@ -139,7 +140,7 @@ TEST_F(CompanionProfiles, AChosenDataFolderMustExist) {
 }
 
 TEST(CompanionProfileName, ANameWithoutAFolderIsRefusedUnlessForced) {
-    const std::string strName = "no profile of that name " + std::to_string(os::OwnProcessId());
+    const std::string strName = "no profile of that name " + std::to_string(platform::tool::OwnProcessId());
     const Result stRefused = NeedProfileFolder(strName, false);
     EXPECT_EQ(stRefused.iCode, kNotFound);
     EXPECT_NE(stRefused.strError.find("there is no "), std::string::npos);

@@ -1,6 +1,6 @@
-#include "companion/os.h"
 #include "companion/profile_folder.h"
-#include "tools/profile/picture.h"
+#include "platform/tool.h"
+#include "tools/profile/background.h"
 #include <fstream>
 #include <gtest/gtest.h>
 
@@ -16,7 +16,8 @@ Colour At(const Picture& picture, u32 uX, u32 uY) { return {picture.At(uX, uY), 
 class CompanionPictures : public ::testing::Test {
   protected:
     void SetUp() override {
-        m_path = PathOfText(os::TempFolder()) / ("orvin-pictures-" + std::to_string(os::OwnProcessId()));
+        m_path = PathOfText(platform::tool::TempFolder()) /
+                 ("orvin-pictures-" + std::to_string(platform::tool::OwnProcessId()));
         fs::create_directories(m_path);
     }
     void TearDown() override { fs::remove_all(m_path); }

@@ -1,6 +1,6 @@
-#include "companion/os.h"
 #include "companion/profile_folder.h"
 #include "companion/shader_check.h"
+#include "platform/tool.h"
 #include "tests/support/odd_files.h"
 #include <gtest/gtest.h>
 
@@ -13,7 +13,8 @@ namespace {
 class CompanionShaders : public ::testing::Test {
   protected:
     void SetUp() override {
-        m_path = PathOfText(os::TempFolder()) / ("orvin-shaders-" + std::to_string(os::OwnProcessId()));
+        m_path = PathOfText(platform::tool::TempFolder()) /
+                 ("orvin-shaders-" + std::to_string(platform::tool::OwnProcessId()));
         fs::remove_all(m_path);
         fs::copy(ORVIN_SOURCE_DIR "/shaders", m_path);
     }

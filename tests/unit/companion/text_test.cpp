@@ -1,7 +1,7 @@
-#include "companion/foreign_overlays.h"
 #include "companion/table.h"
 #include "companion/utf.h"
 #include "entry/hooking.h"
+#include "platform/tool_bytes.h"
 #include <gtest/gtest.h>
 
 using namespace companion;

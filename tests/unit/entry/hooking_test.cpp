@@ -5,9 +5,9 @@
 #include "frame/api_claim.h"
 #include "frame/frame_driver.h"
 #include "frame/real_swap.h"
+#include "platform/foreign_overlays.h"
 #include "platform/last_error.h"
 #include "platform/process.h"
-#include "shared/foreign_overlays.h"
 #include "tests/support/headless/shared_fixture.h"
 #include <algorithm>
 #include <atomic>

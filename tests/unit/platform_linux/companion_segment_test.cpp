@@ -1,12 +1,12 @@
 // The companion over the real segment: it goes by the library's own mapping of it, and another user's object,
 // or somebody who shortens the file, does not mislead or end it.
 #include "child.h"
-#include "companion/os.h"
 #include "companion/profile_commands.h"
 #include "companion/segment_view.h"
 #include "platform/linux/segment_name.h"
 #include "platform/process.h"
 #include "platform/shared_block.h"
+#include "platform/tool.h"
 #include "shared/process_records.h"
 #include <csignal>
 #include <cstdlib>
@@ -57,9 +57,9 @@ class LinuxCompanionSegment : public testing::Test {
     std::string m_strSuffix;
 };
 
-os::Segment Find(std::string& strError) {
+platform::tool::Segment Find(std::string& strError) {
     SharedSegment(); // as loading the library does
-    return os::FindSegment(nullptr, sizeof(stSharedSegment), strError);
+    return platform::tool::FindSegment(nullptr, sizeof(stSharedSegment), strError);
 }
 
 #define SKIP_UNLESS_ROOT()                                                                                   \
@@ -68,7 +68,7 @@ os::Segment Find(std::string& strError) {
 TEST_F(LinuxCompanionSegment, IsTheLibrarysOwnMapping) {
     EXPECT_EQ(RunInChild([] {
                   std::string strError;
-                  const os::Segment st = Find(strError);
+                  const platform::tool::Segment st = Find(strError);
                   return st.pView == SharedSegment() && st.strPlace == PathOf(SegmentOwner::Any) &&
                                  st.strNote.empty()
                              ? 0
@@ -82,7 +82,7 @@ TEST_F(LinuxCompanionSegment, AnotherUsersObjectIsPassedByForOneWithTheUsersNumb
     MakeForeign(PathOf(SegmentOwner::Any));
     EXPECT_EQ(RunInChild([] {
                   std::string strError;
-                  const os::Segment st = Find(strError);
+                  const platform::tool::Segment st = Find(strError);
                   if (st.pView != SharedSegment()) return 1;
                   if (st.strPlace != PathOf(SegmentOwner::User)) return 2;
                   if (st.strNote.find("belongs to user 65534") == std::string::npos) return 3;
@@ -134,13 +134,13 @@ TEST_F(LinuxCompanionSegment, WithBothNamesTakenTheReasonIsTold) {
 TEST_F(LinuxCompanionSegment, AFileThatIsCutGivesZerosAndIsNoticed) {
     EXPECT_EQ(RunInChild([] {
                   std::string strError;
-                  const os::Segment st = Find(strError);
+                  const platform::tool::Segment st = Find(strError);
                   if (!st.pView) return 1;
                   SharedSegment()->MonitorVGA[5] = 7;
-                  if (os::SegmentWasCut() || truncate(st.strPlace.c_str(), 4096) != 0) return 2;
+                  if (platform::tool::SegmentWasCut() || truncate(st.strPlace.c_str(), 4096) != 0) return 2;
                   if (Snapshot(st.pView)->MonitorVGA[5] != 0) return 3;
                   SharedSegment()->ProcessProfile[3].uProcessId = 9; // the library's writes go on too
-                  return os::SegmentWasCut() ? 0 : 4;
+                  return platform::tool::SegmentWasCut() ? 0 : 4;
               }),
               0);
 }
@@ -199,15 +199,15 @@ TEST_F(LinuxCompanionSegment, AnyOtherLivingProcessKeepsAChange) {
 TEST(LinuxApiClaim, WhatAnotherUserOrKindOfFilePretendsIsNoClaim) {
     const u32 uId = static_cast<u32>(getpid());
     const std::string strPath = "/dev/shm/[RV5-OSD][PID:" + std::to_string(uId) + "]";
-    EXPECT_EQ(os::ReadApiClaim(uId), ApiClaim::None);
+    EXPECT_EQ(platform::tool::ReadApiClaim(uId), ApiClaim::None);
     std::ofstream(strPath) << "D3D";
-    EXPECT_EQ(os::ReadApiClaim(uId), ApiClaim::Direct3D);
+    EXPECT_EQ(platform::tool::ReadApiClaim(uId), ApiClaim::Direct3D);
     if (geteuid() == 0 && chown(strPath.c_str(), c_uAnother, c_uAnother) == 0) {
-        EXPECT_EQ(os::ReadApiClaim(uId), ApiClaim::Unreadable);
+        EXPECT_EQ(platform::tool::ReadApiClaim(uId), ApiClaim::Unreadable);
     }
     std::filesystem::remove(strPath);
     ASSERT_EQ(mkfifo(strPath.c_str(), 0600), 0);
-    EXPECT_EQ(os::ReadApiClaim(uId), ApiClaim::Unreadable); // and does not wait for a writer
+    EXPECT_EQ(platform::tool::ReadApiClaim(uId), ApiClaim::Unreadable); // and does not wait for a writer
     std::filesystem::remove(strPath);
 }
 

@@ -45,9 +45,8 @@ std::string ToUtf8(const std::u16string& wz) {
 }
 
 std::u16string FromCode(char32_t c) {
-    if (c < 0x10000) return std::u16string(1, static_cast<char16_t>(c));
-    return {static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10)),
-            static_cast<char16_t>(0xDC00 + ((c - 0x10000) & 0x3FF))};
+    char16_t wzUnits[2];
+    return {wzUnits, platform::EncodeUtf16(c, wzUnits)};
 }
 
 /// "U+4E2D 中"

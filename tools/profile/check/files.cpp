@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <fstream>
 #include <iterator>
 #include <set>
 #include <tinyxml2.h>
@@ -17,14 +16,6 @@ namespace companion {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string ReadBytes(const fs::path& path, std::size_t uMost) {
-    std::ifstream file(path, std::ios::binary);
-    std::string strBytes(uMost, '\0');
-    file.read(strBytes.data(), static_cast<std::streamsize>(uMost));
-    strBytes.resize(static_cast<std::size_t>(file.gcount()));
-    return strBytes;
-}
 
 /// Text without a mark that is no UTF-8 is read in another code page on each system.
 bool IsPlainUtf8(const std::string& strBytes) {
@@ -51,7 +42,9 @@ void CheckMemo(const ProfileItem& item, const fs::path& path, Findings& findings
     if (const auto uSize = fs::file_size(path, ignored); !ignored && uSize > g_uTextFileBytesMax)
         findings.Warning(iLine, strWhat + "is larger than " + std::to_string(g_uTextFileBytesMax / 1024) +
                                     " KiB; the lines beyond are not shown");
-    if (!IsPlainUtf8(ReadBytes(path, g_uTextFileBytesMax)))
+    std::string strBytes;
+    ReadFile(path, g_uTextFileBytesMax, strBytes);
+    if (!IsPlainUtf8(strBytes))
         findings.Warning(
             iLine, strWhat + "is neither UTF-8 nor UTF-16 with a mark; its letters depend on the system");
 }

@@ -3,9 +3,7 @@
 #include "companion/utf.h"
 #include "font/font_file.h"
 #include <algorithm>
-#include <fstream>
 #include <limits>
-#include <memory>
 #include <new>
 #include <system_error>
 
@@ -16,24 +14,14 @@ namespace {
 
 constexpr const char* kExtension = ".fnt";
 
-struct FileBytes {
-    std::unique_ptr<u8[]> pBytes;
-    u32 uBytes = 0;
-};
-
-Result ReadWhole(const fs::path& path, FileBytes& file) {
-    std::ifstream stream(path, std::ios::binary | std::ios::ate);
-    const std::streamoff iBytes = stream ? static_cast<std::streamoff>(stream.tellg()) : -1;
+Result ReadWhole(const fs::path& path, std::string& strBytes) {
     std::error_code error;
-    if (iBytes < 0 || !fs::is_regular_file(path, error))
+    if (!ReadFile(path, g_uFontFileBytesMost + u64{1}, strBytes) || !fs::is_regular_file(path, error))
         return Result::NotFound("cannot open " + TextOfPath(path));
-    if (iBytes > static_cast<std::streamoff>(g_uFontFileBytesMost))
+    if (strBytes.size() > g_uFontFileBytesMost)
         return Result::Fail(TextOfPath(path) + " is too large for a font cache file");
-    file.uBytes = static_cast<u32>(iBytes);
-    file.pBytes.reset(new u8[file.uBytes + 1u]); // no pointer to nothing for an empty file
-    stream.seekg(0);
-    stream.read(reinterpret_cast<char*>(file.pBytes.get()), iBytes);
-    return stream.gcount() == iBytes ? Result{} : Result::Fail("cannot read " + TextOfPath(path));
+    const auto uSize = fs::file_size(path, error);
+    return error || uSize == strBytes.size() ? Result{} : Result::Fail("cannot read " + TextOfPath(path));
 }
 
 void TakeHeader(stMemoryStream stream, FontFileFacts& stFacts) {
@@ -87,13 +75,14 @@ std::string FontFileFault(i32 iCheck) {
 }
 
 Result InspectFontFile(const fs::path& path, FontFileFacts& stFacts) {
-    FileBytes file;
+    std::string strBytes;
     stFacts = {};
     stFacts.path = path;
-    const Result stRead = ReadWhole(path, file);
+    const Result stRead = ReadWhole(path, strBytes);
     if (!stRead) return stRead;
-    stFacts.uBytes = file.uBytes;
-    const stMemoryStream stream{file.pBytes.get(), file.uBytes, 0};
+    stFacts.uBytes = strBytes.size();
+    const stMemoryStream stream{reinterpret_cast<const u8*>(strBytes.data()),
+                                static_cast<u32>(strBytes.size()), 0};
     TakeHeader(stream, stFacts);
     stMemoryStream checked = stream;
     CFontUniCode font;

@@ -10,8 +10,6 @@
 #include "tools/profile/check/readers.h"
 #include "tools/profile/check/writing.h"
 
-#include <fstream>
-#include <iterator>
 #include <tinyxml2.h>
 
 namespace companion {
@@ -19,25 +17,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// No more than a document may have, and a byte. False if it cannot be opened.
-bool ReadDocument(const fs::path& path, std::string& strBytes) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) return false;
-    constexpr std::streamsize c_uChunk = 64 * 1024;
-    std::string strChunk(static_cast<std::size_t>(c_uChunk), '\0');
-    while (file && strBytes.size() <= g_uDocumentBytesMax) {
-        file.read(strChunk.data(), c_uChunk);
-        strBytes.append(strChunk, 0, static_cast<std::size_t>(file.gcount()));
-    }
-    return true;
-}
-
 /// As the system writes paths.
 std::string FileText(fs::path path) { return TextOfPath(path.make_preferred()); }
 
 bool Parse(const fs::path& path, tinyxml2::XMLDocument& document, Findings& findings) {
     std::string strBytes;
-    if (!ReadDocument(path, strBytes)) {
+    if (!ReadFile(path, g_uDocumentBytesMax + 1, strBytes)) {
         findings.Error(0, "the file cannot be opened");
         return false;
     }

@@ -1,12 +1,12 @@
 #pragma once
 // Pictures in memory, and their files. Reading and writing files has one implementation a system; the build
 // chooses.
-#include "companion/result.h"
+#include "platform/tool_result.h"
 #include "platform/types.h"
 #include <string>
 #include <vector>
 
-namespace companion {
+namespace platform::tool {
 
 struct Picture {
     u32 uWidth = 0, uHeight = 0;
@@ -25,8 +25,4 @@ Result ReadPicture(const std::string& strPath, Picture& picture);
 /// Writes a PNG of red, green and blue. An existing file is replaced whole or not at all.
 Result WritePicture(const std::string& strPath, const Picture& picture);
 
-/// What lies behind the overlay: "#RRGGBB", "bright", "dark", "checker" or the path of a picture, which is
-/// scaled to cover the whole.
-Result MakeBackground(const std::string& strWish, u32 uWidth, u32 uHeight, Picture& picture);
-
-} // namespace companion
+} // namespace platform::tool

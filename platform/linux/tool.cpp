@@ -1,8 +1,7 @@
 // Linux: the segment is a POSIX shared object, programs are entered by preloading.
-#include "companion/control_library.h"
-#include "companion/foreign_bytes.h"
-#include "companion/foreign_overlays.h"
-#include "companion/os.h"
+#include "platform/tool.h"
+#include "platform/linux/data_folder.h"
+#include "platform/tool_bytes.h"
 #include <cerrno>
 #include <charconv>
 #include <cstdlib>
@@ -15,7 +14,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace companion::os {
+namespace platform::tool {
 namespace {
 
 constexpr const char* kPreloadName = "libORVIN-OSD64-GL-preload.so";
@@ -91,15 +90,8 @@ std::string JoinPath(const std::string& strFolder, const std::string& strFile) {
 bool FileExists(const std::string& strPath) { return access(strPath.c_str(), F_OK) == 0; }
 
 std::string CommonDataFolder() {
-    std::string strFolder;
-    if (const char* szOwn = std::getenv("ORVIN_OSD_APPDATA"); szOwn != nullptr && *szOwn != '\0')
-        strFolder = szOwn;
-    else if (const char* szData = std::getenv("XDG_DATA_HOME"); szData != nullptr && *szData != '\0')
-        strFolder = szData;
-    else if (const char* szHome = std::getenv("HOME"); szHome != nullptr && *szHome != '\0')
-        strFolder = std::string(szHome) + "/.local/share";
-    while (strFolder.size() > 1 && strFolder.back() == '/') strFolder.pop_back();
-    return strFolder;
+    char szFolder[4096];
+    return host::DataFolder(szFolder, sizeof szFolder) ? szFolder : std::string();
 }
 
 std::string TempFolder() {
@@ -166,7 +158,7 @@ ApiClaim ReadApiClaim(u32 uProcessId) {
 
 bool RunNeedsLibrary() { return false; }
 
-Result Run(const RunRequest& stRequest, const ControlLibrary&, int&) {
+Result Run(const RunRequest& stRequest, const EnteringLibrary&, int&) {
     const std::string strFolder = FolderPart(stRequest.strLibrary);
     char* szFolder = realpath(strFolder.c_str(), nullptr);
     const std::string strPreload = JoinPath(szFolder != nullptr ? szFolder : strFolder, kPreloadName);
@@ -193,8 +185,8 @@ Result CanEnterRunningPrograms() {
                         "'orvin-osd run -- PROGRAM' instead");
 }
 
-Result Attach(u32, bool, const ControlLibrary&) { return CanEnterRunningPrograms(); }
-Result Hook(const ControlLibrary&) { return CanEnterRunningPrograms(); }
+Result Attach(u32, bool, const EnteringLibrary&) { return CanEnterRunningPrograms(); }
+Result Hook(const EnteringLibrary&) { return CanEnterRunningPrograms(); }
 Result Unhook() { return CanEnterRunningPrograms(); }
 
-} // namespace companion::os
+} // namespace platform::tool

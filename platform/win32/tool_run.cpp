@@ -1,9 +1,9 @@
 // Win32: folders, and a program beside this one, run to its end.
-#include "companion/os.h"
-#include "companion/platform_win32.h"
-#include <shlobj.h>
+#include "platform/tool.h"
+#include "platform/win32/data_folder.h"
+#include "platform/win32/tool.h"
 
-namespace companion::os {
+namespace platform::tool {
 namespace {
 
 class OwnedHandle {
@@ -32,12 +32,9 @@ HANDLE MakeJob() {
 } // namespace
 
 std::string CommonDataFolder() {
-    wchar_t wzPath[MAX_PATH] = {};
-    if (FAILED(SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, wzPath)))
-        return {};
-    std::string strFolder = FromWide(wzPath);
-    while (!strFolder.empty() && strFolder.back() == '\\') strFolder.pop_back();
-    return strFolder;
+    wchar_t wzPath[MAX_PATH];
+    host::DataFolder(wzPath);
+    return FromWide(wzPath);
 }
 
 std::string TempFolder() {
@@ -71,4 +68,4 @@ Result RunBeside(const std::string& strName, const std::vector<std::string>& lis
     return {};
 }
 
-} // namespace companion::os
+} // namespace platform::tool

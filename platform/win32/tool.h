@@ -1,6 +1,7 @@
 #pragma once
-// Win32 pieces shared by the platform_win32 files: text conversion, waiting, message hooks on one program.
-#include "companion/control_library.h"
+// Win32 pieces shared by the tool files of this folder: text conversion, waiting, message hooks on one
+// program.
+#include "platform/tool.h"
 #include <map>
 #include <string>
 #ifndef NOMINMAX
@@ -8,7 +9,7 @@
 #endif
 #include <windows.h>
 
-namespace companion::os {
+namespace platform::tool {
 
 std::wstring ToWide(const std::string& strText);
 std::string FromWide(const wchar_t* wzText);
@@ -30,7 +31,7 @@ DWORD PollInterval(u32 uRound);
 /// Holds one message hook a thread; all are removed with the object.
 class ThreadHooks {
   public:
-    ThreadHooks(DWORD uProcessId, const ControlLibrary& stLibrary)
+    ThreadHooks(DWORD uProcessId, const EnteringLibrary& stLibrary)
         : m_uProcessId(uProcessId), m_stLibrary(stLibrary) {}
     ~ThreadHooks();
     ThreadHooks(const ThreadHooks&) = delete;
@@ -53,8 +54,8 @@ class ThreadHooks {
     void HandOver(DWORD uThreadId, Entry& stEntry);
 
     DWORD m_uProcessId;
-    const ControlLibrary& m_stLibrary;
+    const EnteringLibrary& m_stLibrary;
     std::map<DWORD, Entry> m_mapHooks;
 };
 
-} // namespace companion::os
+} // namespace platform::tool

@@ -1,5 +1,5 @@
 // Linux: a program beside this one, run to its end.
-#include "companion/os.h"
+#include "platform/tool.h"
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -7,7 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace companion::os {
+namespace platform::tool {
 namespace {
 
 volatile sig_atomic_t g_iChild = 0;
@@ -64,4 +64,4 @@ Result RunBeside(const std::string& strName, const std::vector<std::string>& lis
     return WaitForEnd(iChild, iExitCode);
 }
 
-} // namespace companion::os
+} // namespace platform::tool

@@ -1,13 +1,13 @@
+#include "platform/profile_context.h"
 #include "platform/gl_api.h"
 #include "platform/headless/test_controls.h"
-#include "tools/profile/context.h"
 #ifndef NOMINMAX
 #define NOMINMAX
 #endif
 #include <GL/wglew.h>
 #include <windows.h>
 
-namespace companion {
+namespace platform::tool {
 namespace {
 
 constexpr const wchar_t* kWindowClass = L"OrvinProfile";
@@ -140,7 +140,6 @@ Result OffscreenContext::Create(u32 uWidth, u32 uHeight) {
         return Result::Fail("the graphics driver offers no off-screen context of " + std::to_string(uWidth) +
                             " x " + std::to_string(uHeight) + " pixels with OpenGL 3.2");
     }
-    namespace headless = platform::headless;
     headless::SetCurrentSurface(st.hDC);
     headless::SetCurrentContext(st.hContext);
     headless::SetWindow(st.hDC);
@@ -159,7 +158,7 @@ void OffscreenContext::Destroy() {
     st.hContext = nullptr;
     st.hDC = nullptr;
     st.hBuffer = nullptr;
-    platform::headless::UseRealSurface();
+    headless::UseRealSurface();
 }
 
-} // namespace companion
+} // namespace platform::tool

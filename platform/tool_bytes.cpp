@@ -1,12 +1,15 @@
-#include "companion/foreign_bytes.h"
-#include "companion/foreign_overlays.h"
+#include "platform/tool_bytes.h"
+#include "platform/foreign_overlays.h"
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 #include <string>
 
-namespace companion {
+namespace platform::tool {
 namespace {
+
+char Folded(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
 
 bool IsGlLibrary(std::string_view strFile) {
     constexpr std::string_view astrNames[] = {"libGL.so", "libGLX.so", "libEGL.so", "libOpenGL.so"};
@@ -24,6 +27,16 @@ void AddModule(std::string_view strFile, ProcessFacts& st) {
 }
 
 } // namespace
+
+bool EqualFolded(std::string_view strA, std::string_view strB) {
+    return std::equal(strA.begin(), strA.end(), strB.begin(), strB.end(),
+                      [](char a, char b) { return Folded(a) == Folded(b); });
+}
+
+bool IsForeignOverlay(std::string_view strFile) {
+    return std::any_of(std::begin(g_aszForeignOverlays), std::end(g_aszForeignOverlays),
+                       [&](std::string_view strOverlay) { return EqualFolded(strOverlay, strFile); });
+}
 
 void ReadModuleFacts(std::string_view strMaps, ProcessFacts& stFacts) {
     stFacts.bReadable = !strMaps.empty();
@@ -93,4 +106,4 @@ Jump ReadJump(const u8* pBytes, size_t uCount, u64 uAddress) {
     return {};
 }
 
-} // namespace companion
+} // namespace platform::tool

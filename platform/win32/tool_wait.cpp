@@ -1,8 +1,8 @@
 // Win32: being asked to stop, the terminal, and the driver's library.
-#include "companion/os.h"
-#include "companion/platform_win32.h"
+#include "platform/tool.h"
+#include "platform/win32/tool.h"
 
-namespace companion::os {
+namespace platform::tool {
 namespace {
 
 constexpr DWORD kFarewell = 4000; ///< milliseconds that a closing console leaves for the last publication
@@ -44,4 +44,4 @@ void* OpenNvmlLibrary() {
     return hModule;
 }
 
-} // namespace companion::os
+} // namespace platform::tool

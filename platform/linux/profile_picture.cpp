@@ -1,4 +1,4 @@
-#include "tools/profile/picture.h"
+#include "platform/profile_picture.h"
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -6,7 +6,7 @@
 #include <png.h>
 #include <unistd.h>
 
-namespace companion {
+namespace platform::tool {
 namespace {
 
 using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
@@ -67,4 +67,4 @@ Result WritePicture(const std::string& strPath, const Picture& picture) {
     return Result::Fail("cannot write " + strPath + ": " + strWhy);
 }
 
-} // namespace companion
+} // namespace platform::tool

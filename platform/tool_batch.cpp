@@ -1,8 +1,8 @@
-#include "companion/batch_words.h"
-#include "companion/foreign_overlays.h"
+#include "platform/tool_batch.h"
+#include "platform/tool_bytes.h"
 #include <algorithm>
 
-namespace companion {
+namespace platform::tool {
 namespace {
 
 constexpr const char* kRefused = "\"%&|<>^";
@@ -29,4 +29,4 @@ std::string BatchFault(const std::vector<std::string>& listWords) {
     return {};
 }
 
-} // namespace companion
+} // namespace platform::tool

@@ -1,7 +1,7 @@
-#include "companion/platform_win32.h"
+#include "platform/win32/tool.h"
 #include <tlhelp32.h>
 
-namespace companion::os {
+namespace platform::tool {
 namespace {
 
 /// Number of the message that carries a hook's handle into a program.
@@ -112,4 +112,4 @@ void ThreadHooks::Wake() {
     }
 }
 
-} // namespace companion::os
+} // namespace platform::tool

@@ -1,11 +1,11 @@
 #pragma once
 // A graphics context without a window on the screen, whose framebuffer 0 has any size. One implementation a
 // system; the build chooses.
-#include "companion/result.h"
+#include "platform/tool_result.h"
 #include "platform/types.h"
 #include <memory>
 
-namespace companion {
+namespace platform::tool {
 
 class OffscreenContext {
   public:
@@ -25,4 +25,4 @@ class OffscreenContext {
     std::unique_ptr<Parts> m_pParts;
 };
 
-} // namespace companion
+} // namespace platform::tool

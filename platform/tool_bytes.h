@@ -1,11 +1,17 @@
 #pragma once
 // Small readers whose input comes from other processes; apart from the system calls, so that tests reach
 // them.
-#include "companion/diagnosis.h"
+#include "platform/tool.h"
 #include <optional>
 #include <string_view>
 
-namespace companion {
+namespace platform::tool {
+
+/// True if strFile, the file part of a module's path, is an overlay of others; letters compared without case.
+bool IsForeignOverlay(std::string_view strFile);
+
+/// ASCII letters compared without case.
+bool EqualFolded(std::string_view strA, std::string_view strB);
 
 /// Fills the module facts from the text of a process's memory map, one mapping a line with the file's path
 /// last. An empty text means that the map could not be read.
@@ -39,4 +45,4 @@ struct Jump {
 /// a pointer beside the code.
 Jump ReadJump(const u8* pBytes, size_t uCount, u64 uAddress);
 
-} // namespace companion
+} // namespace platform::tool

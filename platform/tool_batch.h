@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace companion {
+namespace platform::tool {
 
 /// True if Windows would hand a file of that name to its command interpreter: it ends in .bat or .cmd. Dots
 /// and blanks at the end, which Windows drops, do not hide that.
@@ -13,4 +13,4 @@ bool IsBatchFile(const std::string& strFile);
 /// holds in every interpreter is known for the characters that are refused.
 std::string BatchFault(const std::vector<std::string>& listWords);
 
-} // namespace companion
+} // namespace platform::tool

@@ -1,5 +1,5 @@
 // Linux: being asked to stop, the terminal, and the driver's library.
-#include "companion/os.h"
+#include "platform/tool.h"
 #include <chrono>
 #include <csignal>
 #include <cstring>
@@ -8,7 +8,7 @@
 #include <poll.h>
 #include <unistd.h>
 
-namespace companion::os {
+namespace platform::tool {
 namespace {
 
 /// The handler writes a byte; whoever waits sees it, however early it came.
@@ -47,4 +47,4 @@ bool IsTerminal() { return isatty(STDOUT_FILENO) != 0; }
 
 void* OpenNvmlLibrary() { return dlopen("libnvidia-ml.so.1", RTLD_NOW | RTLD_LOCAL); }
 
-} // namespace companion::os
+} // namespace platform::tool

@@ -1,18 +1,16 @@
 // Win32: the segment is a section of the loaded library, programs are entered by message hooks.
-#include "companion/platform_win32.h"
-#include "companion/batch_words.h"
-#include "companion/control_library.h"
-#include "companion/foreign_bytes.h"
-#include "companion/foreign_overlays.h"
-#include "companion/os.h"
+#include "platform/win32/tool.h"
 #include "platform/swap_gate.h"
+#include "platform/tool.h"
+#include "platform/tool_batch.h"
+#include "platform/tool_bytes.h"
 #include "platform/win32/process_stamp.h"
 #include <cstring>
 #include <psapi.h>
 #include <shellapi.h>
 #include <tlhelp32.h>
 
-namespace companion::os {
+namespace platform::tool {
 namespace {
 
 constexpr const wchar_t* kUnhookEvent = L"Local\\ORVIN-OSD64-GL.Unhook";
@@ -77,7 +75,7 @@ template <class T> bool ReadRemote(HANDLE hProcess, u64 uAddress, T& value) {
 /// Where the jumps end there may be the library's gate, which is no part of its image and calls into it.
 Detour ReadGate(HANDLE hProcess, u64 uGate, const RemoteModules& stModules) {
     u64 uWay = 0;
-    if (!ReadRemote(hProcess, uGate + platform::g_uSwapGateWayOffset, uWay)) return Detour::Other;
+    if (!ReadRemote(hProcess, uGate + g_uSwapGateWayOffset, uWay)) return Detour::Other;
     return uWay - stModules.uLibrary < stModules.uLibraryBytes ? Detour::Ours : Detour::Other;
 }
 
@@ -259,7 +257,7 @@ Segment FindSegment(void* hModule, size_t uBytes, std::string& strError) {
 
 bool SegmentWasCut() { return false; }
 
-bool IsProcessGone(u32 uProcessId, u32 uStamp) noexcept { return platform::host::IsGone(uProcessId, uStamp); }
+bool IsProcessGone(u32 uProcessId, u32 uStamp) noexcept { return host::IsGone(uProcessId, uStamp); }
 
 void RemoveDeadClaims() {}
 
@@ -315,7 +313,7 @@ ApiClaim ReadApiClaim(u32 uProcessId) {
 
 bool RunNeedsLibrary() { return true; }
 
-Result Run(const RunRequest& stRequest, const ControlLibrary& stLibrary, int& iExitCode) {
+Result Run(const RunRequest& stRequest, const EnteringLibrary& stLibrary, int& iExitCode) {
     OutliveStops(); // the program gets the key itself; this one only has to outlive it
     PROCESS_INFORMATION stProcess{};
     const Result stStarted = StartSuspended(stRequest, stProcess);
@@ -337,7 +335,7 @@ Result Run(const RunRequest& stRequest, const ControlLibrary& stLibrary, int& iE
 
 Result CanEnterRunningPrograms() { return {}; }
 
-Result Attach(u32 uProcessId, bool bStay, const ControlLibrary& stLibrary) {
+Result Attach(u32 uProcessId, bool bStay, const EnteringLibrary& stLibrary) {
     const std::string strProcess = "process " + std::to_string(uProcessId);
     const DWORD uAccess = PROCESS_QUERY_INFORMATION | PROCESS_VM_READ | SYNCHRONIZE;
     const Handle process(OpenProcess(uAccess, FALSE, uProcessId));
@@ -366,7 +364,7 @@ Result Attach(u32 uProcessId, bool bStay, const ControlLibrary& stLibrary) {
     return bMapped ? Result{} : Result::Fail(strProcess + " ended before the library entered");
 }
 
-Result Hook(const ControlLibrary& stLibrary) {
+Result Hook(const EnteringLibrary& stLibrary) {
     const Handle event(CreateEventW(nullptr, TRUE, FALSE, kUnhookEvent));
     if (event.Get() == nullptr)
         return Result::Fail("cannot make the unhook event: " + ErrorText(GetLastError()));
@@ -393,4 +391,4 @@ Result Unhook() {
                                  : Result::Fail("cannot signal the hook: " + ErrorText(GetLastError()));
 }
 
-} // namespace companion::os
+} // namespace platform::tool

@@ -1,28 +1,28 @@
 // Linux: the shared segment as the loaded library has it mapped, so that all of the library's own checks hold
-// for the companion too; and whose processes still live.
-#include "companion/foreign_bytes.h"
-#include "companion/os.h"
+// for this program too; and whose processes still live.
 #include "platform/linux/dead_claims.h"
 #include "platform/linux/process_stamp.h"
 #include "platform/linux/segment_name.h"
+#include "platform/tool.h"
+#include "platform/tool_bytes.h"
 #include <csignal>
 #include <fstream>
 #include <sstream>
 #include <sys/mman.h>
 #include <sys/sysmacros.h>
 
-namespace companion::os {
+namespace platform::tool {
 namespace {
 
-using platform::host::SegmentOwner;
+using host::SegmentOwner;
 
 volatile sig_atomic_t g_bCut = 0;
 u8* g_pSegment = nullptr; ///< for the handler of faults
 size_t g_uSegmentBytes = 0;
 
 std::string PathOf(SegmentOwner eOwner) {
-    char szPath[platform::host::g_uSegmentPathBytes];
-    platform::host::SegmentPath(eOwner, szPath);
+    char szPath[host::g_uSegmentPathBytes];
+    host::SegmentPath(eOwner, szPath);
     return szPath;
 }
 
@@ -58,7 +58,7 @@ void SurviveCuts(const SharedMap& st) {
 
 std::string OwnerText(const std::string& strPath) {
     uid_t uOwner = 0;
-    if (!platform::host::OwnerOf(strPath.c_str(), uOwner)) return strPath + " cannot be made";
+    if (!host::OwnerOf(strPath.c_str(), uOwner)) return strPath + " cannot be made";
     if (uOwner != geteuid()) return strPath + " belongs to user " + std::to_string(uOwner);
     return strPath + " is not what it should be; remove it";
 }
@@ -66,7 +66,7 @@ std::string OwnerText(const std::string& strPath) {
 /// Why the library shares no segment: both places are somebody else's, or something odd lies there.
 std::string WhyNone() {
     const std::string strPlain = PathOf(SegmentOwner::Any);
-    if (!platform::host::BelongsToAnother(strPlain.c_str())) return OwnerText(strPlain);
+    if (!host::BelongsToAnother(strPlain.c_str())) return OwnerText(strPlain);
     return OwnerText(strPlain) + ", and " + OwnerText(PathOf(SegmentOwner::User));
 }
 
@@ -92,8 +92,8 @@ Segment FindSegment(void*, size_t uBytes, std::string& strError) {
 
 bool SegmentWasCut() { return g_bCut != 0; }
 
-bool IsProcessGone(u32 uProcessId, u32 uStamp) noexcept { return platform::host::IsGone(uProcessId, uStamp); }
+bool IsProcessGone(u32 uProcessId, u32 uStamp) noexcept { return host::IsGone(uProcessId, uStamp); }
 
-void RemoveDeadClaims() { platform::host::RemoveDeadClaims(); }
+void RemoveDeadClaims() { host::RemoveDeadClaims(); }
 
-} // namespace companion::os
+} // namespace platform::tool

@@ -1,8 +1,8 @@
-#include "companion/platform_win32.h"
-#include "tools/profile/picture.h"
+#include "platform/profile_picture.h"
+#include "platform/win32/tool.h"
 #include <wincodec.h>
 
-namespace companion {
+namespace platform::tool {
 namespace {
 
 /// A reference to an object of the system.
@@ -32,7 +32,7 @@ class Steps {
         return *this;
     }
     bool AreDone() const { return SUCCEEDED(m_hResult); }
-    std::string Why() const { return os::ErrorText(static_cast<DWORD>(m_hResult)); }
+    std::string Why() const { return ErrorText(static_cast<DWORD>(m_hResult)); }
 
   private:
     HRESULT m_hResult = S_OK;
@@ -85,7 +85,7 @@ Result ReadPicture(const std::string& strPath, Picture& picture) {
     UINT uWidth = 0, uHeight = 0;
     Steps steps;
     steps([&] { return MakeFactory(factory); })([&] {
-        return factory->CreateDecoderFromFilename(os::ToWide(strPath).c_str(), nullptr, GENERIC_READ,
+        return factory->CreateDecoderFromFilename(ToWide(strPath).c_str(), nullptr, GENERIC_READ,
                                                   WICDecodeMetadataCacheOnDemand, decoder.Out());
     })([&] { return decoder->GetFrame(0, frame.Out()); })([&] { return frame->GetSize(&uWidth, &uHeight); })(
         [&] { return uWidth > g_uPictureSideMost || uHeight > g_uPictureSideMost ? E_OUTOFMEMORY : S_OK; })(
@@ -101,13 +101,13 @@ Result ReadPicture(const std::string& strPath, Picture& picture) {
 }
 
 Result WritePicture(const std::string& strPath, const Picture& picture) {
-    const std::wstring wzPath = os::ToWide(strPath), wzNew = wzPath + L".new";
+    const std::wstring wzPath = ToWide(strPath), wzNew = wzPath + L".new";
     std::string strWhy = WriteFile(wzNew, picture);
     if (strWhy.empty() && !MoveFileExW(wzNew.c_str(), wzPath.c_str(), MOVEFILE_REPLACE_EXISTING))
-        strWhy = os::ErrorText(GetLastError());
+        strWhy = ErrorText(GetLastError());
     if (strWhy.empty()) return {};
     DeleteFileW(wzNew.c_str());
     return Result::Fail("cannot write " + strPath + ": " + strWhy);
 }
 
-} // namespace companion
+} // namespace platform::tool

@@ -1,17 +1,17 @@
+#include "platform/profile_context.h"
 #include "platform/headless/egl_context.h"
-#include "tools/profile/context.h"
 
-namespace companion {
+namespace platform::tool {
 
 struct OffscreenContext::Parts {
-    platform::headless::EglContext context;
+    headless::EglContext context;
 };
 
 OffscreenContext::OffscreenContext() : m_pParts(std::make_unique<Parts>()) {}
 OffscreenContext::~OffscreenContext() = default;
 
 Result OffscreenContext::Create(u32 uWidth, u32 uHeight) {
-    platform::headless::EglOptions stOptions;
+    headless::EglOptions stOptions;
     stOptions.m_uWidth = uWidth;
     stOptions.m_uHeight = uHeight;
     if (m_pParts->context.Create(stOptions)) return {};
@@ -23,4 +23,4 @@ void* OffscreenContext::Surface() const { return m_pParts->context.Surface(); }
 
 void OffscreenContext::Destroy() { m_pParts->context.Destroy(); }
 
-} // namespace companion
+} // namespace platform::tool

@@ -1,9 +1,9 @@
 // Sensor definitions out of the registry.
+#include "platform/profile_sensors.h"
 #include "platform/headless/test_controls.h"
-#include "tools/profile/settings.h"
 #include <windows.h>
 
-namespace companion {
+namespace platform::tool {
 namespace {
 
 constexpr const wchar_t* kRoots[] = {L"SOFTWARE\\WOW6432Node\\Zarn\\ORVIN-OSD", L"SOFTWARE\\Zarn\\ORVIN-OSD"};
@@ -30,7 +30,7 @@ class Key {
 std::u16string Units(const wchar_t* wz) { return {wz, wz + lstrlenW(wz)}; }
 
 void TakeSensor(HKEY hSensor, const std::u16string& wstrPath) {
-    platform::headless::AddSettingsKey(wstrPath.c_str());
+    headless::AddSettingsKey(wstrPath.c_str());
     for (DWORD u = 0; u < kMostValues; ++u) {
         wchar_t wzName[256], wzText[256] = L"";
         DWORD uUnits = 256, uType = 0, uBytes = sizeof wzText - sizeof(wchar_t);
@@ -40,12 +40,11 @@ void TakeSensor(HKEY hSensor, const std::u16string& wstrPath) {
         if (iCode != ERROR_SUCCESS) continue;
         DWORD uNumber = 0, uNumberBytes = sizeof uNumber;
         if (uType == REG_SZ)
-            platform::headless::SetSettingsText(wstrPath.c_str(), Units(wzName).c_str(),
-                                                Units(wzText).c_str());
+            headless::SetSettingsText(wstrPath.c_str(), Units(wzName).c_str(), Units(wzText).c_str());
         else if (uType == REG_DWORD &&
                  RegQueryValueExW(hSensor, wzName, nullptr, nullptr, reinterpret_cast<BYTE*>(&uNumber),
                                   &uNumberBytes) == ERROR_SUCCESS)
-            platform::headless::SetSettingsNumber(wstrPath.c_str(), Units(wzName).c_str(), uNumber);
+            headless::SetSettingsNumber(wstrPath.c_str(), Units(wzName).c_str(), uNumber);
     }
 }
 
@@ -67,4 +66,4 @@ void TakeSensorsOfSystem() {
     }
 }
 
-} // namespace companion
+} // namespace platform::tool

@@ -1,21 +1,41 @@
 #pragma once
-// What the companion needs of the operating system. One implementation a system; the build chooses.
-// All text is UTF-8.
-#include "companion/diagnosis.h"
-#include "companion/result.h"
+// What a command-line tool needs of the operating system; a library of its own, which no game links. One
+// implementation a system; the build chooses. All text is UTF-8.
+#include "platform/tool_result.h"
+#include "platform/types.h"
 #include <string>
 #include <vector>
 
-namespace companion {
-struct ControlLibrary;
-}
+namespace platform::tool {
 
-namespace companion::os {
+/// What stands at the swap function of a process.
+enum class Detour {
+    Unknown, ///< cannot be told (no access, or no inline detours on this system and the library is not
+             ///< mapped)
+    NotLaid, ///< the function begins as its file does
+    Ours,    ///< the way leads into the library
+    Other,   ///< a jump stands there, but not visibly into the library
+    Preload  ///< the library is mapped through preloading, which stands in for the detour
+};
+
+/// Tag in the block by which a process is claimed for one graphics API.
+enum class ApiClaim { None, OpenGL, Direct3D, Unreadable };
+
+/// Facts about one process as the operating system tells them.
+struct ProcessFacts {
+    bool bExists = false;
+    bool bReadable = false; ///< modules could be listed
+    bool bLibraryMapped = false;
+    bool bGlMapped = false;
+    Detour eDetour = Detour::Unknown;
+    std::string strName;                   ///< file part of the image path
+    std::vector<std::string> listOverlays; ///< mapped modules of the foreign overlay table
+};
 
 /// The arguments behind the program's name; prepares the console for UTF-8.
 std::vector<std::string> Arguments(int argc, char** argv);
 
-/// Folder of the companion's own file, without a trailing separator.
+/// Folder of this program's own file, without a trailing separator.
 std::string OwnFolder();
 std::string OwnName();
 u32 OwnProcessId();
@@ -58,7 +78,7 @@ bool IsTerminal();
 /// The NVML library of the installed graphics driver, which then stays open; null without one.
 void* OpenNvmlLibrary();
 ProcessFacts InspectProcess(u32 uProcessId);
-/// Processes whose file name equals strName, case folded, with or without ".exe". Never the companion itself.
+/// Processes whose file name equals strName, case folded, with or without ".exe". Never this program itself.
 std::vector<u32> FindProcesses(const std::string& strName);
 ApiClaim ReadApiClaim(u32 uProcessId);
 
@@ -67,10 +87,15 @@ struct RunRequest {
     std::string strProgram;
     std::vector<std::string> listArguments;
 };
-/// True if Run needs the library loaded into the companion.
+/// The overlay's library, loaded here, with which other programs are entered.
+struct EnteringLibrary {
+    void* hModule = nullptr;
+    void* fnHookCallback = nullptr; ///< of message hooks
+};
+/// True if Run needs the library loaded into this program.
 bool RunNeedsLibrary();
 /// Runs a program with the overlay; iExitCode receives the program's exit code. May not return at all.
-Result Run(const RunRequest& stRequest, const ControlLibrary& stLibrary, int& iExitCode);
+Result Run(const RunRequest& stRequest, const EnteringLibrary& stLibrary, int& iExitCode);
 
 /// Runs a program that stands beside this one, by its name without an extension, to its end, with this one's
 /// input and output; iExitCode receives its exit code. A stop that is asked for reaches it, and this program
@@ -78,12 +103,12 @@ Result Run(const RunRequest& stRequest, const ControlLibrary& stLibrary, int& iE
 Result RunBeside(const std::string& strName, const std::vector<std::string>& listArguments, int& iExitCode);
 
 /// Lets the library into a running program; with bStay until it ends or Ctrl-C, else until it is mapped.
-Result Attach(u32 uProcessId, bool bStay, const ControlLibrary& stLibrary);
+Result Attach(u32 uProcessId, bool bStay, const EnteringLibrary& stLibrary);
 /// Lets the library into every program until Ctrl-C or Unhook.
-Result Hook(const ControlLibrary& stLibrary);
-/// Ends the Hook of another companion.
+Result Hook(const EnteringLibrary& stLibrary);
+/// Ends the Hook of another such tool.
 Result Unhook();
 /// Success where a running program can be entered at all; else the reason why not.
 Result CanEnterRunningPrograms();
 
-} // namespace companion::os
+} // namespace platform::tool

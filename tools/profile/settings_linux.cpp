@@ -1,7 +1,0 @@
-#include "tools/profile/settings.h"
-
-namespace companion {
-
-void TakeSensorsOfSystem() {}
-
-} // namespace companion
