@@ -1,7 +1,7 @@
 #include "platform/tool_batch.h"
 #include <gtest/gtest.h>
 
-using namespace companion;
+using namespace platform::tool;
 
 TEST(CompanionBatch, FilesOfTheCommandInterpreterAreKnownByTheirEnd) {
     for (const char* szBatch :

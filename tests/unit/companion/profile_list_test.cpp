@@ -13,7 +13,7 @@ bool AllLive(u32) { return true; }
 bool OddLive(u32 uProcessId) { return uProcessId % 2 == 1; }
 
 /// A table as a fresh segment has it.
-std::unique_ptr<stSharedSegment> Segment() { return std::make_unique<stSharedSegment>(); }
+std::unique_ptr<stSharedSegment> FreshSegment() { return std::make_unique<stSharedSegment>(); }
 
 u32 Records(const ProfileTable& aTable) {
     return static_cast<u32>(std::count_if(std::begin(aTable), std::end(aTable),
@@ -25,7 +25,7 @@ const std::string kMine = "Mine", kOther = "Other";
 } // namespace
 
 TEST(CompanionProcessProfiles, AProcessGetsAndLosesItsOwn) {
-    const auto p = Segment();
+    const auto p = FreshSegment();
     ASSERT_TRUE(SetProcessProfile(p->ProcessProfile, 11, &kMine, AllLive));
     const stProcessProfile* pFound = FindProcessProfile(p->ProcessProfile, 11, 99);
     ASSERT_NE(pFound, nullptr);
@@ -39,7 +39,7 @@ TEST(CompanionProcessProfiles, AProcessGetsAndLosesItsOwn) {
 }
 
 TEST(CompanionProcessProfiles, AnotherProfileTakesThePlaceOfTheFirst) {
-    const auto p = Segment();
+    const auto p = FreshSegment();
     ASSERT_TRUE(SetProcessProfile(p->ProcessProfile, 11, &kMine, AllLive));
     ASSERT_TRUE(SetProcessProfile(p->ProcessProfile, 11, &kOther, AllLive));
     EXPECT_EQ(Records(p->ProcessProfile), 1u);
@@ -47,7 +47,7 @@ TEST(CompanionProcessProfiles, AnotherProfileTakesThePlaceOfTheFirst) {
 }
 
 TEST(CompanionProcessProfiles, EndedProcessesMakeRoom) {
-    const auto p = Segment();
+    const auto p = FreshSegment();
     for (u32 u = 0; u < g_uProcessProfileCount; ++u)
         ASSERT_TRUE(SetProcessProfile(p->ProcessProfile, u + 1, &kMine, AllLive));
     EXPECT_FALSE(SetProcessProfile(p->ProcessProfile, 1001, &kMine, AllLive));
@@ -56,14 +56,14 @@ TEST(CompanionProcessProfiles, EndedProcessesMakeRoom) {
 }
 
 TEST(CompanionProcessProfiles, ARecordMaySendItsProcessBackToTheProfileOfAll) {
-    const auto p = Segment();
+    const auto p = FreshSegment();
     ASSERT_TRUE(SetProcessProfile(p->ProcessProfile, 11, &kMine, AllLive));
     p->ProcessProfile[0].bUseGlobal = 1;
     EXPECT_EQ(FindProcessProfile(p->ProcessProfile, 11, 99), nullptr);
 }
 
 TEST(CompanionProfileList, UsesComeFromTheSegment) {
-    const auto p = Segment();
+    const auto p = FreshSegment();
     std::u16string(u"Gauges").copy(p->wzGlobalProfile, 6);
     ASSERT_TRUE(SetProcessProfile(p->ProcessProfile, 7, &kMine, AllLive));
     std::vector<ProfileRow> listRows{{"Gauges", "Custom", {}}, {"Plain", "Custom", {}}};
@@ -77,7 +77,7 @@ TEST(CompanionProfileList, UsesComeFromTheSegment) {
 }
 
 TEST(CompanionProfileList, NoNameMeansDefaultAndNoProgramsNothing) {
-    const auto p = Segment();
+    const auto p = FreshSegment();
     std::vector<ProfileRow> listRows{{"Default", "Custom", {}}};
     AddUses(*p, {}, listRows);
     EXPECT_TRUE(listRows[0].listUses.empty());

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 using namespace companion;
+using platform::tool::EqualFolded;
+using platform::tool::IsForeignOverlay;
 
 TEST(CompanionText, StopsAtTheFirstZero) {
     const char16_t awText[] = {u'a', u'b', 0, u'c'};
