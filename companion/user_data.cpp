@@ -1,6 +1,6 @@
 #include "companion/user_data.h"
-#include "companion/os.h"
 #include "companion/profile_folder.h"
+#include "platform/tool.h"
 #include <system_error>
 #include <vector>
 
@@ -67,7 +67,7 @@ fs::path UserFolder() {
 fs::path InstalledData() {
     const std::string strInstalled = ORVIN_INSTALLED_DATA; // seen from the program's folder
     if (strInstalled.empty()) return {};
-    const fs::path path = (PathOfText(os::OwnFolder()) / strInstalled).lexically_normal();
+    const fs::path path = (PathOfText(platform::tool::OwnFolder()) / strInstalled).lexically_normal();
     std::error_code error;
     return fs::is_directory(path / "Data", error) ? path : fs::path();
 }
