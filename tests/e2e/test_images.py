@@ -1,4 +1,5 @@
 """Picture files through the decoders of both platforms: the same corpus, the same pixels, the same refusals."""
+import os
 import pathlib
 import shutil
 import subprocess
@@ -8,7 +9,7 @@ import unittest
 
 from PIL import Image
 
-from e2e.environment import LINUX, ROOT, STATE, WIN64
+from e2e.environment import LINUX, ROOT, STATE, WIN64, Display
 
 sys.path.insert(0, str(ROOT / "tests/images"))
 import make_corpus  # noqa: E402
@@ -58,10 +59,11 @@ class Loaded:
             self.facts.pop("source")  # the order of bytes, which says nothing about the picture
 
 
-def dump(program, folder):
+def dump(program, folder, display=""):
     names = sorted(path.name for path in folder.iterdir())
     wine = [ROOT / "cmake/wine-run"] if program.suffix == ".exe" else []
-    done = subprocess.run([*wine, program, ".", *names], cwd=folder, stdout=subprocess.PIPE, text=True, check=True, timeout=300)
+    done = subprocess.run([*wine, program, ".", *names], cwd=folder, stdout=subprocess.PIPE, text=True, check=True, timeout=300,
+                          env={**os.environ, "DISPLAY": display})
     loaded = [Loaded(folder, line.rstrip("\r")) for line in done.stdout.splitlines() if line]
     assert [one.name for one in loaded] == names, "a picture is missing: " + done.stdout[-300:]
     return {one.name: one for one in loaded}
@@ -76,7 +78,8 @@ class ImageFiles(unittest.TestCase):
         make_corpus.make(cls.folder)
         shutil.copytree(cls.folder, base / "win64")
         cls.linux = dump(LINUX / "image_dump", cls.folder)
-        cls.win64 = dump(WIN64 / "image_dump.exe", base / "win64")
+        with Display() as display:  # what Wine starts without one would stay, and give the next programs no window
+            cls.win64 = dump(WIN64 / "image_dump.exe", base / "win64", display)
 
     def test_both_platforms_refuse_the_same_files(self):
         for name, one in self.linux.items():
