@@ -113,8 +113,8 @@ static void ResetSettings() {
     g_fnRenew(g_stSettings);
     g_uCapMode = g_uCapType = 2;
     g_wzShotFolder[0] = 0;
-    uFPSIntervalMs = 100;
-    uDataIntervalMs = 500;
+    uFPSIntervalMs = g_uFirstFPSIntervalMs;
+    uDataIntervalMs = g_uFirstDataIntervalMs;
     g_fnSetupIntervals();
 }
 

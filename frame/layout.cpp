@@ -13,11 +13,13 @@ static bool BuildUpdate() {
         return true;
     } catch (const std::exception& error) {
         g_fnLog("g_fnMakeLayout() - %s", error.what());
-        return false;
+    } catch (...) {
+        g_fnLog("g_fnMakeLayout() - exception");
     }
+    return false;
 }
 
-bool g_fnMakeLayout() noexcept {
+bool g_fnMakeLayout() {
     if (g_fnLoadConfiguration() && BuildUpdate()) return true;
     g_fnReportLoadFailure();
     return false;

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-u32 uFPSIntervalMs = 100;
-u32 uDataIntervalMs = 500;
+u32 uFPSIntervalMs = g_uFirstFPSIntervalMs;
+u32 uDataIntervalMs = g_uFirstDataIntervalMs;
 f32 fFPSInterval = 0.1f;
 f32 fDataInterval = 0.5f;
 u32 uFPSRingSize = 11;
