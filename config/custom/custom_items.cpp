@@ -95,16 +95,13 @@ stNumInit NumberRecord(const CItemProperty_NumBox& item, u32 uFont) {
 }
 
 stPanelInit FrameRecord(const CItemProperty_Base& item) {
-    constexpr u32 c_uScatter = 30;
     stPanelInit st{};
     st.iAnchorCode = item.m_iFrameAnchor;
     st.iX = item.m_iFrameAnchorX;
     st.iY = item.m_iFrameAnchorY;
     st.iWidth = Length(item.m_uFrameSizeW);
     st.iHeight = Length(item.m_uFrameSizeH);
-    st.uPanelType = PANEL_TYPE_GELLOPHANE; // of no colour and alpha 0
-    st.uScatter = c_uScatter;
-    st.uShape = g_uShapeRect;
+    st.m_uPanelType = PANEL_TYPE_GELLOPHANE; // of no colour and alpha 0
     return st;
 }
 
@@ -148,10 +145,7 @@ void BuildPanel(stBuild& st) {
     const CItemProperty_Panel& item = *g_fnAsPanel(&st.item);
     stPanelInit record{};
     TakeContent(record, item);
-    static_cast<stColor&>(record) = {item.m_u8PanelR, item.m_u8PanelG, item.m_u8PanelB, item.m_u8PanelA};
-    record.uPanelType = item.m_uPanelType;
-    record.uScatter = item.m_uPanelScatter;
-    record.uShape = g_uShapeRect;
+    static_cast<stPanelLook&>(record) = item;
     record.u64LB_ID = Claim(st, 'P', "", st.stInfo.listPanel);
     st.stInit.panels.push_back(record);
 }
@@ -163,13 +157,7 @@ void BuildLineGraph(stBuild& st) {
     const CItemProperty_LineGraph& item = *g_fnAsLineGraph(&st.item);
     stLineGraphInit record{};
     TakeContent(record, item);
-    static_cast<stColor&>(record) = {item.m_u8LineR, item.m_u8LineG, item.m_u8LineB, item.m_u8LineA};
-    record.fMin = item.m_fMinValue;
-    record.fMax = item.m_fMaxValue;
-    record.uLineType = item.m_uLineType;
-    record.uDataNum = item.m_uDataNum;
-    record.uDataStartIdx = item.m_uDataStartIdx;
-    record.fDataWidth = item.m_fDataWidth;
+    static_cast<stLineGraphLook&>(record) = item;
     record.u64LB_ID = Claim(st, 'L', "", st.stInfo.listLineGraph);
     st.stInit.lineGraphs.push_back(record);
 }
@@ -178,17 +166,7 @@ void BuildPieChart(stBuild& st) {
     const CItemProperty_PieChart& item = *g_fnAsPieChart(&st.item);
     stPieChartInit record{};
     TakeContent(record, item);
-    static_cast<stColor&>(record) = {item.m_u8ChartR, item.m_u8ChartG, item.m_u8ChartB, item.m_u8ChartA};
-    record.fMin = item.m_fMinValue;
-    record.fMax = item.m_fMaxValue;
-    record.uChartType = item.m_uChartType;
-    record.uSlotNum = item.m_uSlotNum;
-    record.uShapeSegNum = item.m_uShapeSegNum;
-    record.fSlotFillRatio = item.m_fSlotFillRatio;
-    record.fChartFillRatio = item.m_fChartFillRatio;
-    record.fStartDeg = item.m_fStartDeg;
-    record.fEndDeg = item.m_fEndDeg;
-    record.bClockwise = item.m_bClockwise;
+    static_cast<stPieChartLook&>(record) = item;
     record.u64LB_ID = Claim(st, 'C', "", st.stInfo.listPieChart);
     st.stInit.pieCharts.push_back(record);
 }

@@ -83,9 +83,7 @@ bool g_fnMakePanelInit(const stItemInstance& st, const stPanelLook& stLook, stPa
     SetPlace(st, *pTemplate, stOut);
     stOut.iWidth = pStyle->iWidth ? pStyle->iWidth : pTemplate->iWidth;
     stOut.iHeight = pStyle->iHeight ? pStyle->iHeight : pTemplate->iHeight;
-    static_cast<stColor&>(stOut) = stLook;
-    stOut.uPanelType = stLook.uPanelType;
-    stOut.uScatter = stLook.uScatter;
+    static_cast<stPanelLook&>(stOut) = stLook;
     stOut.bHidden = pTemplate->bHidden;
     return true;
 }

@@ -1,17 +1,11 @@
 #pragma once
 // From template and style to the record that a control is made of, for one instance of an item.
-#include "base/color.h"
 #include "config/fixed/template_records.h"
 #include "config/make/number_records.h"
 #include "config/make/panel_records.h"
+#include "config/make/text_look.h"
 #include "config/make/text_records.h"
-#include "controls/text_look.h"
 
-/// Look of the panels of a block.
-struct stPanelLook : stColor {
-    u32 uPanelType = 0;
-    u32 uScatter = 30;
-};
 /// Which copy of which item a record is for.
 struct stItemInstance {
     u32 uInstance;

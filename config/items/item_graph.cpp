@@ -18,20 +18,11 @@ void ApplyOwnKeys(const tinyxml2::XMLElement& element, CItemProperty_LineGraph& 
     const stSettingRow aRows[] = {
         {"DataFullName", "", SETTING_TEXT, TARGET_TEXT, item.m_szDataFullName,
          std::size(item.m_szDataFullName)},
-        {"LineColorR", "0", SETTING_DECIMAL, TARGET_U8, &item.m_u8LineR},
-        {"LineColorG", "0", SETTING_DECIMAL, TARGET_U8, &item.m_u8LineG},
-        {"LineColorB", "0", SETTING_DECIMAL, TARGET_U8, &item.m_u8LineB},
-        {"LineColorA", "255", SETTING_DECIMAL, TARGET_U8, &item.m_u8LineA},
-        {"DataNum", "0", SETTING_DECIMAL, TARGET_U32, &item.m_uDataNum},
-        {"LineType", "0", SETTING_DECIMAL, TARGET_U32, &item.m_uLineType},
-        {"DataWidth", "1.0", SETTING_FLOAT, TARGET_F32, &item.m_fDataWidth},
-        {"MinValue", "0", SETTING_FLOAT, TARGET_F32, &item.m_fMinValue},
-        {"MaxValue", "100.0", SETTING_FLOAT, TARGET_F32, &item.m_fMaxValue},
-        {"DataStartIdx", "2", SETTING_DECIMAL, TARGET_U32, &item.m_uDataStartIdx},
         {"ZIndex", "", SETTING_TEXT, TARGET_TEXT, item.m_szZIndex, std::size(item.m_szZIndex)},
     };
     SettingTable table;
     g_fnAddSettings(table, aRows);
+    g_fnAddLineGraphSettings(table, item);
     g_fnApplyXmlSettings(&element, table);
     g_fnFreeSettings(table);
 }

@@ -1,7 +1,7 @@
 #pragma once
 // Number items: the element "NumBox". With data name "SYSTEM_TIME" or "RESOLUTION" it becomes a mixed item.
 #include "config/items/item_property.h"
-#include "controls/text_look.h"
+#include "config/make/text_look.h"
 
 /// Byte alphas go through whole percent and back: 128 becomes 127, 1 becomes 0.
 class CItemProperty_NumBox : public virtual CItemProperty_Base, public stTextLook {

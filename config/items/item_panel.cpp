@@ -7,16 +7,8 @@
 namespace {
 
 void ApplyOwnKeys(const tinyxml2::XMLElement& element, CItemProperty_Panel& item) {
-    const stSettingRow aRows[] = {
-        {"PanelColorR", "0", SETTING_DECIMAL, TARGET_U8, &item.m_u8PanelR},
-        {"PanelColorG", "0", SETTING_DECIMAL, TARGET_U8, &item.m_u8PanelG},
-        {"PanelColorB", "0", SETTING_DECIMAL, TARGET_U8, &item.m_u8PanelB},
-        {"PanelColorA", "255", SETTING_DECIMAL, TARGET_U8, &item.m_u8PanelOpacity}, // a byte until validated
-        {"PanelType", "1", SETTING_DECIMAL, TARGET_U32, &item.m_uPanelType},
-        {"PanelScattering", "30", SETTING_DECIMAL, TARGET_U32, &item.m_uPanelScatter},
-    };
     SettingTable table;
-    g_fnAddSettings(table, aRows);
+    g_fnAddPanelSettings(table, item);
     g_fnApplyXmlSettings(&element, table);
     g_fnFreeSettings(table);
 }

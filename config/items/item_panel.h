@@ -1,17 +1,13 @@
 #pragma once
 // Panel items: the element "Panel".
 #include "config/items/item_property.h"
+#include "config/make/panel_look.h"
 
-class CItemProperty_Panel : public virtual CItemProperty_Base {
+class CItemProperty_Panel : public virtual CItemProperty_Base, public stPanelLook {
   public:
     CItemProperty_Panel();
     void m_fnAttachComplete() override;
     void m_fnPrintData() const override;
-
-    u8 m_u8PanelR = 0, m_u8PanelG = 0, m_u8PanelB = 0, m_u8PanelA = 0;
-    u8 m_u8PanelOpacity = 0;  ///< percent
-    u32 m_uPanelType = 0;     ///< 0 layout only, 1 flat, 2 frosted
-    u32 m_uPanelScatter = 30; ///< blur diameter; kept as written, users hold it to 100
 };
 
 /// Registers each child "Panel". Always true.

@@ -12,24 +12,11 @@ void ApplyOwnKeys(const tinyxml2::XMLElement& element, CItemProperty_PieChart& i
     const stSettingRow aRows[] = {
         {"DataFullName", "", SETTING_TEXT, TARGET_TEXT, item.m_szDataFullName,
          std::size(item.m_szDataFullName)},
-        {"ChartColorR", "0", SETTING_DECIMAL, TARGET_U8, &item.m_u8ChartR},
-        {"ChartColorG", "0", SETTING_DECIMAL, TARGET_U8, &item.m_u8ChartG},
-        {"ChartColorB", "0", SETTING_DECIMAL, TARGET_U8, &item.m_u8ChartB},
-        {"ChartColorA", "255", SETTING_DECIMAL, TARGET_U8, &item.m_u8ChartA},
-        {"ChartType", "0", SETTING_DECIMAL, TARGET_U32, &item.m_uChartType},
-        {"SlotNum", "1", SETTING_DECIMAL, TARGET_U32, &item.m_uSlotNum},
-        {"ShapeSegNum", "3", SETTING_DECIMAL, TARGET_U32, &item.m_uShapeSegNum},
-        {"SlotFillRatio", "100.0", SETTING_FLOAT, TARGET_F32, &item.m_fSlotFillRatio},
-        {"ChartFillRatio", "50.0", SETTING_FLOAT, TARGET_F32, &item.m_fChartFillRatio},
-        {"MinValue", "0", SETTING_FLOAT, TARGET_F32, &item.m_fMinValue},
-        {"MaxValue", "100.0", SETTING_FLOAT, TARGET_F32, &item.m_fMaxValue},
-        {"StartDegree", "0", SETTING_FLOAT, TARGET_F32, &item.m_fStartDeg},
-        {"EndDegree", "0", SETTING_FLOAT, TARGET_F32, &item.m_fEndDeg},
-        {"Clockwise", "0", SETTING_DECIMAL, TARGET_U32, &item.m_bClockwise},
         {"ZIndex", "", SETTING_TEXT, TARGET_TEXT, item.m_szZIndex, std::size(item.m_szZIndex)},
     };
     SettingTable table;
     g_fnAddSettings(table, aRows);
+    g_fnAddPieChartSettings(table, item);
     g_fnApplyXmlSettings(&element, table);
     g_fnFreeSettings(table);
 }

@@ -4,8 +4,8 @@
 #include "config/items/item_map.h"
 #include "config/items/item_property.h"
 #include "config/make/panel_records.h"
+#include "config/make/text_look.h"
 #include "config/settings/setting_binding.h"
-#include "controls/text_look.h"
 
 #include <memory>
 #include <utility>
@@ -40,23 +40,6 @@ void g_fnReadItems(const tinyxml2::XMLElement* pParent, const char* szElement, R
         pCopy->m_fnAttachComplete();
         g_fnEnterItem(std::move(pCopy));
     }
-}
-
-/// The keys that texts and numbers share.
-inline void g_fnAddTextSettings(SettingTable& table, stTextLook& item) {
-    const stSettingRow aRows[] = {
-        {"TextSize", "0", SETTING_FLOAT, TARGET_F32, &item.m_fTextSize},
-        {"TextSpacingX", "0", SETTING_FLOAT, TARGET_F32, &item.m_fTextSpacingX},
-        {"TextColorR", "255", SETTING_DECIMAL, TARGET_U8, &item.m_u8TextR},
-        {"TextColorG", "255", SETTING_DECIMAL, TARGET_U8, &item.m_u8TextG},
-        {"TextColorB", "255", SETTING_DECIMAL, TARGET_U8, &item.m_u8TextB},
-        {"TextColorA", "255", SETTING_DECIMAL, TARGET_U8, &item.m_u8TextA},
-        {"ShadowColorR", "0", SETTING_DECIMAL, TARGET_U8, &item.m_u8ShadowR},
-        {"ShadowColorG", "0", SETTING_DECIMAL, TARGET_U8, &item.m_u8ShadowG},
-        {"ShadowColorB", "0", SETTING_DECIMAL, TARGET_U8, &item.m_u8ShadowB},
-        {"ShadowColorA", "255", SETTING_DECIMAL, TARGET_U8, &item.m_u8ShadowA},
-    };
-    g_fnAddSettings(table, aRows);
 }
 
 /// KEEP: alphas go through whole percent and back, so 128 becomes 127 and 1 becomes 0.

@@ -1,7 +1,7 @@
 #pragma once
 // Text items: the elements "TextBox" and "Memo".
 #include "config/items/item_property.h"
-#include "controls/text_look.h"
+#include "config/make/text_look.h"
 
 /// Byte alphas go through whole percent and back: 128 becomes 127, 1 becomes 0.
 class CItemProperty_TextBox : public virtual CItemProperty_Base, public stTextLook {

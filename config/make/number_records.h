@@ -1,6 +1,6 @@
 #pragma once
 // Number boxes from records.
-#include "controls/text_look.h"
+#include "config/make/text_look.h"
 #include "platform/types.h"
 
 #include <span>

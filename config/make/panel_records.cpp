@@ -3,7 +3,6 @@
 #include "base/layout_style.h"
 #include "base/log.h"
 #include "controls/control_ids.h"
-#include "controls/panel.h"
 #include "draw/backdrop.h"
 #include "draw/creation_table.h"
 #include "draw/draw_keys.h"
@@ -16,8 +15,7 @@ namespace {
 constexpr f32 g_fRecordOutset = 1, g_fRecordThickness = 1, g_fRecordCorner = 10;
 
 void Configure(CPanel_Base& panel, const stPanelInit& st) {
-    panel.m_fnSetShape(st.uShape);
-    panel.m_fnSetColorB(st.u8R, st.u8G, st.u8B, st.u8A);
+    g_fnGiveLook(panel, st);
     panel.m_fnSetGeometry5(static_cast<f32>(st.iWidth), static_cast<f32>(st.iHeight), g_fRecordOutset,
                            g_fRecordThickness, g_fRecordCorner);
     panel.m_fnSetAnchor(st.iAnchorCode, static_cast<f32>(st.iX), static_cast<f32>(st.iY));
@@ -42,10 +40,10 @@ void AttachFrosted(CPanel_Base& panel, u32 uScatter) {
 
 void Attach(CPanel_Base& panel, const stPanelInit& st) {
     if (st.bHidden) return;
-    if (st.uPanelType == PANEL_TYPE_GELLOPHANE)
+    if (st.m_uPanelType == PANEL_TYPE_GELLOPHANE)
         AttachFlat(panel);
-    else if (st.uPanelType == PANEL_TYPE_FROSTED)
-        AttachFrosted(panel, st.uScatter);
+    else if (st.m_uPanelType == PANEL_TYPE_FROSTED)
+        AttachFrosted(panel, st.m_uPanelScatter);
     // KEEP: any other type is laid out and never drawn.
 }
 

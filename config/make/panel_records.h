@@ -1,22 +1,17 @@
 #pragma once
 // Panels from records.
-#include "base/color.h"
+#include "config/make/panel_look.h"
 #include "platform/types.h"
 
 #include <memory>
 #include <span>
 
-class CPanel_Base;
-
 /// One panel to make. Lengths in canvas units.
-struct stPanelInit : stColor {
+struct stPanelInit : stPanelLook {
     u64 u64LB_ID;
     i32 iAnchorCode;
     i32 iX, iY;
     i32 iWidth, iHeight;
-    u32 uPanelType;
-    u32 uScatter; ///< blur diameter of a frosted panel; above 100 acts as 100
-    u32 uShape;
     bool bHidden; ///< takes part in layout only
 };
 

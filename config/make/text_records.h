@@ -1,6 +1,6 @@
 #pragma once
 // Text boxes from records, and the memo files that some of them show.
-#include "controls/text_look.h"
+#include "config/make/text_look.h"
 #include "platform/types.h"
 
 #include <span>

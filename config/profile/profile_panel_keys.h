@@ -1,8 +1,8 @@
 #pragma once
 // How the parts of a profile's settings look: colours, panels behind them, places; the styles by number.
 #include "base/color.h"
+#include "config/make/text_look.h"
 #include "config/settings/setting_binding.h"
-#include "controls/text_look.h"
 #include "platform/types.h"
 
 #include <map>

@@ -32,14 +32,14 @@ class GraphRecords : public GraphTest {
         st.iY = 20;
         st.iWidth = 120;
         st.iHeight = 60;
-        st.u8G = 255;
-        st.u8A = 51;
-        st.fMin = 90;
-        st.fMax = 10;
-        st.uLineType = LINEGRAPH_TYPE_BAR;
-        st.uDataNum = 12;
-        st.uDataStartIdx = 5;
-        st.fDataWidth = 6;
+        st.m_u8LineG = 255;
+        st.m_u8LineA = 51;
+        st.m_fMinValue = 90;
+        st.m_fMaxValue = 10;
+        st.m_uLineType = LINEGRAPH_TYPE_BAR;
+        st.m_uDataNum = 12;
+        st.m_uDataStartIdx = 5;
+        st.m_fDataWidth = 6;
         return st;
     }
     static stPieChartInit ChartRecord(u64 id) {
@@ -50,18 +50,18 @@ class GraphRecords : public GraphTest {
         st.iY = 2;
         st.iWidth = 90;
         st.iHeight = 80;
-        st.u8B = 255;
-        st.u8A = 102;
-        st.fMin = -10;
-        st.fMax = 50;
-        st.uChartType = PIECHART_TYPE_RING;
-        st.uSlotNum = 8;
-        st.uShapeSegNum = 4;
-        st.fSlotFillRatio = 80.9f;
-        st.fChartFillRatio = 60.9f;
-        st.fStartDeg = 90;
-        st.fEndDeg = 45;
-        st.bClockwise = 1;
+        st.m_u8ChartB = 255;
+        st.m_u8ChartA = 102;
+        st.m_fMinValue = -10;
+        st.m_fMaxValue = 50;
+        st.m_uChartType = PIECHART_TYPE_RING;
+        st.m_uSlotNum = 8;
+        st.m_uShapeSegNum = 4;
+        st.m_fSlotFillRatio = 80.9f;
+        st.m_fChartFillRatio = 60.9f;
+        st.m_fStartDeg = 90;
+        st.m_fEndDeg = 45;
+        st.m_bClockwise = 1;
         return st;
     }
     static CLineGraph_Base* Graph(u64 id) { return g_fnFindCtrlById(id, g_stLineGraphIds, g_ppLineGraph); }
@@ -124,8 +124,8 @@ TEST_F(GraphRecords, ARecordSetsEverythingOnItsChart) {
 
 TEST_F(GraphRecords, RatiosBelow0CountAs0AndLargeOnesAs100) {
     stPieChartInit aRecords[] = {ChartRecord(1), ChartRecord(2)};
-    aRecords[0].fSlotFillRatio = aRecords[0].fChartFillRatio = -50;
-    aRecords[1].fSlotFillRatio = aRecords[1].fChartFillRatio = 1e30f;
+    aRecords[0].m_fSlotFillRatio = aRecords[0].m_fChartFillRatio = -50;
+    aRecords[1].m_fSlotFillRatio = aRecords[1].m_fChartFillRatio = 1e30f;
     ASSERT_TRUE(g_fnCreatePieCharts(aRecords));
     EXPECT_EQ(Chart(1)->m_fSlotFillRatio, 1);
     EXPECT_EQ(Chart(1)->m_fChartFillRatio, 1);
@@ -135,25 +135,25 @@ TEST_F(GraphRecords, RatiosBelow0CountAs0AndLargeOnesAs100) {
 
 TEST_F(GraphRecords, AGraphThatCannotBeMadeEndsTheCreation) {
     stLineGraphInit aRecords[] = {GraphRecord(1), GraphRecord(2), GraphRecord(3)};
-    aRecords[1].uLineType = 4;
+    aRecords[1].m_uLineType = 4;
     EXPECT_FALSE(g_fnCreateLineGraphs(aRecords));
     EXPECT_NE(Graph(1), nullptr);
     EXPECT_EQ(Graph(2), nullptr);
     EXPECT_EQ(Graph(3), nullptr);
     aRecords[0] = GraphRecord(4);
-    aRecords[0].uDataNum = 20000;
+    aRecords[0].m_uDataNum = 20000;
     EXPECT_FALSE(g_fnCreateLineGraphs(aRecords)) << "more vertices than an index reaches";
 }
 
 TEST_F(GraphRecords, AChartThatCannotBeMadeEndsTheCreation) {
     stPieChartInit aRecords[] = {ChartRecord(1), ChartRecord(2), ChartRecord(3)};
-    aRecords[1].uChartType = 2;
+    aRecords[1].m_uChartType = 2;
     EXPECT_FALSE(g_fnCreatePieCharts(aRecords));
     EXPECT_NE(Chart(1), nullptr);
     EXPECT_EQ(Chart(2), nullptr);
     EXPECT_EQ(Chart(3), nullptr);
     aRecords[0] = ChartRecord(4);
-    aRecords[0].uSlotNum = 100000;
+    aRecords[0].m_uSlotNum = 100000;
     EXPECT_FALSE(g_fnCreatePieCharts(aRecords));
 }
 

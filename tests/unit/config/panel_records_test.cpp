@@ -26,7 +26,7 @@ class PanelRecords : public ManagerTest {
         g_fnClearConfiguration();
     }
     static stPanelInit Record(u64 id, u32 uType, u32 uScatter = 30) {
-        return {{255, 51, 0, 102}, id, 1, 10, 20, 300, 200, uType, uScatter, g_uShapeRect, false};
+        return {{255, 51, 0, 102, uType, uScatter, g_uShapeRect, 0}, id, 1, 10, 20, 300, 200, false};
     }
     static CPanel_Base* Find(u64 id) { return g_fnFindCtrlById(id, g_stPanelIds, g_ppPanel); }
     ControlList List(const void* pKey) {
@@ -135,7 +135,7 @@ TEST_F(PanelRecords, LaterPanelsLieUnderEarlierOnes) {
 
 TEST_F(PanelRecords, AFrameWithAlpha0IsDrawnAllTheSame) {
     stPanelInit st = Record(1, 1);
-    st.u8A = 0;
+    st.m_u8PanelA = 0;
     ASSERT_TRUE(g_fnCreatePanels({&st, 1}));
     EXPECT_EQ(List(g_keyColorList), ControlList{Find(1)});
 }
@@ -160,7 +160,7 @@ TEST_F(PanelRecords, AHiddenPanelIsFoundByIdAndItsChildrenAreLaidOut) {
 
 TEST_F(PanelRecords, ARecordThatCannotBeInitialisedStopsTheCreator) {
     stPanelInit aRecords[] = {Record(1, 1), Record(2, 1), Record(3, 1)};
-    aRecords[1].uShape = 9;
+    aRecords[1].m_uPanelShape = 9;
     EXPECT_FALSE(g_fnCreatePanels(aRecords));
     EXPECT_NE(Find(1), nullptr);
     EXPECT_EQ(Find(2), nullptr);

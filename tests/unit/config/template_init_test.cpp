@@ -107,13 +107,13 @@ TEST_F(TemplateInit, APanelsRecord) {
     ExpectPlace(st, g_u64Id);
     EXPECT_EQ(st.iWidth, 120);
     EXPECT_EQ(st.iHeight, 24);
-    EXPECT_EQ(st.u8R, 10);
-    EXPECT_EQ(st.u8G, 20);
-    EXPECT_EQ(st.u8B, 30);
-    EXPECT_EQ(st.u8A, 40);
-    EXPECT_EQ(st.uPanelType, PANEL_TYPE_FROSTED);
-    EXPECT_EQ(st.uScatter, 12u);
-    EXPECT_EQ(st.uShape, g_uShapeRect);
+    EXPECT_EQ(st.m_u8PanelR, 10);
+    EXPECT_EQ(st.m_u8PanelG, 20);
+    EXPECT_EQ(st.m_u8PanelB, 30);
+    EXPECT_EQ(st.m_u8PanelA, 40);
+    EXPECT_EQ(st.m_uPanelShape, g_uShapeRect);
+    EXPECT_EQ(st.m_uPanelType, PANEL_TYPE_FROSTED);
+    EXPECT_EQ(st.m_uPanelScatter, 12u);
     EXPECT_TRUE(st.bHidden);
 }
 
@@ -175,7 +175,7 @@ TEST_F(TemplateInit, AnotherItemsTemplateStandsInAndAnOwnOneGoesBefore) {
 
 TEST_F(TemplateInit, ColoursAreWhiteOnBlackByDefault) {
     EXPECT_EQ(Bytes(g_stPlainTextColors), (std::vector<u32>{255, 255, 255, 255, 0, 0, 0, 255}));
-    EXPECT_EQ(stPanelLook{}.uScatter, 30u);
+    EXPECT_EQ(stPanelLook{}.m_uPanelScatter, 30u);
 }
 
 TEST_F(TemplateInit, RecordsMakeTheControlsThatTheySay) {

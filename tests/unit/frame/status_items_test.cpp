@@ -41,8 +41,8 @@ class StatusItems : public ManagerTest {
     static void MakeStatusPanels() {
         const std::pair<u32, i32> aCodes[] = {{1, 2}, {3, 3}, {5, 9}};
         for (const auto& [uPanel, iCode] : aCodes) {
-            const stPanelInit st{{255, 255, 255, 0},    uPanel, iCode,        24,   24, 96, 96,
-                                 PANEL_TYPE_GELLOPHANE, 30,     g_uShapeRect, false};
+            constexpr stPanelLook c_look{255, 255, 255, 0, PANEL_TYPE_GELLOPHANE, 30, g_uShapeRect, 0};
+            const stPanelInit st{c_look, uPanel, iCode, 24, 24, 96, 96, false};
             std::unique_ptr<CPanel_Base> pPanel;
             ASSERT_TRUE(g_fnMakePanel(st, pPanel) && pPanel);
             g_ppStylePanel[uPanel] = pPanel.release();
