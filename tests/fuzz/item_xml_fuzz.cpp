@@ -1,4 +1,4 @@
-// The input once as the text of a profile's item list, once as the attribute values of six elements, since
+// The input once as the text of a profile's item list, once as the attribute values of each element, since
 // few changes of a text leave it well formed. Whatever is registered holds together.
 #include "base/log.h"
 #include "config/items/item_graph.h"
@@ -7,13 +7,17 @@
 #include "config/items/item_pie.h"
 #include "config/items/item_text.h"
 #include "config/items/kinds.h"
+#include "tools/profile/check/attributes.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
-#include <iterator>
+#include <set>
+#include <span>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include <tinyxml2.h>
 
@@ -80,13 +84,28 @@ void ReadAndCheck(const tinyxml2::XMLElement* pInfo) {
     for (const auto& [szName, pItem] : g_mapItemByName) CheckItem(szName, *pItem);
 }
 
-constexpr const char* c_aszElements[] = {"TextBox", "Memo", "NumBox", "Panel", "LineGraph", "PieChart"};
-constexpr const char* c_aszKeys[] = {
-    "Name",      "FontName",        "DataFullName",   "Text",        "FileName",       "StringFullName",
-    "TextSize",  "TextSpacingX",    "TextSpacingY",   "TextColorA",  "ShadowColorA",   "PanelColorA",
-    "PanelType", "PanelScattering", "FrameSizeW",     "FrameAnchor", "ContentAnchorX", "IsShow",
-    "LineType",  "DataNum",         "DataWidth",      "MinValue",    "MaxValue",       "ChartType",
-    "SlotNum",   "SlotFillRatio",   "ChartFillRatio", "StartDegree", "ZIndex"};
+/// The elements of items, and all attributes that one of them has.
+struct stWords {
+    std::vector<const char*> elements, keys;
+};
+
+stWords TakeWords() {
+    stWords st;
+    std::set<std::string_view> known;
+    const auto Add = [&](std::span<const companion::stAttribute> attributes) {
+        for (const companion::stAttribute& attribute : attributes)
+            if (known.insert(attribute.szName).second) st.keys.push_back(attribute.szName);
+    };
+    Add(companion::CommonAttributes());
+    for (const companion::stElement& element : companion::ProfileElements()) {
+        if (element.eUse != companion::ElementUse::Item) continue;
+        st.elements.push_back(element.szName);
+        Add(element.attributes);
+    }
+    return st;
+}
+
+const stWords g_stWords = TakeWords();
 
 /// Values end at line ends of the input; keys go round until there are no more values.
 void Fill(tinyxml2::XMLElement& info, const std::string& szInput) {
@@ -94,13 +113,13 @@ void Fill(tinyxml2::XMLElement& info, const std::string& szInput) {
     std::size_t uKey = 0;
     for (std::size_t uFrom = 0; uFrom <= szInput.size(); ++uKey) {
         const std::size_t uTo = std::min(szInput.find('\n', uFrom), szInput.size());
-        if (uKey % std::size(c_aszKeys) == 0) {
-            pElement = info.InsertNewChildElement(
-                c_aszElements[uKey / std::size(c_aszKeys) % std::size(c_aszElements)]);
+        const std::size_t uKeys = g_stWords.keys.size();
+        if (uKey % uKeys == 0) {
+            pElement =
+                info.InsertNewChildElement(g_stWords.elements[uKey / uKeys % g_stWords.elements.size()]);
             pElement->SetAttribute("IsShow", 1);
         }
-        pElement->SetAttribute(c_aszKeys[uKey % std::size(c_aszKeys)],
-                               szInput.substr(uFrom, uTo - uFrom).c_str());
+        pElement->SetAttribute(g_stWords.keys[uKey % uKeys], szInput.substr(uFrom, uTo - uFrom).c_str());
         uFrom = uTo + 1;
     }
 }

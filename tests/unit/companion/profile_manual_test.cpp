@@ -10,6 +10,7 @@
 #include "tests/unit/companion/profile_check_fixture.h"
 #include "tools/profile/check/attributes.h"
 
+#include <cstdlib>
 #include <iterator>
 #include <regex>
 #include <set>
@@ -40,6 +41,36 @@ std::string Row(const stAttribute& st) {
            st.szRange + " | " + st.szMeaning + " |\n";
 }
 
+/// The rows of the table in a section, written anew.
+std::string WithRows(const std::string& strSection, std::span<const stAttribute> attributes) {
+    static const std::regex s_rows("(\n\\|---.*)(\n\\| `.*)*\n");
+    std::string strRows = "$1";
+    for (const stAttribute& st : attributes) {
+        const std::string strRow = Row(st);
+        strRows.append(strRow, 0, strRow.size() - 1);
+    }
+    return std::regex_replace(strSection, s_rows, strRows + "\n", std::regex_constants::format_first_only);
+}
+
+/// Calls fn(section, its attributes, its element) for each table of attributes in the manual.
+template <class Function> void ForEachTable(Function fn) {
+    fn("## What all items have", CommonAttributes(), "all items");
+    for (const stElement& st : ProfileElements())
+        if (!st.attributes.empty()) fn(std::string("### ") + st.szName, st.attributes, st.szName);
+}
+
+/// With ORVIN_WRITE_MANUAL set, the manual gets its tables from the attributes.
+void WriteManual() {
+    std::string strManual = ReadAll(g_pathDocs / "writing-a-profile.md");
+    ForEachTable([&](const std::string& strHeading, std::span<const stAttribute> attributes, const char*) {
+        const std::string strSection = Section(strManual, strHeading);
+        if (!strSection.empty())
+            strManual.replace(strManual.find(strSection), strSection.size(),
+                              WithRows(strSection, attributes));
+    });
+    std::ofstream(g_pathDocs / "writing-a-profile.md", std::ios::binary) << strManual;
+}
+
 void ExpectRows(const std::string& strSection, std::span<const stAttribute> attributes,
                 const char* szElement) {
     EXPECT_FALSE(strSection.empty()) << "no section for " << szElement;
@@ -51,11 +82,12 @@ void ExpectRows(const std::string& strSection, std::span<const stAttribute> attr
 }
 
 TEST(ProfileManual, HasARowForEachAttribute) {
+    if (std::getenv("ORVIN_WRITE_MANUAL")) WriteManual();
     const std::string strManual = ReadAll(g_pathDocs / "writing-a-profile.md");
-    ExpectRows(Section(strManual, "## What all items have"), CommonAttributes(), "all items");
-    for (const stElement& st : ProfileElements())
-        if (!st.attributes.empty())
-            ExpectRows(Section(strManual, std::string("### ") + st.szName), st.attributes, st.szName);
+    ForEachTable(
+        [&](const std::string& strHeading, std::span<const stAttribute> attributes, const char* szElement) {
+            ExpectRows(Section(strManual, strHeading), attributes, szElement);
+        });
 }
 
 TEST(ProfileManual, ShowsSmallPicturesThatExist) {

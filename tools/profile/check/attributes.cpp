@@ -1,5 +1,8 @@
 #include "tools/profile/check/attributes.h"
 
+#include <array>
+#include <cstddef>
+
 namespace companion {
 namespace {
 
@@ -52,14 +55,16 @@ constexpr stAttribute g_stFace{"FontName",
                                "face of the font; without it the item is refused"};
 constexpr stAttribute g_stTextSize{
     "TextSize", ValueKind::Number, "0", 1, 1000, "1 to 1000", "height of a line, canvas pixels"};
-constexpr stAttribute g_stSpacingX{"TextSpacingX",
-                                   ValueKind::Number,
-                                   "0",
-                                   -100,
-                                   100,
-                                   "-100 to 100",
-                                   "extra room behind each character, canvas pixels"};
-constexpr stAttribute g_aTextColors[] = {
+
+/// Of texts and memos.
+constexpr stAttribute g_aLetters[] = {
+    g_stFace,
+    g_stTextSize,
+    {"TextSpacingX", ValueKind::Number, "0", -100, 100, "-100 to 100",
+     "extra room behind each character, canvas pixels"},
+};
+/// Of texts, memos and numbers.
+constexpr stAttribute g_aWriting[] = {
     Byte("TextColorR", "255", "red of the writing"),
     Byte("TextColorG", "255", "green of the writing"),
     Byte("TextColorB", "255", "blue of the writing"),
@@ -69,6 +74,17 @@ constexpr stAttribute g_aTextColors[] = {
     Byte("ShadowColorB", "0", "blue of the shadow"),
     Byte("ShadowColorA", "255", "opacity of the shadow, where shadows are on"),
 };
+
+/// One table out of several, in their order.
+template <std::size_t... N> constexpr auto Join(const stAttribute (&... aParts)[N]) {
+    std::array<stAttribute, (N + ...)> aAll{};
+    std::size_t u = 0;
+    const auto Add = [&](std::span<const stAttribute> part) {
+        for (const stAttribute& st : part) aAll[u++] = st;
+    };
+    (Add(aParts), ...);
+    return aAll;
+}
 
 constexpr stAttribute g_aCommon[] = {
     Switch("IsShow", "1 shows the item; with 0, or without it, the item does not exist"),
@@ -86,56 +102,31 @@ constexpr stAttribute g_aCommon[] = {
     Offset("ContentAnchorY", "distance of the content from that point, up or down"),
 };
 
-constexpr stAttribute g_aTextBox[] = {
+constexpr stAttribute g_aTextBoxOwn[] = {
     {"Text", ValueKind::Text, "", 0, 255, "up to 255 bytes", "the words that are shown"},
     {"StringFullName", ValueKind::Text, "", 0, 63, "GL, ARCH, PROFILE_NAME, PID, TID",
      "shows what the program knows of itself in place of the text"},
-    g_stFace,
-    g_stTextSize,
-    g_stSpacingX,
-    g_aTextColors[0],
-    g_aTextColors[1],
-    g_aTextColors[2],
-    g_aTextColors[3],
-    g_aTextColors[4],
-    g_aTextColors[5],
-    g_aTextColors[6],
-    g_aTextColors[7],
 };
+constexpr auto g_aTextBox = Join(g_aTextBoxOwn, g_aLetters, g_aWriting);
 
-constexpr stAttribute g_aMemo[] = {
+constexpr stAttribute g_aMemoFile[] = {
     {"FileName", ValueKind::File, "", 1, 255, "name of a file",
      "text file in the profile's folder, whose words are shown"},
-    g_stFace,
-    g_stTextSize,
-    g_stSpacingX,
+};
+constexpr stAttribute g_aMemoLines[] = {
     {"TextSpacingY", ValueKind::Number, "0", -100, 1000, "-100 to 1000",
      "extra room between two lines, canvas pixels"},
-    g_aTextColors[0],
-    g_aTextColors[1],
-    g_aTextColors[2],
-    g_aTextColors[3],
-    g_aTextColors[4],
-    g_aTextColors[5],
-    g_aTextColors[6],
-    g_aTextColors[7],
 };
+constexpr auto g_aMemo = Join(g_aMemoFile, g_aLetters, g_aMemoLines, g_aWriting);
 
-constexpr stAttribute g_aNumBox[] = {
+constexpr stAttribute g_aNumBoxOwn[] = {
     Data("name of the value; SYSTEM_TIME makes a clock, RESOLUTION the size of the picture"),
     g_stFace,
     g_stTextSize,
     {"TextSpacingX", ValueKind::Number, "0", -100, 100, "-100 to 100",
      "extra room behind each character; between the parts of a clock too"},
-    g_aTextColors[0],
-    g_aTextColors[1],
-    g_aTextColors[2],
-    g_aTextColors[3],
-    g_aTextColors[4],
-    g_aTextColors[5],
-    g_aTextColors[6],
-    g_aTextColors[7],
 };
+constexpr auto g_aNumBox = Join(g_aNumBoxOwn, g_aWriting);
 
 constexpr stAttribute g_aPanel[] = {
     Byte("PanelColorR", "0", "red"),
