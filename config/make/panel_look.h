@@ -25,9 +25,13 @@ inline void g_fnAddPanelSettings(SettingTable& table, stPanelLook& look) {
     g_fnAddSettings(table, aRows);
 }
 
-/// Ahead of the panel's size, which builds its shape. Type and diameter decide where it is attached, and so
-/// are no matter of the control.
-inline void g_fnGiveLook(CPanel_Base& panel, const stPanelLook& look) {
+/// Outset, thickness and corner squares of all panels made from records, canvas units.
+constexpr f32 g_fRecordOutset = 1, g_fRecordThickness = 1, g_fRecordCorner = 10;
+
+/// With the size in canvas units, which builds the shape. Type and diameter decide where the panel is
+/// attached, and so are no matter of the control.
+inline void g_fnGiveLook(CPanel_Base& panel, const stPanelLook& look, f32 w, f32 h) {
     panel.m_fnSetShape(look.m_uPanelShape);
     panel.m_fnSetColorB(look.m_u8PanelR, look.m_u8PanelG, look.m_u8PanelB, look.m_u8PanelA);
+    panel.m_fnSetGeometry5(w, h, g_fRecordOutset, g_fRecordThickness, g_fRecordCorner);
 }

@@ -11,13 +11,8 @@
 
 namespace {
 
-/// Fixed for all panels made from records, canvas units.
-constexpr f32 g_fRecordOutset = 1, g_fRecordThickness = 1, g_fRecordCorner = 10;
-
 void Configure(CPanel_Base& panel, const stPanelInit& st) {
-    g_fnGiveLook(panel, st);
-    panel.m_fnSetGeometry5(static_cast<f32>(st.iWidth), static_cast<f32>(st.iHeight), g_fRecordOutset,
-                           g_fRecordThickness, g_fRecordCorner);
+    g_fnGiveLook(panel, st, static_cast<f32>(st.iWidth), static_cast<f32>(st.iHeight));
     panel.m_fnSetAnchor(st.iAnchorCode, static_cast<f32>(st.iX), static_cast<f32>(st.iY));
     panel.m_fnSetRenderable(!st.bHidden);
 }
