@@ -109,6 +109,16 @@ TEST_F(CustomLayout, APanelCoversItsContentInItsFrameAndNothingElse) {
     EXPECT_EQ(Count(picture, g_stAll, g_bare), g_uWidth * g_uHeight - 100u * 50u);
 }
 
+TEST_F(CustomLayout, APanelsBorderLeavesItsInsideFree) {
+    const Picture picture = Show("<Panel Name='P'" + Frame(40, 60, 200, 100) + Content(200, 100) +
+                                 Color("Panel", 255, 0, 0) + "PanelBorder='6'/>");
+    ASSERT_FALSE(picture.aBytes.empty());
+    // 100 by 50 pixels at (20, 30), with 3 pixels of border.
+    EXPECT_EQ(Count(picture, {20, 30, 120, 80}, g_red), 100u * 50u - 94u * 44u);
+    EXPECT_EQ(Count(picture, {23, 33, 117, 77}, g_bare), 94u * 44u);
+    EXPECT_EQ(Count(picture, g_stAll, g_bare), g_uWidth * g_uHeight - (100u * 50u - 94u * 44u));
+}
+
 TEST_F(CustomLayout, TextsAndNumbersStandInTheirFramesInTheirColours) {
     const Picture picture =
         Show(std::string("<TextBox Name='T' Text='Hello'") + c_szFont + Frame(100, 100, 400, 60) +

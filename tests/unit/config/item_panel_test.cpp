@@ -30,12 +30,13 @@ TEST_F(ItemPanel, EveryMissingKeyGivesItsDefault) {
     EXPECT_EQ(p->m_u8PanelOpacity, 100);
     EXPECT_EQ(p->m_uPanelType, 1u);
     EXPECT_EQ(p->m_uPanelScatter, 30u);
+    EXPECT_EQ(p->m_fPanelBorder, 0);
     EXPECT_EQ(s_aLines, Lines{});
 }
 
 TEST_F(ItemPanel, EachAttributeReachesItsField) {
     const auto* p = Read("PanelColorR='1' PanelColorG='2' PanelColorB='3' PanelColorA='102' PanelType='2' "
-                         "PanelScattering='12' FrameAnchor='9'");
+                         "PanelScattering='12' PanelBorder='2.5' FrameAnchor='9'");
     ASSERT_NE(p, nullptr);
     EXPECT_EQ(p->m_u8PanelR, 1);
     EXPECT_EQ(p->m_u8PanelG, 2);
@@ -44,6 +45,7 @@ TEST_F(ItemPanel, EachAttributeReachesItsField) {
     EXPECT_EQ(p->m_u8PanelA, 102);
     EXPECT_EQ(p->m_uPanelType, 2u);
     EXPECT_EQ(p->m_uPanelScatter, 12u);
+    EXPECT_EQ(p->m_fPanelBorder, 2.5f);
     EXPECT_EQ(p->m_iFrameAnchor, 9);
 }
 

@@ -26,7 +26,7 @@ class PanelRecords : public ManagerTest {
         g_fnClearConfiguration();
     }
     static stPanelInit Record(u64 id, u32 uType, u32 uScatter = 30) {
-        return {{255, 51, 0, 102, uType, uScatter, g_uShapeRect, 0}, id, 1, 10, 20, 300, 200, false};
+        return {{255, 51, 0, 102, uType, uScatter, g_uShapeRect, 0, 0}, id, 1, 10, 20, 300, 200, false};
     }
     static CPanel_Base* Find(u64 id) { return g_fnFindCtrlById(id, g_stPanelIds, g_ppPanel); }
     ControlList List(const void* pKey) {
@@ -166,6 +166,20 @@ TEST_F(PanelRecords, ARecordThatCannotBeInitialisedStopsTheCreator) {
     EXPECT_EQ(Find(2), nullptr);
     EXPECT_EQ(Find(3), nullptr);
     EXPECT_EQ(recording::g_iLivePanels, 1);
+}
+
+TEST_F(PanelRecords, ABorderTakesThePlaceOfTheShapeAndFitsInside) {
+    stPanelInit aRecords[] = {Record(1, 1), Record(2, 1), Record(3, 1)};
+    aRecords[0].m_fPanelBorder = 4;
+    aRecords[1].m_fPanelBorder = 101; // half of the height is the most
+    aRecords[2].m_fPanelBorder = -4;
+    ASSERT_TRUE(g_fnCreatePanels(aRecords));
+    EXPECT_EQ(Find(1)->m_uShape, g_uShapeFrame);
+    EXPECT_EQ(Find(1)->m_fThickness, 4);
+    EXPECT_EQ(Find(1)->m_fOutset, 0);
+    EXPECT_EQ(Find(2)->m_fThickness, 100);
+    EXPECT_EQ(Find(3)->m_uShape, g_uShapeRect);
+    EXPECT_EQ(Find(3)->m_fThickness, 1);
 }
 
 TEST_F(PanelRecords, APanelThatCannotBeAllocatedIsPassedOver) {

@@ -41,7 +41,7 @@ class StatusItems : public ManagerTest {
     static void MakeStatusPanels() {
         const std::pair<u32, i32> aCodes[] = {{1, 2}, {3, 3}, {5, 9}};
         for (const auto& [uPanel, iCode] : aCodes) {
-            constexpr stPanelLook c_look{255, 255, 255, 0, PANEL_TYPE_GELLOPHANE, 30, g_uShapeRect, 0};
+            constexpr stPanelLook c_look{255, 255, 255, 0, PANEL_TYPE_GELLOPHANE, 30, g_uShapeRect, 0, 0};
             const stPanelInit st{c_look, uPanel, iCode, 24, 24, 96, 96, false};
             std::unique_ptr<CPanel_Base> pPanel;
             ASSERT_TRUE(g_fnMakePanel(st, pPanel) && pPanel);

@@ -136,6 +136,8 @@ constexpr stAttribute g_aPanel[] = {
     {"PanelType", ValueKind::Whole, "1", 0, 2, "0, 1, 2", "0 unseen, 1 flat colour, 2 frosted glass"},
     {"PanelScattering", ValueKind::Whole, "30", 0, 100, "0 to 100",
      "how far frosted glass spreads the picture behind it"},
+    {"PanelBorder", ValueKind::Number, "0", 0, g_fLength, "0 to 16384",
+     "above 0 only a border is drawn, so many canvas pixels thick, along the inside of the edge", true},
 };
 
 constexpr stAttribute g_aImage[] = {
