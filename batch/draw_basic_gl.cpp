@@ -37,7 +37,8 @@ bool CDrawBasic_GL::m_fnInitialize() {
 
 void CDrawBasic_GL::BuildBlurPrograms() {
     m_uBlurProgramCount = 0;
-    // KEEP: a diameter that is noted later, or a key that no diameter stands for, waits for another batcher.
+    // KEEP(profiles): a diameter that is noted later, or a key that no diameter stands for, waits for another
+    // batcher.
     for (const auto& [uDiameter, uPanels] : g_mapBlurDiameters) {
         if (uDiameter > g_uMaxBlurDiameter) break; // has no key, so nothing could be drawn with it
         m_uBlurDiameters[m_uBlurProgramCount] = uDiameter;
@@ -85,7 +86,8 @@ void CDrawBasic_GL::m_fnSetWorld(const stDrawConstants* pConstants) {
 }
 
 void CDrawBasic_GL::m_fnSetColor(const stDrawConstants* pConstants) {
-    // KEEP: the flat program shares its uniform's name with the text program; the shader file relies on it.
+    // KEEP(files): the flat program shares its uniform's name with the text program; the shader file relies
+    // on it.
     const char* szName = m_uPass == g_uPassColor ? "vFontColor" : "vPanelColor";
     if (const GLProgram* pProgram = PassProgram()) pProgram->m_fnSetUniform4fv(szName, pConstants->m_pColor);
 }

@@ -95,8 +95,8 @@ void CDrawText_Base::m_fnDrawFont(CFontUniCode* pFont) {
 }
 
 void CDrawText_Base::Walk() {
-    // KEEP: the lists are taken once. What is attached or detached later neither shows nor vanishes until
-    // there is another batcher.
+    // KEEP(profiles): the lists are taken once. What is attached or detached later neither shows nor vanishes
+    // until there is another batcher.
     if (!m_pFonts[0]) m_fnBuildFontLists();
     m_uFontIndex = 0;
     for (u32 i = 0; i < m_uFontCount; ++i) {
@@ -123,7 +123,7 @@ static void AllocateOnce(std::unique_ptr<u8[]>& pBytes, u32* puRoom, u32 uBytes)
 void CDrawText_Base::m_fnAllocMergedBuffers() {
     m_uMergedVertexBytes = m_uMergedIndexBytes = 0;
     AddBytes(g_ppTextBox, g_uTextBoxEntries, &m_uMergedVertexBytes, &m_uMergedIndexBytes);
-    // KEEP: of text boxes only, and counted as 16-bit indices, which no text control has.
+    // KEEP(profiles): of text boxes only, and counted as 16-bit indices, which no text control has.
     m_uMergedIndexCount = m_uMergedIndexBytes / sizeof(u16);
     AddBytes(g_ppNumBox, g_uNumBoxEntries, &m_uMergedVertexBytes, &m_uMergedIndexBytes);
     AllocateOnce(m_pMergedVertices, &m_uVertexRoom, m_uMergedVertexBytes);

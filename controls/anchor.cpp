@@ -31,7 +31,7 @@ f32 LocalX(i32 iCode, const stSpan& st) {
 }
 
 f32 LocalY(i32 iCode, const stSpan& st) {
-    // KEEP: a positive y moves code 5 up, although it moves 4, 6 and -5 down; layouts depend on it.
+    // KEEP(profiles): a positive y moves code 5 up, although it moves 4, 6 and -5 down; layouts depend on it.
     if (iCode == 5) return (st.fParentSize - st.fSize) * 0.5f - st.fOffset;
     if (iCode >= 1 && iCode <= 9) return Inside((iCode - 1) / 3, st);
     if (iCode >= -9 && iCode <= -1) return Outside((-iCode - 1) / 3, st);
@@ -62,7 +62,7 @@ void g_fnAnchorToRect(i32 iCode, f32 x, f32 y, f32 w, f32 h, f32 parentX, f32 pa
 
 void g_fnReanchor(i32 iCode, f32 x, f32 y, f32 w, f32 h, f32 parentX, f32 parentY, f32 parentW, f32 parentH,
                   i32 iNewCode, f32* pOutX, f32* pOutY) {
-    if (iNewCode < 1 || iNewCode > 9) { // KEEP: no other new code is worked out
+    if (iNewCode < 1 || iNewCode > 9) { // KEEP(profiles): no other new code is worked out
         Store(pOutX, x);
         Store(pOutY, y);
         return;
@@ -75,7 +75,7 @@ void g_fnReanchor(i32 iCode, f32 x, f32 y, f32 w, f32 h, f32 parentX, f32 parent
     if (iColumn == 1) Store(pOutX, (w * 0.5f + fLeft) - (parentW * 0.5f + parentX));
     if (iColumn == 2) Store(pOutX, (parentX + parentW) - fRight);
 
-    // KEEP: the middle row uses the parent's x, not its y; callers pass a parent at (0, 0).
+    // KEEP(profiles): the middle row uses the parent's x, not its y; callers pass a parent at (0, 0).
     const f32 fMiddle = h * 0.5f + fTop, fParentMiddle = parentH * 0.5f + parentX;
     if (iRow == 0) Store(pOutY, fTop - parentY);
     if (iRow == 1) Store(pOutY, iNewCode == 5 ? fParentMiddle - fMiddle : fMiddle - fParentMiddle);

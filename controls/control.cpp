@@ -49,7 +49,7 @@ void CControl::m_fnSetAutoSize(bool bAutoSize) { m_bAutoSize = bAutoSize; }
 bool CControl::m_fnGetAutoSize() { return m_bAutoSize; }
 
 void CControl::m_fnSetPosition(f32 x, f32 y, f32 z) {
-    m_iAnchorCode = 1; // KEEP: whatever it was; children stay where they are
+    m_iAnchorCode = 1; // KEEP(profiles): whatever it was; children stay where they are
     bool bChanged = Change(m_fPosX, x);
     bChanged |= Change(m_fPosY, y);
     bChanged |= Change(m_fPosZ, z);
@@ -67,7 +67,7 @@ void CControl::m_fnGetPosition(f32* pX, f32* pY, f32* pZ) {
 }
 
 void CControl::m_fnMoveTo(f32 x, f32 y, f32 z) {
-    // KEEP: no test for change; every call goes down the whole subtree.
+    // KEEP(profiles): no test for change; every call goes down the whole subtree.
     ControlList* pChildren = g_pOSDManager ? g_pOSDManager->m_fnGetChildren(this) : nullptr;
     m_fPosX = x;
     m_fPosY = y;
@@ -85,7 +85,7 @@ void CControl::m_fnGetAnchor(i32* pCode, f32* pX, f32* pY) {
 }
 
 void CControl::m_fnSetAnchor(i32 iCode, f32 x, f32 y) {
-    m_fAnchorX = x; // KEEP: no test for change
+    m_fAnchorX = x; // KEEP(profiles): no test for change
     m_fAnchorY = y;
     m_iAnchorCode = iCode;
     if (g_pOSDManager) g_pOSDManager->m_fnResolveControl(this);
@@ -107,7 +107,7 @@ void CControl::m_fnResolvePosition(CControl* pParent) {
     f32 x, y;
     g_fnAnchorToPosition(m_iAnchorCode, m_fAnchorX, m_fAnchorY, m_fSizeW, m_fSizeH, fParentX, fParentY,
                          fParentW, fParentH, &x, &y);
-    m_fnMoveTo(x, y, 0); // KEEP: z is lost
+    m_fnMoveTo(x, y, 0); // KEEP(profiles): z is lost
 }
 
 const void* CControl::m_fnGetDrawKey() { return nullptr; }

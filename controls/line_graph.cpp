@@ -91,7 +91,7 @@ void CLineGraph_Base::m_fnSetLineType(u32 uLineType) {
 void CLineGraph_Base::m_fnSetDataNum(u32 uDataNum) {
     m_fnDropData();
     m_uDataNum = std::max(uDataNum, g_uLeastColumns);
-    // KEEP: the number as given, not the raised one. An empty ring could take no sample, though.
+    // KEEP(profiles): the number as given, not the raised one. An empty ring could take no sample, though.
     if (m_uLineType == LINEGRAPH_TYPE_BAR)
         m_uRingSize = std::max(uDataNum, 1u);
     else
@@ -100,7 +100,7 @@ void CLineGraph_Base::m_fnSetDataNum(u32 uDataNum) {
     m_fColumnStep = m_fGraphW / static_cast<f32>(m_uDataNum);
 }
 
-// KEEP: an index behind the last column is taken as it is, which puts the graph outside its box.
+// KEEP(profiles): an index behind the last column is taken as it is, which puts the graph outside its box.
 void CLineGraph_Base::m_fnSetDataStartIdx(u32 uIndex) {
     m_uDataStartIdx = uIndex;
     m_iColumn = std::max(static_cast<i32>(uIndex - 1), -1);
@@ -151,7 +151,7 @@ void CLineGraph_Base::m_fnSetColor(u32 uRGB, u8 a) {
     m_fnSetColorB(static_cast<u8>(uRGB >> 16), static_cast<u8>(uRGB >> 8), static_cast<u8>(uRGB), a);
 }
 
-// KEEP: nothing reads the x.
+// KEEP(first version): nothing reads the x.
 void CLineGraph_Base::m_fnSetOffset(f32 x, f32 y) {
     m_fOffsetX = x;
     m_fOffsetY = y;
@@ -222,7 +222,7 @@ void CLineGraph_Base::m_fnRender(CDraw_Base* pBatcher) {
 
 bool CLineGraph_Base::m_fnInitialize() {
     if (!m_fnIsRenderable()) return true;
-    // KEEP: whatever width was set; authors of profiles are told so.
+    // KEEP(profiles): whatever width was set; authors of profiles are told so.
     if (DrawsPairs(m_uLineType)) m_fnSetDataWidth(m_fColumnStep * 0.5f);
     if (!m_fnAllocBuffers() || !m_fnAppendColumn() || !m_fnCreateEntity() || !m_fnCreateMesh()) return false;
     m_fnUploadAll();

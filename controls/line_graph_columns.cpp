@@ -81,7 +81,7 @@ void CLineGraph_Base::m_fnPlotJoin() {
     const stVector stNewer = Unit({m_fColumnStep, m_fnRecentY(0) - y});
     const stVector stBisector{stNewer.x - stOlder.x, -(stNewer.y - stOlder.y)};
     const f32 fDot = stOlder.x * stNewer.x + stOlder.y * stNewer.y;
-    // KEEP: without limit, so a sharp turn shows a long spike.
+    // KEEP(profiles): without limit, so a sharp turn shows a long spike.
     const f32 fMitre = m_fHalfWidth / Root((1.0f - fDot) * 0.5f);
     const f32 fLength = Length(stBisector);
     f32 fOffY = stBisector.x / fLength * fMitre;
@@ -144,7 +144,7 @@ void CLineGraph_Base::m_fnScrollClassic(bool bRingWasFull, bool bAtLastColumn) {
     if (!bRingWasFull && !bAtLastColumn) return;
     const u32 uVertices = 2 * (m_uSampleCount - 1);
     if (bRingWasFull) std::copy_n(m_pDataVertices + 2, uVertices, m_pDataVertices);
-    // KEEP: step by step from where it stands, so that rounding adds up along the way.
+    // KEEP(profiles): step by step from where it stands, so that rounding adds up along the way.
     for (u32 i = 0; i < uVertices; ++i) m_pDataVertices[i].m_afPos[0] -= m_fColumnStep;
 }
 

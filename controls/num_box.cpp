@@ -45,7 +45,8 @@ bool CNumBox_Base::m_fnAllocBuffers() {
     m_pVertices.reset(new (std::nothrow) f32[uFloats]());
     m_pIndices.reset(new (std::nothrow) u32[m_uIndexBytes / sizeof(u32)]());
     m_pVerticesOut.reset(new (std::nothrow) f32[uFloats]());
-    // KEEP: as many entries as m_uIndexBytes says bytes, four times what is used. The rest takes no memory.
+    // KEEP(profiles): as many entries as m_uIndexBytes says bytes, four times what is used. The rest takes no
+    // memory.
     const std::size_t uOutBytes = std::size_t{m_uIndexBytes} * sizeof(u32);
     m_pIndicesOut = {reinterpret_cast<u32*>(platform::AllocatePages(uOutBytes)), {uOutBytes}};
     if (!m_pVertices || !m_pIndices || !m_pVerticesOut || !m_pIndicesOut) return false;
@@ -199,7 +200,7 @@ f32 CNumBox_Base::m_fnGetTextSize(f32* pOut) { return LoadTextSize(pOut); }
 
 void CNumBox_Base::m_fnSetSpacing(f32 x, f32 y) {
     StoreSpacing(x, y);
-    m_fnUpdateSize(); // KEEP: a size given before is lost
+    m_fnUpdateSize(); // KEEP(profiles): a size given before is lost
     m_fnFlush();
 }
 

@@ -7,7 +7,8 @@
 
 namespace {
 
-/// Cells that m_fnBuildGlyphs fills. KEEP: this, not m_uCellCount; authors of profiles are told of eight.
+/// Cells that m_fnBuildGlyphs fills. KEEP(profiles): this, not m_uCellCount; authors of profiles are told of
+/// eight.
 constexpr u32 g_uCellsBuilt = 8;
 
 bool IsBlank(char16_t c) { return c == u' ' || c == u'\u3000'; }
@@ -16,7 +17,7 @@ bool IsBlank(char16_t c) { return c == u' ' || c == u'\u3000'; }
 
 /// Left edge of a glyph in its cell.
 f32 CNumBox_Base::GlyphLeft(f32 fScaled, f32 fRelativeWidth) const {
-    // KEEP: the cell's width counts twice.
+    // KEEP(profiles): the cell's width counts twice.
     const f32 fRoom = (m_fCellWidth - fRelativeWidth) * fScaled * m_fCellWidth;
     if (m_uAlign == g_uAlignRight) return fRoom;
     return m_uAlign == g_uAlignMiddle ? fRoom * 0.5f : 0;

@@ -25,7 +25,7 @@ void CNumBox_Base::m_fnSetInt(i32 iValue, u32 uPadDigits) { m_fnSetIntEx(iValue,
 
 void CNumBox_Base::m_fnSetIntEx(i32 iValue, u32 uPadDigits, bool bHide) {
     uPadDigits = std::min(uPadDigits, g_uNumBoxPlaces);
-    // KEEP: compared with the last integer, also if a float has been shown since.
+    // KEEP(profiles): compared with the last integer, also if a float has been shown since.
     if (m_iDrawCount >= 1 && m_iValue == iValue && m_uPadDigits == uPadDigits) return;
     m_bNegative = iValue < 0;
     m_iValue = iValue;
@@ -42,13 +42,13 @@ void CNumBox_Base::m_fnSetIntEx(i32 iValue, u32 uPadDigits, bool bHide) {
 }
 
 void CNumBox_Base::m_fnSetFloat(f32 fValue, u32 uDecimals) {
-    // KEEP: other decimals alone change nothing.
+    // KEEP(profiles): other decimals alone change nothing.
     if (m_fValue == fValue && m_iDrawCount > 0) return;
     m_bNegative = fValue < 0;
     m_fValue = m_bPercent ? fValue * 100 : fValue;
     m_uDecimals = std::min(uDecimals, g_uDecimalsMax);
     f32 t = m_fValue * (m_bNegative ? -10.0f : 10.0f);
-    // KEEP: cut off, not rounded, in single precision; "-0.0" is possible.
+    // KEEP(profiles): cut off, not rounded, in single precision; "-0.0" is possible.
     for (u32 i = m_uDecimals; i > 0; t *= 10)
         m_au8Digits[--i] = static_cast<u8>(static_cast<u64>(g_fnTruncate<i64>(t)) % 10);
     m_uIntDigits = PeelDigits(static_cast<u64>(g_fnTruncate<i64>(std::fabs(m_fValue))),
@@ -64,7 +64,7 @@ void CNumBox_Base::PutGlyph(u32 uCell, u32 uGlyph) {
 
 void CNumBox_Base::m_fnBuildDrawList() {
     u32 uLast = m_uIntDigits + m_uDecimals - 1;
-    // KEEP: the sign stands left of the padding.
+    // KEEP(profiles): the sign stands left of the padding.
     if (m_bNegative) {
         ++uLast;
         PutGlyph(0, g_uGlyphMinus);

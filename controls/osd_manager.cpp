@@ -106,7 +106,7 @@ KeyList& COSDManager::m_fnGetLayer(u32 uLayer) { return m_aLayer[uLayer]; }
 bool COSDManager::m_fnIsAttached(CControl* pControl, u32 uLayer) {
     const void* pKey = pControl ? pControl->m_fnGetDrawKey() : nullptr;
     if (!pKey) return false;
-    // KEEP: the query enters the key; this is how a key comes into a layer with its first control.
+    // KEEP(profiles): the query enters the key; this is how a key comes into a layer with its first control.
     if (m_fnAddToLayer(pKey, uLayer)) return false;
     const ControlList* pList = FindList(m_mapDrawList, pKey);
     return pList && Contains(*pList, pControl);
@@ -138,7 +138,7 @@ bool COSDManager::m_fnDetach(CControl* pControl, u32 uLayer) {
     return true;
 }
 
-// KEEP: an unknown key is entered, with no list.
+// KEEP(profiles): an unknown key is entered, with no list.
 ControlList* COSDManager::m_fnGetDrawList(const void* pKey) { return m_mapDrawList[pKey].get(); }
 
 bool COSDManager::m_fnHasParent(CControl* pChild) { return m_mapParent.contains(pChild); }

@@ -15,7 +15,7 @@ u32 SegmentIndices(u32 uChartType) { return uChartType == PIECHART_TYPE_FAN ? 3 
 
 f32 HeldPercent(u32 uPercent) { return static_cast<f32>(std::clamp(uPercent, 1u, 100u)); }
 
-// KEEP: a whole turn becomes none, which matters where only the other angle differs from 0.
+// KEEP(profiles): a whole turn becomes none, which matters where only the other angle differs from 0.
 f32 HeldDegrees(f32 fDegrees) { return fDegrees >= 0 && fDegrees < 360 ? fDegrees : 0; }
 
 } // namespace

@@ -12,7 +12,8 @@ constexpr f64 g_fRadiansPerDegree = 0.017453292500000002;
 f32 SweepOf(const stPieShape& st) {
     if (st.fStartDeg == st.fEndDeg) return st.bClockwise ? -360.0f : 360.0f;
     const f32 fSweep = st.fEndDeg - st.fStartDeg;
-    // KEEP: the other part of the circle, in an unchanged direction, as gauges of profiles in use have it.
+    // KEEP(profiles): the other part of the circle, in an unchanged direction, as gauges of profiles in use
+    // have it.
     return st.bClockwise ? 360.0f - fSweep : fSweep;
 }
 
@@ -73,8 +74,8 @@ bool CPieChart_Base::m_fnBuildFan() {
     m_pVertices[0] = m_fnVertexAt({0, 0}, 1.0f);
     for (u32 n = 0; n < uSlotPoints * m_uSlotNum; ++n) m_pVertices[n + 1] = m_fnVertexAt(pPoints[n], 1.0f);
     for (u32 j = 0; j < m_uSlotNum; ++j) {
-        // KEEP: every segment of a slot is written to the same place, so only the last one's triangle is
-        // left, ahead of empty ones. A fan is whole with one segment a slot.
+        // KEEP(profiles): every segment of a slot is written to the same place, so only the last one's
+        // triangle is left, ahead of empty ones. A fan is whole with one segment a slot.
         u16* const pIndices = m_pIndices.get() + m_uShapeSegNum * j * 3;
         for (u32 k = 0; k < m_uShapeSegNum; ++k) {
             const u32 uPoint = uSlotPoints * j + 1 + k;

@@ -71,7 +71,7 @@ bool CTextBox_Base::m_fnAllocBuffers() {
     m_pVertices.reset(new (std::nothrow) f32[uFloats]());
     m_pIndices.reset(new (std::nothrow) u32[m_uIndexBytes / sizeof(u32)]());
     m_pVerticesOut.reset(new (std::nothrow) f32[uFloats]());
-    // KEEP: as many entries as m_uIndexBytes says bytes, four times what is used.
+    // KEEP(profiles): as many entries as m_uIndexBytes says bytes, four times what is used.
     m_pIndicesOut.reset(new (std::nothrow) u32[m_uIndexBytes]());
     if (!m_pVertices || !m_pIndices || !m_pVerticesOut || !m_pIndicesOut) return false;
     g_fnWriteQuadIndices(m_pIndices.get(), uQuads);
@@ -81,7 +81,7 @@ bool CTextBox_Base::m_fnAllocBuffers() {
 
 bool CTextBox_Base::m_fnExpandQuads() {
     if (!m_pVertices) return false;
-    // KEEP: a glyph draws one and a half times its nominal box.
+    // KEEP(profiles): a glyph draws one and a half times its nominal box.
     g_fnExpandQuads(g_fnVertexAt(m_pVertices.get(), 0), m_uGlyphCapacity * (m_bShadow ? 2 : 1),
                     g_fnCellOf(m_pFont));
     return true;

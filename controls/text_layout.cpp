@@ -42,7 +42,7 @@ class LayoutPass {
   private:
     void BreakLine() {
         m_fLineY += m_fStep;
-        m_box.m_fLineStep += m_fStep; // KEEP: the step between lines grows with each of them
+        m_box.m_fLineStep += m_fStep; // KEEP(profiles): the step between lines grows with each of them
         m_box.m_fTextHeight += m_fStep;
         m_fPenX = 0;
     }
@@ -64,10 +64,10 @@ class LayoutPass {
         stGlyphBox st;
         if (!Ask(uCode, st)) return;
         const bool bOverflow = st.fWidth + m_fPenX > m_box.m_fTextWidth;
-        // KEEP: a hidden glyph has no width, so the pen moves by the spacing alone.
+        // KEEP(profiles): a hidden glyph has no width, so the pen moves by the spacing alone.
         if (m_bClip && !Shows(st)) st = {};
         if (bOverflow && m_box.m_bAutoSize) m_box.m_fTextWidth = st.fWidth + m_fPenX;
-        // KEEP: also where the glyph stands first, which leaves an empty line.
+        // KEEP(profiles): also where the glyph stands first, which leaves an empty line.
         if (bOverflow && !m_box.m_bAutoSize) BreakLine();
         if (bQuad) Write(st);
         m_fPenX += st.fWidth + m_box.m_fSpacingX;
@@ -109,7 +109,7 @@ f32 CTextBox_Base::ClipStart() const {
 
 bool CTextBox_Base::m_fnBuildText() {
     if (!m_fnLayoutGlyphs(m_bFitToText, true, m_fClipWidth)) return false;
-    // KEEP: the start serves the clip test alone; it never moves a quad.
+    // KEEP(profiles): the start serves the clip test alone; it never moves a quad.
     return m_bFitToText || m_fnLayoutGlyphs(true, false, ClipStart());
 }
 
@@ -123,7 +123,7 @@ bool CTextBox_Base::m_fnLayoutGlyphs(bool bApplySize, bool bNoClip, f32 fStartX)
     m_uIndexCount = uQuads * g_uQuadIndices;
     m_uVertexCount = uQuads * g_uQuadVertices;
     m_uTriangleCount = uQuads * 2;
-    // KEEP: quads that the text did not reach keep what they held, and grow once more.
+    // KEEP(profiles): quads that the text did not reach keep what they held, and grow once more.
     m_fnExpandQuads();
     if (bApplySize) m_fnSetSize(m_fTextWidth, m_fTextHeight);
     return true;
@@ -134,7 +134,7 @@ void CTextBox_Base::BuildShadow() {
     const u32 uVertices = m_uGlyphCapacity * g_uQuadVertices;
     stTextVertex* const pShadow = g_fnVertexAt(m_pVertices.get(), 0);
     std::memcpy(pShadow, pShadow + uVertices, uVertices * sizeof *pShadow);
-    // KEEP: one canvas unit, whatever the text size; authors of profiles are told so.
+    // KEEP(profiles): one canvas unit, whatever the text size; authors of profiles are told so.
     g_fnMoveVertices(pShadow, uVertices, g_fShadowOffset, g_fShadowOffset);
 }
 

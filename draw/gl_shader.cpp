@@ -14,7 +14,7 @@
 static constexpr std::string_view g_szVersionMark = "#version";
 
 static void AppendLine(std::string& szOut, std::string_view szLine) {
-    // KEEP: fatal to the process. Only shipped files come here.
+    // KEEP(first version): fatal to the process. Only shipped files come here.
     if (szLine.size() > g_uShaderLineLimit) {
         g_fnLog("GLGraphics: shader line of %u bytes is too long", static_cast<unsigned>(szLine.size()));
         std::abort();
@@ -41,7 +41,7 @@ std::string g_fnInsertDefines(std::string_view szSource, const ShaderDefines& de
     std::string_view szRest = szSource.substr(0, szSource.find('\0'));
     for (std::string_view szLine = TakeLine(szRest); !szLine.empty(); szLine = TakeLine(szRest)) {
         AppendLine(szOut, szLine);
-        // KEEP: only at column 0; elsewhere the defines are lost.
+        // KEEP(files): only at column 0; elsewhere the defines are lost.
         if (bInserted || !szLine.starts_with(g_szVersionMark)) continue;
         AppendDefines(szOut, defines);
         bInserted = true;

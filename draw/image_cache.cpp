@@ -40,7 +40,7 @@ bool Create(CTexture_Base& texture, const stCacheHeader& st) {
            texture.m_fnCreate(st.m_uWidth, st.m_uHeight, g_uFormatBGRA8, st.m_uFrames, false);
 }
 
-/// KEEP: one place for all, whichever picture has a raw one beside it.
+/// KEEP(files): one place for all, whichever picture has a raw one beside it.
 platform::InputFile OpenCache() {
     char16_t wzPath[g_uDataPathCapacity];
     if (platform::g_wzFixedScreenshotCache) return platform::OpenInput(platform::g_wzFixedScreenshotCache);
@@ -63,7 +63,7 @@ bool g_fnReadImageCache(CTexture_Base& texture, std::FILE* pFile) {
     std::vector<u8> vecPixels;
     platform::AppendBytes(pFile, uBytes, vecPixels);
     vecPixels.resize(uBytes);
-    // KEEP: frames beyond the first stay empty.
+    // KEEP(files): frames beyond the first stay empty.
     return Create(texture, st) && texture.m_fnUploadLevel(vecPixels.data(), 0, 0);
 }
 

@@ -111,8 +111,8 @@ bool CImageFrames::ComposeStill() {
     return m_texture.m_fnUploadLevel(Pixels(0), 0, 0);
 }
 
-/// KEEP: restoring what was there before a frame counts as keeping it, and after an unknown way to dispose of
-/// a frame the next one is left out.
+/// KEEP(profiles): restoring what was there before a frame counts as keeping it, and after an unknown way to
+/// dispose of a frame the next one is left out.
 void CImageFrames::AddFrame(const stFrame& st, u32 uFrame) {
     const u32 uUndo = m_texture.m_uDisposal, uStored = m_texture.m_uStoredFrames;
     m_texture.m_uFileFrameIndex = uFrame + 1;

@@ -38,8 +38,8 @@ void CMesh_GL::m_fnDraw(u32 uIndexCount, u32 uFirstIndex, u32) {
     // null in the application's memory, and drivers crash on those.
     if (m_uVB == 0 || m_uIB == 0) return;
     const std::uintptr_t uOffset = static_cast<std::uintptr_t>(uFirstIndex) * m_u8IndexSize;
-    // KEEP: the range is given in index positions, not vertex numbers; it only bounds what a driver may
-    // assume.
+    // KEEP(first version): the range is given in index positions, not vertex numbers; it only bounds what a
+    // driver may assume.
     glDrawRangeElements(GL_TRIANGLES, uFirstIndex, uFirstIndex + uIndexCount,
                         static_cast<GLsizei>(uIndexCount), m_uIndexType,
                         reinterpret_cast<const void*>(uOffset));

@@ -194,7 +194,7 @@ bool CTexture_Base::m_fnReadHeader(const char16_t* wzPath) {
 bool CTexture_Base::m_fnWriteHeader(const char16_t* wzPath) {
     const OutputFile pFile = wzPath ? OpenForWrite(wzPath) : nullptr;
     if (!pFile) return false;
-    // KEEP: 12 bytes, without the format code that a raw picture has behind its height.
+    // KEEP(files): 12 bytes, without the format code that a raw picture has behind its height.
     const u32 auValues[] = {m_uWidth, m_uHeight, static_cast<u32>(m_uFrameCount)};
     u8 au8Header[12];
     for (u32 i = 0; i < sizeof au8Header; ++i)
@@ -207,7 +207,8 @@ void CTexture_Base::m_fnAdvance() {
     m_fFrameTime += g_fLastFrameSeconds;
     const f32 fDelay = static_cast<f32>(m_mapFrameDelay[m_uCurrentFrame]) / 1000.0f;
     if (!(m_fFrameTime > fDelay)) return;
-    // KEEP: one step a bind however late it is, and around for ever whatever the file's loop count says.
+    // KEEP(profiles): one step a bind however late it is, and around for ever whatever the file's loop count
+    // says.
     m_uCurrentFrame = (m_uCurrentFrame + 1) % static_cast<u32>(m_uFrameCount);
     m_fFrameTime = 0.0f;
 }

@@ -11,7 +11,8 @@ struct stFormatRow {
     stGLFormat stFormat;
 };
 
-// KEEP: 25, 26, 31 and 39 pair formats that OpenGL does not let go together; nothing uses them.
+// KEEP(first version): 25, 26, 31 and 39 pair formats that OpenGL does not let go together; nothing uses
+// them.
 static constexpr stFormatRow g_astFormat[] = {
     {2, {GL_RED, GL_UNSIGNED_BYTE, GL_R8}},
     {11, {GL_RGBA, GL_UNSIGNED_BYTE, GL_RGBA8}},
@@ -79,7 +80,7 @@ bool CTexture2D_GL::m_fnCreate(u32 uWidth, u32 uHeight, u32 uFormat, u32 uFrames
 u32 CTexture2D_GL::MinFilter() const { return m_bMipmap ? GL_LINEAR_MIPMAP_LINEAR : GL_LINEAR; }
 
 void CTexture2D_GL::SetUploadSampling() const {
-    // KEEP: red here and black at the bind, so black is what is drawn with.
+    // KEEP(profiles): red here and black at the bind, so black is what is drawn with.
     static const GLfloat afBorder[4] = {1.0f, 0.0f, 0.0f, 1.0f};
     m_bDrawSampling = false;
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, static_cast<GLint>(MinFilter()));
@@ -102,7 +103,8 @@ bool CTexture2D_GL::m_fnUploadLevel(const void* pPixels, u32 uFrame, u32 uLevel)
     g_fnGuardUpload();
     glBindTexture(GL_TEXTURE_2D, m_pNames[uFrame]);
     SetUploadSampling();
-    // KEEP: with a chain all of it goes each time, whichever level is named; always a whole specification.
+    // KEEP(profiles): with a chain all of it goes each time, whichever level is named; always a whole
+    // specification.
     if (m_bMipmap)
         for (i32 i = 0; i < m_uLevelCount; ++i) SpecifyLevel(m_pFrames[uFrame][i], static_cast<u32>(i));
     else

@@ -22,7 +22,7 @@ struct stSpan {
     f32 Weight(u32 c) const { return c == uLast && c != uFirst ? fLastWeight : 1.0f; }
 };
 
-/// KEEP: an end that reaches the last pixel is held at it, so that this pixel weighs nothing.
+/// KEEP(profiles): an end that reaches the last pixel is held at it, so that this pixel weighs nothing.
 std::vector<stSpan> MakeSpans(u32 uSide, u32 uNewSide) {
     std::vector<stSpan> spans(uNewSide);
     const f32 fScale = static_cast<f32>(static_cast<f64>(uNewSide) / uSide);
@@ -56,7 +56,7 @@ void ReducePixel(const stPicture& source, const stSpan& across, const stSpan& do
         const u8* pRow = source.pPixels + static_cast<std::size_t>(r) * source.uWidth * source.uChannels;
         for (u32 c = across.uFirst; c <= across.uLast; ++c) {
             const f32 fCover = across.Weight(c) * fRow;
-            const f32 fWeight = fCover * fCover; // KEEP: squared.
+            const f32 fWeight = fCover * fCover; // KEEP(profiles): squared.
             const u8* pPixel = pRow + static_cast<std::size_t>(c) * source.uChannels;
             for (u32 i = 0; i < source.uChannels; ++i) afSum[i] += static_cast<f32>(pPixel[i]) * fWeight;
             fWeights += fWeight;
@@ -178,7 +178,7 @@ bool g_fnFillChain(CTexture_Base& texture, const u8* pSource, u32 uFrame, u32 uR
     if (pLevel != pSource)
         CopyRows(pSource, static_cast<std::size_t>(texture.m_uWidth) * uBytes, uRows, pLevel);
     u32 uWidth = texture.m_uWidth, uHeight = texture.m_uHeight;
-    // KEEP: the width alone ends the walk; what is left of a tall chain stays as it is.
+    // KEEP(profiles): the width alone ends the walk; what is left of a tall chain stays as it is.
     for (u32 uLevel = 1; uWidth >= 2; ++uLevel) {
         u8* pNext = nullptr;
         texture.m_fnGetLevel(&pNext, uFrame, uLevel);

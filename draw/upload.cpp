@@ -8,7 +8,8 @@
 stSharedVertexBuffer* g_apSharedVertexBuffer[g_uManagerSlots] = {};
 
 void g_fnUploadControlVertices(const void* pVertices, u32 u32VOffset, u32 u32VSize) noexcept {
-    // KEEP: no slot ever gets a shared buffer in this flavour; every control ends here after each build.
+    // KEEP(first version): no slot ever gets a shared buffer in this flavour; every control ends here after
+    // each build.
     stSharedVertexBuffer* pBuffer = g_apSharedVertexBuffer[g_uManagerSlot];
     if (!pBuffer) return;
     const u32 uTotal_VB_Size = pBuffer->m_uBytes;

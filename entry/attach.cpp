@@ -34,7 +34,7 @@ bool PathContains(const char* szRow) noexcept {
     return std::strstr(szPath, szFolded) != nullptr;
 }
 
-// KEEP: the search runs and its result is dropped: every process is admitted.
+// KEEP(hosts): the search runs and its result is dropped: every process is admitted.
 void SearchExclusionTable() noexcept {
     for (u32 u = 0; u < g_uExclusionRowCount; ++u) {
         [[maybe_unused]] const bool bFound = PathContains(g_aszExclusionTable[u]);
@@ -51,7 +51,7 @@ void OnEntry() noexcept {
 }
 
 void OnProcessAttach(void* hModule) noexcept {
-    // KEEP: the handle is made and dropped.
+    // KEEP(hosts): the handle is made and dropped.
     platform::DuplicateCurrentThreadHandle();
     g_hModule = hModule;
     g_csHook.Initialize(c_uSpinCount);

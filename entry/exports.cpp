@@ -93,7 +93,7 @@ void FillPositions(stSharedCommand& stBlock, i64 iArgument) noexcept {
     if (iArgument & 16) stBlock.bReloadCamera = 1;
 }
 
-// KEEP: disabling answers as a failure does, yet it has worked. Companions in use know that.
+// KEEP(companions): disabling answers as a failure does, yet it has worked. Companions in use know that.
 u32 SetGlobalEnable(i64 iArgument) noexcept {
     SharedSegment()->bGlobalEnable = iArgument != 0 ? 1 : 0;
     return iArgument != 0 ? 0 : g_uSendCmdFailed;
@@ -132,8 +132,9 @@ bool FillBlock(stSharedCommand& stBlock, u32 uCommand, i64 iArgument) noexcept {
 CGWDll& CGWDll::operator=(const CGWDll&) { return *this; }
 CGWDll& CGWDll::operator=(CGWDll&&) { return *this; }
 
-// KEEP: wipes the records of live processes too, which never register again, and the two message ids until
-// the next attach of any thread. bSegmentReady stays 0, so the next admitted process clears once more.
+// KEEP(companions): wipes the records of live processes too, which never register again, and the two message
+// ids until the next attach of any thread. bSegmentReady stays 0, so the next admitted process clears once
+// more.
 void InitialSharedSegmentData_GL() {
     stSharedSegment* pSegment = SharedSegment();
     pSegment->bSegmentReady = 0;
@@ -171,8 +172,8 @@ void SetMonitorDataOffsetFromGWexeToGWDll_GL(const std::map<std::string, u32>& m
     const u32 uBank = g_fnCurrentDataBank() ^ 1;
     WriteDataTable(uBank, mapOffsets);
     CopyRawData(uBank, pData, iSize);
-    // KEEP: the flip comes also when the raw data was refused. It is what publishes the change, so it comes
-    // last, behind all that was written.
+    // KEEP(companions): the flip comes also when the raw data was refused. It is what publishes the change,
+    // so it comes last, behind all that was written.
     std::atomic_thread_fence(std::memory_order_release);
     static_cast<volatile u32&>(SharedSegment()->uDataBank) = uBank;
 }
@@ -199,7 +200,7 @@ void SetMonitorVGADataFromGWexeToGWDll_GL(const void* pData) {
     CopyWhole(SharedSegment()->MonitorVGA, pData, g_uMonitorVGABytes);
 }
 
-// KEEP: 1024 bytes whatever the string's length; companions in use hand over a buffer that long.
+// KEEP(companions): 1024 bytes whatever the string's length; companions in use hand over a buffer that long.
 void SetOSDGlobalProfileNameFromGWexeToGWDll_GL(const char16_t* wzName) {
     CopyWhole(SharedSegment()->wzGlobalProfile, wzName, sizeof SharedSegment()->wzGlobalProfile);
 }
@@ -217,8 +218,8 @@ f32 GetFrameTimeByPID_GL(u32 uProcessId) {
     return 0.0f;
 }
 
-// KEEP: never answers the code itself: it writes 9527 and answers that, which arms the field for the next
-// report. The companion tells by it whether frames pass.
+// KEEP(companions): never answers the code itself: it writes 9527 and answers that, which arms the field for
+// the next report. The companion tells by it whether frames pass.
 u32 GetAPIVerByTID_GL(u32 uThreadId) {
     if (uThreadId == 0) return 0;
     for (stProcessRecord& stRecord : SharedSegment()->StatusTable) {
@@ -262,7 +263,8 @@ i32 deInit_GWDll_GL(u32 deInitCase) {
 std::intptr_t Hook_CB_ProcGetMSGOfGL(i32 iCode, std::uintptr_t wParam, std::intptr_t lParam) {
     // Without a handle the call below leaves an error that the host's own PeekMessage would seem to have met.
     const platform::ErrorKeeper keeper;
-    // KEEP: message 1280 is taken from any sender, since the companion posts it from its own process.
+    // KEEP(companions): message 1280 is taken from any sender, since the companion posts it from its own
+    // process.
     void* hHook = nullptr;
     if (platform::HookMessageParam(lParam, c_uMsgHookHandle, &hHook)) g_hHookGetMSGOfGL = hHook;
     return platform::CallNextMessageHook(g_hHookGetMSGOfGL, iCode, wParam, lParam);

@@ -92,7 +92,7 @@ void StartOnce(std::atomic<platform::ThreadHandle>& hThread, platform::ThreadFun
     g_csHook.Leave();
 }
 
-// KEEP: this thread is not stopped by deInit_GWDll_GL and may lay the detour again.
+// KEEP(hosts): this thread is not stopped by deInit_GWDll_GL and may lay the detour again.
 u32 DelayHook_ThreadProc(void*) {
     platform::g_fnSleepMilliseconds(c_uDelayMilliseconds);
     if (IsEnabled()) Hook_graph();
@@ -203,7 +203,7 @@ MH_STATUS CMiniHook::EnableHook(void* pTarget) noexcept { return MH_EnableHook(p
 
 MH_STATUS CMiniHook::RemoveHook(void* pTarget) noexcept { return MH_RemoveHook(pTarget); }
 
-// KEEP: all 44 are demanded, one alone is used; the overlay calls GL through its imports.
+// KEEP(hosts): all 44 are demanded, one alone is used; the overlay calls GL through its imports.
 bool GetAllGlFuncs() noexcept {
     bool bAll = true;
     for (u32 u = 0; u < g_uGlFuncCount; ++u) {
@@ -258,7 +258,8 @@ void UnHook_graph_GL(u32 deInitCase) noexcept {
     DropMiniHook();
 }
 
-// KEEP: every process that saw message 1280 lifts the system's hook when it detaches, and says so to all.
+// KEEP(hosts): every process that saw message 1280 lifts the system's hook when it detaches, and says so to
+// all.
 i32 Uninstall_HookFunc_GetMSGOfGL() noexcept {
     if (!g_hHookGetMSGOfGL) return -1;
     if (!platform::UnhookMessageHook(g_hHookGetMSGOfGL)) {

@@ -15,7 +15,7 @@ struct stUnits {
 };
 
 static stUnits UnitsOf(u32 uCode) {
-    // KEEP: the range without a text starts in the middle of the leading surrogates, at 55808.
+    // KEEP(profiles): the range without a text starts in the middle of the leading surrogates, at 55808.
     if (uCode > 0x10FFFF || (uCode >= 55808 && uCode <= 57343)) return {};
     if (uCode <= 0xFFFF) return {{static_cast<char16_t>(uCode)}, 1};
     const u32 u = uCode - 0x10000;
@@ -38,8 +38,8 @@ void CFontUniCode::ReadCanvas(const u8* pTable) {
     const u64 uPixels = static_cast<u64>(m_iCanvasW) * static_cast<u64>(m_iCanvasH);
     std::memset(m_pCanvas, 0, uPixels);
     platform::ReadGlyphBitmap(m_hDC, m_iCharBuffW, m_iCharBuffH, m_pDib);
-    // KEEP: pixels are taken one after the other, without regard to the padding of rows: a cell width that
-    // four does not divide gives slanted glyphs.
+    // KEEP(profiles): pixels are taken one after the other, without regard to the padding of rows: a cell
+    // width that four does not divide gives slanted glyphs.
     for (u64 uFirst = 0; uFirst < uPixels; uFirst += uRun) {
         const u64 uEnd = std::min(uFirst + uRun, uPixels);
         if (platform::IsBlank(m_pDib + uFirst * 3, (uEnd - uFirst) * 3)) continue;
@@ -77,7 +77,7 @@ void CFontUniCode::m_fnRasterizeChar(u32 uCode) {
     i32 iLeft = 0, iTop = 0, iW = 0, iH = 0;
     m_fnInkBox(&iLeft, &iTop, &iW, &iH);
     const stUnits st = UnitsOf(uCode);
-    // KEEP: the advance counts from the canvas's left edge, so that overhang is cut on both sides.
+    // KEEP(profiles): the advance counts from the canvas's left edge, so that overhang is cut on both sides.
     iW = platform::GlyphExtent(m_hDC, m_hFont, st.m_awc, st.m_uCount);
     if (st.m_uCount && !platform::FontHasGlyph(m_hDC, m_hFont, st.m_awc, st.m_uCount))
         g_fnLog("font has no glyph for %u", uCode);
@@ -85,7 +85,8 @@ void CFontUniCode::m_fnRasterizeChar(u32 uCode) {
         const f32 fNominal = static_cast<f32>(m_uFontSize);
         m_pChars[iIndex].m_fYOffset = static_cast<f32>(iH - iGDI_DrawRefY + iTop) / fNominal;
         m_pChars[iIndex].m_fWScale = static_cast<f32>(iW + 1) / fNominal;
-        m_pChars[iIndex].m_fHScale = static_cast<f32>(iH + 1) / fNominal; // KEEP: negative without ink
+        m_pChars[iIndex].m_fHScale =
+            static_cast<f32>(iH + 1) / fNominal; // KEEP(profiles): negative without ink
     }
     m_fnCanvasToCharBuff(0, iTop, iW, iH);
 }

@@ -35,7 +35,7 @@ u32 g_fnFontLevels(u32 uWidth, u32 uHeight) noexcept {
 }
 
 u64 g_fnFontLevelBytes(u32 uWidth, u32 uHeight, u32 uLevel) noexcept {
-    // KEEP: not the product of the halved sides, which differs for sides that are no powers of two.
+    // KEEP(files): not the product of the halved sides, which differs for sides that are no powers of two.
     return uLevel < 32 ? static_cast<u64>(uWidth) * uHeight >> 2 * uLevel : 0;
 }
 
@@ -98,7 +98,8 @@ std::u16string Decimal(u32 u) {
 }
 
 bool HasRoomFor(const stFontFileHeader& st, u32 uNeeded) {
-    // KEEP: the count in the header is that of all cells, used or not, so a file serves no text at all here.
+    // KEEP(files): the count in the header is that of all cells, used or not, so a file serves no text at all
+    // here.
     return static_cast<i64>(Cells(st)) - static_cast<i64>(st.m_uNum_Characters) >= static_cast<i64>(uNeeded);
 }
 

@@ -164,7 +164,7 @@ void ReadLevels(CFontUniCode& font, stMemoryStream* pStream) {
 void IndexUsedCells(CFontUniCode& font) {
     u32 uUsed = 0;
     font.m_mapCharIndex.clear();
-    // KEEP: counted, not placed: behind a hole every code gets the record before its own.
+    // KEEP(files): counted, not placed: behind a hole every code gets the record before its own.
     for (u32 u = 0; u < font.m_uNum_Characters; ++u)
         if (const u32 uCode = font.m_pChars[u].m_u32_Char_UTF32_LE) font.m_mapCharIndex[uCode] = uUsed++;
     font.m_mapCharIndex[32] = font.m_uNum_Characters;
@@ -173,7 +173,7 @@ void IndexUsedCells(CFontUniCode& font) {
 
 void IndexFirstCells(CFontUniCode& font) {
     font.m_mapCharIndex.clear();
-    // KEEP: up to the first hole, and without the blanks.
+    // KEEP(files): up to the first hole, and without the blanks.
     for (u32 u = 0; u < font.m_uNum_Characters && font.m_pChars[u].m_u32_Char_UTF32_LE; ++u)
         font.m_mapCharIndex[font.m_pChars[u].m_u32_Char_UTF32_LE] = u;
 }
@@ -275,7 +275,7 @@ bool CFontUniCode::m_fnLoadFromStream(std::FILE* pFile) {
     stFontFileHeader st;
     if (!g_fnReadFontFileHeader(&stream, &st) || !CanBeLoaded(st, stream.m_uSize)) return false;
     if (!Prepare(*this, st) || !ReadRecords(*this, &stream, m_uNum_Characters)) return false;
-    stream.m_uPosition += 2 * sizeof(stFontChar); // KEEP: the blanks' records stay out
+    stream.m_uPosition += 2 * sizeof(stFontChar); // KEEP(files): the blanks' records stay out
     ReportDashes();
     ReportSizes(*this);
     ReportCells(*this);

@@ -46,7 +46,7 @@ void PutLevels(const CFontUniCode& font, u8* pOut) {
         pOut += uBytes;
         const u32 uHalfW = std::max(1u, uWidth / 2), uHalfH = std::max(1u, uHeight / 2);
         next.assign(static_cast<u64>(uHalfW) * uHalfH, 0);
-        // KEEP: without the gain of the levels that the graphics card gets, so these are darker.
+        // KEEP(files): without the gain of the levels that the graphics card gets, so these are darker.
         g_fnReduceLevel(level.data(), uWidth, uHeight, 1, false, next.data());
         level.swap(next);
         uWidth = uHalfW;
@@ -64,7 +64,7 @@ bool SaveAndClose(CFontUniCode& font, std::FILE* pFile) {
 } // namespace
 
 u32 CFontUniCode::m_fnGetFileSize() {
-    // KEEP: without the two records of the blanks, which a file has too.
+    // KEEP(files): without the two records of the blanks, which a file has too.
     const u64 uBytes = FileBytes(*this) - 2 * sizeof(stFontChar);
     return static_cast<u32>(std::min<u64>(uBytes, std::numeric_limits<u32>::max()));
 }

@@ -28,7 +28,7 @@ void CFontUniCode::AddSpace(u32 uCode, u32 uIndex) {
     const char16_t wcBlank = static_cast<char16_t>(uCode);
     const bool bOwn = !m_hFontCalib || platform::FontHasGlyph(m_hDC, m_hFont, &wcBlank, 1);
     const i32 iAdvance = platform::GlyphExtent(m_hDC, bOwn ? m_hFont : m_hFontCalib, &wcBlank, 1);
-    // KEEP: the code of these records stays 0.
+    // KEEP(profiles): the code of these records stays 0.
     stFontChar& st = m_pChars[uIndex];
     st.m_fYOffset = st.m_fTexX = st.m_fTexY = st.m_fHScale = 0.0f;
     st.m_fWScale = static_cast<f32>(iAdvance) / static_cast<f32>(m_uFontSize);
@@ -50,10 +50,11 @@ void CFontUniCode::PlaceRecord(u32 uIndex, f32* pX, f32* pY, f32* pZ) {
     const u32 y = uRow % m_uLayoutH, uLayer = uRow / m_uLayoutH;
     *pX = static_cast<f32>(x);
     *pY = static_cast<f32>(y);
-    *pZ = static_cast<f32>(1u << std::min(uLayer, 31u)); // KEEP: 2 or more for the blanks behind the grid
+    *pZ = static_cast<f32>(
+        1u << std::min(uLayer, 31u)); // KEEP(profiles): 2 or more for the blanks behind the grid
     stFontChar& st = m_pChars[uIndex];
     st.m_fTexX = *pX / static_cast<f32>(m_uLayoutW);
-    st.m_fTexY = *pY / static_cast<f32>(m_uLayoutW); // KEEP: columns here too
+    st.m_fTexY = *pY / static_cast<f32>(m_uLayoutW); // KEEP(profiles): columns here too
     st.m_fTexZ = 0.0f;
 }
 
@@ -112,7 +113,7 @@ void CFontUniCode::m_fnGetCharSize(u32 uCode, f32* pW, f32* pH) {
         Put(pH, m_pChars[iIndex].m_fHScale);
         return;
     }
-    // KEEP: the size of the ink here, against the advance, and both a pixel more, in a record.
+    // KEEP(files): the size of the ink here, against the advance, and both a pixel more, in a record.
     i32 iW = 0, iH = 0;
     m_fnMeasureChar(uCode, &iW, &iH);
     Put(pW, static_cast<f32>(iW) / static_cast<f32>(m_uFontSize));
@@ -197,7 +198,7 @@ void g_fnFontAddCodes(CFontUniCode* pFont, const std::u32string& codes) { AddBat
 void g_fnFontAddSet(CFontUniCode* pFont, const std::set<u32>& codes) { AddBatch(pFont, codes); }
 
 bool g_fnFontRemoveChar(CFontUniCode* pFont, u32 uCode) {
-    // KEEP: the blanks too; added again, one takes an ordinary cell.
+    // KEEP(profiles): the blanks too; added again, one takes an ordinary cell.
     const i32 iIndex = pFont->m_fnFindChar(uCode);
     if (iIndex < 0) return false;
     pFont->m_pChars[iIndex].m_u32_Char_UTF32_LE = 0;

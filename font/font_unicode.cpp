@@ -74,8 +74,8 @@ void CFontUniCode::m_fnSetLayout(u32 uWidth, u32 uHeight, u32 uLayers) {
 }
 
 void CFontUniCode::m_fnSetTexSize(u32 uWidth, u32 uHeight) {
-    // KEEP: the height of a cell follows from the columns too, and rows that do not divide the atlas drift
-    // away from their texture coordinates.
+    // KEEP(profiles): the height of a cell follows from the columns too, and rows that do not divide the
+    // atlas drift away from their texture coordinates.
     const u32 uCellW = m_uLayoutW ? uWidth / m_uLayoutW : 0, uCellH = m_uLayoutW ? uHeight / m_uLayoutW : 0;
     const i32 iCellW = static_cast<i32>(uCellW), iCellH = static_cast<i32>(uCellH);
     if (uWidth != m_uTexW || uHeight != m_uTexH || iCellW != m_iCanvasW || iCellH != m_iCanvasH)
@@ -192,11 +192,11 @@ bool CFontUniCode::m_fnInitialize(bool bFromFile) {
 
 void CFontUniCode::m_fnMeasureDescent() {
     m_fnDrawCharMain(u'A');
-    m_uDescent = m_uFontSize / 8; // KEEP: whatever was drawn
+    m_uDescent = m_uFontSize / 8; // KEEP(profiles): whatever was drawn
 }
 
 void CFontUniCode::m_fnCalibrate() {
-    // KEEP: glyphs are drawn with m_hFont all the same; what is found here only goes to cache files.
+    // KEEP(files): glyphs are drawn with m_hFont all the same; what is found here only goes to cache files.
     constexpr u32 uBlock = 9608, uRounds = 5;
     const f32 fNominal = static_cast<f32>(m_uFontSize);
     m_uCalibSize = m_uFontSize;

@@ -27,7 +27,7 @@ void g_fnClaimApi() noexcept {
         return;
     }
     if (std::memcmp(g_pApiView, "D3D", 3) == 0) g_bOtherApiOwnsProcess = true;
-    // KEEP: only "D3D" counts as an owner, the tag of the flavours for Direct3D.
+    // KEEP(flavours): only "D3D" counts as an owner, the tag of the flavours for Direct3D.
     if (!g_bOtherApiOwnsProcess) std::memcpy(g_pApiView, "OGL", 4);
 }
 

@@ -88,7 +88,7 @@ void ActOnLayout(stSharedCommand& stBlock) {
     Reposition(stBlock);
 }
 
-// KEEP: one flag a pass; the others wait in the record for the next command.
+// KEEP(companions): one flag a pass; the others wait in the record for the next command.
 void ActOnFirstFlag(stSharedCommand& stBlock) {
     if (stBlock.bRelease) return Release(stBlock);
     if (stBlock.bRebuildUpdate) return Rebuild(stBlock);
@@ -117,7 +117,8 @@ void g_fnTavo_ProcessCommand(stSharedCommand& stBlock) noexcept {
         ClearFlags(stBlock);
     }
     // The consumed flags reach the record through the merge.
-    // KEEP: a release and a rebuild that came together stay in the record, since the merge stops at them.
+    // KEEP(companions): a release and a rebuild that came together stay in the record, since the merge stops
+    // at them.
     const stSharedCommand stCopy = stBlock;
     WriteCommandRecord(platform::CurrentProcessId(), platform::CurrentThreadId(), 0, stCopy,
                        g_uRecordCommand);

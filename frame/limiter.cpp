@@ -68,7 +68,7 @@ void g_fnTavo_FPS_Limiter() noexcept {
         st.tFrameStart = platform::SteadyNanoseconds();
         return;
     }
-    // KEEP: this timer's result is used by nobody.
+    // KEEP(figures): this timer's result is used by nobody.
     LimiterTimer().Elapsed();
     LimiterTimer().Restart();
     st.tFrameEnd = platform::SteadyNanoseconds();
@@ -77,8 +77,8 @@ void g_fnTavo_FPS_Limiter() noexcept {
         // Bounded where it is used, so that one that grew before the key was read is healed too.
         st.fCorrection = g_fnBoundCorrection(st.fCorrection, Frametime_Target_Sec);
         const f32 fWait = Frametime_Target_Sec - fSeconds + st.fCorrection;
-        // KEEP: neither the start of the frame nor the correction changes here, so the next measure spans two
-        // frames, and a correction below the negative target is never left again.
+        // KEEP(figures): neither the start of the frame nor the correction changes here, so the next measure
+        // spans two frames, and a correction below the negative target is never left again.
         if (fWait > 0.0f)
             Spin(fWait, st.fCorrection);
         else if (!g_fnPayOffCorrection(st.fCorrection))

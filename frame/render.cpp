@@ -210,7 +210,7 @@ void g_fnTavo_GL_Render() {
     if (g_stHostCare.bOuterGuard) return RenderInOuterGuard();
     g_fnTavo_GL_CaptureState();
     g_fnTavo_GL_SetupState();
-    // KEEP: without the key a failed build leaves the state as it stands; it counts nowhere.
+    // KEEP(hosts): without the key a failed build leaves the state as it stands; it counts nowhere.
     if (!g_stHostCare.bRestoreAfterFailure && !BuildResources()) return;
     if (g_stHostCare.bRestoreAfterFailure && !TryBuildResources()) return RestoreState();
     TryDrawOverlay();

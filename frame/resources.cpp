@@ -151,7 +151,7 @@ static bool AbandonLoad(i64 iStart) {
 
 /// Shaders that can't be read or built.
 static bool FailBatchers(i64 iStart) {
-    // KEEP: without the key the next try comes with the next frame.
+    // KEEP(hosts): without the key the next try comes with the next frame.
     if (g_stHostCare.bRestoreAfterFailure) g_fnNoteFailedLoad(iStart);
     return false;
 }

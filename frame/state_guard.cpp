@@ -54,8 +54,8 @@ static void CaptureBlend(stGLSavedState& st) {
 
 void g_fnTavo_GL_CaptureState() {
     stGLSavedState& st = GLSavedState;
-    // KEEP: exactly the twenty low bits, not GL_ALL_ATTRIB_BITS. A core profile rejects both pushes, which
-    // only leaves an error behind.
+    // KEEP(hosts): exactly the twenty low bits, not GL_ALL_ATTRIB_BITS. A core profile rejects both pushes,
+    // which only leaves an error behind.
     glPushAttrib(0xFFFFF);
     glPushClientAttrib(0xFFFFFFFF);
     glGetIntegerv(GL_VIEWPORT, st.Viewport);
@@ -72,13 +72,13 @@ void g_fnTavo_GL_CaptureState() {
 }
 
 static void SetupFixedState() {
-    // KEEP: GL_FOG twice.
+    // KEEP(hosts): GL_FOG twice.
     static const GLenum aeDisabled[] = {GL_DEPTH_TEST,   GL_ALPHA_TEST, GL_CULL_FACE, GL_DITHER,
                                         GL_FOG,          GL_LOGIC_OP,   GL_FOG,       GL_STENCIL_TEST,
                                         GL_SCISSOR_TEST, GL_LIGHTING};
     for (GLenum eCap : aeDisabled) glDisable(eCap);
     glEnable(GL_BLEND);
-    // KEEP: polygon mode and dither come back only where the attribute stack exists.
+    // KEEP(hosts): polygon mode and dither come back only where the attribute stack exists.
     glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
     if (HasVersion3())
@@ -115,12 +115,13 @@ void g_fnTavo_GL_SetupState() {
     glScissor(0, 0, iWidth, iHeight);
     SetupFixedState();
     for (u32 u = 0; u < 2; ++u) CaptureAttrib(u, st.Attrib[u]);
-    // KEEP: framebuffer 0 stays bound afterwards. The overlay always draws to the default framebuffer.
+    // KEEP(hosts): framebuffer 0 stays bound afterwards. The overlay always draws to the default framebuffer.
     if (HasVersion3()) glBindFramebuffer(GL_FRAMEBUFFER, 0);
     GetUnsigned(GL_VERTEX_ARRAY_BINDING, &st.VertexArrayBinding);
     glGenVertexArrays(1, &st.TemporaryVertexArray);
     glBindVertexArray(st.TemporaryVertexArray);
-    // KEEP: read after the mask was set to all ones, so the application's own mask is not preserved this way.
+    // KEEP(hosts): read after the mask was set to all ones, so the application's own mask is not preserved
+    // this way.
     glGetIntegerv(GL_COLOR_WRITEMASK, st.ColorWriteMask);
     if (HasVersion3()) glGetIntegeri_v(GL_SAMPLER_BINDING, 0, reinterpret_cast<GLint*>(&st.SamplerBinding0));
     // A 3.2 driver need not have sampler objects.
@@ -141,7 +142,7 @@ static void RestoreAttrib(u32 uIndex, const stSavedAttrib& st) {
         glEnableVertexAttribArray(uIndex);
     else
         glDisableVertexAttribArray(uIndex);
-    // KEEP: size 2, never the saved size. It reaches the temporary array, so it has no lasting effect.
+    // KEEP(hosts): size 2, never the saved size. It reaches the temporary array, so it has no lasting effect.
     glVertexAttribPointer(uIndex, 2, st.AttribType, static_cast<GLboolean>(st.AttribNormalized),
                           static_cast<GLsizei>(st.AttribStride), st.AttribPointer);
     if (glVertexAttribDivisor) glVertexAttribDivisor(uIndex, st.AttribDivisor);

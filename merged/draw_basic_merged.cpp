@@ -22,7 +22,8 @@ bool CDrawBasic_Merged::m_fnInitialize() {
 
 void CDrawBasic_Merged::BuildBlurPrograms() {
     m_uBlurProgramCount = 0;
-    // KEEP: a diameter that is noted later, or a key that no diameter stands for, waits for another batcher.
+    // KEEP(profiles): a diameter that is noted later, or a key that no diameter stands for, waits for another
+    // batcher.
     for (const auto& [uDiameter, uPanels] : g_mapBlurDiameters) {
         if (uDiameter > g_uMaxBlurDiameter) break; // has no key, so nothing could be drawn with it
         const ShaderDefines defines = {{"_CIRCLE_BLUR_DIAMETER_", std::to_string(uDiameter)}};

@@ -154,8 +154,8 @@ void CDrawText_Merged::WriteChanged() {
 }
 
 void CDrawText_Merged::Update() {
-    // KEEP: the lists are taken once. What is attached or detached later neither shows nor vanishes until
-    // there is another batcher.
+    // KEEP(profiles): the lists are taken once. What is attached or detached later neither shows nor vanishes
+    // until there is another batcher.
     if (!m_pFonts[0]) {
         m_fnBuildFontLists();
         m_bLaidOut = false;

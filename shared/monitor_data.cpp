@@ -13,8 +13,8 @@ namespace {
 /// Longer names than this are formed by nobody.
 constexpr std::size_t c_uDataFullNameBytes = 512;
 
-// KEEP: the address belongs to this bank, also after a flip; lists built from it show its values until they
-// are built again, which companions in use ask for behind each flip.
+// KEEP(companions): the address belongs to this bank, also after a flip; lists built from it show its values
+// until they are built again, which companions in use ask for behind each flip.
 const u32* InRawData(const char* szName, u32 uBank, u32 uOffset) noexcept {
     if (uOffset > g_uMaxRawDataOffset) {
         g_fnLog("g_fnGetMonitorDataPtr szDataFullName: %s / pData: <error> - RV5 Data / DataOffset: %d",

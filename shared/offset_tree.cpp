@@ -208,8 +208,8 @@ class CTreeWalk {
         }
         return false;
     }
-    // KEEP: the character behind a chain is taken unseen, so a name that differs from a stored one only there
-    // finds the stored one's value. Companions in use write trees of that form.
+    // KEEP(companions): the character behind a chain is taken unseen, so a name that differs from a stored
+    // one only there finds the stored one's value. Companions in use write trees of that form.
     bool StepChain() noexcept {
         u8 uLength = 0, uCharacter = 0;
         if (!m_bank.ByteAt(u64{m_uAt} + 1, uLength)) return false;

@@ -33,8 +33,8 @@ stProcessRecord* FindFree(RecordTable& aTable) noexcept {
     return nullptr;
 }
 
-// KEEP: thread or process id, one of the two is enough and the first such record wins; so a swap on another
-// thread than the one that registered still finds its process's record.
+// KEEP(companions): thread or process id, one of the two is enough and the first such record wins; so a swap
+// on another thread than the one that registered still finds its process's record.
 stProcessRecord* FindMatch(RecordTable& aTable, u32 uProcessId, u32 uThreadId) noexcept {
     for (stProcessRecord& stRecord : aTable)
         if (g_fnReadOnce(stRecord.uThreadId) == uThreadId || g_fnReadOnce(stRecord.uProcessId) == uProcessId)
@@ -45,7 +45,7 @@ stProcessRecord* FindMatch(RecordTable& aTable, u32 uProcessId, u32 uThreadId) n
 void SetIds(RecordTable& aTable, stProcessRecord* pRecord, u32 uProcessId, u32 uThreadId,
             u32 uStamp) noexcept {
     if (!pRecord) return;
-    // KEEP: command and changed flag of the slot's last holder stay in it.
+    // KEEP(companions): command and changed flag of the slot's last holder stay in it.
     StampOf(aTable, pRecord) = uStamp;
     pRecord->uProcessId = uProcessId;
     pRecord->uThreadId = uThreadId; // last, since it tells a taken slot from a free one
@@ -94,7 +94,7 @@ void ClearStatusRecord(stProcessRecord& stRecord) noexcept {
 }
 
 void MergePositions(stSharedCommand& stStored, const stSharedCommand& stIncoming) noexcept {
-    // KEEP: a position whose flag is unchanged keeps its stored coordinates.
+    // KEEP(companions): a position whose flag is unchanged keeps its stored coordinates.
     if (stStored.bPos0Changed != stIncoming.bPos0Changed) {
         stStored.bPos0Changed = stIncoming.bPos0Changed;
         stStored.uPos0Align = stIncoming.uPos0Align;
@@ -168,20 +168,20 @@ void WriteCommandRecord(u32 uProcessId, u32 uThreadId, u8 bChanged, const stShar
 void WriteStatusRecord(u32 uProcessId, u32 uThreadId, const stSharedCommand& stCommand) noexcept {
     stProcessRecord* pRecord = FindMatch(SharedSegment()->StatusTable, uProcessId, uThreadId);
     if (!pRecord) return;
-    // KEEP: uFPS never reaches the record.
+    // KEEP(companions): uFPS never reaches the record.
     if (pRecord->Command.uApiCode != stCommand.uApiCode) pRecord->Command.uApiCode = stCommand.uApiCode;
     if (g_fnReadOnce(SharedSegment()->bEnableQueryFrameTime))
         pRecord->Command.fFrameTime = stCommand.fFrameTime;
 }
 
-// KEEP: targets of a record change only by the full copy.
+// KEEP(companions): targets of a record change only by the full copy.
 void g_fnMergeCommand(stSharedCommand& stStored, const stSharedCommand& stIncoming) noexcept {
     if (stIncoming.bRelease) {
         std::memmove(&stStored, &stIncoming, sizeof stStored);
         return;
     }
     // A waiting release is not overwritten by a rebuild.
-    // KEEP: every other block cancels it.
+    // KEEP(companions): every other block cancels it.
     if (stIncoming.bRebuildUpdate && g_fnReadOnce(stStored.bRelease)) return;
     stStored.bRelease = 0;
     MergePositions(stStored, stIncoming);

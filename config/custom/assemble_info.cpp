@@ -31,8 +31,8 @@ void HangControls(CPanel_Base* pFrame, const stAssembleInfo& st) {
 }
 
 /// The owner is an item by its whole name, so it has no owner itself.
-// KEEP: the items of a missing owner stay out of the tree and are drawn anyway, where nothing placed them.
-// Authors of profiles are told so.
+// KEEP(profiles): the items of a missing owner stay out of the tree and are drawn anyway, where nothing
+// placed them. Authors of profiles are told so.
 void HangFromOwner(CPanel_Base* pFrame, const std::string& szOwner) {
     CItemProperty_Base* pOwner = nullptr;
     if (!g_fnQueryItemProperty(szOwner.c_str(), &pOwner)) {

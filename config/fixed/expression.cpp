@@ -16,9 +16,9 @@ constexpr bool IsNamePart(char c) { return IsNameStart(c) || IsDigit(c); }
 /// Low 32 bits, as the language's numbers wrap.
 constexpr i32 Wrap(i64 iValue) { return static_cast<i32>(static_cast<u32>(static_cast<u64>(iValue))); }
 
-// KEEP: a divisor of 0 is not asked for; it raises the machine's fault. The work is done in 64 bits, so that
-// the lowest number divided by -1 wraps like all else. The checker of undefined arithmetic would report the
-// fault in place of letting it happen.
+// KEEP(profiles): a divisor of 0 is not asked for; it raises the machine's fault. The work is done in 64
+// bits, so that the lowest number divided by -1 wraps like all else. The checker of undefined arithmetic
+// would report the fault in place of letting it happen.
 __attribute__((no_sanitize("undefined"))) i32 Divide(i32 iLeft, i32 iRight) {
     return Wrap(static_cast<i64>(iLeft) / iRight);
 }
@@ -66,7 +66,7 @@ i32 CEvaluation::m_fnLogic() {
     i32 iValue = m_fnComparison();
     for (;;) {
         if (m_fnTake("||")) {
-            // KEEP: a side that decides ends the whole text, not just this level.
+            // KEEP(profiles): a side that decides ends the whole text, not just this level.
             if (iValue != 0) return m_fnEnd(1);
             iValue = m_fnComparison() != 0;
         } else if (m_fnTake("&&")) {

@@ -200,7 +200,8 @@ void CGroupWalk::m_fnVisitLoop(const tinyxml2::XMLElement& element, stLevel& lev
         round.uIndex = static_cast<u32>(i);
         round.ppLastPlaced = &pLast;
         m_fnWalk(element.FirstChildElement(), round);
-        // KEEP: of a round that placed several only the last counts, and it goes on this level's cursor.
+        // KEEP(profiles): of a round that placed several only the last counts, and it goes on this level's
+        // cursor.
         if (pLast) ApplyFlow(*pLast, level);
     }
 }
@@ -218,7 +219,7 @@ void CGroupWalk::m_fnVisitContainer(const tinyxml2::XMLElement& element, const s
         break;
     case 'I':
         if (!g_fnEvalCondition(AttributeText(element, "Condition", "1").c_str())) return;
-        inner.pParent = nullptr; // KEEP: whatever surrounds the element
+        inner.pParent = nullptr; // KEEP(profiles): whatever surrounds the element
         break;
     default:
         return;

@@ -79,7 +79,7 @@ bool g_fnValidateLineGraph(CItemProperty_LineGraph& item) {
     if (item.m_uContentSizeW == 0) Report(item, "m_uContentSizeW");
     if (item.m_uContentSizeH == 0) Report(item, "m_uContentSizeH");
     SettleColumns(item);
-    // KEEP: through whole percent and back, so 128 becomes 127 and 1 becomes 0.
+    // KEEP(profiles): through whole percent and back, so 128 becomes 127 and 1 becomes 0.
     item.m_u8LineOpacity = static_cast<u8>(g_fnAlphaToPercent(item.m_u8LineA));
     item.m_u8LineA = g_fnPercentToAlpha(item.m_u8LineOpacity);
     if (*item.m_szDataFullName) return true;

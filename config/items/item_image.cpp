@@ -8,7 +8,7 @@ namespace {
 
 void ApplyOwnKeys(const tinyxml2::XMLElement& element, CItemProperty_ImgBox& item) {
     const stSettingRow aRows[] = {
-        // KEEP: a missing name reads as "X", which is a file name like any other.
+        // KEEP(profiles): a missing name reads as "X", which is a file name like any other.
         {"ImageFileName", "X", SETTING_TEXT_LOCAL, TARGET_WIDE, item.m_wzImageFilename,
          std::size(item.m_wzImageFilename)},
         {"ImageColorA", "255", SETTING_DECIMAL, TARGET_U8, &item.m_u8ImageA},
@@ -57,7 +57,7 @@ bool g_fnValidateImgBox(CItemProperty_ImgBox& item) {
         g_fnReportError("item \"%s\" m_wzImageFilename is invalid", item.m_szItemName);
         return false;
     }
-    // KEEP: through whole percent and back, so 128 becomes 127 and 1 becomes 0.
+    // KEEP(profiles): through whole percent and back, so 128 becomes 127 and 1 becomes 0.
     item.m_u8ImageA = g_fnPercentToAlpha(item.m_u8ImageOpacity);
     return true;
 }

@@ -51,7 +51,7 @@ void g_fnCheckPanelOpacity(const CItemProperty_Base& item, u32 uPercent) {
 void g_fnValidatePanel(CItemProperty_Panel& item) {
     item.m_u8PanelOpacity = static_cast<u8>(g_fnAlphaToPercent(item.m_u8PanelOpacity));
     g_fnCheckPanelOpacity(item, item.m_u8PanelOpacity);
-    // KEEP: reported, and the value stays.
+    // KEEP(profiles): reported, and the value stays.
     if (item.m_uPanelScatter > g_uScatterMax)
         g_fnReportError("item \"%s\" m_uPanelScatter", item.m_szItemName);
     item.m_u8PanelA = g_fnPercentToAlpha(item.m_u8PanelOpacity);

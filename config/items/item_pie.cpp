@@ -42,7 +42,7 @@ void MendRatios(CItemProperty_PieChart& item) {
     Mend(item, fChart > 100, "m_fChartFillRatio", fChart, 100.0f);
 }
 
-// KEEP: a whole turn passes here, though the chart takes it for none.
+// KEEP(profiles): a whole turn passes here, though the chart takes it for none.
 bool IsTurn(f32 fDegrees) { return fDegrees >= 0 && fDegrees <= 360; }
 
 /// What is reported only.
@@ -89,7 +89,7 @@ bool g_fnValidatePieChart(CItemProperty_PieChart& item) {
     Mend(item, item.m_uShapeSegNum == 0, "m_uShapeSegNum", item.m_uShapeSegNum, 3u);
     MendRatios(item);
     CheckPlace(item);
-    // KEEP: through whole percent and back, so 128 becomes 127 and 1 becomes 0.
+    // KEEP(profiles): through whole percent and back, so 128 becomes 127 and 1 becomes 0.
     item.m_u8ChartOpacity = static_cast<u8>(g_fnAlphaToPercent(item.m_u8ChartA));
     item.m_u8ChartA = g_fnPercentToAlpha(item.m_u8ChartOpacity);
     if (*item.m_szDataFullName) return true;

@@ -26,8 +26,8 @@ constexpr stItemType g_aItemTypes[] = {
     {ITEM_PIECHART, "PIECHART", "PieChart", IdPieChart},
 };
 
-/// KEEP: what a missing attribute stores differs from what a new record holds (sizes 0 against 1, hidden
-/// against shown). Profiles in use leave attributes out and count on what is stored.
+/// KEEP(profiles): what a missing attribute stores differs from what a new record holds (sizes 0 against 1,
+/// hidden against shown). Profiles in use leave attributes out and count on what is stored.
 void ApplyCommonKeys(const tinyxml2::XMLElement* pElement, CItemProperty_Base& item,
                      char (&szName)[g_uSettingText]) {
     const stSettingRow aRows[] = {
@@ -85,7 +85,7 @@ void CItemProperty_Base::m_fnPrintData() const {
     g_fnLog("FRAME_ANCHOR: %i\n", m_iFrameAnchor);
     g_fnLog("FRAME_ANCHOR_X: %i\n", m_iFrameAnchorX);
     g_fnLog("FRAME_ANCHOR_Y: %i\n", m_iFrameAnchorY);
-    // KEEP: not for memos and mixed items, which have a content as well.
+    // KEEP(profiles): not for memos and mixed items, which have a content as well.
     if (m_uItemType >= ITEM_TEXTBOX && m_uItemType <= ITEM_LINEGRAPH) {
         g_fnLog("CONTENT_ANCHOR: %i\n", m_iContentAnchor);
         g_fnLog("CONTENT_ANCHOR_X: %i\n", m_iContentAnchorX);

@@ -33,7 +33,8 @@ void g_fnReadItems(const tinyxml2::XMLElement* pParent, const char* szElement, R
         T item;
         if (!g_fnParseItemBase(pElement, &item)) continue;
         if (!fnRead(*pElement, item)) bFailed = true;
-        // KEEP: one bad item takes all later ones of its kind along; authors of profiles are told so.
+        // KEEP(profiles): one bad item takes all later ones of its kind along; authors of profiles are told
+        // so.
         if (bFailed) continue;
         if constexpr (requires { item.m_szDataFullName; }) g_fnInternName(item.m_szDataFullName);
         auto pCopy = std::make_unique<T>(item);
@@ -42,7 +43,7 @@ void g_fnReadItems(const tinyxml2::XMLElement* pParent, const char* szElement, R
     }
 }
 
-/// KEEP: alphas go through whole percent and back, so 128 becomes 127 and 1 becomes 0.
+/// KEEP(profiles): alphas go through whole percent and back, so 128 becomes 127 and 1 becomes 0.
 inline void g_fnAlphasToPercent(stTextColors& item) {
     item.m_u8TextOpacity = static_cast<u8>(g_fnAlphaToPercent(item.m_u8TextA));
     item.m_u8ShadowOpacity = static_cast<u8>(g_fnAlphaToPercent(item.m_u8ShadowA));

@@ -126,7 +126,7 @@ bool g_fnProgramValue(const char* szName, std::u16string& wzOut) {
 bool g_fnValidateTextBox(CItemProperty_TextBox& item) {
     g_fnAlphasToPercent(item);
     g_fnCheckShadowOpacity(item, item.m_u8ShadowOpacity);
-    // KEEP: reported, also where a program value is about to take the place, and kept.
+    // KEEP(profiles): reported, also where a program value is about to take the place, and kept.
     if (!*item.m_wzText) g_fnReportError("item \"%s\" m_wzText", item.m_szItemName);
     std::u16string wzValue;
     if (g_fnProgramValue(item.m_szStringFullName, wzValue)) StoreText(item, wzValue);

@@ -20,7 +20,7 @@ std::map<u32, std::set<u32>> g_mapQueryTextByFontID;
 bool g_fnInsertQueryTextByFontID(u32 uFontId, std::u16string wzText) {
     std::u32string text;
     if (!g_fnToCodes(wzText.c_str(), text)) return false;
-    // KEEP: blanks too, which fonts give no cells.
+    // KEEP(profiles): blanks too, which fonts give no cells.
     g_mapQueryTextByFontID[uFontId].insert(text.begin(), text.end());
     return true;
 }
@@ -73,7 +73,8 @@ stFontGrid g_fnLargerGrid(u32 uCodesHeld) {
     constexpr u32 uSmallest = 1024;
     stFontGrid st = {32, 4096};
     if (uCodesHeld < uSmallest) return st;
-    // KEEP: by the codes held, and two doublings of the grid to one of the texture, so that cells shrink.
+    // KEEP(profiles): by the codes held, and two doublings of the grid to one of the texture, so that cells
+    // shrink.
     do {
         st.uLayout *= 4;
         st.uTexture *= 2;
@@ -85,7 +86,7 @@ namespace {
 
 using CharSets = std::map<std::u16string, std::set<u32>>;
 
-/// KEEP: blanks too. A face whose texts are no UTF-16 keeps an empty set.
+/// KEEP(profiles): blanks too. A face whose texts are no UTF-16 keeps an empty set.
 void InsertCodes(std::set<u32>& codes, const std::u16string& wzText) {
     std::u32string text;
     if (g_fnToCodes(wzText.c_str(), text)) codes.insert(text.begin(), text.end());
@@ -102,7 +103,7 @@ CharSets CollectCharSets() {
     return mapFontName2CharSet;
 }
 
-/// KEEP: the blanks too, unless some text has one; their records keep their data.
+/// KEEP(profiles): the blanks too, unless some text has one; their records keep their data.
 void RemoveOthers(CFontUniCode& font, u32 uFontId, const std::set<u32>& needed) {
     const std::map<u32, u32> held = font.m_mapCharIndex;
     for (const auto& [uCode, uIndex] : held) {

@@ -18,7 +18,7 @@ void Configure(CPanel_Base& panel, const stPanelInit& st) {
 }
 
 void AttachFlat(CPanel_Base& panel) {
-    // KEEP: at the front, since profiles in use are stacked that way; also with alpha 0.
+    // KEEP(profiles): at the front, since profiles in use are stacked that way; also with alpha 0.
     panel.m_fnSetDrawKey(g_keyColorList);
     g_pOSDManager->m_fnAttachFront(&panel, g_uLayerColor);
 }
@@ -39,7 +39,7 @@ void Attach(CPanel_Base& panel, const stPanelInit& st) {
         AttachFlat(panel);
     else if (st.m_uPanelType == PANEL_TYPE_FROSTED)
         AttachFrosted(panel, st.m_uPanelScatter);
-    // KEEP: any other type is laid out and never drawn.
+    // KEEP(profiles): any other type is laid out and never drawn.
 }
 
 } // namespace

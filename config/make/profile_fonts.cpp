@@ -92,7 +92,7 @@ void CollectText(const std::vector<stDynamicFont>& fonts, const CItemProperty_Ba
         g_fnReportError("g_fnInsertQueryTextByFontID() fail");
 }
 
-/// KEEP: at a grid's worth of codes already, blanks and all, though that many would still fit.
+/// KEEP(profiles): at a grid's worth of codes already, blanks and all, though that many would still fit.
 void Grow(stDynamicFont& st) {
     std::set<u32> codes;
     g_fnQueryTextByFontID(st.uId, &codes);
@@ -105,7 +105,7 @@ void Grow(stDynamicFont& st) {
 
 Font MakeDynamic(const stDynamicFont& st, std::span<const stFontFilePlace> places) {
     Font pFont = NewFont();
-    // KEEP: a font from a file stays as it is; what its text lacks comes in when it is first drawn.
+    // KEEP(profiles): a font from a file stays as it is; what its text lacks comes in when it is first drawn.
     if (!pFont || LoadDynamic(*pFont, st.stRecord, places)) return pFont;
     if (!SetUp(*pFont, st.stRecord)) return nullptr;
     std::set<u32> codes;

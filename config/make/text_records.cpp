@@ -45,7 +45,7 @@ bool Create(const stTextInit& st, const char16_t* wzPath) {
     std::unique_ptr<CTextBox_Base> pBox(Maker ? Maker() : nullptr);
     if (!pBox) return true;
     Place(*pBox, st);
-    // KEEP: a memo file without text ends the whole creation.
+    // KEEP(profiles): a memo file without text ends the whole creation.
     if (!GiveText(*pBox, st, wzPath)) return false;
     if (!pBox->m_fnInitialize()) return false;
     if (g_fnRegisterXCtrl(IdTextBox, st.u64LB_ID, pBox.get())) pBox.release();

@@ -118,7 +118,7 @@ void ReadWantedRows(const XMLElement* pInfo, stCardBlock& st) {
         TakeChildren(*pCard, g_aCardRows, stFlags.abRow);
         TakeCommonFan(IsAnyShown(*pCard, "FanDuty"), IsAnyShown(*pCard, "FanRPM"), stFlags);
     }
-    // KEEP: the first card decides for all.
+    // KEEP(profiles): the first card decides for all.
     std::fill(std::begin(st.aShow) + 1, std::end(st.aShow), st.aShow[0]);
 }
 
@@ -144,7 +144,7 @@ void ReadCpu(const XMLElement* pInfo, stCpuBlock& st) {
         st.uDisplayCount = std::max(st.uDisplayCount, uCpu + 1);
         TakeChildren(*pCpu, g_aCpuRows, st.aShow[uCpu].abRow);
     }
-    // KEEP: as with cards.
+    // KEEP(profiles): as with cards.
     std::fill(std::begin(st.aShow) + 1, std::end(st.aShow), st.aShow[0]);
     for (u32 u = 0; u < g_uCpuRows; ++u) st.stSupport.abRow[u] = g_fnIsCpuRowSupported(g_aCpuRows[u].wzRow);
 }

@@ -86,7 +86,7 @@ void CollectItems(const XMLElement* pInfo, Names& names) {
 
 bool g_fnCollectDataNames(const XMLElement& root, Names& setNames) {
     const u32 uStyle = g_fnLayoutStyleOf(root);
-    // KEEP: a load takes any other number for Classic.
+    // KEEP(profiles): a load takes any other number for Classic.
     if (uStyle > STYLE_CUSTOM) return false;
     const XMLElement* const pLayout = root.FirstChildElement(g_fnLayoutElementName(uStyle));
     const XMLElement* const pSettings = pLayout ? pLayout->FirstChildElement("Settings") : nullptr;

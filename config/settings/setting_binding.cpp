@@ -65,7 +65,7 @@ void g_fnApplyXmlSettings(const tinyxml2::XMLElement* pElement, SettingTable& ta
     for (auto& [szKey, row] : table) {
         const char* szFound = pElement ? pElement->Attribute(row.szName) : nullptr;
         if (szFound) {
-            // KEEP: also where the target has room for more.
+            // KEEP(files): also where the target has room for more.
             CutInto(szText, std::string_view(szFound));
             if (std::strlen(szFound) >= sizeof szText) DropOpenSequence(szText);
         }

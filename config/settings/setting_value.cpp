@@ -20,8 +20,8 @@ bool TakeSign(const char*& szText) {
     return bNegative;
 }
 
-/// Digits up to the first other character. KEEP: leading blanks are other characters too; authors of profiles
-/// are told so.
+/// Digits up to the first other character. KEEP(files): leading blanks are other characters too; authors of
+/// profiles are told so.
 u64 ParseWhole(const char* szText, int iBase, bool bNegative) {
     u64 uValue = 0;
     const auto result = std::from_chars(szText, szText + std::strlen(szText), uValue, iBase);
@@ -91,7 +91,7 @@ template <class T> void StoreText(void* pTarget, u32 uUnits, const T* text) {
         if (text[u] && u > 0 && (out[u - 1] & 0xFC00) == 0xD800) out[u - 1] = 0;
 }
 
-/// KEEP: the bytes of a default text are taken for wide text as they stand, so that only an empty or a
+/// KEEP(files): the bytes of a default text are taken for wide text as they stand, so that only an empty or a
 /// one-character default reads as written.
 void StoreDefaultAsWide(char16_t* wzOut, u32 uUnits, const char (&szDefault)[g_uSettingText]) {
     char16_t wzText[g_uSettingText / 2 + 1] = {};

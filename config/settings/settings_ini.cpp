@@ -84,7 +84,7 @@ void g_fnReportGlobalSettingsFailure() {
 }
 
 void g_fnLoadGlobalSettings() {
-    // KEEP: the reading cannot fail; the check of its result stays.
+    // KEEP(first version): the reading cannot fail; the check of its result stays.
     if (!g_fnReadGlobalSettingsINI()) g_fnReportGlobalSettingsFailure();
 }
 

@@ -138,8 +138,8 @@ void g_fnReadClockSetting() {
 }
 
 void g_fnReadIntervals() {
-    // KEEP: the second row's key and the name of its value differ, and the name decides, as stores in use
-    // have that one.
+    // KEEP(files): the second row's key and the name of its value differ, and the name decides, as stores in
+    // use have that one.
     const stSettingRowW aRows[] = {
         Number(u"UpdateFrameDataInterval", u"1000", uFPSIntervalMs),
         {u"UpdateMonitorDataInterval", u"1000", SETTING_DECIMAL, TARGET_U32, &uDataIntervalMs, 0,

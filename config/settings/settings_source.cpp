@@ -8,7 +8,7 @@
 #include <cstring>
 #include <string_view>
 
-// KEEP: the 32-bit view counts until somebody has looked.
+// KEEP(files): the 32-bit view counts until somebody has looked.
 namespace {
 
 constexpr char16_t g_wzOwnRoot[] = u"SOFTWARE\\Zarn\\ORVIN-OSD";
@@ -77,7 +77,7 @@ void ApplyRegistryRow(platform::SettingsKey hKey, stSettingBindingW& row) {
     ValueText wzText;
     const bool bNumber = row.uKind == SETTING_DECIMAL;
     row.uFound = 0;
-    // KEEP: rows of any other kind keep what their target held.
+    // KEEP(files): rows of any other kind keep what their target held.
     if (!bNumber && row.uKind != SETTING_TEXT_LOCAL) return;
     const bool bFound = bNumber ? QueryNumber(hKey, row.wzName, wzText) : QueryText(hKey, row.wzName, wzText);
     row.uFound = bFound;

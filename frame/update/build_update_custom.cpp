@@ -30,14 +30,14 @@ void NoticeFrameTime() {
     g_stShownFigures.m_fnCustomFrameTime = ShowsFrameTime;
 }
 
-// KEEP: the box stays empty until the next build, also when its data turns up before.
+// KEEP(profiles): the box stays empty until the next build, also when its data turns up before.
 void LeaveEmpty(const CItemProperty_NumBox& item, CNumBox_Base& box) {
     g_fnLog("item \"%s\" szDataFullName: \"%s\" missing", item.m_szItemName, item.m_szDataFullName);
     box.m_fnClear();
 }
 
-// KEEP: the pointer belongs to the bank of this build; after a flip it reads the old one until the next
-// build, which companions in use ask for behind each flip.
+// KEEP(profiles): the pointer belongs to the bank of this build; after a flip it reads the old one until the
+// next build, which companions in use ask for behind each flip.
 void BindNumber(const CItemProperty_NumBox& item) {
     const auto& mapNames = *g_fnControlNames('N');
     const auto itName = mapNames.find(item.m_szItemName);

@@ -46,7 +46,7 @@ CUpdateDataFuncN MakeRecord(const stIds& stRowIds, u32 uInstance) {
     return record;
 }
 
-// KEEP: the box stays empty until the next build, also when its data turns up before.
+// KEEP(profiles): the box stays empty until the next build, also when its data turns up before.
 void Empty(const CUpdateDataFuncN& record) {
     if (CNumBox_Base* pBox = boxes::NumBox(record.m_iNumBox)) pBox->m_fnClear();
 }

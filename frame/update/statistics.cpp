@@ -19,7 +19,7 @@ u32 g_uFPS_50P = 0;
 u32 g_uFPS_1P = 0;
 u32 g_uFPS_01P = 0;
 i32 g_iFrameTime = 0;
-u64 g_uFrameCnt = 0; // KEEP: nothing counts it; it is registered and shown all the same.
+u64 g_uFrameCnt = 0; // KEEP(figures): nothing counts it; it is registered and shown all the same.
 f32 g_fFrameTimeMs = 0.0f;
 bool bQueryFrameTime = false;
 u32 uFrameRing[g_uFrameRingMax] = {};
@@ -84,7 +84,7 @@ static bool MakeRoom() noexcept {
 }
 
 /// The mean without rounding drift: what a division leaves goes into the next sum.
-// KEEP: the product has 32 bits and wraps around after some 30 million samples of 144.
+// KEEP(figures): the product has 32 bits and wraps around after some 30 million samples of 144.
 static void UpdateMean() {
     const u64 u64Count = static_cast<u64>(g_stFPSSamples.uMeanCount) + 1;
     const u64 u64Total =
@@ -94,8 +94,8 @@ static void UpdateMean() {
     ++g_stFPSSamples.uMeanCount;
 }
 
-// KEEP: the samples are never dropped and are sorted in full each time; the mean, too, counts only samples
-// that come while a layout shows the lows.
+// KEEP(figures): the samples are never dropped and are sorted in full each time; the mean, too, counts only
+// samples that come while a layout shows the lows.
 static void UpdatePercentiles() {
     if (!g_stShownFigures.m_fnPercentiles() || !MakeRoom()) return;
     g_stFPSSamples.listSorted.push_back(g_uFPS);
@@ -108,8 +108,8 @@ static void UpdatePercentiles() {
 }
 
 /// Goes on to a cleared slot. However late the slot is closed, the ring advances by one.
-// KEEP: so a program slower than the interval shows too many frames a second: the window's slots then span
-// more time than they stand for.
+// KEEP(figures): so a program slower than the interval shows too many frames a second: the window's slots
+// then span more time than they stand for.
 static void AdvanceRing(f32 fElapsed) {
     uFrameRingIndex = (uFrameRingIndex + 1) % uFPSRingSize;
     uFrameRing[uFrameRingIndex] = 0;
@@ -132,7 +132,8 @@ void g_fnSampleFPS() noexcept {
     AdvanceRing(fElapsed);
     g_uFPS = FramesPerSecond();
     g_uFPS_Max = std::max(g_uFPS_Max, g_uFPS);
-    // KEEP: the first sample counts too, though its slot began with the build: mostly it stays the smallest.
+    // KEEP(figures): the first sample counts too, though its slot began with the build: mostly it stays the
+    // smallest.
     g_uFPS_Min = std::min(g_uFPS_Min, g_uFPS);
     g_fnRaiseUpdateFlag(g_bUpdateFPS);
     g_stTimers.FPS.Restart();

@@ -35,7 +35,8 @@ void LogMissing(const CItemProperty_Base& item, const char* szData) {
     g_fnLog("item \"%s\" szDataFullName: \"%s\" missing", item.m_szItemName, szData);
 }
 
-/// KEEP: a record that finds no value stays out until the next build, also when its data turns up before.
+/// KEEP(profiles): a record that finds no value stays out until the next build, also when its data turns up
+/// before.
 void Enter(const CItemProperty_Base& item, const char* szData, CUpdateDataFuncL& record) {
     if (!record.m_pData) return LogMissing(item, szData);
     if (const auto it = g_mapAppData.find(szData); it != g_mapAppData.end()) {

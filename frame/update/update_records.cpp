@@ -77,7 +77,7 @@ static void ShowNumber(CNumBox_Base& box, i32 iValue, u32 uDecimals, f32 fDiviso
 /// A whole number that nothing divides goes to its box as it is, without a way through single precision.
 static bool IsPlain(u32 uDecimals, u32 uDivisor) { return uDecimals == 0 && uDivisor <= 1; }
 
-// KEEP: this form takes the divisor as signed, the row form takes it as unsigned.
+// KEEP(profiles): this form takes the divisor as signed, the row form takes it as unsigned.
 void g_fnUpdateNumSimple(i32 iNumBox, const u32* pData, u32 uDecimals, u32 uDivisor) {
     CNumBox_Base* pBox = boxes::NumBox(iNumBox);
     if (!pBox) return;

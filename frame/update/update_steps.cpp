@@ -75,7 +75,8 @@ void ShowSizeByStyle() {
     if (g_uLayoutStyle == STYLE_RV5) ShowSize(g_stInfoPlace.iSizeRowAlignRV5);
 }
 
-/// KEEP: the fields count from the smallest: hundredths where seconds stood, minutes where hours stood.
+/// KEEP(figures): the fields count from the smallest: hundredths where seconds stood, minutes where hours
+/// stood.
 void ReadStopWatch() {
     const u32 uHundredths = static_cast<u32>(g_stTimers.StopWatch.Elapsed() * 100.0f);
     g_stLocalClock.uSecond = uHundredths % 100;

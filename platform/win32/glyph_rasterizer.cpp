@@ -135,7 +135,7 @@ GlyphFont* CreateGlyphFont(GlyphDevice* pDevice, const stGlyphFontRequest& stReq
     if (!pDevice) return nullptr;
     GlyphFont stNominal{CreateNominalFont(stRequest)};
     if (!stNominal.m_hFont) return nullptr;
-    // KEEP: the face name goes through the ANSI code page here; letters beyond it are lost.
+    // KEEP(profiles): the face name goes through the ANSI code page here; letters beyond it are lost.
     LOGFONTA stFont = {};
     GetObjectA(stNominal.m_hFont, sizeof stFont, &stFont);
     stFont.lfWeight = stRequest.m_iWeight;

@@ -55,7 +55,7 @@ void ProcessPath(char* szOut, u32 uCapacity) noexcept {
 }
 
 void DuplicateCurrentThreadHandle() noexcept {
-    // KEEP: the duplicate is not stored and not closed.
+    // KEEP(first version): the duplicate is not stored and not closed.
     HANDLE hThread = nullptr;
     DuplicateHandle(GetCurrentProcess(), GetCurrentThread(), GetCurrentProcess(), &hThread, SYNCHRONIZE,
                     FALSE, 0);
@@ -68,7 +68,7 @@ bool IsAnyModuleLoaded(const char* const* aszNames, u32 uCount) noexcept {
     void* pList = VirtualAlloc(nullptr, kModuleListBytes, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
     const bool bFound = pList && WalkModules(hProcess, static_cast<HMODULE*>(pList), aszNames, uCount);
     if (pList) VirtualFree(pList, 0, MEM_RELEASE);
-    if (!bFound) CloseHandle(hProcess); // KEEP: a hit leaves the process handle open
+    if (!bFound) CloseHandle(hProcess); // KEEP(first version): a hit leaves the process handle open
     return bFound;
 }
 

@@ -236,6 +236,14 @@ def third_party_is_documented():
     return broken
 
 
+def keeps_say_for_whom():
+    """Each comment on an oddity that is kept names for whom, in a word that docs/kept-behaviour.md explains."""
+    document = (ROOT / "docs/kept-behaviour.md").read_text()
+    words = re.findall(r"^\| `([a-z ]+)` \|", document, re.M)
+    paths = tracked(".cpp", ".h", ".inc")
+    return list(lines_matching(re.compile(rf"\bKEEP(?!\((?:{'|'.join(words)})\):)"), paths))
+
+
 def kept_behaviour():
     """Each row of docs/kept-behaviour.md names a test that exists."""
     tests = set()
@@ -262,7 +270,7 @@ RULES = {"sources are formatted": formatting, "the core is free of operating sys
          "nothing is left unfinished": finished, "no path of one machine": no_machine_paths,
          "documents name files that exist": documents_name_files,
          "third-party software is documented": third_party_is_documented,
-         "kept behaviour is pinned by tests": kept_behaviour}
+         "oddities say for whom they are kept": keeps_say_for_whom, "kept behaviour is pinned by tests": kept_behaviour}
 
 
 def main():

@@ -467,7 +467,8 @@ TEST_F(NumBox, ADigitFillsItsCellAndGrowsByAQuarter) {
 }
 
 TEST_F(NumBox, NarrowGlyphsStandLeftMiddleOrRightInTheirCell) {
-    // The point is 4 of 8 wide. KEEP: the room of 4 counts half, for the cell's relative width of a half.
+    // The point is 4 of 8 wide. KEEP(profiles): the room of 4 counts half, for the cell's relative width of a
+    // half.
     const f32 afLeft[] = {0, 1, 2};
     for (u32 uAlign : {g_uAlignLeft, g_uAlignMiddle, g_uAlignRight}) {
         auto p = New();
