@@ -1,31 +1,41 @@
 #include "companion/control_library.h"
 #include "platform/tool.h"
 
+#include <tuple>
+
 namespace companion {
 namespace {
 
-template <class T> bool Resolve(void* hModule, const char* szName, T& fnOut, std::string& strMissing) {
-    fnOut = reinterpret_cast<T>(platform::tool::FindExport(hModule, szName));
-    if (fnOut == nullptr && strMissing.empty()) strMissing = szName;
-    return fnOut != nullptr;
-}
+/// A row of the table: name of an export, and where its address goes.
+template <class T> struct stExport {
+    const char* szName;
+    T ControlLibrary::*fnMember;
+};
+
+constexpr std::tuple g_exports{
+    stExport{"InitialSharedSegmentData_GL", &ControlLibrary::fnInitialise},
+    stExport{"EnableQueryFrameTime_GL", &ControlLibrary::fnEnableQueryFrameTime},
+    stExport{"sendCmd_GWDLL_GL", &ControlLibrary::fnSendCommand},
+    stExport{"SetMonitorFilterDataFromGWexeToGWDll_GL", &ControlLibrary::fnSetFilter},
+    stExport{"SetMonitorPosDataFromGWexeToGWDll_GL", &ControlLibrary::fnSetPositions},
+    stExport{"SetMonitorScreenshotDataFromGWexeToGWDll_GL", &ControlLibrary::fnSetScreenshot},
+    stExport{"SetMonitorTimerDataFromGWexeToGWDll_GL", &ControlLibrary::fnSetTimer},
+    stExport{"SetOSDGlobalProfileNameFromGWexeToGWDll_GL", &ControlLibrary::fnSetGlobalProfile},
+    stExport{"SetProcessID2ProfileNameFromGWexeToGWDll_GL", &ControlLibrary::fnSetProcessProfiles},
+    stExport{"SetMonitorDataFromGWexeToGWDll_GL", &ControlLibrary::fnSetData},
+    stExport{"SetMonitorDataOffsetFromGWexeToGWDll_GL", &ControlLibrary::fnSetOffsets},
+    stExport{"GetAPIVerByTID_GL", &ControlLibrary::fnRearmApiCode},
+    stExport{"Hook_CB_ProcGetMSGOfGL", &ControlLibrary::fnHookCallback},
+};
 
 /// Name of the first export that is missing, empty if all are there.
 std::string ResolveAll(ControlLibrary& st) {
     std::string strMissing;
-    Resolve(st.hModule, "InitialSharedSegmentData_GL", st.fnInitialise, strMissing);
-    Resolve(st.hModule, "EnableQueryFrameTime_GL", st.fnEnableQueryFrameTime, strMissing);
-    Resolve(st.hModule, "sendCmd_GWDLL_GL", st.fnSendCommand, strMissing);
-    Resolve(st.hModule, "SetMonitorFilterDataFromGWexeToGWDll_GL", st.fnSetFilter, strMissing);
-    Resolve(st.hModule, "SetMonitorPosDataFromGWexeToGWDll_GL", st.fnSetPositions, strMissing);
-    Resolve(st.hModule, "SetMonitorScreenshotDataFromGWexeToGWDll_GL", st.fnSetScreenshot, strMissing);
-    Resolve(st.hModule, "SetMonitorTimerDataFromGWexeToGWDll_GL", st.fnSetTimer, strMissing);
-    Resolve(st.hModule, "SetOSDGlobalProfileNameFromGWexeToGWDll_GL", st.fnSetGlobalProfile, strMissing);
-    Resolve(st.hModule, "SetProcessID2ProfileNameFromGWexeToGWDll_GL", st.fnSetProcessProfiles, strMissing);
-    Resolve(st.hModule, "SetMonitorDataFromGWexeToGWDll_GL", st.fnSetData, strMissing);
-    Resolve(st.hModule, "SetMonitorDataOffsetFromGWexeToGWDll_GL", st.fnSetOffsets, strMissing);
-    Resolve(st.hModule, "GetAPIVerByTID_GL", st.fnRearmApiCode, strMissing);
-    Resolve(st.hModule, "Hook_CB_ProcGetMSGOfGL", st.fnHookCallback, strMissing);
+    const auto Resolve = [&]<class T>(const stExport<T>& row) {
+        st.*row.fnMember = reinterpret_cast<T>(platform::tool::FindExport(st.hModule, row.szName));
+        if (!(st.*row.fnMember) && strMissing.empty()) strMissing = row.szName;
+    };
+    std::apply([&](const auto&... rows) { (Resolve(rows), ...); }, g_exports);
     return strMissing;
 }
 

@@ -63,7 +63,8 @@ bool GetAllGlFuncs() noexcept;
 i32 Hook_openGL() noexcept;
 /// 0 or 1: the detour is in place; -1: not, a thread may try again later.
 i32 Hook_graph() noexcept;
-/// 0, or -1 if not hooked. deInitCase is only logged.
+/// 0, or -1 if not hooked. deInitCase is only logged. Does not take g_csHook: a thread that was ended while
+/// it held that would stop the detach for good. Callers stop the retry thread first.
 i32 UnHook_openGL(u32 deInitCase) noexcept;
 void UnHook_graph_GL(u32 deInitCase) noexcept;
 /// 0; -1 without a hook handle; -2 if the hook could not be removed.

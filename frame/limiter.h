@@ -10,7 +10,7 @@ struct stLimiterState {
     u32 uFillCount = 0;  ///< stops at 60; below that the limiter measures and does not wait
     u32 uPrevEnable = 0; ///< previous settings, for change logging only
     u32 uPrevTarget = 0;
-    f32 fPrevTargetSec = 1.0f / 360.0f;
+    f32 fPrevTargetSec = g_fFirstTargetSec;
     bool bLimiterStarted = false;
     i64 tFrameStart = 0; ///< steady clock, nanoseconds
     i64 tFrameEnd = 0;

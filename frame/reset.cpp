@@ -55,7 +55,7 @@ static void ResetSwap() {
 
 static void ResetLimiter() {
     EnableFPSLimiter = FPS_Target = 0;
-    Frametime_Target_Sec = 1.0f / 360.0f;
+    Frametime_Target_Sec = g_fFirstTargetSec;
     g_fnRenew(g_stLimiter);
 }
 

@@ -4,7 +4,7 @@
 
 u32 EnableFPSLimiter = 0;
 u32 FPS_Target = 0;
-f32 Frametime_Target_Sec = 1.0f / 360.0f;
+f32 Frametime_Target_Sec = g_fFirstTargetSec;
 
 void g_fnTavo_Setup_FPS_Limiter() noexcept {
     if (FPS_Target == 0) FPS_Target = 1;

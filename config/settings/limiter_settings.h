@@ -5,6 +5,8 @@
 extern u32 EnableFPSLimiter;
 /// Frames per second; 0 until read.
 extern u32 FPS_Target;
+/// Seconds of a frame until a target was read.
+constexpr f32 g_fFirstTargetSec = 1.0f / 360.0f;
 /// Seconds a frame is stretched to; computed by g_fnTavo_Setup_FPS_Limiter.
 extern f32 Frametime_Target_Sec;
 

@@ -17,6 +17,8 @@ STATE = pathlib.Path(subprocess.run([ROOT / "cmake/state-folder"], stdout=subpro
 LINUX = ROOT / "build/linux-release/bin"
 WIN64 = ROOT / "build/win64/bin"
 DATA = pathlib.PurePosixPath("ZARN/Orvin Deck/ORVIN-OSD/Data")
+STORE = r"SOFTWARE\Zarn\ORVIN-OSD"  # root of the settings store
+STORE_KEYS = (r"HKLM\SOFTWARE\WOW6432Node\Zarn\ORVIN-OSD", rf"HKLM\{STORE}")  # in the order in which they are looked for
 SHIPPED = sorted(path.name for path in (ROOT / "data/Profiles").iterdir())
 
 
@@ -211,6 +213,13 @@ class LinuxPrograms(Programs):
         folder.mkdir(exist_ok=True)
         shutil.copy(ROOT / "Settings/settings.ini", folder)
 
+    def set(self, key, *lines):
+        """Adds a key below the root to the settings store, for programs that start from now on."""
+        folder = self.data.parent / "Settings"
+        folder.mkdir(exist_ok=True)
+        with open(folder / "settings.ini", "a") as file:
+            file.write("\n".join([f"[{STORE}\\{key}]", *lines, ""]))
+
     def with_overlay(self, command, **more):
         return self.start([self.companion, "run", "--", *command], **more)
 
@@ -245,7 +254,7 @@ class WinePrograms(Programs):
 
     def close(self):
         if self.settings_taken:
-            self.run([*self.wrapper, "reg", "delete", r"HKLM\SOFTWARE\Zarn\ORVIN-OSD", "/f"])
+            self.run([*self.wrapper, "reg", "delete", STORE_KEYS[1], "/f"])
         super().close()
 
     def wine(self, *command, **more):

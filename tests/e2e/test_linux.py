@@ -56,13 +56,6 @@ class LinuxCase(unittest.TestCase):
         wait_until(ready.exists)
         self.assertEqual(self.programs.ask("profile-name", profile)[0], 0)
 
-    def settings(self, key, *lines):
-        """Adds a key of the overlay's own to the settings file."""
-        folder = self.programs.data.parent / "Settings"
-        folder.mkdir(exist_ok=True)
-        with open(folder / "settings.ini", "a") as file:
-            file.write("\n".join([f"[SOFTWARE\\Zarn\\ORVIN-OSD\\{key}]", *lines, ""]))
-
     def segment(self):
         """The shared segment as bytes that can be written."""
         path = wait_until(lambda: next(pathlib.Path("/dev/shm").glob(f"*Shared*{self.folder.name}*"), None), 10)
@@ -145,7 +138,7 @@ class Writing(LinuxCase):
 
 class Pace(LinuxCase):
     def test_frame_time_agrees_with_the_hosts_own_stamps(self):
-        self.settings("Information Option", "UpdateFrameDataInterval=100")
+        self.programs.set("Information Option", "UpdateFrameDataInterval=100")
         stamps, stop = self.folder / "stamps", self.folder / "stop"
         process = self.programs.with_overlay([LINUX / "host_glx", "--frames", "100000", "--fps-cap", "25", "--stamps",
                                               stamps, "--stop-file", stop, "--size", "320x240"])
@@ -171,7 +164,7 @@ class Pace(LinuxCase):
     def test_the_settings_file_limits_the_frame_rate(self):
         # A target that even a slow machine meets without the limiter, and far from it: an overshoot of the wait by
         # half a frame would end the limiting for good.
-        self.settings("FPSLimiter", "Enable=1", "FPSTarget=4")
+        self.programs.set("FPSLimiter", "Enable=1", "FPSTarget=4")
         stamps = self.folder / "stamps"
         self.host("--frames", "74", "--stamps", stamps, "--size", "320x240")
         times = [int(line) for line in stamps.read_text().split()]
@@ -184,7 +177,7 @@ class Pace(LinuxCase):
         # Those take the core away in the middle of waits. A correction left by that shortens a frame by a quarter at
         # most; without the key a few of them leave the host without a limit within seconds.
         (self.programs.data / "OSD.ini").write_text("[HostCare]\nLimiterRecovery = 1\n")
-        self.settings("FPSLimiter", "Enable=1", "FPSTarget=60")
+        self.programs.set("FPSLimiter", "Enable=1", "FPSTarget=60")
         self.programs.show("Empty")
         core = str(min(os.sched_getaffinity(0)))
         busy = [self.programs.start(["taskset", "-c", core, "sh", "-c", "while :; do :; done"]) for _ in range(2)]

@@ -12,8 +12,8 @@ import zipfile
 
 from PIL import Image
 
-from e2e.environment import (DATA, LINUX, ROOT, SHIPPED, STATE, WIN64, Display, LinuxPrograms, WinePrograms, glfw_examples,
-                             see, wait_until)
+from e2e.environment import (DATA, LINUX, ROOT, SHIPPED, STATE, STORE_KEYS, WIN64, Display, LinuxPrograms, WinePrograms,
+                             glfw_examples, see, wait_until)
 from e2e.pictures import colourful, difference_box
 
 VERSION = re.search(r"VERSION ([0-9.]+)", (ROOT / "CMakeLists.txt").read_text().split("project(")[1])[1]
@@ -305,7 +305,7 @@ class Windows(Package):
         self.install()
         own = self.drive / "ProgramData" / DATA / "OSD.ini"
         own.write_text("; mine\n")
-        key = r"HKLM\SOFTWARE\Zarn\ORVIN-OSD\Information Option"
+        key = STORE_KEYS[1] + r"\Information Option"
         self.wine("reg", "add", key, "/v", "UpdateFrameDataInterval", "/t", "REG_DWORD", "/d", "250", "/f")
         (self.drive / "ProgramData" / DATA / "DrawText_GL.fs").write_text("broken")
         self.install()

@@ -7,7 +7,7 @@ import unittest
 
 from PIL import Image, ImageChops
 
-from e2e.environment import LINUX, SHIPPED, Display, LinuxPrograms, WinePrograms, screenshot, wait_until
+from e2e.environment import LINUX, SHIPPED, STORE_KEYS, Display, LinuxPrograms, WinePrograms, screenshot, wait_until
 from e2e.pictures import difference_box
 
 SIZE = "1280x720"
@@ -308,10 +308,9 @@ class BothPlatforms(unittest.TestCase):
 
     def test_wine_reads_the_sensors_that_the_registry_defines(self):
         """A name and a divisor of a key's own: texts and numbers of the registry come through."""
-        roots = (r"HKLM\SOFTWARE\WOW6432Node\Zarn\ORVIN-OSD", r"HKLM\SOFTWARE\Zarn\ORVIN-OSD")
         with Display() as display, WinePrograms(display) as wine:
-            first = wine.run([*wine.wrapper, "reg", "query", roots[0]])[0] == 0  # then that one counts alone
-            key = roots[0 if first else 1] + r"\Information Option\Config\Sensor\Water"
+            first = wine.run([*wine.wrapper, "reg", "query", STORE_KEYS[0]])[0] == 0  # then that one counts alone
+            key = STORE_KEYS[0 if first else 1] + r"\Information Option\Config\Sensor\Water"
             folder = wine.data / "Profiles/Sensors"
             shutil.copytree(wine.data / "Profiles/Empty", folder)
             (folder / "OSD.xml").write_text(SENSOR_PROFILE)

@@ -128,10 +128,7 @@ class Moving(ShippedCase):
         programs = self.programs(LinuxPrograms)
         self.hold(programs, LinuxPrograms)
         before, early = self.pictures(programs, LinuxPrograms, "Graphs")
-        folder = programs.data.parent / "Settings"
-        folder.mkdir()
-        key = "[SOFTWARE\\Zarn\\ORVIN-OSD\\Information Option]"
-        (folder / "settings.ini").write_text(f"{key}\nUpdateFrameDataInterval=20\nUpdateStatisticInterval=20\n")
+        programs.set("Information Option", "UpdateFrameDataInterval=20", "UpdateStatisticInterval=20")
         _, late = self.pictures(programs, LinuxPrograms, "Graphs", frame=200)
         block = next(iter(named_boxes("Graphs", *SIZE).values()))
         self.assertGreater(differing_inside(early, late, block), 0.02)

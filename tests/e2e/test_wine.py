@@ -5,13 +5,13 @@ import unittest
 from PIL import Image
 
 from e2e import sheet
-from e2e.environment import LINUX, WIN64, Display, LinuxPrograms, WinePrograms, glfw_examples, see, see_still, wait_until
+from e2e.environment import (LINUX, STORE_KEYS, WIN64, Display, LinuxPrograms, WinePrograms, glfw_examples, see, see_still,
+                             wait_until)
 from e2e.panels import boxes
 from e2e.pictures import colourful, difference_box, differing_outside, lit
 
 
 ACCENT = (64, 176, 255)  # the strip of the layout's header
-ROOT_KEYS = [rf"HKLM\SOFTWARE\{view}Zarn\ORVIN-OSD" for view in ("", "WOW6432Node\\")]
 SIMPLE_SIZE = (640, 480)  # client size of the "simple" example
 SIMPLE_CORNER = (120, 110)  # pixels that its triangle never reaches, window frame included
 
@@ -104,7 +104,7 @@ class Picture(WineCase):
 
 class Robustness(WineCase):
     def limit(self, target):
-        for root in ROOT_KEYS:
+        for root in STORE_KEYS:
             for name, value in (("Enable", int(target > 0)), ("FPSTarget", target)):
                 self.programs.run([*self.programs.wrapper, "reg", "add", root + r"\FPSLimiter", "/v", name, "/t",
                                    "REG_DWORD", "/d", str(value), "/f"])

@@ -209,6 +209,13 @@ def documents_name_files():
     return broken
 
 
+def platform_is_documented():
+    """platform/README.md names each header of the seam."""
+    text = (ROOT / "platform/README.md").read_text()
+    return [f"{path.name} is not in platform/README.md" for path in sorted((ROOT / "platform").glob("*.h"))
+            if not re.search(rf"\b{path.stem}\b", text)]
+
+
 def third_party_is_documented():
     """third_party/README.md has a row for each package of packages.txt, each source of sources.lock with its version,
     and each library that a CMake file looks for."""
@@ -269,6 +276,7 @@ RULES = {"sources are formatted": formatting, "the core is free of operating sys
          "functions and files stay small": sizes, "texts speak for the system itself": own_words,
          "nothing is left unfinished": finished, "no path of one machine": no_machine_paths,
          "documents name files that exist": documents_name_files,
+         "services of the platform are documented": platform_is_documented,
          "third-party software is documented": third_party_is_documented,
          "oddities say for whom they are kept": keeps_say_for_whom, "kept behaviour is pinned by tests": kept_behaviour}
 
