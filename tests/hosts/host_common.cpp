@@ -59,6 +59,7 @@ std::string Joined(const char* szFirst, const std::string& strSecond) {
 
 constexpr u32 g_uStormSizes[][2] = {{320, 240}, {801, 603}, {128, 96}, {640, 480}, {417, 333}, {1024, 768}};
 constexpr u32 g_uErrorFramesPrinted = 8;
+constexpr std::size_t g_uSwapsListed = 12;
 std::atomic<u32> g_uFramesOfAll{0}; // of the thread that was last to end one
 
 /// One context with its entry points and objects.
@@ -88,6 +89,7 @@ class CHostLoop {
     static u32 InTurn(u32 uFrame, u32 uFirst, u32 uCount);
     bool m_fnChangeSurroundings(u32 uFrame);
     bool m_fnFrame(u32 uFrame);
+    void m_fnTakeSwapCpu(i64 iCpu);
     bool m_fnSwap(u32 uFrame, stHostContext& stContext, WindowRef pWindow);
     void m_fnAfterSwap(u32 uFrame, stHostContext& stContext, WindowRef pWindow);
     void m_fnTakeErrors(stHostGl& stGl, std::string& strCodes, u32& uFrames);
@@ -112,7 +114,7 @@ class CHostLoop {
     i64 m_iFirstFrame = 0, m_iLongestCpu = 0, m_iWindowWall = 0, m_iWindowCpu = 0;
     void (*m_fnBenchFrame)() = nullptr;
     std::set<std::string> m_setChanged;
-    std::vector<i64> m_iStamps;
+    std::vector<i64> m_iStamps, m_vecSwapCpu;
 };
 
 CHostLoop::~CHostLoop() {
@@ -254,6 +256,11 @@ void CHostLoop::m_fnCompareStates(u32 uFrame,
     }
 }
 
+void CHostLoop::m_fnTakeSwapCpu(i64 iCpu) {
+    m_iLongestCpu = std::max(m_iLongestCpu, iCpu);
+    if (m_vecSwapCpu.size() < g_uSwapsListed) m_vecSwapCpu.push_back(iCpu);
+}
+
 bool CHostLoop::m_fnSwap(u32 uFrame, stHostContext& stContext, WindowRef pWindow) {
     std::vector<std::pair<std::string, std::string>> listBefore;
     std::string strIgnored;
@@ -263,8 +270,7 @@ bool CHostLoop::m_fnSwap(u32 uFrame, stHostContext& stContext, WindowRef pWindow
     const i64 iStart = NowNanoseconds(), iCpu = m_st.bSwapCpu ? CpuNanoseconds() : 0;
     const bool bSwapped = m_pSystem->m_fnSwap(pWindow);
     if (uFrame == 1) m_iFirstFrame = NowNanoseconds() - iStart;
-    if (m_st.bSwapCpu && uFrame >= m_st.uSwapCpuFrom)
-        m_iLongestCpu = std::max(m_iLongestCpu, CpuNanoseconds() - iCpu);
+    if (m_st.bSwapCpu && uFrame >= m_st.uSwapCpuFrom) m_fnTakeSwapCpu(CpuNanoseconds() - iCpu);
     if (m_st.bPrintErrors) {
         std::string strCodes;
         m_fnTakeErrors(stContext.stGl, strCodes, m_uErrorFrames);
@@ -332,7 +338,12 @@ void CHostLoop::m_fnReport(i64 iTotal) {
     }
     m_fnPrint("first_swap_ns", std::to_string(m_iFirstFrame));
     m_fnPrint("total_ns", std::to_string(iTotal));
-    if (m_st.bSwapCpu) m_fnPrint("longest_swap_cpu_ns", std::to_string(m_iLongestCpu));
+    if (m_st.bSwapCpu) {
+        m_fnPrint("longest_swap_cpu_ns", std::to_string(m_iLongestCpu));
+        std::string strSwaps;
+        for (const i64 i : m_vecSwapCpu) AppendPiece(strSwaps, std::to_string(i));
+        m_fnPrint("swap_cpu_ns", strSwaps);
+    }
     if (m_st.uMeasureFrom && m_uFrames >= m_st.uMeasureFrom) {
         m_fnPrint("measured_frames", std::to_string(m_uFrames - m_st.uMeasureFrom + 1));
         m_fnPrint("measured_wall_ns", std::to_string(NowNanoseconds() - m_iWindowWall));
