@@ -4,6 +4,7 @@
 #include "draw/pixel_guard.h"
 #include "platform/gl_api.h"
 
+#include <algorithm>
 #include <new>
 
 struct stFormatRow {
@@ -113,6 +114,37 @@ bool CTexture2D_GL::m_fnUploadLevel(const void* pPixels, u32 uFrame, u32 uLevel)
     return true;
 }
 
+/// Levels with so few rows go whole: there a row of many is near.
+static constexpr u32 g_uRowsOfWhole = 64;
+
+/// Ahead of the first rows of a level that is specified without any, its size is made known.
+void CTexture2D_GL::UploadTopOf(u32 uLevel, u32 uRows) const {
+    const u8* const pPixels = m_pFrames[0][uLevel];
+    const u32 uHeight = g_fnLevelSide(m_uHeight, uLevel);
+    const bool bWhole = uHeight <= g_uRowsOfWhole;
+    if (bWhole || m_uTopRows == 0) SpecifyLevel(bWhole ? pPixels : nullptr, uLevel);
+    if (bWhole) return;
+    const u32 uTop = std::min(uHeight, (uRows >> uLevel) + 2);
+    glTexSubImage2D(GL_TEXTURE_2D, static_cast<GLint>(uLevel), 0, 0,
+                    static_cast<GLsizei>(g_fnLevelSide(m_uWidth, uLevel)), static_cast<GLsizei>(uTop),
+                    m_uGLFormat, m_uGLType, pPixels);
+}
+
+bool CTexture2D_GL::m_fnUploadTop(u32 uRows) {
+    u8* pOwn = nullptr;
+    m_fnGetLevel(&pOwn, 0, 0);
+    if (!pOwn || m_uNameCount == 0) return false;
+    g_fnGuardUpload();
+    glBindTexture(GL_TEXTURE_2D, m_pNames[0]);
+    SetUploadSampling();
+    // Rows of an earlier picture that this one leaves blank.
+    uRows = std::max({uRows, m_uTopRows, 1u});
+    for (i32 i = 0; i < m_uLevelCount; ++i) UploadTopOf(static_cast<u32>(i), uRows);
+    m_uTopRows = uRows;
+    glBindTexture(GL_TEXTURE_2D, 0);
+    return true;
+}
+
 /// Frame 0 stands in for a frame that does not exist.
 u32 CTexture2D_GL::ShownName() const {
     if (m_uNameCount == 0) return 0;
@@ -141,7 +173,7 @@ void CTexture2D_GL::m_fnRelease() {
     if (m_pNames && g_fnMayDeleteNames()) glDeleteTextures(static_cast<GLsizei>(m_uNameCount), m_pNames);
     delete[] m_pNames;
     m_pNames = nullptr;
-    m_uNameCount = 0;
+    m_uNameCount = m_uTopRows = 0;
     m_bDrawSampling = false;
 }
 

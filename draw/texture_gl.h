@@ -23,6 +23,9 @@ class CTexture2D_GL : public virtual CTexture_Base {
     /// Specifies one level anew, or the whole chain; nothing is ever updated in part. False for a frame or
     /// level that does not exist.
     bool m_fnUploadLevel(const void* pPixels, u32 uFrame, u32 uLevel) override;
+    /// The chain of frame 0 as far as uRows rows of it reach, for a picture whose other rows nobody looks at:
+    /// those hold anything. Only what is handed over costs time, and on some drivers memory.
+    bool m_fnUploadTop(u32 uRows);
     /// Steps an animation, binds, and sets every parameter anew: what the application left is not trusted.
     void m_fnBindUnit(u32 uUnit) override;
     /// m_fnBindUnit on the active unit for a picture that stays; its parameters are set once after an upload,
@@ -38,10 +41,12 @@ class CTexture2D_GL : public virtual CTexture_Base {
 
   private:
     u32 m_uNameCount = 0;
+    u32 m_uTopRows = 0;                   ///< handed over since the chain was specified; 0: it is not
     mutable bool m_bDrawSampling = false; ///< set since the last upload
     u32 ShownName() const;
     u32 MinFilter() const;
     void SetUploadSampling() const;
+    void UploadTopOf(u32 uLevel, u32 uRows) const;
     void SpecifyLevel(const void* pPixels, u32 uLevel) const;
 };
 

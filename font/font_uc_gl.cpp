@@ -20,13 +20,14 @@ bool CFontUC_GL::m_fnCreateTexture() {
 
 bool CFontUC_GL::m_fnUploadAtlasAll(const u8* const*) { return m_fnUploadAtlas(); }
 
+bool CFontUC_GL::m_fnUploadChain() { return m_pTexture->m_fnUploadLevel(nullptr, 0, 0); }
+
 bool CFontUC_GL::m_fnUploadAtlas() {
     if (!m_pTexture) return false;
     m_pTexture->m_fnLendLevel(0, m_pAtlas);
     // The levels are taken anew, so they hold zeros. One call takes the whole chain along.
     const bool bDone = m_pTexture->m_fnTakeLevels(0) &&
-                       g_fnFillChain(*m_pTexture, m_pAtlas, 0, m_uAtlasRows, true) &&
-                       m_pTexture->m_fnUploadLevel(nullptr, 0, 0);
+                       g_fnFillChain(*m_pTexture, m_pAtlas, 0, m_uAtlasRows, true) && m_fnUploadChain();
     // The next upload makes them again from the atlas; until then they only take the program's memory.
     m_pTexture->m_fnDropLevels(0);
     return bDone;

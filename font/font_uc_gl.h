@@ -16,6 +16,10 @@ class CFontUC_GL : public virtual CFontUniCode {
     ~CFontUC_GL() override;
 
     CTexture2D_GL* m_pTexture = nullptr; ///< owned
+
+  protected:
+    /// The texture has all levels in memory.
+    virtual bool m_fnUploadChain();
 };
 
 /// Entry of the creation table; null when out of memory.
