@@ -3,6 +3,7 @@
 #include "draw/backdrop.h"
 #include "draw/canvas.h"
 #include "draw/data_shader.h"
+#include "draw/first_draws.h"
 #include "draw/matrix.h"
 #include "draw/shape_meshes.h"
 #include "draw/texture_gl.h"
@@ -103,13 +104,14 @@ void CDrawBasic_GL::StartProgram(const GLProgram& program) const {
 
 void CDrawBasic_GL::m_fnRender() {
     if (g_bCaptureBackdrop && m_uBlurProgramCount != 0) RenderBlur();
-    RenderColor();
-    RenderTexture();
+    if (g_fnMayDraw(m_pProgramColor.get())) RenderColor();
+    if (g_fnMayDraw(m_pProgramTexture.get())) RenderTexture();
 }
 
 void CDrawBasic_GL::RenderBlur() {
     for (u32 i = 0; i < m_uBlurProgramCount; ++i) {
         const GLProgram& program = *m_pProgramBlur[i];
+        if (!g_fnMayDraw(&program)) continue;
         StartProgram(program);
         program.m_fnSetUniform1i("tex", 0);
         glActiveTexture(GL_TEXTURE0);

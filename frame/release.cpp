@@ -2,6 +2,7 @@
 
 #include "draw/backdrop.h"
 #include "draw/canvas.h"
+#include "draw/first_draws.h"
 #include "draw/own_context.h"
 #include "frame/context_state.h"
 #include "frame/outer_guard.h"
@@ -21,6 +22,7 @@ void g_fnLeaveOwnContext() noexcept {
 
 void g_fnTavo_GL_Release() noexcept {
     if (!g_bInitGL) return;
+    g_fnForgetFirstDraws();
     g_fnReleaseBackdrop();
     g_fnReleaseResources();
     g_iInitFailCount = 0;

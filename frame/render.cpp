@@ -10,6 +10,7 @@
 #include "draw/backdrop.h"
 #include "draw/batcher_slots.h"
 #include "draw/canvas.h"
+#include "draw/first_draws.h"
 #include "draw/pixel_guard.h"
 #include "frame/build_ahead.h"
 #include "frame/context_state.h"
@@ -135,9 +136,10 @@ static void TakeShot() {
     g_timerShutter.Restart();
 }
 
-/// A shot of mode 1 is taken here; for any other, what must not be on it leaves the picture.
+/// A shot of mode 1 is taken here; for any other, what must not be on it leaves the picture. While the
+/// drawing is spread shots wait for the whole of it.
 static void ShotBeforeDrawing() {
-    if (!g_bShotPending) return;
+    if (!g_bShotPending || g_fnAreDrawsSpread()) return;
     if (g_uCapMode == 1)
         TakeShot();
     else
@@ -145,7 +147,7 @@ static void ShotBeforeDrawing() {
 }
 
 static void ShotAfterDrawing() {
-    if (!g_bShotPending || g_uCapMode != 2) return;
+    if (!g_bShotPending || g_uCapMode != 2 || g_fnAreDrawsSpread()) return;
     g_fnShowAfterShot();
     TakeShot();
 }
@@ -160,14 +162,19 @@ static void Unbind() {
     glBindBufferARB(GL_ELEMENT_ARRAY_BUFFER, 0);
 }
 
+static void CopyBackdrop() {
+    if (g_bCaptureBackdrop && g_fnMayDraw(&g_uCopyTexture)) g_fnCopyBackdrop();
+}
+
 static void DrawOverlay() {
+    g_fnBeginDraws();
     Resize();
     ShotBeforeDrawing();
     g_fnUpdate_Tavo();
-    g_fnCopyBackdrop();
+    CopyBackdrop();
     // Basic shapes go below text.
     if (g_pDrawBasic) static_cast<CDraw_Base*>(g_pDrawBasic)->m_fnRender();
-    if (g_pDrawText) static_cast<CDraw_Base*>(g_pDrawText)->m_fnRender();
+    if (g_pDrawText && g_fnMayDraw(g_pDrawText)) static_cast<CDraw_Base*>(g_pDrawText)->m_fnRender();
 }
 
 /// The application gets its state back whatever went wrong in between.
@@ -194,14 +201,23 @@ static void RestoreState() {
     g_fnTavo_GL_RestoreState();
 }
 
-/// The same frame inside the other guard.
+/// The frame that built has done enough.
+static void BeginSpread() {
+    g_fnSpreadFirstDraws();
+    g_fnCountFrame();
+}
+
+/// The same frame inside the other guard. A build is spread over several.
 static void RenderInOuterGuard() {
     // Nothing reaches the picture, but the frame counts.
     if (!g_fnBeginOuterGuard()) return g_fnCountFrame();
-    const bool bBuilt = TryBuildResources();
-    if (bBuilt) TryDrawOverlay();
+    const bool bDraw = g_bInitGL;
+    if (bDraw)
+        TryDrawOverlay();
+    else if (TryBuildResources())
+        BeginSpread();
     g_fnEndOuterGuard();
-    if (bBuilt) ShotAfterDrawing();
+    if (bDraw) ShotAfterDrawing();
 }
 
 void g_fnTavo_GL_Render() {

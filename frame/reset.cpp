@@ -5,6 +5,7 @@
 #include "config/settings/limiter_settings.h"
 #include "draw/backdrop.h"
 #include "draw/canvas.h"
+#include "draw/first_draws.h"
 #include "draw/own_context.h"
 #include "frame/api_claim.h"
 #include "frame/context_state.h"
@@ -31,6 +32,7 @@
 static void ResetContext() {
     g_fnLeaveContext();
     g_fnForgetOuterGuard();
+    g_fnForgetFirstDraws();
     g_fnLeaveSurface();
     g_hDC = nullptr;
     hFocusWindow = nullptr;

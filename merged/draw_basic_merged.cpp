@@ -3,6 +3,7 @@
 #include "controls/control.h"
 #include "controls/osd_manager.h"
 #include "draw/backdrop.h"
+#include "draw/first_draws.h"
 #include "draw/shape_meshes.h"
 #include "draw/texture_gl.h"
 #include "merged/merged_programs.h"
@@ -175,6 +176,7 @@ void CDrawBasic_Merged::m_fnRender() {
     bool bBound = false, bBackdropBound = false;
     for (const stRun& run : m_aRuns) {
         if (run.uIndex == run.uIndexEnd || (run.uPass == g_uPassBlur && !g_bCaptureBackdrop)) continue;
+        if (!g_fnMayDraw(run.pProgram)) continue;
         if (!bBound) m_stream.m_fnBind();
         bBound = true;
         if (run.uPass == g_uPassTexture)

@@ -5,6 +5,7 @@
 #include "config/settings/settings.h"
 #include "draw/backdrop.h"
 #include "draw/canvas.h"
+#include "draw/first_draws.h"
 #include "draw/own_context.h"
 #include "entry/hooking.h"
 #include "entry/reset_process.h"
@@ -96,6 +97,8 @@ i32 FrameFixture::Swap() {
 bool FrameFixture::RunUntilBuilt() {
     for (int i = 0; i < 3 && !g_bInitGL; ++i) Swap();
     EXPECT_TRUE(g_bInitGL) << "the overlay was not built";
+    for (int i = 0; i < 12 && g_fnAreDrawsSpread(); ++i) Swap();
+    EXPECT_FALSE(g_fnAreDrawsSpread());
     return g_bInitGL;
 }
 

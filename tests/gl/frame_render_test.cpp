@@ -7,6 +7,7 @@
 #include "draw/batcher_slots.h"
 #include "draw/canvas.h"
 #include "draw/creation_table.h"
+#include "draw/first_draws.h"
 #include "frame/context_state.h"
 #include "frame/frame_driver.h"
 #include "frame/parts.h"
@@ -73,8 +74,35 @@ TEST_F(FrameRender, WithTheOuterGuardTheFontsAreOpenedOnAFrameAheadOfTheBuild) {
     EXPECT_FALSE(platform::HoldGlyphSystem()) << "open already";
     Swap();
     EXPECT_TRUE(g_bInitGL);
+    EXPECT_EQ(Pixels(), vecBare) << "drawing begins behind the build";
+    ASSERT_TRUE(RunUntilBuilt());
     EXPECT_NE(Pixels(), vecBare);
+    g_fnTavo_GL_Release();
     g_stHostCare = stHostCare();
+}
+
+TEST_F(FrameRender, BehindABuildWithTheOuterGuardEachFrameDrawsOneKindMoreUntilThePictureStands) {
+    for (const std::initializer_list<const char*> listKeys :
+         {std::initializer_list<const char*>{"OuterGuard"}, {"OuterGuard", "MergedDraw"}}) {
+        UseShaders(true);
+        SetCare(listKeys);
+        ASSERT_TRUE(Begin(true, u"Bench"));
+        // Fonts, build, copy of the frame: nothing to be seen. Then frosted panels, flat ones, and text.
+        constexpr std::size_t uHidden = 3, uFrames = 10;
+        std::vector<std::vector<u8>> listPictures;
+        for (std::size_t i = 0; i < uFrames; ++i) {
+            Clear();
+            Swap();
+            listPictures.push_back(Pixels());
+        }
+        EXPECT_FALSE(g_fnAreDrawsSpread());
+        for (std::size_t i = 1; i < uHidden; ++i) EXPECT_EQ(listPictures[i], listPictures[0]);
+        for (std::size_t i = uHidden; i < uHidden + 3; ++i)
+            EXPECT_NE(listPictures[i], listPictures[i - 1]) << i;
+        EXPECT_EQ(listPictures.back(), listPictures[uFrames - 2]);
+        g_fnTavo_GL_Release();
+        g_stHostCare = stHostCare();
+    }
 }
 
 TEST_F(FrameRender, DisabledMakesExactlyOneGLCallAndReadsNoClock) {
