@@ -7,6 +7,7 @@
 
 class CDrawText_GL : public CDrawText_Base {
   public:
+    // Operations and projection as in CDrawBasic_GL: both batchers fill the slots of CDraw_Base.
     CDrawText_GL() = default;
     ~CDrawText_GL() override;
 

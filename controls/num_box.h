@@ -66,6 +66,7 @@ class CNumBox_Base : public virtual CControl, public CTextLook {
     virtual void m_fnSetShadow(bool bShadow);
     /// Least width of integers, at most 16; bHide pads with blanks, otherwise with zeros.
     virtual void m_fnSetDigitPad(u32 uDigits, bool bHide);
+    // From here to the spacing as in the other box: each class has a table of slots of its own.
     virtual void m_fnMarkColorDirty();
     /// uRGB is 0xRRGGBB.
     virtual void m_fnSetTextColor(u32 uRGB, u8 a);

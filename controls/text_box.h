@@ -56,6 +56,7 @@ class CTextBox_Base : public virtual CControl, public CTextLook {
     virtual CFontUniCode* m_fnGetFont(CFontUniCode** ppOut);
     /// Ignored once the buffers exist.
     virtual void m_fnSetShadow(bool bShadow);
+    // From here to the spacing as in the other box: each class has a table of slots of its own.
     virtual void m_fnMarkColorDirty();
     /// uRGB is 0xRRGGBB.
     virtual void m_fnSetTextColor(u32 uRGB, u8 a);

@@ -11,6 +11,7 @@
 
 class CDrawText_Merged final : public CDrawText_Base, private CMergedSink {
   public:
+    // Operations as in CDrawBasic_Merged: both batchers fill the slots of CDraw_Base.
     ~CDrawText_Merged() override;
 
     /// Builds the programs. Throws std::runtime_error.

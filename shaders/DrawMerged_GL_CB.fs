@@ -1,5 +1,6 @@
 #version 150
 // Frosted shapes: the frame behind the overlay, blurred over a disc, under the panel's colour.
+// The blur is that of DrawBasic_GL_CB.fs to the letter, since a shader file can take in no other; change both.
 // The diameter, _CIRCLE_BLUR_DIAMETER_, comes in at compile time, in window pixels.
 uniform sampler2D tex;
 

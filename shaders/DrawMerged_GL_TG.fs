@@ -1,5 +1,6 @@
 #version 150
-// Text with a halo: as DrawMerged_GL_T.fs, with coverage also from the ink around.
+// Text with a halo: as DrawMerged_GL_T.fs, with coverage also from the ink around. The halo is that of
+// DrawText_GL_G.fs to the letter, since a shader file can take in no other; change both.
 uniform sampler2D tex;
 
 in vec2 texCoord;

@@ -2,7 +2,6 @@
 
 #include "base/log.h"
 #include "config/items/item_reader.h"
-#include "config/items/item_report.h"
 
 #include <algorithm>
 
@@ -14,30 +13,13 @@ constexpr u32 g_uLeastColumns = 2;
 constexpr const char* g_aszLineTypes[g_uLineTypes] = {"LINEGRAPH_TYPE_CLASSIC\n", "LINEGRAPH_TYPE_MOUNTAIN\n",
                                                       "LINEGRAPH_TYPE_STAIR\n", "LINEGRAPH_TYPE_BAR\n"};
 
-void ApplyOwnKeys(const tinyxml2::XMLElement& element, CItemProperty_LineGraph& item) {
-    const stSettingRow aRows[] = {
-        {"DataFullName", "", SETTING_TEXT, TARGET_TEXT, item.m_szDataFullName,
-         std::size(item.m_szDataFullName)},
-        {"ZIndex", "", SETTING_TEXT, TARGET_TEXT, item.m_szZIndex, std::size(item.m_szZIndex)},
-    };
-    SettingTable table;
-    g_fnAddSettings(table, aRows);
-    g_fnAddLineGraphSettings(table, item);
-    g_fnApplyXmlSettings(&element, table);
-    g_fnFreeSettings(table);
-}
-
-void Report(const CItemProperty_LineGraph& item, const char* szField) {
-    g_fnReportError("item \"%s\" %s", item.m_szItemName, szField);
-}
-
 /// The number of columns is read for lines and areas, and follows from the sizes for stairs and bars.
 void SettleColumns(CItemProperty_LineGraph& item) {
     if (item.m_uLineType >= g_uFirstComputedType) {
-        if (!(item.m_fDataWidth > 0)) Report(item, "m_fDataWidth");
+        if (!(item.m_fDataWidth > 0)) g_fnReportField(item, "m_fDataWidth");
         item.m_uDataNum = g_fnGraphColumns(item.m_uContentSizeW, item.m_fDataWidth);
     } else if (item.m_uDataNum == 0) {
-        Report(item, "m_uDataNum");
+        g_fnReportField(item, "m_uDataNum");
         item.m_uDataNum = g_uLeastColumns;
     }
 }
@@ -65,7 +47,7 @@ void CItemProperty_LineGraph::m_fnPrintData() const {
 bool g_fnReadLineGraphItems(const tinyxml2::XMLElement* pParent) {
     g_fnReadItems<CItemProperty_LineGraph>(pParent, g_fnItemType(ITEM_LINEGRAPH).szElement,
                                            [](const auto& element, auto& item) {
-                                               ApplyOwnKeys(element, item);
+                                               g_fnApplyGraphRows(element, item, g_fnAddLineGraphSettings);
                                                return g_fnValidateLineGraph(item);
                                            });
     return true;
@@ -73,17 +55,17 @@ bool g_fnReadLineGraphItems(const tinyxml2::XMLElement* pParent) {
 
 bool g_fnValidateLineGraph(CItemProperty_LineGraph& item) {
     if (item.m_uLineType >= g_uLineTypes) {
-        Report(item, "LineType");
+        g_fnReportField(item, "LineType");
         item.m_uLineType = 0;
     }
-    if (item.m_uContentSizeW == 0) Report(item, "m_uContentSizeW");
-    if (item.m_uContentSizeH == 0) Report(item, "m_uContentSizeH");
+    if (item.m_uContentSizeW == 0) g_fnReportField(item, "m_uContentSizeW");
+    if (item.m_uContentSizeH == 0) g_fnReportField(item, "m_uContentSizeH");
     SettleColumns(item);
     // KEEP(profiles): through whole percent and back, so 128 becomes 127 and 1 becomes 0.
     item.m_u8LineOpacity = static_cast<u8>(g_fnAlphaToPercent(item.m_u8LineA));
     item.m_u8LineA = g_fnPercentToAlpha(item.m_u8LineOpacity);
     if (*item.m_szDataFullName) return true;
-    Report(item, "m_szDataFullName is invalid");
+    g_fnReportField(item, "m_szDataFullName is invalid");
     return false;
 }
 

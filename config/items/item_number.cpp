@@ -15,11 +15,7 @@ void ApplyOwnKeys(const tinyxml2::XMLElement& element, CItemProperty_NumBox& ite
         {"DataFullName", "", SETTING_TEXT, TARGET_TEXT, item.m_szDataFullName,
          std::size(item.m_szDataFullName)},
     };
-    SettingTable table;
-    g_fnAddSettings(table, aRows);
-    g_fnAddTextSettings(table, item);
-    g_fnApplyXmlSettings(&element, table);
-    g_fnFreeSettings(table);
+    g_fnApplyRows(element, aRows, [&](SettingTable& table) { g_fnAddTextSettings(table, item); });
 }
 
 /// False, with the reason reported, if a name is missing without which the number can't be.

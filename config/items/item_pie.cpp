@@ -2,34 +2,16 @@
 
 #include "base/log.h"
 #include "config/items/item_reader.h"
-#include "config/items/item_report.h"
 
 namespace {
 
 constexpr u32 g_uChartTypes = 2;
 
-void ApplyOwnKeys(const tinyxml2::XMLElement& element, CItemProperty_PieChart& item) {
-    const stSettingRow aRows[] = {
-        {"DataFullName", "", SETTING_TEXT, TARGET_TEXT, item.m_szDataFullName,
-         std::size(item.m_szDataFullName)},
-        {"ZIndex", "", SETTING_TEXT, TARGET_TEXT, item.m_szZIndex, std::size(item.m_szZIndex)},
-    };
-    SettingTable table;
-    g_fnAddSettings(table, aRows);
-    g_fnAddPieChartSettings(table, item);
-    g_fnApplyXmlSettings(&element, table);
-    g_fnFreeSettings(table);
-}
-
-void Report(const CItemProperty_PieChart& item, const char* szField) {
-    g_fnReportError("item \"%s\" %s", item.m_szItemName, szField);
-}
-
 /// Reports a wrong value and puts another in its place.
 template <class T>
 void Mend(const CItemProperty_PieChart& item, bool bWrong, const char* szField, T& value, T replacement) {
     if (!bWrong) return;
-    Report(item, szField);
+    g_fnReportField(item, szField);
     value = replacement;
 }
 
@@ -47,10 +29,10 @@ bool IsTurn(f32 fDegrees) { return fDegrees >= 0 && fDegrees <= 360; }
 
 /// What is reported only.
 void CheckPlace(const CItemProperty_PieChart& item) {
-    if (item.m_uContentSizeW == 0) Report(item, "m_uContentSizeW");
-    if (item.m_uContentSizeH == 0) Report(item, "m_uContentSizeH");
-    if (!IsTurn(item.m_fStartDeg)) Report(item, "m_fStartDeg");
-    if (!IsTurn(item.m_fEndDeg)) Report(item, "m_fEndDeg");
+    if (item.m_uContentSizeW == 0) g_fnReportField(item, "m_uContentSizeW");
+    if (item.m_uContentSizeH == 0) g_fnReportField(item, "m_uContentSizeH");
+    if (!IsTurn(item.m_fStartDeg)) g_fnReportField(item, "m_fStartDeg");
+    if (!IsTurn(item.m_fEndDeg)) g_fnReportField(item, "m_fEndDeg");
 }
 
 } // namespace
@@ -77,7 +59,7 @@ void CItemProperty_PieChart::m_fnPrintData() const {
 bool g_fnReadPieChartItems(const tinyxml2::XMLElement* pParent) {
     g_fnReadItems<CItemProperty_PieChart>(pParent, g_fnItemType(ITEM_PIECHART).szElement,
                                           [](const auto& element, auto& item) {
-                                              ApplyOwnKeys(element, item);
+                                              g_fnApplyGraphRows(element, item, g_fnAddPieChartSettings);
                                               return g_fnValidatePieChart(item);
                                           });
     return true;
@@ -93,6 +75,6 @@ bool g_fnValidatePieChart(CItemProperty_PieChart& item) {
     item.m_u8ChartOpacity = static_cast<u8>(g_fnAlphaToPercent(item.m_u8ChartA));
     item.m_u8ChartA = g_fnPercentToAlpha(item.m_u8ChartOpacity);
     if (*item.m_szDataFullName) return true;
-    Report(item, "m_szDataFullName is invalid");
+    g_fnReportField(item, "m_szDataFullName is invalid");
     return false;
 }

@@ -20,6 +20,10 @@ bool g_fnIsRoomForItem(std::size_t uElement, const char* szElement) {
     return false;
 }
 
+void g_fnReportField(const CItemProperty_Base& item, const char* szField) {
+    g_fnReportError("item \"%s\" %s", item.m_szItemName, szField);
+}
+
 void g_fnCheckShadowOpacity(const CItemProperty_Base& item, u32 uPercent) {
     if (uPercent > 100) g_fnReportError("item \"%s\" m_u8ShadowOpacity", item.m_szItemName);
 }

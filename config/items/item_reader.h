@@ -43,6 +43,30 @@ void g_fnReadItems(const tinyxml2::XMLElement* pParent, const char* szElement, R
     }
 }
 
+/// Applies an item's own rows, and those that fnAddMore(table) adds.
+template <std::size_t N, class AddMore>
+void g_fnApplyRows(const tinyxml2::XMLElement& element, const stSettingRow (&aRows)[N], AddMore fnAddMore) {
+    SettingTable table;
+    g_fnAddSettings(table, aRows);
+    fnAddMore(table);
+    g_fnApplyXmlSettings(&element, table);
+    g_fnFreeSettings(table);
+}
+
+/// The rows of graphs and charts, and those of their look.
+template <class T, class AddLook>
+void g_fnApplyGraphRows(const tinyxml2::XMLElement& element, T& item, AddLook fnAddLook) {
+    const stSettingRow aRows[] = {
+        {"DataFullName", "", SETTING_TEXT, TARGET_TEXT, item.m_szDataFullName,
+         std::size(item.m_szDataFullName)},
+        {"ZIndex", "", SETTING_TEXT, TARGET_TEXT, item.m_szZIndex, std::size(item.m_szZIndex)},
+    };
+    g_fnApplyRows(element, aRows, [&](SettingTable& table) { fnAddLook(table, item); });
+}
+
+/// Reports a field of an item.
+void g_fnReportField(const CItemProperty_Base& item, const char* szField);
+
 /// KEEP(profiles): alphas go through whole percent and back, so 128 becomes 127 and 1 becomes 0.
 inline void g_fnAlphasToPercent(stTextColors& item) {
     item.m_u8TextOpacity = static_cast<u8>(g_fnAlphaToPercent(item.m_u8TextA));

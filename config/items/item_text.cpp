@@ -54,12 +54,10 @@ void ApplyOwnKeys(const tinyxml2::XMLElement& element, CItemProperty_TextBox& it
         {"StringFullName", "", SETTING_TEXT, TARGET_TEXT, item.m_szStringFullName,
          std::size(item.m_szStringFullName)},
     };
-    SettingTable table;
-    g_fnAddSettings(table, aCommon);
-    g_fnAddTextSettings(table, item);
-    g_fnAddSettings(table, bMemo ? aMemo : aTextBox);
-    g_fnApplyXmlSettings(&element, table);
-    g_fnFreeSettings(table);
+    g_fnApplyRows(element, aCommon, [&](SettingTable& table) {
+        g_fnAddTextSettings(table, item);
+        g_fnAddSettings(table, bMemo ? aMemo : aTextBox);
+    });
 }
 
 bool ReadTextBox(const tinyxml2::XMLElement& element, CItemProperty_TextBox& item, bool bMemo) {

@@ -77,25 +77,24 @@ static void ShowNumber(CNumBox_Base& box, i32 iValue, u32 uDecimals, f32 fDiviso
 /// A whole number that nothing divides goes to its box as it is, without a way through single precision.
 static bool IsPlain(u32 uDecimals, u32 uDivisor) { return uDecimals == 0 && uDivisor <= 1; }
 
-// KEEP(profiles): this form takes the divisor as signed, the row form takes it as unsigned.
-void g_fnUpdateNumSimple(i32 iNumBox, const u32* pData, u32 uDecimals, u32 uDivisor) {
-    CNumBox_Base* pBox = boxes::NumBox(iNumBox);
-    if (!pBox) return;
+static void ShowValue(CNumBox_Base& box, const u32* pData, u32 uDecimals, u32 uDivisor, f32 fDivisor) {
     const i32 iValue = g_fnUpdateValue(pData);
     if (IsPlain(uDecimals, uDivisor))
-        pBox->m_fnSetInt(iValue, 0);
+        box.m_fnSetInt(iValue, 0);
     else
-        ShowNumber(*pBox, iValue, uDecimals, static_cast<f32>(static_cast<i32>(uDivisor)));
+        ShowNumber(box, iValue, uDecimals, fDivisor);
+}
+
+// KEEP(profiles): this form takes the divisor as signed, the row form takes it as unsigned.
+void g_fnUpdateNumSimple(i32 iNumBox, const u32* pData, u32 uDecimals, u32 uDivisor) {
+    if (CNumBox_Base* pBox = boxes::NumBox(iNumBox))
+        ShowValue(*pBox, pData, uDecimals, uDivisor, static_cast<f32>(static_cast<i32>(uDivisor)));
 }
 
 void g_fnUpdateNumRow(i32 iPanel, i32 iNumBox, i32 iTextBox, const u32* pData, u32 uDecimals, u32 uDivisor) {
     CNumBox_Base* pBox = boxes::NumBox(iNumBox);
     if (!pBox) return;
-    const i32 iValue = g_fnUpdateValue(pData);
-    if (IsPlain(uDecimals, uDivisor))
-        pBox->m_fnSetInt(iValue, 0);
-    else
-        ShowNumber(*pBox, iValue, uDecimals, static_cast<f32>(uDivisor));
+    ShowValue(*pBox, pData, uDecimals, uDivisor, static_cast<f32>(uDivisor));
     CControl* const apItems[] = {pBox, boxes::TextBox(iTextBox)};
     g_fnAlignRow(boxes::Panel(iPanel), apItems, 8, 1.0f);
 }

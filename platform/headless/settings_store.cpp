@@ -6,8 +6,6 @@ namespace platform {
 
 using headless::Get;
 
-static COpenSettingsKey* Key(SettingsKey hKey) { return static_cast<COpenSettingsKey*>(hKey); }
-
 SettingsKey OpenSettingsKey(const char16_t* wzPath) noexcept {
     std::lock_guard lock(Get().m_lock);
     Get().m_vecAskedKeys.emplace_back(wzPath);
@@ -20,20 +18,7 @@ void CloseSettingsKey(SettingsKey hKey) noexcept {
     if (!hKey) return;
     std::lock_guard lock(Get().m_lock);
     --Get().m_uOpenKeys;
-    delete Key(hKey);
-}
-
-bool QuerySettingsValue(SettingsKey hKey, const char16_t* wzName, SettingsType& eType, void* pOut,
-                        u32& uBytes) noexcept {
-    return hKey && Key(hKey)->Query(wzName, eType, pOut, uBytes);
-}
-
-bool EnumSettingsSubkey(SettingsKey hKey, u32 uIndex, char16_t* wzOut, u32 uCapacity) noexcept {
-    return hKey && Key(hKey)->Subkey(uIndex, wzOut, uCapacity);
-}
-
-bool EnumSettingsValue(SettingsKey hKey, u32 uIndex, char16_t* wzOut, u32 uCapacity) noexcept {
-    return hKey && Key(hKey)->Value(uIndex, wzOut, uCapacity);
+    delete static_cast<COpenSettingsKey*>(hKey);
 }
 
 namespace headless {

@@ -70,8 +70,6 @@ std::shared_ptr<const CSettingsTree> CurrentTree() {
     return cache.m_pTree;
 }
 
-COpenSettingsKey* Key(SettingsKey hKey) { return static_cast<COpenSettingsKey*>(hKey); }
-
 } // namespace
 
 SettingsKey OpenSettingsKey(const char16_t* wzPath) noexcept {
@@ -82,19 +80,6 @@ SettingsKey OpenSettingsKey(const char16_t* wzPath) noexcept {
     }
 }
 
-void CloseSettingsKey(SettingsKey hKey) noexcept { delete Key(hKey); }
-
-bool QuerySettingsValue(SettingsKey hKey, const char16_t* wzName, SettingsType& eType, void* pOut,
-                        u32& uBytes) noexcept {
-    return hKey && Key(hKey)->Query(wzName, eType, pOut, uBytes);
-}
-
-bool EnumSettingsSubkey(SettingsKey hKey, u32 uIndex, char16_t* wzOut, u32 uCapacity) noexcept {
-    return hKey && Key(hKey)->Subkey(uIndex, wzOut, uCapacity);
-}
-
-bool EnumSettingsValue(SettingsKey hKey, u32 uIndex, char16_t* wzOut, u32 uCapacity) noexcept {
-    return hKey && Key(hKey)->Value(uIndex, wzOut, uCapacity);
-}
+void CloseSettingsKey(SettingsKey hKey) noexcept { delete static_cast<COpenSettingsKey*>(hKey); }
 
 } // namespace platform
