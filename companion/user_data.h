@@ -14,7 +14,7 @@ Result LinkUserData(const std::filesystem::path& pathInstalled, const std::files
 /// Takes the links away again, and folders that are then empty.
 Result UnlinkUserData(const std::filesystem::path& pathInstalled, const std::filesystem::path& pathUser);
 
-/// The same for this program and this user; nothing to do is a success.
+/// Both steps for the data of this program and this user; nothing to do is a success.
 Result LayOutUserData();
 Result RemoveUserData();
 

@@ -43,8 +43,8 @@ constexpr f64 g_fLeastWait = 1, g_fMostWait = 10, g_fWaitPerTry = 20;
 struct stFailedLoad {
     bool bFailed = false;
     char16_t wzProfile[g_uProfileNameUnits] = {};
-    i64 iDue = 0;  ///< performance-counter ticks
-    i64 iLook = 0; ///< the same, of the next look at the files
+    i64 iDue = 0;  ///< of the next try, performance-counter ticks
+    i64 iLook = 0; ///< of the next look at the files, performance-counter ticks
 };
 stFailedLoad g_stFailedLoad;
 

@@ -76,7 +76,8 @@ std::string_view WholeLines(std::string_view bytes) {
     return bytes.substr(0, uEnd == bytes.npos ? bytes.size() - TornBytes(bytes) : uEnd);
 }
 
-/// The same in units, behind the mark; uLowByte is the place of a unit's low byte.
+/// Whole lines of a text in 16-bit units behind its mark, that goes on behind them; uLowByte is the place of
+/// a unit's low byte.
 std::string_view WholeLines16(std::string_view bytes, u32 uLowByte) {
     const auto unit = [&](std::size_t i) {
         return static_cast<u8>(bytes[2 * i + uLowByte]) | static_cast<u8>(bytes[2 * i + 1 - uLowByte]) << 8;

@@ -29,5 +29,5 @@ void g_fnEndOuterGuard() noexcept;
 
 /// Deletes the vertex array kept for the current context and forgets what is known of it.
 void g_fnReleaseOuterGuard() noexcept;
-/// The same where the context is gone or another is current: nothing is deleted.
+/// Forgets that vertex array and deletes nothing, for a context that is gone or not current.
 void g_fnForgetOuterGuard() noexcept;

@@ -207,7 +207,7 @@ static void BeginSpread() {
     g_fnCountFrame();
 }
 
-/// The same frame inside the other guard. A build is spread over several.
+/// A frame inside the outer guard. A build is spread over several.
 static void RenderInOuterGuard() {
     // Nothing reaches the picture, but the frame counts.
     if (!g_fnBeginOuterGuard()) return g_fnCountFrame();

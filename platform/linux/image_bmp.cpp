@@ -169,8 +169,8 @@ void CBmpReader::CopyRow(u32 y, u8* pOut) const {
     }
 }
 
-/// Runs, and rows of single values; a zero byte leads to the latter, to the next row, to the end or to a
-/// jump.
+/// Runs, and rows of single values; a zero byte leads to a row of single values, to the next line of the
+/// picture, to the end or to a jump.
 class CRuns {
   public:
     CRuns(const u8* pBytes, std::size_t uBytes, bool bNibbles)

@@ -116,7 +116,7 @@ bool UnhookMessageHook(void*) noexcept { return false; }
 void BroadcastMessage(u32, std::uintptr_t) noexcept {}
 
 bool HookMessageParam(std::intptr_t lParam, u32 uNumber, void** ppValue) noexcept {
-    // The same record as the other window system's message.
+    // As a message of Windows is laid out.
     struct Message {
         void* m_hWindow;
         u32 m_uMessage;

@@ -220,7 +220,7 @@ using ItemsByName = std::map<std::string, const ProfileItem*>;
 /// Items as owners see them.
 struct stOwners {
     ItemsByName taken; ///< by whole name
-    ItemsByName all;   ///< the same, those that were refused included
+    ItemsByName all;   ///< by whole name, those that were refused included
     ItemsByName owned; ///< those that have an owner themselves, by the name in front of it
 };
 
