@@ -28,7 +28,6 @@ class CDrawBasic_Base : public virtual CDraw_Base {
     virtual u32 m_fnGetTextureUnit();
     virtual void m_fnReserved8Basic();
 
-    u32 m_uTextureUnit = 0;
     u32 m_uItemIndex = 0; ///< controls drawn so far in the running walk; not counted in the flat pass
     u32 m_uBlurProgramCount = 0;
     u32 m_uBlurProgramIndex = 0;

@@ -1,5 +1,4 @@
 #include "controls/control_kinds.h"
 
 CFlipBox_Base::~CFlipBox_Base() = default;
-CImgBox_Base::~CImgBox_Base() = default;
 CVideoBox_Base::~CVideoBox_Base() = default;

@@ -4,6 +4,7 @@
 // needs: that it is a control and how it is deleted. A kind's full class takes the place of its root.
 #include "controls/control.h"
 #include "controls/control_id_table.h"
+#include "controls/img_box.h"
 #include "controls/line_graph.h"
 #include "controls/num_box.h"
 #include "controls/osd_manager.h"
@@ -17,11 +18,6 @@
 class CFlipBox_Base : public virtual CControl {
   public:
     virtual ~CFlipBox_Base() = 0;
-};
-
-class CImgBox_Base : public virtual CControl {
-  public:
-    virtual ~CImgBox_Base() = 0;
 };
 
 class CVideoBox_Base : public virtual CControl {

@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr u32 g_uShutterImage = 8;
-
 void EnterFixedKeys(COSDManager& manager) {
     manager.m_fnAddToLayer(g_keyColorList, g_uLayerColor);
     manager.m_fnAddToLayer(g_keyTextureList, g_uLayerTexture);

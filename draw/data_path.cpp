@@ -1,6 +1,7 @@
 #include "draw/data_path.h"
 
 #include "platform/folders.h"
+#include "platform/input_file.h"
 
 #include <cstring>
 #include <string>
@@ -51,4 +52,8 @@ bool g_fnResolveDataPath(char* szOut, const char* szName) noexcept {
     else
         szOut[0] = 0;
     return bFits;
+}
+
+bool g_fnCheckFileExistence(const char16_t* wzPath) noexcept {
+    return static_cast<bool>(platform::OpenInput(wzPath));
 }

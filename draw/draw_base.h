@@ -33,4 +33,6 @@ class CDraw_Base : public CAlignedAllocationPolicy<int, 16> {
     virtual void m_fnReserved8();
     virtual void m_fnRelease();
     virtual ~CDraw_Base() = default;
+
+    u32 m_uTextureUnit = 0; ///< that controls bind their texture on; never another
 };

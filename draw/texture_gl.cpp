@@ -47,6 +47,7 @@ static void SetWrap() {
 }
 
 void g_fnSetDrawSampling(u32 uMinFilter) {
+    // KEEP(profiles): opaque black beyond the edge, of which half a pixel shows in what is enlarged.
     static const GLfloat afBorder[4] = {0.0f, 0.0f, 0.0f, 1.0f};
     glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MIN_LOD, -1000.0f);
     glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MAX_LOD, 1000.0f);
@@ -63,6 +64,14 @@ void g_fnSetDrawSampling(u32 uMinFilter) {
 
 CTexture2D_GL::~CTexture2D_GL() { CTexture2D_GL::m_fnRelease(); }
 
+/// A larger one would leave an error in the program's context and show black.
+static bool IsSideAllowed(u32 uSide) {
+    constexpr u32 c_uLeastLimit = 1024; // every driver takes that much
+    GLint iLimit = c_uLeastLimit;
+    if (uSide > c_uLeastLimit) glGetIntegerv(GL_MAX_TEXTURE_SIZE, &iLimit);
+    return uSide <= static_cast<u32>(iLimit);
+}
+
 bool CTexture2D_GL::m_fnCreate(u32 uWidth, u32 uHeight, u32 uFormat, u32 uFrames, bool bMipmap) {
     CTexture2D_GL::m_fnRelease();
     if (!CTexture_Base::m_fnCreate(uWidth, uHeight, uFormat, uFrames, bMipmap)) return false;
@@ -71,8 +80,10 @@ bool CTexture2D_GL::m_fnCreate(u32 uWidth, u32 uHeight, u32 uFormat, u32 uFrames
     m_uGLFormat = stFormat.m_uFormat;
     m_uGLType = stFormat.m_uType;
     m_iGLInternal = stFormat.m_iInternal;
+    if (!IsSideAllowed(uWidth > uHeight ? uWidth : uHeight)) return false;
     m_pNames = new (std::nothrow) u32[uFrames]();
-    if (!m_pNames) return false;
+    m_pDrawSampling = new (std::nothrow) bool[uFrames]();
+    if (!m_pNames || !m_pDrawSampling) return false;
     m_uNameCount = uFrames;
     glGenTextures(static_cast<GLsizei>(uFrames), m_pNames);
     return true;
@@ -83,7 +94,6 @@ u32 CTexture2D_GL::MinFilter() const { return m_bMipmap ? GL_LINEAR_MIPMAP_LINEA
 void CTexture2D_GL::SetUploadSampling() const {
     // KEEP(profiles): red here and black at the bind, so black is what is drawn with.
     static const GLfloat afBorder[4] = {1.0f, 0.0f, 0.0f, 1.0f};
-    m_bDrawSampling = false;
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, static_cast<GLint>(MinFilter()));
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
     SetWrap();
@@ -104,6 +114,7 @@ bool CTexture2D_GL::m_fnUploadLevel(const void* pPixels, u32 uFrame, u32 uLevel)
     g_fnGuardUpload();
     glBindTexture(GL_TEXTURE_2D, m_pNames[uFrame]);
     SetUploadSampling();
+    m_pDrawSampling[uFrame] = false;
     // KEEP(profiles): with a chain all of it goes each time, whichever level is named; always a whole
     // specification.
     if (m_bMipmap)
@@ -137,6 +148,7 @@ bool CTexture2D_GL::m_fnUploadTop(u32 uRows) {
     g_fnGuardUpload();
     glBindTexture(GL_TEXTURE_2D, m_pNames[0]);
     SetUploadSampling();
+    m_pDrawSampling[0] = false;
     // Rows of an earlier picture that this one leaves blank.
     uRows = std::max({uRows, m_uTopRows, 1u});
     for (i32 i = 0; i < m_uLevelCount; ++i) UploadTopOf(static_cast<u32>(i), uRows);
@@ -146,11 +158,11 @@ bool CTexture2D_GL::m_fnUploadTop(u32 uRows) {
 }
 
 /// Frame 0 stands in for a frame that does not exist.
-u32 CTexture2D_GL::ShownName() const {
-    if (m_uNameCount == 0) return 0;
-    const bool bAnimated = m_uFrameCount >= 2 && m_uCurrentFrame < m_uNameCount;
-    return m_pNames[bAnimated ? m_uCurrentFrame : 0];
+u32 CTexture2D_GL::ShownFrame() const {
+    return m_uFrameCount >= 2 && m_uCurrentFrame < m_uNameCount ? m_uCurrentFrame : 0;
 }
+
+u32 CTexture2D_GL::ShownName() const { return m_uNameCount != 0 ? m_pNames[ShownFrame()] : 0; }
 
 void CTexture2D_GL::m_fnBindUnit(u32 uUnit) {
     glActiveTexture(uUnit >= 1 && uUnit <= 7 ? GL_TEXTURE0 + uUnit : GL_TEXTURE0);
@@ -164,17 +176,18 @@ void CTexture2D_GL::m_fnBindUnit(u32 uUnit) {
 void CTexture2D_GL::m_fnBindKept() {
     const u32 uName = ShownName();
     glBindTexture(GL_TEXTURE_2D, uName);
-    if (uName == 0 || m_bDrawSampling) return;
+    if (uName == 0 || m_pDrawSampling[ShownFrame()]) return;
     g_fnSetDrawSampling(MinFilter());
-    m_bDrawSampling = true;
+    m_pDrawSampling[ShownFrame()] = true;
 }
 
 void CTexture2D_GL::m_fnRelease() {
     if (m_pNames && g_fnMayDeleteNames()) glDeleteTextures(static_cast<GLsizei>(m_uNameCount), m_pNames);
     delete[] m_pNames;
+    delete[] m_pDrawSampling;
     m_pNames = nullptr;
+    m_pDrawSampling = nullptr;
     m_uNameCount = m_uTopRows = 0;
-    m_bDrawSampling = false;
 }
 
 CTexture_Base* CreateTexture_GL() { return new (std::nothrow) CTexture2D_GL; }

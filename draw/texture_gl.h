@@ -41,8 +41,9 @@ class CTexture2D_GL : public virtual CTexture_Base {
 
   private:
     u32 m_uNameCount = 0;
-    u32 m_uTopRows = 0;                   ///< handed over since the chain was specified; 0: it is not
-    mutable bool m_bDrawSampling = false; ///< set since the last upload
+    u32 m_uTopRows = 0;              ///< handed over since the chain was specified; 0: it is not
+    bool* m_pDrawSampling = nullptr; ///< a frame's parameters are set since its last upload
+    u32 ShownFrame() const;
     u32 ShownName() const;
     u32 MinFilter() const;
     void SetUploadSampling() const;

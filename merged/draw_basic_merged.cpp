@@ -97,6 +97,8 @@ void CDrawBasic_Merged::m_fnTakeDraw(const CMesh_Merged& mesh, u32 uCount, u32 u
     st.uIndex += uCount;
 }
 
+bool CDrawBasic_Merged::m_fnIsDrawing() const { return m_bPassOn; }
+
 void CDrawBasic_Merged::Ask(CControl& control) {
     g_pMergedSink = this;
     control.m_fnRender(this);
@@ -175,7 +177,9 @@ void CDrawBasic_Merged::m_fnRender() {
     Update();
     bool bBound = false, bBackdropBound = false;
     for (const stRun& run : m_aRuns) {
-        if (run.uIndex == run.uIndexEnd || (run.uPass == g_uPassBlur && !g_bCaptureBackdrop)) continue;
+        // Animations go on also while nothing of them is seen.
+        if (run.uIndex == run.uIndexEnd && run.uPass != g_uPassTexture) continue;
+        if (run.uPass == g_uPassBlur && !g_bCaptureBackdrop) continue;
         if (!g_fnMayDraw(run.pProgram)) continue;
         if (!bBound) m_stream.m_fnBind();
         bBound = true;
@@ -213,6 +217,7 @@ void CDrawBasic_Merged::DrawPictures(const stRun& run) {
     if (!m_pProgramTexture)
         m_pProgramTexture = g_fnBuildMergedProgram("DrawMerged_GL_Tex.vs", "DrawMerged_GL_Tex.fs");
     m_pProgramTexture->m_fnUse();
+    g_fnActivateMergedUnit();
     m_uPass = g_uPassTexture;
     m_bPassOn = true;
     m_uItemIndex = 0;

@@ -37,6 +37,7 @@ class CDrawBasic_Merged final : public CDrawBasic_Base, private CMergedSink {
         u32 uEntry, uEntryEnd, uIndex, uIndexEnd;
     };
     void m_fnTakeDraw(const CMesh_Merged& mesh, u32 uCount, u32 uFirst) override;
+    bool m_fnIsDrawing() const override;
     void BuildBlurPrograms();
     void Ask(CControl& control);
     void LayOut();

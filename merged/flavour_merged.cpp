@@ -8,6 +8,7 @@
 #include "merged/font_merged.h"
 #include "merged/merged_programs.h"
 #include "merged/mesh_merged.h"
+#include "merged/texture_merged.h"
 
 static bool CanDrawMerged() noexcept {
     try {
@@ -21,6 +22,7 @@ void g_fnFillCreationTable_Merged() noexcept {
     g_fnFillCreationTable_GL();
     if (!CanDrawMerged()) return;
     g_stCreationTable.m_fnCreateMesh = CreateMesh_Merged;
+    g_stCreationTable.m_fnCreateTexture = CreateTexture_Merged;
     g_stCreationTable.m_fnCreateFont = CreateFontUC_Merged;
     g_stCreationTable.m_fnCreateTextBox = CreateTextBox_Merged;
     g_stCreationTable.m_fnCreateNumBox = CreateNumBox_Merged;

@@ -12,6 +12,8 @@ class CMergedSink {
   public:
     /// Triangles of uCount indices from index uFirst on.
     virtual void m_fnTakeDraw(const CMesh_Merged& mesh, u32 uCount, u32 uFirst) = 0;
+    /// True while what is taken goes on to the driver, with the texture that is bound.
+    virtual bool m_fnIsDrawing() const { return false; }
 
   protected:
     ~CMergedSink() = default;

@@ -3,6 +3,7 @@
 #include "config/custom/custom_layout.h"
 #include "config/items/interner.h"
 #include "config/items/item_graph.h"
+#include "config/items/item_image.h"
 #include "config/items/item_number.h"
 #include "config/items/item_panel.h"
 #include "config/items/item_pie.h"
@@ -12,6 +13,7 @@
 #include "config/profile/profile_panel_keys.h"
 #include "controls/control_ids.h"
 #include "controls/panel.h"
+#include "controls/text_file.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -150,8 +152,17 @@ void BuildPanel(stBuild& st) {
     st.stInit.panels.push_back(record);
 }
 
-/// Nothing draws images yet.
-void BuildImage(stBuild&) {}
+void BuildImage(stBuild& st) {
+    const CItemProperty_ImgBox& item = *g_fnAsImgBox(&st.item);
+    stImageInit record{};
+    TakeContent(record, item);
+    static_cast<stColor&>(record) = {255, 255, 255, item.m_u8ImageA};
+    g_fnResolveProfilePath(record.wzPath, item.m_wzImageFilename);
+    record.bTilted = item.m_fTiltDegree != 0;
+    record.fTiltDegree = item.m_fTiltDegree;
+    record.u64LB_ID = Claim(st, 'I', "", st.stInfo.listImgBox);
+    st.stInit.images.push_back(record);
+}
 
 void BuildLineGraph(stBuild& st) {
     const CItemProperty_LineGraph& item = *g_fnAsLineGraph(&st.item);

@@ -55,7 +55,10 @@ bool g_fnCreateCustomControls() {
     if (!MakeFonts(st.fonts)) return false;
     if (!g_fnCreateTextBoxes(st.texts) || !g_fnCreateNumBoxes(st.numbers) || !g_fnCreatePanels(st.panels))
         return false;
+    g_fnCreateImages(st.images);
     if (!CreateGraphs(st)) return false;
+    g_fnCreatePhoto();
+    g_fnCreateShutterImage();
     g_fnAttachByAssembly(st.texts, st.infos);
     return true;
 }

@@ -3,6 +3,7 @@
 #include "config/custom/assemble_info.h"
 #include "config/items/item_map.h"
 #include "config/make/graph_records.h"
+#include "config/make/image_records.h"
 #include "config/make/number_records.h"
 #include "config/make/panel_records.h"
 #include "config/make/profile_fonts.h"
@@ -15,12 +16,12 @@
 
 class CControl;
 
-/// What a creation makes controls of; it dies with the creation. Images come as frames only: nothing draws
-/// them yet.
+/// What a creation makes controls of; it dies with the creation.
 struct stCustomInit {
     std::vector<stTextInit> texts;
     std::vector<stNumInit> numbers;
     std::vector<stPanelInit> panels; ///< of each item the frame, then its own
+    std::vector<stImageInit> images;
     std::vector<stLineGraphInit> lineGraphs;
     std::vector<stPieChartInit> pieCharts;
     std::vector<stAssembleInfo> infos;

@@ -17,7 +17,6 @@ u8 g_abShutterMove[g_uManagerSlots] = {};
 
 /// Places of the status panels in the style panel array: status 1, 2 and 3. The shutter hangs on the last.
 static constexpr u32 g_auStatusPanels[3] = {1, 3, 5};
-static constexpr u32 g_uShutterImage = 8;
 /// Seconds that a status stays on display.
 static constexpr f32 g_fStatusSeconds = 15.0f;
 

@@ -167,7 +167,7 @@ void AnimateStatus() {
 
 void MoveShutter() {
     if (!Consume(g_abShutterMove)) return;
-    CControl* pImage = g_ppImgBox ? g_ppImgBox[8] : nullptr;
+    CControl* pImage = g_ppImgBox ? g_ppImgBox[g_uShutterImage] : nullptr;
     CControl* pPanel = g_ppStylePanel ? g_ppStylePanel[5] : nullptr;
     if (!pImage || !pPanel) return;
     f32 fX = 0.0f, fY = 0.0f;

@@ -1,5 +1,7 @@
 // The merged flavour against the OpenGL flavour: the same controls, the same changes, the same pixels.
+#include "base/timer.h"
 #include "batch/draw_text.h"
+#include "controls/img_box.h"
 #include "controls/line_graph.h"
 #include "controls/num_box.h"
 #include "controls/pie_chart.h"
@@ -14,7 +16,9 @@
 #include "merged/flavour_merged.h"
 #include "platform/gl_api.h"
 #include "tests/gl/draw_fixture.h"
+#include "tests/support/gif_maker.h"
 #include "tests/support/gl_recorder.h"
+#include "tests/support/picture_files.h"
 
 #include <algorithm>
 #include <random>
@@ -35,6 +39,7 @@ struct stWorld {
     std::vector<std::unique_ptr<CPieChart_Base>> aPies;
     std::vector<std::unique_ptr<CTextBox_Base>> aTexts;
     std::vector<std::unique_ptr<CNumBox_Base>> aNumbers;
+    std::vector<std::unique_ptr<CImgBox_Base>> aImages;
 
     void Clear() {
         manager.m_fnStartOver();
@@ -43,6 +48,7 @@ struct stWorld {
         aPies.clear();
         aTexts.clear();
         aNumbers.clear();
+        aImages.clear();
     }
 };
 
@@ -75,6 +81,7 @@ class MergedDraw : public DrawFixture {
         m_apFonts.clear();
         GLSavedState = {};
         g_bTextGlow = false;
+        g_fLastFrameSeconds = 0;
         DrawFixture::TearDown();
     }
     template <class Action> void Both(Action fnAction) {
@@ -145,6 +152,61 @@ class MergedRandom : public MergedDraw {
     Color RandomColor() {
         const f32 afAlpha[] = {0, 1, Range(0, 1), Range(0, 1)};
         return {Range(0, 1), Range(0, 1), Range(0, 1), afAlpha[Pick(4)]};
+    }
+    /// Still pictures with and without alpha, and animations of two and five frames.
+    void WritePictures() const {
+        m_folder.Write("0", picture_files::Bmp(7, 5, [](u32 x, u32 y) { return x * 0x201003 + y * 0x40; }));
+        m_folder.Write("1", picture_files::Png(33, 64, [](u32 x, u32 y) {
+                           return (x * y % 256) << 24 | x * 0x0705 | y * 0x30000;
+                       }));
+        CGifMaker two(20, 10), five(12, 12);
+        for (u32 u = 0; u < 2; ++u)
+            two.Control(static_cast<int>(2 + u), 1)
+                .Frame(0, 0, 20, 10, std::string(200, static_cast<char>('A' + u)));
+        for (u32 u = 0; u < 5; ++u)
+            five.Control(1, 2, 1).Frame(2, 2, 8, 8, std::string(64, static_cast<char>('A' + u % 4)));
+        m_folder.Write("2", two.File());
+        m_folder.Write("3", five.File());
+    }
+    void AddImages(u32 uCount) {
+        static const char16_t* const awzFiles[] = {u"0", u"1", u"2", u"3", u""};
+        for (u32 u = 0; u < uCount; ++u) {
+            const u32 uFile = Pick(5);
+            const f32 w = Range(0, 160), h = Range(1, 120), fDegrees = Range(-400, 400);
+            const i32 iCode = static_cast<i32>(Pick(12)) - 1;
+            const bool bTilted = Chance(50), bShown = Chance(90);
+            const Color color = RandomColor();
+            Both([&](stWorld& world) {
+                CImgBox_Base& box = *world.aImages.emplace_back(new CImgBox_Base);
+                box.m_fnSetColorF(color[0], color[1], color[2], color[3]);
+                box.m_fnSetBoxSize(w + 1, h);
+                box.m_fnSetAnchor(iCode, 0, 0);
+                box.m_fnSetImageFile(awzFiles[uFile], false);
+                box.m_fnSetTilted(bTilted);
+                box.m_fnSetTiltDegree(fDegrees);
+                EXPECT_TRUE(box.m_fnInitialize());
+                box.m_fnSetRenderable(bShown);
+            });
+            Place(&stWorld::aImages, g_uLayerTexture);
+        }
+    }
+    void ChangeImage(u32 u) {
+        static const char16_t* const awzFiles[] = {u"3", u"1", u"missing"};
+        const u32 uHow = Pick(8), uFile = Pick(3), uFrame = Pick(6);
+        const f32 w = Range(1, 160), h = Range(1, 120), x = Range(-40, 300), y = Range(-30, 190);
+        const Color color = RandomColor();
+        Both([&](stWorld& world) {
+            CImgBox_Base& box = *world.aImages[u];
+            if (uHow == 0) box.m_fnSetColorF(color[0], color[1], color[2], color[3]);
+            if (uHow == 1) box.m_fnMoveTo(x, y, 0);
+            if (uHow == 2) box.m_fnSetBoxSize(w, h);
+            if (uHow == 3) box.m_fnSetTiltDegree(x);
+            if (uHow == 4) box.m_fnSetImageFile(awzFiles[uFile], false);
+            if (uHow == 5 && box.m_pTexture) box.m_pTexture->m_fnSetCurrentFrame(uFrame);
+            if (uHow == 6) world.manager.m_fnDetach(&box, g_uLayerTexture);
+            if (uHow == 7) world.manager.m_fnAttachFront(&box, g_uLayerTexture);
+            if (uHow >= 2 && uHow <= 4) box.m_fnRebuild();
+        });
     }
     static u32 LayerOf(const void* pKey) { return pKey == g_keyColorList ? g_uLayerColor : g_uLayerBlur; }
     /// Places by hand or in the tree, and shows at one end of the list.
@@ -370,6 +432,8 @@ class MergedRandom : public MergedDraw {
     void ChangeSomething() {
         const u32 uPanels = CountOf(&stWorld::aPanels), uTexts = CountOf(&stWorld::aTexts),
                   uNumbers = CountOf(&stWorld::aNumbers);
+        const u32 uImages = CountOf(&stWorld::aImages);
+        if (uImages && Chance(40)) return ChangeImage(Pick(uImages));
         switch (Pick(8)) {
         case 0:
         case 1:
@@ -407,14 +471,17 @@ class MergedRandom : public MergedDraw {
         AddPanels(Pick(4));
         AddTexts(Pick(uBusy));
         AddNumbers(Pick(uBusy));
+        if (Chance(60)) AddImages(Pick(6));
     }
     std::mt19937 m_random;
 };
 
 TEST_F(MergedRandom, FiveHundredLayoutsAndTheirChangesHaveTheSamePixels) {
+    WritePictures();
     for (u32 uSeed = 1; uSeed <= 500; ++uSeed) {
         Build(uSeed);
         for (u32 uFrame = 0; uFrame < 4; ++uFrame) {
+            g_fLastFrameSeconds = Range(0, 0.03f); // animations go on in both alike
             ASSERT_TRUE(SamePictures()) << "seed " << uSeed << ", frame " << uFrame;
             for (u32 u = 0; u < 1 + Pick(6); ++u) ChangeSomething();
             if (!Chance(5)) continue;
@@ -460,6 +527,52 @@ TEST_F(MergedRandom, PicturesAreDrawnOneByOneAboveFlatShapes) {
     EXPECT_EQ(fnDraw(m_astWorlds[1]), fnDraw(m_astWorlds[0]));
     EXPECT_EQ(CountDraws(FrameCalls()), 4) << "three pictures above the flat shapes";
     glDeleteTextures(1, &uTexture);
+}
+
+TEST_F(MergedRandom, AnAnimationGoesOnInHiddenFramesTooAndOnlyByFramesDrawn) {
+    WritePictures();
+    g_bCaptureBackdrop = false;
+    Both([](stWorld& world) {
+        CImgBox_Base& box = *world.aImages.emplace_back(new CImgBox_Base);
+        box.m_fnSetColorF(1, 1, 1, 0); // seen by nobody
+        box.m_fnSetBoxSize(48, 48);
+        box.m_fnSetImageFile(u"3", false);
+        EXPECT_TRUE(box.m_fnInitialize());
+        world.manager.m_fnAttachBack(&box, g_uLayerTexture);
+    });
+    g_fLastFrameSeconds = 0.02f; // a frame of the picture lasts half as long
+    for (u32 u = 1; u <= 7; ++u) {
+        SamePictures();
+        if (u == 4) // a frame that lays everything out anew asks each control twice more
+            Both([](stWorld& world) { world.aImages[0]->m_fnSetBoxSize(50, 50); });
+        Both([&](stWorld& world) {
+            EXPECT_EQ(world.aImages[0]->m_pTexture->m_fnGetCurrentFrame(), u % 5);
+            if (u == 4) world.aImages[0]->m_fnRebuild();
+        });
+    }
+    Both([](stWorld& world) { world.aImages[0]->m_fnSetColorF(1, 1, 1, 1); });
+    EXPECT_TRUE(SamePictures());
+    EXPECT_GT(m_uDrawn, 0u);
+}
+
+TEST_F(MergedRandom, APictureThatStaysTakesABindAndADraw) {
+    WritePictures();
+    g_bCaptureBackdrop = false;
+    m_random.seed(4);
+    for (u32 u = 0; u < 3; ++u) {
+        CImgBox_Base& box = *m_astWorlds[1].aImages.emplace_back(new CImgBox_Base);
+        g_stCreationTable = m_astWorlds[1].table;
+        box.m_fnSetColorF(1, 1, 1, 1);
+        box.m_fnSetImageFile(u"1", false);
+        EXPECT_TRUE(box.m_fnInitialize());
+        m_astWorlds[1].manager.m_fnAttachBack(&box, g_uLayerTexture);
+    }
+    FrameCalls();
+    const Calls calls = FrameCalls();
+    EXPECT_EQ(CountDraws(calls), 3);
+    EXPECT_EQ(std::ranges::count_if(calls, [](const auto& s) { return s.starts_with("glTexParameter"); }), 0);
+    EXPECT_EQ(std::ranges::count_if(calls, [](const auto& s) { return s.starts_with("glBindTexture"); }), 3);
+    EXPECT_LE(calls.size(), 10u) << ::testing::PrintToString(calls);
 }
 
 /// What a program presents when its panels can change no pixel.

@@ -11,8 +11,10 @@
 #include "platform/shared_block.h"
 #include "shared/process_records.h"
 #include "tests/gl/profile_fixture.h"
+#include "tests/support/gif_maker.h"
 #include "tests/support/gl_recorder.h"
 #include "tests/support/heap_bytes.h"
+#include "tests/support/picture_files.h"
 
 #include <algorithm>
 #include <array>
@@ -88,12 +90,22 @@ struct stHeld {
 
 TEST_F(ProfileSwitch, AThousandChangesAndReloadsLeaveNothingBehind) {
     const std::string strText = std::string("<TextBox Name='T' Text='Hello'") + c_szFont + "/>";
+    const auto image = [](const std::string& strFile) {
+        return "<Image Name='I' ImageFileName='" + strFile + "'" + c_szBox + "/>";
+    };
     WriteProfile("A", strText + "<NumBox Name='N' DataFullName='FPS'" + c_szFont + "/><Panel Name='P' " +
                           c_szBox + "PanelType='2'/><LineGraph Name='L' DataFullName='FPS' DataNum='8'" +
-                          c_szBox + "/>");
-    WriteProfile("B", std::string("<NumBox Name='C@P' DataFullName='SYSTEM_TIME'") + c_szFont +
-                          "/><Panel Name='P'" + c_szBox +
-                          "/><PieChart Name='Q' DataFullName='FPS' EndDegree='90'" + c_szBox + "/>");
+                          c_szBox + "/>" + image("i.gif"));
+    WriteProfile("B",
+                 std::string("<NumBox Name='C@P' DataFullName='SYSTEM_TIME'") + c_szFont +
+                     "/><Panel Name='P'" + c_szBox +
+                     "/><PieChart Name='Q' DataFullName='FPS' EndDegree='90'" + c_szBox + "/>" +
+                     image("i.png"),
+                 "<Photo IsShow='1' Filename='i.png' PhotoOpacity='50'/>");
+    CGifMaker gif(4, 4);
+    for (const char c : {'A', 'B'}) gif.Control(5, 1).Frame(0, 0, 4, 4, std::string(16, c));
+    WriteData("Profiles/A/i.gif", gif.File());
+    WriteData("Profiles/B/i.png", picture_files::Png(9, 9, [](u32, u32) { return 0x80FF0000; }));
     ASSERT_TRUE(Begin(true, u"A", 160, 120));
     ASSERT_TRUE(RunUntilBuilt());
     WriteFont("A");

@@ -239,11 +239,34 @@ TEST_F(CustomItems, APieChartTakesItsFields) {
     EXPECT_EQ(g_fnControlNames('C')->at("c"), Id("c"));
 }
 
-TEST_F(CustomItems, AnImageHasItsFrameAndWaits) {
-    const stCustomInit st = Init(Item("Image", "i", "ImageFileName='a.png' FrameSizeW='10'"));
-    EXPECT_EQ(IdsOf(st.panels), Ids{Id("i_F")});
-    EXPECT_TRUE(Assembly("i").listImgBox.empty());
-    EXPECT_EQ(st.infos.size(), 1u);
+TEST_F(CustomItems, AnImageBecomesOneImageInItsFrame) {
+    const stCustomInit st =
+        Init(Item("Image", "i",
+                  "ImageFileName='a.png' ImageColorA='102' TiltDegree='-12.5' FrameSizeW='10' "
+                  "ContentSizeW='90' ContentSizeH='20' ContentAnchor='5' ContentAnchorX='3' "
+                  "ContentAnchorY='4'") +
+             Item("Image", "upright", "ImageFileName='sub/b.png'") +
+             Item("Image", "outside", "ImageFileName='..\\..\\b.png'"));
+    EXPECT_EQ(IdsOf(st.panels), (Ids{Id("i_F"), Id("outside_F"), Id("upright_F")}));
+    EXPECT_EQ(IdsOf(st.images), (Ids{Id("i"), Id("outside"), Id("upright")}));
+    const stImageInit& image = st.images[0];
+    const std::string strPath = m_folder.Path("Profiles/Mine/a.png");
+    EXPECT_EQ(std::u16string(image.wzPath), std::u16string(strPath.begin(), strPath.end()));
+    EXPECT_EQ(image.u8R, 255);
+    EXPECT_EQ(image.u8G, 255);
+    EXPECT_EQ(image.u8B, 255);
+    EXPECT_EQ(image.u8A, 102);
+    EXPECT_TRUE(image.bTilted);
+    EXPECT_EQ(image.fTiltDegree, -12.5f);
+    EXPECT_EQ(image.iAnchorCode, 5);
+    EXPECT_EQ(image.iX, 3);
+    EXPECT_EQ(image.iY, 4);
+    EXPECT_EQ(image.iWidth, 90);
+    EXPECT_EQ(image.iHeight, 20);
+    EXPECT_EQ(Assembly("i").listImgBox, Ids{Id("i")});
+    EXPECT_EQ(g_fnControlNames('I')->at("i"), Id("i"));
+    EXPECT_EQ(st.images[1].wzPath[0], 0) << "no way out of the profile folder";
+    EXPECT_FALSE(st.images[2].bTilted);
 }
 
 TEST_F(CustomItems, ItemsAreTakenInTheOrderOfTheirNames) {

@@ -45,7 +45,7 @@ TEST_F(ControlIds, EachKindGoesToItsOwnArray) {
     EXPECT_EQ(g_fnFindCtrl(0, 7, g_stNumBoxIds, g_ppNumBox), g_ppNumBox[0]);
     EXPECT_EQ(g_fnFindCtrl(0, 7, g_stLineGraphIds, g_ppLineGraph), g_ppLineGraph[0]);
     EXPECT_EQ(g_fnFindCtrl(0, 7, g_stPanelIds, g_ppPanel), g_ppPanel[0]);
-    EXPECT_EQ(g_fnFindCtrl(0, 7, g_stImgBoxIds, g_ppImgBox), g_ppImgBox[0]);
+    EXPECT_EQ(g_fnFindCtrl(0, 7, g_stImgBoxIds, g_ppImgBox), g_ppImgBox[1]) << "place 0 is the photo's";
     EXPECT_EQ(g_fnFindCtrl(0, 7, g_stFlipBoxIds, g_ppFlipBox), g_ppFlipBox[0]);
     EXPECT_EQ(g_fnFindCtrl(0, 7, g_stPieChartIds, g_ppPieChart), g_ppPieChart[0]);
 }
@@ -117,6 +117,20 @@ TEST_F(ControlIds, TheOldestPlaceGivenBackIsTakenFirst) {
     st.m_fnClear();
     EXPECT_EQ(st.m_fnTake(1, 5), 0u);
     EXPECT_EQ(st.m_fnFind(200), g_uNoControl);
+}
+
+TEST_F(ControlIds, KeptPlacesAreGivenOutByNameOnly) {
+    stControlIdTable st(1u << 0 | 1u << 2);
+    EXPECT_EQ(st.m_fnTake(100, 4), 1u);
+    EXPECT_EQ(st.m_fnTake(101, 4), 3u);
+    EXPECT_EQ(st.m_fnTake(102, 4), g_uNoControl);
+    EXPECT_TRUE(st.m_fnTakeKept(103, 2));
+    EXPECT_FALSE(st.m_fnTakeKept(103, 0));
+    EXPECT_EQ(st.m_fnFind(103), 2u);
+    EXPECT_TRUE(st.m_fnGiveBack(103));
+    EXPECT_EQ(st.m_fnTake(104, 4), g_uNoControl) << "a kept place is kept when it is given back";
+    st.m_fnClear();
+    EXPECT_EQ(st.m_fnTake(105, 4), 1u);
 }
 
 TEST_F(ControlIds, NamesLeadToControlsByLetter) {
