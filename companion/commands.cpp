@@ -1,5 +1,6 @@
 #include "companion/commands.h"
 #include "companion/profile_commands.h"
+#include "companion/readiness.h"
 #include "companion/reports.h"
 #include "companion/segment_view.h"
 #include "companion/top.h"
@@ -23,13 +24,24 @@ struct Context {
     int iExitCode = kOk; ///< exit code of a successful command
 };
 
+/// Success if what programs would show is fit to use, or the user insists.
+Result NeedReadyOrForce(const Context& st) {
+    return st.stOptions.bForce ? Result{} : NeedReady(st.stLibrary);
+}
+
 Result DoRun(Context& st) {
-    if (platform::tool::RunNeedsLibrary()) {
-        Result stLoaded = LoadControlLibrary(st.stOptions.strLibrary, st.stLibrary);
-        if (!stLoaded) return stLoaded;
+    const bool bNeeded = platform::tool::RunNeedsLibrary();
+    if (bNeeded || !st.stOptions.bForce) {
+        const Result stLoaded = LoadControlLibrary(st.stOptions.strLibrary, st.stLibrary);
+        if (bNeeded && !stLoaded) return stLoaded;
     }
-    const platform::tool::RunRequest stRequest{LibraryPath(st.stOptions.strLibrary), st.stOptions.strTarget,
-                                               st.stOptions.listArguments};
+    const std::string& strProgram = st.stOptions.strTarget;
+    const Result stReady = NeedReadyOrForce(st);
+    if (!stReady)
+        std::fprintf(stderr, "orvin-osd: %s starts without the overlay: %s\n", Printable(strProgram).c_str(),
+                     Printable(stReady.strError).c_str());
+    const platform::tool::RunRequest stRequest{LibraryPath(st.stOptions.strLibrary), strProgram,
+                                               st.stOptions.listArguments, !stReady};
     return platform::tool::Run(stRequest, st.stLibrary.Entering(), st.iExitCode);
 }
 
@@ -39,6 +51,7 @@ Result DoAttach(Context& st) {
     u32 uProcessId = 0;
     stResult = ResolveTarget(st.stOptions.strTarget, uProcessId);
     if (stResult) stResult = LoadControlLibrary(st.stOptions.strLibrary, st.stLibrary);
+    if (stResult) stResult = NeedReadyOrForce(st);
     if (!stResult) return stResult;
     return platform::tool::Attach(uProcessId, st.stOptions.bStay, st.stLibrary.Entering());
 }
@@ -46,6 +59,7 @@ Result DoAttach(Context& st) {
 Result DoHook(Context& st) {
     Result stResult = platform::tool::CanEnterRunningPrograms();
     if (stResult) stResult = LoadControlLibrary(st.stOptions.strLibrary, st.stLibrary);
+    if (stResult) stResult = NeedReadyOrForce(st);
     if (!stResult) return stResult;
     if (st.stOptions.bInit) st.stLibrary.fnInitialise();
     return platform::tool::Hook(st.stLibrary.Entering());

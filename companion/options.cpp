@@ -30,16 +30,22 @@ CLI::App* AddVerb(CLI::App& app, Options& st, Verb eVerb, const char* szName, co
     return pVerb;
 }
 
+void AddForce(CLI::App* pVerb, Options& st) {
+    pVerb->add_flag("--force", st.bForce, "although the data folder or the profile cannot be used");
+}
+
 void AddEntering(CLI::App& app, Options& st) {
     CLI::App* pRun =
         AddVerb(app, st, Verb::Run, "run", "start a program with the overlay: run [--] PROGRAM ARGS");
     pRun->prefix_command();
+    AddForce(pRun, st);
     CLI::App* pAttach =
         AddVerb(app, st, Verb::Attach, "attach",
                 "let the overlay into a running program, by a message hook on its threads only "
                 "(Windows); stays until the program ends or Ctrl-C");
     pAttach->add_option("target", st.strTarget, "process name or id")->required()->type_name("NAME|PID");
     pAttach->add_flag("!--no-stay", st.bStay, "leave as soon as the library is in the program");
+    AddForce(pAttach, st);
     CLI::App* pHook =
         AddVerb(app, st, Verb::Hook, "hook",
                 "let the overlay into EVERY program that handles messages (Windows); stays until "
@@ -47,6 +53,7 @@ void AddEntering(CLI::App& app, Options& st) {
     pHook->add_flag("--yes", st.bYes, "confirm that every program of this session is meant");
     pHook->add_flag("--init", st.bInit,
                     "reset the shared segment first; running instances lose their records");
+    AddForce(pHook, st);
     AddVerb(app, st, Verb::Unhook, "unhook", "end the hook of another orvin-osd (Windows)");
     CLI::App* pInit = AddVerb(app, st, Verb::Init, "init",
                               "reset the shared segment; running instances lose their records");

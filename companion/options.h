@@ -53,6 +53,7 @@ struct Options {
     bool bEnable = false;
     bool bOnce = false;
     bool bRemove = false;
+    bool bForce = false;
     u32 uInterval = 0; ///< milliseconds; 0: the command's own default
     i32 iValue = 0;
     u32 uCommand = 0;

@@ -1,8 +1,8 @@
 #include "companion/profile_commands.h"
 #include "companion/commands.h"
 #include "companion/profile_folder.h"
+#include "companion/readiness.h"
 #include "companion/reports.h"
-#include "companion/shader_check.h"
 #include "companion/utf.h"
 #include "platform/tool.h"
 #include "shared/commands.h"
@@ -27,30 +27,18 @@ void FillName(char16_t (&wzField)[g_uProfileNameUnits], const std::string& strNa
 
 bool IsAlive(u32 uProcessId) { return platform::tool::InspectProcess(uProcessId).bExists; }
 
-/// Only a profile that passes the check reaches a program, unless the user insists.
-Result NeedGoodProfile(const ProfileOptions& st) {
+/// Only what passes the checks reaches a program, unless the user insists. No profile shows with a shader
+/// that cannot be used, and one of them ends the program.
+Result NeedGood(const ProfileOptions& st) {
     if (st.bForce) return {};
-    std::vector<std::string> listWords{"profile", "check", st.strProfile, "--quiet"};
-    if (!st.strData.empty()) listWords.insert(listWords.end(), {"--data", st.strData});
-    int iExitCode = kOk;
-    const Result stRun = platform::tool::RunBeside(kTool, listWords, iExitCode);
-    if (!stRun || iExitCode == kOk) return stRun;
-    if (iExitCode == kNotFound) return Result::NotFound("there is no profile " + st.strProfile);
-    return Result::Fail("the profile " + st.strProfile + " does not pass; --force uses it all the same");
-}
-
-/// No profile shows with a shader that cannot be used, and one of them ends the program.
-Result NeedGoodShaders(const ProfileOptions& st) {
-    std::filesystem::path pathData;
-    if (st.bForce || !FindDataFolder(st.strData, pathData)) return {};
-    const std::vector<std::string> listFaults = ShaderFaults(pathData);
-    if (listFaults.empty()) return {};
-    return Result::Fail(listFaults.front() + "; --force uses the profile all the same");
+    Result stGood = NeedGoodProfile(st.strProfile, st.strData, false);
+    if (stGood) stGood = NeedGoodShaders(st.strData);
+    if (stGood.iCode == kFailed) stGood.strError += "; --force uses the profile all the same";
+    return stGood;
 }
 
 Result DoUse(const Options& stOptions) {
-    Result stGood = NeedGoodProfile(stOptions.stProfile);
-    if (stGood) stGood = NeedGoodShaders(stOptions.stProfile);
+    const Result stGood = NeedGood(stOptions.stProfile);
     if (!stGood) return stGood;
     ControlLibrary stLibrary;
     const Result stLoaded = LoadControlLibrary(stOptions.strLibrary, stLibrary);
@@ -84,8 +72,7 @@ Result ReloadEach(const ControlLibrary& stLibrary, const std::vector<u32>& listI
 
 Result DoFor(const Options& stOptions) {
     const ProfileOptions& st = stOptions.stProfile;
-    Result stResult = st.bGlobal ? Result{} : NeedGoodProfile(st);
-    if (stResult && !st.bGlobal) stResult = NeedGoodShaders(st);
+    Result stResult = st.bGlobal ? Result{} : NeedGood(st);
     ControlLibrary stLibrary;
     if (stResult) stResult = LoadControlLibrary(stOptions.strLibrary, stLibrary);
     if (!stResult) return stResult;

@@ -131,6 +131,7 @@ void AddCheck(CLI::App* pGroup, Options& st) {
     AddProfile(pCheck, st);
     pCheck->add_flag("--json", st.stProfile.bJson, "as JSON");
     pCheck->add_flag("--quiet", st.stProfile.bQuiet, "errors and warnings only");
+    pCheck->add_flag("--silent", st.stProfile.bSilent, "nothing at all; the exit code tells");
     AddLibrary(pCheck, st);
 }
 

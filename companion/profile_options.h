@@ -39,6 +39,7 @@ struct ProfileOptions {
     bool bTimes = false;
     bool bJson = false;
     bool bQuiet = false;
+    bool bSilent = false;
 };
 
 /// Adds the two commands with their own commands to a parser that fills stOptions.

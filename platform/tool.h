@@ -86,6 +86,7 @@ struct RunRequest {
     std::string strLibrary; ///< the library's file, in its folder the parts that travel with it
     std::string strProgram;
     std::vector<std::string> listArguments;
+    bool bBare = false; ///< without the overlay after all
 };
 /// The overlay's library, loaded here, with which other programs are entered.
 struct EnteringLibrary {
@@ -94,7 +95,8 @@ struct EnteringLibrary {
 };
 /// True if Run needs the library loaded into this program.
 bool RunNeedsLibrary();
-/// Runs a program with the overlay; iExitCode receives the program's exit code. May not return at all.
+/// Runs a program with the overlay, unless it is to be bare; iExitCode receives the program's exit code. May
+/// not return at all.
 Result Run(const RunRequest& stRequest, const EnteringLibrary& stLibrary, int& iExitCode);
 
 /// Runs a program that stands beside this one, by its name without an extension, to its end, with this one's

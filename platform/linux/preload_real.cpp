@@ -1,10 +1,12 @@
 #include "platform/linux/preload_real.h"
+#include "platform/linux/data_folder.h"
 #include "platform/linux/preload_swap.h"
 #include <atomic>
 #include <cerrno>
 #include <climits>
 #include <cstring>
 #include <dlfcn.h>
+#include <unistd.h>
 
 namespace platform::preload {
 namespace {
@@ -110,12 +112,23 @@ Name Find(const char* szName) noexcept {
     return Name::Count;
 }
 
+/// Without the shaders nothing can be drawn, and a try may harm the host.
+static bool HasShaders(char* szPath, u32 uCapacity) noexcept {
+    constexpr char c_szShader[] = "/ZARN/Orvin Deck/ORVIN-OSD/Data/DrawBasic_GL_C.vs";
+    if (!host::DataFolder(szPath, uCapacity)) return false;
+    const std::size_t uLength = std::strlen(szPath);
+    if (uLength + sizeof c_szShader > uCapacity) return false;
+    std::memcpy(szPath + uLength, c_szShader, sizeof c_szShader);
+    return access(szPath, R_OK) == 0;
+}
+
 void AttachOnce() noexcept {
     static std::atomic<bool> bDone{false};
     if (bDone.load(std::memory_order_relaxed) || bDone.exchange(true)) return;
     const int iError = errno;
     static char szPath[PATH_MAX]; // the stack may be small
-    if (LibraryPath(szPath, sizeof szPath)) dlopen(szPath, RTLD_NOW | RTLD_LOCAL);
+    if (HasShaders(szPath, sizeof szPath) && LibraryPath(szPath, sizeof szPath))
+        dlopen(szPath, RTLD_NOW | RTLD_LOCAL);
     errno = iError;
 }
 

@@ -74,6 +74,22 @@ bool PreloadsCleanly(const std::string& strPath) {
     return strPath.find_first_of(" :\t") == std::string::npos;
 }
 
+/// Puts the preload part ahead of what the programs to come preload already.
+Result Preload(const std::string& strLibrary) {
+    const std::string strFolder = FolderPart(strLibrary);
+    char* szFolder = realpath(strFolder.c_str(), nullptr);
+    const std::string strPreload = JoinPath(szFolder != nullptr ? szFolder : strFolder, kPreloadName);
+    std::free(szFolder);
+    if (!FileExists(strPreload)) return Result::NotFound("the preload part is not at " + strPreload);
+    if (!PreloadsCleanly(strPreload)) {
+        return Result::Fail("a path with blanks or colons cannot be preloaded: " + strPreload);
+    }
+    const char* szBefore = std::getenv("LD_PRELOAD");
+    const bool bBefore = szBefore != nullptr && *szBefore != '\0';
+    setenv("LD_PRELOAD", (strPreload + (bBefore ? ":" + std::string(szBefore) : "")).c_str(), 1);
+    return {};
+}
+
 } // namespace
 
 std::vector<std::string> Arguments(int argc, char** argv) { return {argv + (argc > 0 ? 1 : 0), argv + argc}; }
@@ -159,18 +175,9 @@ ApiClaim ReadApiClaim(u32 uProcessId) {
 bool RunNeedsLibrary() { return false; }
 
 Result Run(const RunRequest& stRequest, const EnteringLibrary&, int&) {
-    const std::string strFolder = FolderPart(stRequest.strLibrary);
-    char* szFolder = realpath(strFolder.c_str(), nullptr);
-    const std::string strPreload = JoinPath(szFolder != nullptr ? szFolder : strFolder, kPreloadName);
-    std::free(szFolder);
-    if (!FileExists(strPreload)) return Result::NotFound("the preload part is not at " + strPreload);
-    if (!PreloadsCleanly(strPreload)) {
-        return Result::Fail("a path with blanks or colons cannot be preloaded: " + strPreload);
-    }
+    const Result stReady = stRequest.bBare ? Result{} : Preload(stRequest.strLibrary);
+    if (!stReady) return stReady;
     RemoveDeadClaims();
-    const char* szBefore = std::getenv("LD_PRELOAD");
-    const bool bBefore = szBefore != nullptr && *szBefore != '\0';
-    setenv("LD_PRELOAD", (strPreload + (bBefore ? ":" + std::string(szBefore) : "")).c_str(), 1);
     std::vector<char*> listWords{const_cast<char*>(stRequest.strProgram.c_str())};
     for (const std::string& strWord : stRequest.listArguments)
         listWords.push_back(const_cast<char*>(strWord.c_str()));

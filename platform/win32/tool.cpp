@@ -319,14 +319,15 @@ Result Run(const RunRequest& stRequest, const EnteringLibrary& stLibrary, int& i
     const Result stStarted = StartSuspended(stRequest, stProcess);
     if (!stStarted) return stStarted;
     const Handle process(stProcess.hProcess), thread(stProcess.hThread);
-    if (IsForeignBitness(process.Get())) {
+    if (!stRequest.bBare && IsForeignBitness(process.Get())) {
         std::fprintf(stderr, "orvin-osd: a 32-bit program runs without the overlay\n");
     }
     ThreadHooks hooks(stProcess.dwProcessId, stLibrary);
-    hooks.Add(stProcess.dwThreadId); // before its first message, so that its first frames are caught
+    // Before its first message, so that its first frames are caught.
+    if (!stRequest.bBare) hooks.Add(stProcess.dwThreadId);
     ResumeThread(thread.Get());
     for (u32 uRound = 0; !WaitPumping(process.Get(), nullptr, PollInterval(uRound)); ++uRound)
-        hooks.Refresh();
+        if (!stRequest.bBare) hooks.Refresh();
     DWORD uCode = 0;
     GetExitCodeProcess(process.Get(), &uCode);
     iExitCode = static_cast<int>(uCode);

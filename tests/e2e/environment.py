@@ -221,7 +221,8 @@ class LinuxPrograms(Programs):
             file.write("\n".join([f"[{STORE}\\{key}]", *lines, ""]))
 
     def with_overlay(self, command, **more):
-        return self.start([self.companion, "run", "--", *command], **more)
+        """With the overlay whatever state its data is in; test_readiness.py holds what a plain run looks at."""
+        return self.start([self.companion, "run", "--force", "--", *command], **more)
 
     def ask(self, *arguments):
         return self.run([self.companion, *arguments])
@@ -261,7 +262,7 @@ class WinePrograms(Programs):
         return self.start([*self.wrapper, *command], **more)
 
     def with_overlay(self, command, **more):
-        return self.wine(self.companion, "run", "--", *command, **more)
+        return self.wine(self.companion, "run", "--force", "--", *command, **more)
 
     def ask(self, *arguments):
         """Of many hundreds of programs that it starts, Wine loses one without a word, which the companion never is when

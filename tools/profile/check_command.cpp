@@ -24,7 +24,7 @@ Result CheckProfileCommand(const Options& stOptions, int& iExitCode) {
         st.publishedNames.push_back(strName);
     std::string strReport;
     iExitCode = CheckProfile(st, strReport);
-    std::fputs(strReport.c_str(), stdout);
+    if (!stWish.bSilent) std::fputs(strReport.c_str(), stdout);
     return {};
 }
 
