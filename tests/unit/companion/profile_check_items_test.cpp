@@ -63,13 +63,6 @@ TEST_F(ProfileCheckItems, AnImageWithAnEmptyNameIsRefused) {
     EXPECT_TRUE(SaidError(5, "Image \"a\": ImageFileName is empty"));
 }
 
-TEST_F(ProfileCheckItems, ImagesAreNotDrawnYet) {
-    WriteFile("Profiles/Mine/cat.png", "x");
-    CheckItems("<Image IsShow=\"1\" Name=\"a\" ImageFileName=\"cat.png\"/>\n" + Text("b"));
-    EXPECT_TRUE(SaidNote(5, "images are read but not drawn by this version"));
-    EXPECT_TRUE(IsClean(Severity::Warning));
-}
-
 TEST_F(ProfileCheckItems, OwnersMustExist) {
     CheckItems(Panel("frame", "FrameSizeW=\"300\" FrameSizeH=\"90\"") + "\n" + Text("a@frame") + "\n" +
                Text("b@frme") + "\n" + Text("c@") + "\n<Panel IsShow=\"0\" Name=\"off\"/>\n" + Text("d@off"));

@@ -4,6 +4,7 @@
 #include "controls/text_file.h"
 #include "platform/utf.h"
 #include "tools/profile/check/font_cache.h"
+#include "tools/profile/check/images.h"
 #include "tools/profile/check/writing.h"
 
 #include <algorithm>
@@ -63,6 +64,8 @@ void CheckFile(const ProfileItem& item, const char* szAttribute, const fs::path&
                        ItemTitle(item) + ": there is no file \"" + strName + "\" in the profile's folder");
     else if (std::string_view(item.pKind->szName) == "Memo")
         CheckMemo(item, path, findings);
+    else if (std::string_view(item.pKind->szName) == "Image")
+        CheckPicture(item, path, findings);
 }
 
 } // namespace

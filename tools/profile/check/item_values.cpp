@@ -128,9 +128,13 @@ void CheckChart(const ProfileItem& item, const ItemReport& report) {
         report.Warning("ChartFillRatio", "ChartFillRatio 100 leaves a ring without width");
 }
 
-void CheckPanel(const ProfileItem& item, const ItemReport& report) {
+void CheckBox(const ProfileItem& item, const ItemReport& report) {
     if (AttributeNumber(item, "ContentSizeW") == 0 || AttributeNumber(item, "ContentSizeH") == 0)
         report.Warning("ContentSizeW", "ContentSizeW or ContentSizeH is 0: nothing can be seen");
+}
+
+void CheckPanel(const ProfileItem& item, const ItemReport& report) {
+    CheckBox(item, report);
     if (item.pElement->Attribute("PanelScattering") && AttributeNumber(item, "PanelType") != 2)
         report.Note("PanelScattering", "PanelScattering has an effect on frosted glass (PanelType 2) only");
 }
@@ -158,7 +162,7 @@ void CheckByKind(const ProfileItem& item, const ItemReport& report) {
     if (IsKind(item, "Panel")) CheckPanel(item, report);
     if (IsKind(item, "LineGraph")) CheckGraph(item, report);
     if (IsKind(item, "PieChart")) CheckChart(item, report);
-    if (IsKind(item, "Image")) report.Note("Name", "images are read but not drawn by this version");
+    if (IsKind(item, "Image")) CheckBox(item, report);
 }
 
 /// Names of the controls that an item is made of, by the letter of their kind in front.
@@ -169,6 +173,7 @@ std::vector<std::string> ControlNames(const ProfileItem& item) {
     const std::string strData = AttributeText(item, "DataFullName");
     if (IsKind(item, "Panel")) return {Name('P', "_F"), Name('P', "")};
     if (IsKind(item, "TextBox") || IsKind(item, "Memo")) return {Name('P', "_F"), Name('T', "")};
+    if (IsKind(item, "Image")) return {Name('P', "_F"), Name('I', "")};
     if (!IsKind(item, "NumBox")) return {Name('P', "_F")};
     if (strData == "SYSTEM_TIME")
         return {Name('P', "_F"),  Name('T', "[0]"), Name('T', "[1]"),
@@ -212,7 +217,7 @@ bool CanBeSeen(const ProfileItem& item) {
         return AttributeNumber(item, "PanelType") != 0 && HasInk(item, "PanelColorA") && HasRoom(item);
     if (IsKind(item, "LineGraph")) return HasInk(item, "LineColorA") && HasRoom(item);
     if (IsKind(item, "PieChart")) return HasInk(item, "ChartColorA") && HasRoom(item);
-    return false; // images
+    return HasInk(item, "ImageColorA") && HasRoom(item);
 }
 
 using ItemsByName = std::map<std::string, const ProfileItem*>;

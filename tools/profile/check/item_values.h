@@ -15,8 +15,7 @@ struct DataNames {
 void CheckItems(const std::vector<const ProfileItem*>& taken, const std::vector<ProfileItem>& all,
                 const DataNames& names, Findings& findings);
 
-/// False for a profile that stays unseen: items without words, size or opacity, and images, which are not
-/// drawn.
+/// False for a profile that stays unseen: items without words, size or opacity.
 bool AnyCanBeSeen(const std::vector<const ProfileItem*>& taken);
 
 /// A number without its fraction.

@@ -6,6 +6,7 @@
 #include "config/items/kinds.h"
 #include "config/load.h"
 #include "controls/control_ids.h"
+#include "controls/img_box.h"
 #include "controls/line_graph.h"
 #include "controls/num_box.h"
 #include "controls/osd_manager.h"
@@ -97,11 +98,13 @@ class OtherDataFolder {
 /// Files in the profile's folder that the items name.
 std::vector<std::filesystem::path> FilesOf(const std::vector<const ProfileItem*>& items) {
     std::vector<std::filesystem::path> list;
-    for (const ProfileItem* p : items) {
-        const std::string strName = FindAttribute(*p->pKind, "FileName") ? AttributeText(*p, "FileName") : "";
-        const std::filesystem::path path = FileInProfile({}, strName);
-        if (!path.empty()) list.push_back(path);
-    }
+    for (const ProfileItem* p : items)
+        for (const char* szAttribute : {"FileName", "ImageFileName"}) {
+            const std::string strName =
+                FindAttribute(*p->pKind, szAttribute) ? AttributeText(*p, szAttribute) : "";
+            const std::filesystem::path path = FileInProfile({}, strName);
+            if (!path.empty()) list.push_back(path);
+        }
     return list;
 }
 
@@ -161,6 +164,7 @@ std::vector<CControl*> ControlsOf(const stAssembleInfo& st) {
     Add(st.listNumBox, g_stNumBoxIds, g_ppNumBox);
     if (pPanel && pPanel->m_uPanelType != 0 && pPanel->m_u8PanelA != 0)
         Add(st.listPanel, g_stPanelIds, g_ppPanel);
+    Add(st.listImgBox, g_stImgBoxIds, g_ppImgBox);
     Add(st.listLineGraph, g_stLineGraphIds, g_ppLineGraph);
     Add(st.listPieChart, g_stPieChartIds, g_ppPieChart);
     return list;
@@ -269,9 +273,12 @@ void JudgeAll(const std::vector<const ProfileItem*>& taken, Findings& findings) 
     }
 }
 
+/// Images that are no items: the photo and the shutter image.
+constexpr u32 c_uOwnImages = 2;
+
 /// Places that an item takes in each of the manager's arrays.
 struct stPlaces {
-    u32 uTexts = 0, uNumbers = 0, uPanels = 0, uGraphs = 0, uCharts = 0;
+    u32 uTexts = 0, uNumbers = 0, uPanels = 0, uGraphs = 0, uCharts = 0, uImages = 0;
 };
 
 void Count(const ProfileItem& item, stPlaces& st) {
@@ -282,6 +289,7 @@ void Count(const ProfileItem& item, stPlaces& st) {
     if (szKind == "Panel") ++st.uPanels;
     if (szKind == "LineGraph") ++st.uGraphs;
     if (szKind == "PieChart") ++st.uCharts;
+    if (szKind == "Image") ++st.uImages;
     if (szKind != "NumBox") return;
     st.uNumbers += strData == "SYSTEM_TIME" ? 3 : strData == "RESOLUTION" ? 2 : 1;
     st.uTexts += strData == "SYSTEM_TIME" ? 2 : strData == "RESOLUTION" ? 1 : 0;
@@ -300,7 +308,8 @@ bool CheckCapacity(const std::vector<const ProfileItem*>& taken, const tinyxml2:
                    {st.uNumbers, g_uNumBoxEntries, "numbers"},
                    {st.uPanels, g_uPanelEntries, "panels, a frame for each item counted in,"},
                    {st.uGraphs, g_uLineGraphEntries, "graphs"},
-                   {st.uCharts, g_uPieChartEntries, "charts"}};
+                   {st.uCharts, g_uPieChartEntries, "charts"},
+                   {st.uImages, g_uImgBoxEntries - c_uOwnImages, "images"}};
     bool bAll = true;
     for (const auto& limit : aLimits) {
         if (limit.uHas <= limit.uMost) continue;
