@@ -2,6 +2,7 @@
 
 #include "batch/draw_basic_gl.h"
 #include "batch/draw_text_gl.h"
+#include "controls/flip_box_gl.h"
 #include "controls/num_box_gl.h"
 #include "controls/panel.h"
 #include "controls/text_box_gl.h"
@@ -22,6 +23,7 @@ void g_fnFillCreationTable_GL() noexcept {
     g_stCreationTable.m_fnCreateFont = CreateFontUC_GL;
     g_stCreationTable.m_fnCreateTextBox = CreateTextBox_GL;
     g_stCreationTable.m_fnCreateNumBox = CreateNumBox_GL;
+    g_stCreationTable.m_fnCreateFlipBox = CreateFlipBox_GL;
     g_stCreationTable.m_fnCreatePanel = CreatePanel;
     g_stCreationTable.m_fnCreateDrawBasic = CreateDrawBasic_GL;
     g_stCreationTable.m_fnCreateDrawText = CreateDrawText_GL;

@@ -4,6 +4,7 @@
 // needs: that it is a control and how it is deleted. A kind's full class takes the place of its root.
 #include "controls/control.h"
 #include "controls/control_id_table.h"
+#include "controls/flip_box.h"
 #include "controls/img_box.h"
 #include "controls/line_graph.h"
 #include "controls/num_box.h"
@@ -14,11 +15,6 @@
 #include "font/font_unicode.h"
 
 #include <tuple>
-
-class CFlipBox_Base : public virtual CControl {
-  public:
-    virtual ~CFlipBox_Base() = 0;
-};
 
 class CVideoBox_Base : public virtual CControl {
   public:

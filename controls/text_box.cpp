@@ -1,5 +1,6 @@
 #include "controls/text_box.h"
 
+#include "controls/code_points.h"
 #include "controls/text_file.h"
 #include "draw/creation_table.h"
 #include "draw/upload.h"
@@ -9,43 +10,6 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
-
-namespace {
-
-constexpr u32 g_uIdeographicSpace = 0x3000;
-/// Above this the sizes in bytes would leave 32 bits.
-constexpr u32 g_uGlyphsMax = 1u << 20;
-
-bool IsHighSurrogate(char16_t c) { return (c & 0xFC00) == 0xD800; }
-bool IsLowSurrogate(char16_t c) { return (c & 0xFC00) == 0xDC00; }
-
-/// Counts the units before the terminator. False if a surrogate stands alone.
-bool MeasureUtf16(const char16_t* wzText, u32& uUnits) {
-    for (uUnits = 0; wzText[uUnits]; ++uUnits) {
-        if (IsLowSurrogate(wzText[uUnits])) return false;
-        if (IsHighSurrogate(wzText[uUnits]) && !IsLowSurrogate(wzText[++uUnits])) return false;
-    }
-    return true;
-}
-
-/// Writes the zero-terminated code points of a valid text; returns their count.
-u32 DecodeUtf16(const char16_t* wzText, u32* pOut) {
-    u32 uCount = 0;
-    while (*wzText) {
-        u32 c = *wzText++;
-        if (IsHighSurrogate(static_cast<char16_t>(c)))
-            c = 0x10000 + ((c - 0xD800) << 10) + (*wzText++ - 0xDC00u);
-        pOut[uCount++] = c;
-    }
-    pOut[uCount] = 0;
-    return uCount;
-}
-
-bool NeedsQuad(u32 uCode) {
-    return uCode != g_uIdeographicSpace && uCode != ' ' && uCode != '\t' && uCode != '\n' && uCode != '\r';
-}
-
-} // namespace
 
 CTextBox_Base::CTextBox_Base()
     : m_uGlyphCapacity(0), m_uGlyphCount(0), m_uTextLength(0), m_uTextSet(0), m_uIndexCount(0),
@@ -145,15 +109,13 @@ bool CTextBox_Base::m_fnGetFitToText() { return m_bFitToText; }
 
 bool CTextBox_Base::m_fnSetTextW(const char16_t* wzText) {
     u32 uUnits = 0;
-    if (!wzText || !MeasureUtf16(wzText, uUnits)) return false;
+    if (!wzText || !g_fnMeasureUtf16(wzText, uUnits)) return false;
     std::unique_ptr<char16_t[]> wzFormer; // wzText may be this very text
     if (uUnits >= m_uTextRoom && !MakeTextRoom(uUnits, wzFormer)) return false;
     std::memmove(m_wzText.get(), wzText, (uUnits + 1) * sizeof *wzText);
     m_uTextSet = 1;
-    m_uTextLength = DecodeUtf16(m_wzText.get(), m_pCodePoints.get());
-    const u32* const pFirst = m_pCodePoints.get();
-    m_uGlyphCount = static_cast<u32>(std::count_if(pFirst, pFirst + m_uTextLength, NeedsQuad));
-    m_uGlyphCount = std::max(m_uGlyphCount, 1u);
+    m_uTextLength = g_fnDecodeUtf16(m_wzText.get(), m_pCodePoints.get());
+    m_uGlyphCount = g_fnCountGlyphs(m_pCodePoints.get(), m_uTextLength);
     MarkLayoutDirty();
     return true;
 }

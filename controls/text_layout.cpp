@@ -1,27 +1,17 @@
 // From code points to quads: the layout pass of a text box.
+#include "controls/code_points.h"
+#include "controls/glyph_box.h"
 #include "controls/text_box.h"
-#include "font/font_unicode.h"
 
 #include <cstring>
 
 namespace {
-
-constexpr u32 g_uIdeographicSpace = 0x3000;
-
-/// What the font says about a code, turned into canvas units across and down.
-struct stGlyphBox {
-    f32 u0, v0, u1, v1;
-    f32 fOffset; ///< of the bottom, in text sizes
-    f32 fWidth, fHeight;
-    bool bInk;
-};
 
 /// One pass over the text of a box: a pen that moves right and from line to line.
 class LayoutPass {
   public:
     LayoutPass(CTextBox_Base& box, bool bClip, f32 fStartX)
         : m_box(box), m_bClip(bClip && box.m_bAutoSize), m_fStartX(fStartX),
-          m_fScaleX(box.m_fTextSize * box.m_pFont->m_fnGetScale()),
           m_fStep(box.m_fTextSize + box.m_fSpacingY), m_fPenX(0), m_fLineY(box.m_fTextSize),
           m_uQuad(box.m_bShadow ? box.m_uGlyphCapacity : 0),
           m_uQuadEnd(box.m_bShadow ? box.m_uGlyphCapacity * 2 : box.m_uGlyphCapacity) {
@@ -33,10 +23,8 @@ class LayoutPass {
         if (uCode == '\r') return;
         if (uCode == '\n')
             BreakLine();
-        else if (uCode == ' ' || uCode == '\t' || uCode == g_uIdeographicSpace)
-            Place(uCode == '\t' ? g_uIdeographicSpace : uCode, false);
         else
-            Place(uCode, true);
+            Place(uCode == '\t' ? g_uIdeographicSpace : uCode, !g_fnIsBlankCode(uCode));
     }
 
   private:
@@ -46,23 +34,13 @@ class LayoutPass {
         m_box.m_fTextHeight += m_fStep;
         m_fPenX = 0;
     }
-    bool Ask(u32 uCode, stGlyphBox& st) const {
-        f32 z;
-        if (!m_box.m_pFont->m_fnGetCharInfo(uCode, &st.u0, &st.v0, &z, &st.u1, &st.v1, &st.fOffset,
-                                            &st.fWidth, &st.fHeight))
-            return false;
-        st.bInk = st.fHeight > 0;
-        st.fWidth *= m_fScaleX;
-        st.fHeight *= m_box.m_fTextSize;
-        return true;
-    }
     bool IsInWindow(f32 x) const { return x >= 0 && x <= m_box.m_fClipWidth; }
     bool Shows(const stGlyphBox& st) const {
         return IsInWindow(m_fPenX + m_fStartX) && IsInWindow(st.fWidth + m_fPenX + m_fStartX);
     }
     void Place(u32 uCode, bool bQuad) {
         stGlyphBox st;
-        if (!Ask(uCode, st)) return;
+        if (!g_fnAskGlyph(*m_box.m_pFont, uCode, m_box.m_fTextSize, st)) return;
         const bool bOverflow = st.fWidth + m_fPenX > m_box.m_fTextWidth;
         // KEEP(profiles): a hidden glyph has no width, so the pen moves by the spacing alone.
         if (m_bClip && !Shows(st)) st = {};
@@ -72,26 +50,17 @@ class LayoutPass {
         if (bQuad) Write(st);
         m_fPenX += st.fWidth + m_box.m_fSpacingX;
     }
-    /// Nothing is drawn for a glyph without ink (its height is negative) or a hidden one: what lies where its
-    /// picture would be belongs to others.
-    void Clear(stTextVertex* pQuad) const {
-        g_fnSetQuadRect(pQuad, {m_fPenX, m_fLineY, m_fPenX, m_fLineY});
-        m_box.m_fnSetQuadTex(pQuad, 0, 0, 0, 0);
-    }
     /// Glyphs beyond the room take their space only.
     void Write(const stGlyphBox& st) {
         if (m_uQuad >= m_uQuadEnd) return;
-        stTextVertex* const pQuad = g_fnVertexAt(m_box.m_pVertices.get(), m_uQuad++ * g_uQuadVertices);
-        if (!st.bInk) return Clear(pQuad);
-        const f32 fBottom = st.fOffset * m_box.m_fTextSize + m_fLineY;
-        g_fnSetQuadRect(pQuad, {m_fPenX, fBottom - st.fHeight, m_fPenX + st.fWidth, fBottom});
-        m_box.m_fnSetQuadTex(pQuad, st.u0, st.v0, st.u1, st.v1);
+        g_fnPutGlyph(g_fnVertexAt(m_box.m_pVertices.get(), m_uQuad++ * g_uQuadVertices), st, m_fPenX,
+                     m_fLineY);
     }
 
     CTextBox_Base& m_box;
     const bool m_bClip;
     const f32 m_fStartX;
-    const f32 m_fScaleX, m_fStep;
+    const f32 m_fStep;
     f32 m_fPenX, m_fLineY;
     u32 m_uQuad;
     const u32 m_uQuadEnd;

@@ -24,6 +24,16 @@ void CNumBox_Merged::m_fnDrawDigits(CDraw_Base* pBatcher, CEntity_Base** ppEntit
     for (i32 i = 0; i < m_iDrawCount; ++i) m_pMesh->m_fnDraw(m_uIndicesPerGlyph, m_auDrawIndex[i], 0);
 }
 
+void CFlipBox_Merged::m_fnDrawText(CDraw_Base* pBatcher, const f32* pWorld, const f32* pColor) {
+    if (!m_pMesh) return;
+    const stDrawConstants stConstants{pWorld, pColor};
+    pBatcher->m_fnSetDrawConstants(&stConstants);
+    const stShown stRange = m_fnShown();
+    m_pMesh->m_fnDraw(stRange.uCount, stRange.uFirst, 0);
+}
+
 CTextBox_Base* CreateTextBox_Merged() { return new CTextBox_Merged; }
 
 CNumBox_Base* CreateNumBox_Merged() { return new CNumBox_Merged; }
+
+CFlipBox_Base* CreateFlipBox_Merged() { return new CFlipBox_Merged; }

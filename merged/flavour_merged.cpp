@@ -26,6 +26,7 @@ void g_fnFillCreationTable_Merged() noexcept {
     g_stCreationTable.m_fnCreateFont = CreateFontUC_Merged;
     g_stCreationTable.m_fnCreateTextBox = CreateTextBox_Merged;
     g_stCreationTable.m_fnCreateNumBox = CreateNumBox_Merged;
+    g_stCreationTable.m_fnCreateFlipBox = CreateFlipBox_Merged;
     g_stCreationTable.m_fnCreateDrawBasic = CreateDrawBasic_Merged;
     g_stCreationTable.m_fnCreateDrawText = CreateDrawText_Merged;
 }

@@ -1,6 +1,7 @@
 // The merged flavour against the OpenGL flavour: the same controls, the same changes, the same pixels.
 #include "base/timer.h"
 #include "batch/draw_text.h"
+#include "controls/flip_box.h"
 #include "controls/img_box.h"
 #include "controls/line_graph.h"
 #include "controls/num_box.h"
@@ -40,6 +41,7 @@ struct stWorld {
     std::vector<std::unique_ptr<CTextBox_Base>> aTexts;
     std::vector<std::unique_ptr<CNumBox_Base>> aNumbers;
     std::vector<std::unique_ptr<CImgBox_Base>> aImages;
+    std::vector<std::unique_ptr<CFlipBox_Base>> aFlips;
 
     void Clear() {
         manager.m_fnStartOver();
@@ -49,6 +51,7 @@ struct stWorld {
         aTexts.clear();
         aNumbers.clear();
         aImages.clear();
+        aFlips.clear();
     }
 };
 
@@ -340,6 +343,42 @@ class MergedRandom : public MergedDraw {
             if (Chance(80)) ChangeNumber(static_cast<u32>(m_astWorlds[0].aNumbers.size()) - 1);
         }
     }
+    stFlipText RandomState() {
+        const Color color = RandomColor();
+        return {RandomText(), {color[0], color[1], color[2], color[3]}};
+    }
+    void AddFlips(u32 uCount) {
+        for (u32 u = 0; u < uCount; ++u) {
+            const u32 uFont = Pick(2), uState = Pick(4);
+            const f32 fSize = Range(6, 60);
+            const bool bShadow = Chance(50);
+            std::vector<stFlipText> states;
+            for (u32 n = 0; n < 1 + Pick(4); ++n) states.push_back(RandomState());
+            Both([&](stWorld& world) {
+                CFlipBox_Base& box = *world.aFlips.emplace_back(g_stCreationTable.m_fnCreateFlipBox());
+                SetUpBox(box, *m_apFonts[uFont], fSize, {}, bShadow);
+                EXPECT_TRUE(box.m_fnSetStates(states));
+                box.m_fnSelectState(uState);
+                EXPECT_TRUE(box.m_fnInitialize());
+            });
+            Place(&stWorld::aFlips, g_uLayerFont);
+        }
+    }
+    void ChangeFlip(u32 u) {
+        const u32 uHow = Pick(8), uState = Pick(5);
+        const f32 x = Range(-40, 300), y = Range(-30, 190), fSize = Range(6, 60);
+        const Color color = RandomColor();
+        const stFlipText aStates[] = {RandomState(), RandomState(), RandomState()};
+        Both([&](stWorld& world) {
+            CFlipBox_Base& box = *world.aFlips[u];
+            if (uHow < 3) box.m_fnSelectState(uState);
+            if (uHow == 3) box.m_fnSetTextColorF(color[0], color[1], color[2], color[3]);
+            if (uHow == 4) box.m_fnMoveTo(x, y, 0);
+            if (uHow == 5) box.m_fnSetTextSize(fSize);
+            if (uHow == 6) box.m_fnSetRenderable(x > 0);
+            if (uHow == 7 && box.m_fnSetStates(std::span(aStates).first(1 + uState % 3))) box.m_fnFlush();
+        });
+    }
     void ChangeNumber(u32 uBox) {
         const i32 iValue = static_cast<i32>(Pick(2000000)) - 1000000;
         const u32 uHow = Pick(4), uShift = Pick(20);
@@ -431,10 +470,10 @@ class MergedRandom : public MergedDraw {
     }
     void ChangeSomething() {
         const u32 uPanels = CountOf(&stWorld::aPanels), uTexts = CountOf(&stWorld::aTexts),
-                  uNumbers = CountOf(&stWorld::aNumbers);
+                  uNumbers = CountOf(&stWorld::aNumbers), uFlips = CountOf(&stWorld::aFlips);
         const u32 uImages = CountOf(&stWorld::aImages);
         if (uImages && Chance(40)) return ChangeImage(Pick(uImages));
-        switch (Pick(8)) {
+        switch (Pick(9)) {
         case 0:
         case 1:
             if (uPanels) ChangePanel(Pick(uPanels));
@@ -451,6 +490,9 @@ class MergedRandom : public MergedDraw {
             break;
         case 6:
             ChangeGraphsAndPies();
+            break;
+        case 7:
+            if (uFlips) ChangeFlip(Pick(uFlips));
             break;
         default:
             if (Chance(30)) ChangeOrder();
@@ -472,6 +514,7 @@ class MergedRandom : public MergedDraw {
         AddTexts(Pick(uBusy));
         AddNumbers(Pick(uBusy));
         if (Chance(60)) AddImages(Pick(6));
+        AddFlips(Pick(uBusy));
     }
     std::mt19937 m_random;
 };

@@ -48,6 +48,20 @@ CNumBox_Base& TextFixture::AddNumber(CFontUniCode& font, i32 iValue, f32 x, f32 
     return number;
 }
 
+CFlipBox_Base& TextFixture::AddFlip(CFontUniCode& font, std::span<const stFlipText> states, f32 x, f32 y,
+                                    f32 fSize, const Color* pShadow) {
+    CFlipBox_Base& flip = *m_apFlips.emplace_back(g_stCreationTable.m_fnCreateFlipBox());
+    flip.m_fnSetFont(&font);
+    flip.m_fnSetTextSize(fSize);
+    flip.m_fnSetShadow(pShadow != nullptr);
+    if (pShadow) flip.m_fnSetShadowColorF((*pShadow)[0], (*pShadow)[1], (*pShadow)[2], (*pShadow)[3]);
+    EXPECT_TRUE(flip.m_fnSetStates(states));
+    EXPECT_TRUE(flip.m_fnInitialize());
+    flip.m_fnSetPosition(x, y, 0);
+    EXPECT_TRUE(m_manager.m_fnAttachBack(&flip, g_uLayerFont));
+    return flip;
+}
+
 CDrawText_GL& TextFixture::TextBatcher() {
     if (!m_pTextBatcher) {
         m_pTextBatcher.reset(dynamic_cast<CDrawText_GL*>(g_stCreationTable.m_fnCreateDrawText()));
@@ -68,6 +82,8 @@ void TextFixture::Clear() {
     m_pTextBatcher.reset();
     for (const auto& pText : m_apTexts) m_manager.m_fnDetach(pText.get(), g_uLayerFont);
     for (const auto& pNumber : m_apNumbers) m_manager.m_fnDetach(pNumber.get(), g_uLayerFont);
+    for (const auto& pFlip : m_apFlips) m_manager.m_fnDetach(pFlip.get(), g_uLayerFont);
     m_apTexts.clear();
     m_apNumbers.clear();
+    m_apFlips.clear();
 }

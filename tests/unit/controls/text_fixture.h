@@ -1,6 +1,7 @@
 #pragma once
-// A font whose metrics are powers of two, and text and number boxes of a flavour that writes down what it
-// draws.
+// A font whose metrics are powers of two, and text, number and flip boxes of a flavour that writes down what
+// it draws.
+#include "controls/flip_box.h"
 #include "controls/num_box.h"
 #include "controls/text_box.h"
 #include "font/font_unicode.h"
@@ -77,7 +78,21 @@ class CLiveNumBox : public virtual CControl, public virtual CNumBox_Base {
     const f32* m_pColor = nullptr;
 };
 
-/// A manager, the recording flavour with both boxes in it, and the font.
+class CLiveFlipBox : public virtual CControl, public virtual CFlipBox_Base {
+  public:
+    CLiveFlipBox() { ++s_iLive; }
+    ~CLiveFlipBox() override { --s_iLive; }
+    void m_fnDrawText(CDraw_Base*, const f32* pWorld, const f32* pColor) override {
+        recording::g_aEvents.push_back("flip");
+        m_pWorld = pWorld;
+        m_pColor = pColor;
+    }
+    inline static i32 s_iLive = 0;
+    const f32* m_pWorld = nullptr;
+    const f32* m_pColor = nullptr;
+};
+
+/// A manager, the recording flavour with the three boxes in it, and the font.
 class TextTest : public ManagerTest {
   protected:
     void SetUp() override {
@@ -85,6 +100,7 @@ class TextTest : public ManagerTest {
         recording::Install();
         g_stCreationTable.m_fnCreateTextBox = []() -> CTextBox_Base* { return new CLiveTextBox; };
         g_stCreationTable.m_fnCreateNumBox = []() -> CNumBox_Base* { return new CLiveNumBox; };
+        g_stCreationTable.m_fnCreateFlipBox = []() -> CFlipBox_Base* { return new CLiveFlipBox; };
     }
     void TearDown() override {
         g_stCreationTable = {};
