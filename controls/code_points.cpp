@@ -6,7 +6,7 @@ namespace {
 
 bool IsHighSurrogate(char16_t c) { return (c & 0xFC00) == 0xD800; }
 bool IsLowSurrogate(char16_t c) { return (c & 0xFC00) == 0xDC00; }
-bool NeedsQuad(u32 uCode) { return !g_fnIsBlankCode(uCode) && uCode != '\n' && uCode != '\r'; }
+bool NeedsQuad(u32 uCode) { return !g_fnTakesOnlySpace(uCode) && uCode != '\n' && uCode != '\r'; }
 
 } // namespace
 

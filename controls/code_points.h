@@ -13,6 +13,6 @@ u32 g_fnDecodeUtf16(const char16_t* wzText, u32* pOut);
 /// Code points that need a quad, at least 1: blanks and line ends need none.
 u32 g_fnCountGlyphs(const u32* pCodePoints, u32 uCount);
 /// Takes space and shows nothing.
-inline bool g_fnIsBlankCode(u32 uCode) {
+inline bool g_fnTakesOnlySpace(u32 uCode) {
     return uCode == ' ' || uCode == '\t' || uCode == g_uIdeographicSpace;
 }

@@ -75,7 +75,7 @@ void CFlipBox_Base::PlaceGlyphs(stFlipState& state, u32 uQuad, u32 uQuadEnd) {
     f32 fPenX = 0;
     for (; !EndsLine(*pCode); ++pCode) {
         stGlyphBox st;
-        const bool bBlank = g_fnIsBlankCode(*pCode);
+        const bool bBlank = g_fnTakesOnlySpace(*pCode);
         if (!g_fnAskGlyph(*m_pFont, *pCode == '\t' ? g_uIdeographicSpace : *pCode, m_fTextSize, st)) continue;
         if (!bBlank && uQuad < uQuadEnd)
             g_fnPutGlyph(g_fnVertexAt(m_pVertices.get(), uQuad++ * g_uQuadVertices), st, fPenX, m_fTextSize);

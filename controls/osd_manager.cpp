@@ -1,12 +1,9 @@
 #include "controls/osd_manager.h"
 
 #include "base/slots.h"
-#include "controls/control_kinds.h"
-#include "draw/batcher_slots.h"
+#include "controls/control.h"
 
 #include <algorithm>
-#include <new>
-#include <tuple>
 
 COSDManager* g_apOSDManager[g_uManagerSlots];
 COSDManager* g_pOSDManager;
@@ -34,28 +31,6 @@ template <class Map, class Key> ControlList* FindList(Map& map, const Key& key) 
     return it != map.end() ? it->second.get() : nullptr;
 }
 
-template <class T> bool MakeArray(T**& ppArray, u32 uEntries) {
-    if (ppArray) return false;
-    ppArray = new (std::nothrow) T* [uEntries] {};
-    return ppArray != nullptr;
-}
-
-/// Deletes the objects, then the array; a global copy of the array's address goes with it.
-template <class T> void DeleteArray(T**& ppArray, u32 uEntries, T**& ppGlobal) {
-    if (!ppArray) return;
-    for (u32 i = 0; i < uEntries; ++i) {
-        delete ppArray[i];
-        ppArray[i] = nullptr;
-    }
-    if (ppGlobal == ppArray) ppGlobal = nullptr;
-    delete[] ppArray;
-    ppArray = nullptr;
-}
-
-void CopyArrayPointers(const stManagerArrays& st) {
-    g_fnForEachKind([&](const auto& kind) { *kind.pppCurrent = st.*kind.pppArray; });
-}
-
 } // namespace
 
 COSDManager::~COSDManager() { COSDManager::m_fnRelease(); }
@@ -67,19 +42,6 @@ bool COSDManager::m_fnStartOver() {
     m_mapChildren.clear();
     m_mapParent.clear();
     return m_fnInitialize();
-}
-
-bool COSDManager::m_fnInitialize() {
-    return std::apply(
-        [this](const auto&... kind) { return (MakeArray(m_stArrays.*kind.pppArray, kind.uEntries) && ...); },
-        g_aControlKinds);
-}
-
-void COSDManager::m_fnRelease() {
-    ++g_uDrawListChanges;
-    g_fnForEachKind([this](const auto& kind) {
-        DeleteArray(m_stArrays.*kind.pppArray, kind.uEntries, *kind.pppCurrent);
-    });
 }
 
 bool COSDManager::m_fnIsInLayer(const void* pKey, u32 uLayer) { return Contains(m_aLayer[uLayer], pKey); }
@@ -212,25 +174,8 @@ void COSDManager::m_fnResolveControl(CControl* pControl) {
 
 void COSDManager::m_fnReserved20() {}
 
-void g_fnSelectManager() {
-    g_pOSDManager = g_apOSDManager[g_uManagerSlot];
-    if (!g_pOSDManager) return;
-    CopyArrayPointers(g_pOSDManager->m_stArrays);
-    g_pDrawBasic = g_apDrawBasic[g_uManagerSlot];
-    g_pDrawText = g_apDrawText[g_uManagerSlot];
-}
-
 void g_fnSetManagerSlot(u32 uSlot) {
     if (uSlot == g_uManagerSlot || uSlot >= g_uManagerSlots) return;
     g_uManagerSlot = uSlot;
     g_fnSelectManager();
-}
-
-void g_fnDestroyManagers() {
-    for (COSDManager*& pManager : g_apOSDManager) {
-        delete pManager;
-        pManager = nullptr;
-    }
-    g_pOSDManager = nullptr;
-    CopyArrayPointers({});
 }

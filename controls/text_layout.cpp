@@ -24,7 +24,7 @@ class LayoutPass {
         if (uCode == '\n')
             BreakLine();
         else
-            Place(uCode == '\t' ? g_uIdeographicSpace : uCode, !g_fnIsBlankCode(uCode));
+            Place(uCode == '\t' ? g_uIdeographicSpace : uCode, !g_fnTakesOnlySpace(uCode));
     }
 
   private:

@@ -1,6 +1,7 @@
 #pragma once
 // From template and style to the record that a control is made of, for one instance of an item.
 #include "config/fixed/template_records.h"
+#include "config/make/flip_records.h"
 #include "config/make/number_records.h"
 #include "config/make/panel_records.h"
 #include "config/make/text_look.h"
@@ -12,17 +13,6 @@ struct stItemInstance {
     u32 uBID;
     u32 uDataIndex = 0;               ///< card, CPU or group that the instance shows
     u32 uTemplateBID = g_uNoTemplate; ///< whose template serves where the item has none
-};
-
-/// One flip box to make. Lengths in canvas units.
-struct stFlipInit {
-    u64 u64LB_ID;
-    u32 uFont; ///< place in g_ppFont
-    stTextLook stLook;
-    i32 iAnchorCode;
-    i32 iX, iY;
-    u32 uDataArg;
-    const char16_t* awzText[g_uFlipTexts]; ///< must live during creation only
 };
 
 /// Each writes the record of an item's instance. False, with the record untouched, if the item has no

@@ -2,6 +2,7 @@
 // Templates of the styles with fixed tables, as the reference file gives them: looks by style number, and one
 // template per item. Lengths in canvas units; where it says "scaled" the profile's font scale is in them.
 #include "config/fixed/template_pool.h"
+#include "config/make/flip_records.h"
 
 #include <string>
 
@@ -37,7 +38,6 @@ struct stNumTemplate : stItemPlace {
     u32 uDigitPadding = 0;
     u32 uHideDigitPad = 1;
 };
-constexpr u32 g_uFlipTexts = 3;
 struct stFlipTemplate : stItemPlace {
     std::u16string awzText[g_uFlipTexts];
 };

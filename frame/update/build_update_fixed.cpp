@@ -5,6 +5,7 @@
 #include "config/settings/settings.h"
 #include "controls/align_row.h"
 #include "controls/control_ids.h"
+#include "controls/flip_box.h"
 #include "controls/num_box.h"
 #include "controls/panel.h"
 #include "controls/text_box.h"
@@ -81,12 +82,29 @@ void BindRuns(std::span<const stRun> runs, u32 uInstance, i32 iIndex) {
     }
 }
 
+/// The two flip boxes of a card whose data has named states; the third of a style has no data. Without a
+/// value they show their first state, as before the first one.
+void BindDetector(u32 uInstance, i32 iIndex) {
+    const u32* const pData = g_fnGetMonitorDataPtrByIndex(iIndex, c_szDetectorName);
+    for (u32 uBID : c_auDetectorFlips) {
+        CUpdateDataFuncF record;
+        record.m_uBID = g_fnMakeLB_ID(uInstance, uBID);
+        record.m_iIndex = boxes::FindFlipBox(record.m_uBID);
+        record.m_pData = pData;
+        CFlipBox_Base* const pBox = boxes::FlipBox(record.m_iIndex);
+        if (pBox && pData) g_listUpdateData_F.push_back(record);
+        if (pBox && !pData) pBox->m_fnSelectState(0);
+    }
+}
+
 /// Positions that no card holds have a number beyond the cards.
 void BindCards(const stStyle& style) {
     const u32 uCount = std::min(g_stDisplay.uCards, g_uDisplayMax);
     for (u32 u = 0; u < uCount; ++u)
-        if (g_iCardOfDisplay[u] >= 0 && g_iCardOfDisplay[u] < 256)
+        if (g_iCardOfDisplay[u] >= 0 && g_iCardOfDisplay[u] < 256) {
             BindRuns(style.cardRuns, u, g_iCardOfDisplay[u]);
+            BindDetector(u, g_iCardOfDisplay[u]);
+        }
 }
 
 void BindCpus(const stStyle& style) {

@@ -41,4 +41,8 @@ struct stStyle {
 
 extern const stStyle c_stClassic, c_stRV5;
 
+/// Flip boxes of a card that show a named state, in both styles: the title and the value of the row.
+constexpr u32 c_auDetectorFlips[] = {0, 1};
+constexpr char c_szDetectorName[] = "POWER_DETECTOR";
+
 } // namespace tables

@@ -3,6 +3,7 @@
 #include "frame/update/update_records.h"
 #include "platform/types.h"
 
+class CFlipBox_Base;
 class CLineGraph_Base;
 class CNumBox_Base;
 class CPanel_Base;
@@ -16,6 +17,7 @@ namespace boxes {
 CNumBox_Base* NumBox(i32 iNumBox);
 CTextBox_Base* TextBox(i32 iTextBox);
 CPanel_Base* Panel(i32 iPanel);
+CFlipBox_Base* FlipBox(i32 iFlipBox);
 CLineGraph_Base* LineGraph(i32 iLineGraph);
 CPieChart_Base* PieChart(i32 iPieChart);
 
@@ -23,6 +25,7 @@ CPieChart_Base* PieChart(i32 iPieChart);
 i32 FindNumBox(u64 u64LB_ID);
 i32 FindTextBox(u64 u64LB_ID);
 i32 FindPanel(u64 u64LB_ID);
+i32 FindFlipBox(u64 u64LB_ID);
 i32 FindLineGraph(u64 u64LB_ID);
 i32 FindPieChart(u64 u64LB_ID);
 

@@ -1,6 +1,7 @@
 #include "frame/update/update_records.h"
 
 #include "controls/align_row.h"
+#include "controls/flip_box.h"
 #include "controls/num_box.h"
 #include "controls/panel.h"
 #include "controls/text_box.h"
@@ -9,6 +10,7 @@
 
 std::list<CUpdateDataFuncN> g_listUpdateFPS_N, g_listUpdateData_N;
 std::list<CUpdateDataFuncL> g_listUpdateFPS_L, g_listUpdateData_L;
+std::list<CUpdateDataFuncF> g_listUpdateData_F;
 std::list<stUpdateMixedData> g_listUpdateMixed;
 u32 g_uUpdateRecordCount = 0;
 
@@ -30,6 +32,12 @@ void CUpdateDataFuncL::operator()() {
     if (m_fn && m_iIndex != g_iNoIndex) m_fn(m_iIndex, m_pData, m_uDivisor);
 }
 
+/// A number that is no state's changes nothing.
+void CUpdateDataFuncF::operator()() {
+    CFlipBox_Base* pBox = boxes::FlipBox(m_iIndex);
+    if (pBox && m_pData) pBox->m_fnSelectState(static_cast<u32>(g_fnReadData(m_pData)));
+}
+
 void stUpdateMixedData::operator()() {
     if (m_fn) m_fn(*this);
 }
@@ -39,6 +47,7 @@ void g_fnClearUpdateLists() noexcept {
     g_listUpdateFPS_L.clear();
     g_listUpdateData_N.clear();
     g_listUpdateData_L.clear();
+    g_listUpdateData_F.clear();
     g_listUpdateMixed.clear();
     g_uUpdateRecordCount = 0;
 }

@@ -47,6 +47,16 @@ class CUpdateDataFuncL final {
     const u32* m_pData = nullptr;
 };
 
+/// Updates one flip box: the value is the number of its state. Without data the first state stays.
+class CUpdateDataFuncF final {
+  public:
+    virtual void operator()();
+
+    u64 m_uBID = g_u64NoBID;
+    i32 m_iIndex = g_iNoIndex;
+    const u32* m_pData = nullptr;
+};
+
 /// Updates an item made of several boxes. Texts and numbers stand from left to right.
 class stUpdateMixedData final {
   public:
@@ -65,14 +75,15 @@ class stUpdateMixedData final {
     void (*m_fn)(stUpdateMixedData& record) = nullptr;
 };
 
-/// The five lists. They hold what a layout shows from build to build; a release clears them.
+/// The six lists. They hold what a layout shows from build to build; a release clears them.
 extern std::list<CUpdateDataFuncN> g_listUpdateFPS_N, g_listUpdateData_N;
 extern std::list<CUpdateDataFuncL> g_listUpdateFPS_L, g_listUpdateData_L;
+extern std::list<CUpdateDataFuncF> g_listUpdateData_F;
 extern std::list<stUpdateMixedData> g_listUpdateMixed;
-/// Records that a data update has to walk: the two data lists, in Custom style the mixed items too.
+/// Records that a data update has to walk for numbers and graphs, in Custom style for mixed items too.
 extern u32 g_uUpdateRecordCount;
 
-/// Empties the five lists and the count.
+/// Empties the six lists and the count.
 void g_fnClearUpdateLists() noexcept;
 /// Recounts g_uUpdateRecordCount for a layout style.
 void g_fnCountUpdateRecords(u32 uStyle) noexcept;

@@ -56,6 +56,7 @@ void WalkData() {
     for (CUpdateDataFuncN& record : g_listUpdateData_N) record();
     for (CUpdateDataFuncL& record : g_listUpdateData_L) record();
     for (stUpdateMixedData& record : g_listUpdateMixed) record();
+    for (CUpdateDataFuncF& record : g_listUpdateData_F) record();
     if (bBatch && g_stCreationTable.End) g_stCreationTable.End();
 }
 

@@ -8,6 +8,8 @@
 
 #include "platform/process.h"
 
+#include <limits>
+
 namespace {
 
 class UpdateFixed : public UpdateTest {
@@ -135,6 +137,100 @@ TEST_F(UpdateFixed, SensorRowsStandBehindTheFirstIdOfTheExtension) {
     EXPECT_EQ(ShownBy(0, 0, 57, "PUMP_RPM#0", 25), "2.5");
     EXPECT_EQ(ShownBy(0, 2, 60, "PUMP_RPM#2", 35), "3.5");
     EXPECT_EQ(ShownBy(1, 2, 60, "PUMP_RPM#2", 45), "4.5");
+}
+
+TEST_F(UpdateFixed, ThePowerDetectorPicksTheStateOfBothFlipBoxesOfItsCard) {
+    g_stDisplay.uCards = 2;
+    g_iCardOfDisplay[0] = 1;
+    CFlipBox_Base* const apFlips[] = {Flip(Id(0, 0)), Flip(Id(0, 1)), Flip(Id(0, 2)), Flip(Id(1, 0)),
+                                      Flip(Id(1, 1))};
+    const auto States = [&] {
+        std::vector<u32> states;
+        for (CFlipBox_Base* p : apFlips) states.push_back(p->m_fnGetCurrentState());
+        return states;
+    };
+    for (const u32 uStyle : {0u, 1u}) {
+        g_uLayoutStyle = uStyle;
+        Publish({{"POWER_DETECTOR#0", 1}, {"POWER_DETECTOR#1", 3}});
+        Rebuild();
+        EXPECT_EQ(States(), (std::vector<u32>{3, 3, 0, 1, 1})) << "the third has no data";
+        Change({2, 0});
+        EXPECT_EQ(States(), (std::vector<u32>{3, 3, 0, 1, 1})) << "no interval has passed";
+        Frame(500);
+        EXPECT_EQ(States(), (std::vector<u32>{0, 0, 0, 2, 2}));
+        EXPECT_EQ(apFlips[3]->m_fnGetTextWidth(), 30);
+    }
+}
+
+TEST_F(UpdateFixed, AValueThatIsNoStateLeavesTheFlipBoxAsItWas) {
+    CFlipBox_Base* const pFlip = Flip(Id(0, 1));
+    Publish({{"POWER_DETECTOR#0", 2}});
+    Rebuild();
+    for (const i32 iValue : {4, 1000000, -1, std::numeric_limits<i32>::min()}) {
+        Change({iValue});
+        Frame(500);
+        EXPECT_EQ(pFlip->m_fnGetCurrentState(), 2u) << iValue;
+    }
+}
+
+TEST_F(UpdateFixed, AFlipBoxWithoutAValueShowsItsFirstState) {
+    CFlipBox_Base* const pFlip = Flip(Id(0, 1));
+    Publish({{"POWER_DETECTOR#0", 2}});
+    Rebuild();
+    Publish({{"GPU_CLK#0", 3}}); // the value vanishes
+    Rebuild();
+    EXPECT_EQ(pFlip->m_fnGetCurrentState(), 0u);
+    Publish({{"GPU_CLK#0", 3}, {"POWER_DETECTOR#0", 1}}); // it comes back at another place
+    Rebuild();
+    EXPECT_EQ(pFlip->m_fnGetCurrentState(), 1u);
+}
+
+TEST_F(UpdateFixed, ACardThatIsUnpluggedEmptiesItsRowsAndComesBack) {
+    g_stDisplay.uCards = 2;
+    g_iCardOfDisplay[1] = 1;
+    CNumBox_Base* const pClock = Number(Id(1, 1084));
+    CNumBox_Base* const pFan = Number(Id(1, 14));
+    CFlipBox_Base* const pFlip = Flip(Id(1, 0));
+    const std::map<std::string, i32> both = {
+        {"FAN1_RPM#1", 900}, {"GPU_CLK#0", 1}, {"GPU_CLK#1", 1500}, {"POWER_DETECTOR#1", 2}};
+    Publish(both);
+    Rebuild();
+    EXPECT_EQ(Shown(pClock), "1500");
+    EXPECT_EQ(Shown(pFan), "900");
+    Publish({{"GPU_CLK#0", 1}});
+    Rebuild();
+    EXPECT_EQ(Shown(pClock), "");
+    EXPECT_EQ(Shown(pFan), "");
+    EXPECT_EQ(pFlip->m_fnGetCurrentState(), 0u);
+    Publish(both);
+    Rebuild();
+    EXPECT_EQ(Shown(pClock), "1500");
+    EXPECT_EQ(Shown(pFan), "900");
+    EXPECT_EQ(pFlip->m_fnGetCurrentState(), 2u);
+}
+
+TEST_F(UpdateFixed, ABankFlipWithOtherOffsetsIsReadAfterTheNextBuildOnly) {
+    CNumBox_Base* const pClock = Number(Id(0, 7));
+    CFlipBox_Base* const pFlip = Flip(Id(0, 1));
+    Publish({{"GPU_CLK#0", 11}, {"POWER_DETECTOR#0", 1}});
+    Rebuild();
+    Publish({{"CPU_CLK#0", 3}, {"GPU_CLK#0", 22}, {"POWER_DETECTOR#0", 2}});
+    Frame(500);
+    EXPECT_EQ(Shown(pClock), "11") << "the pointers of the old bank";
+    EXPECT_EQ(pFlip->m_fnGetCurrentState(), 1u);
+    Rebuild();
+    EXPECT_EQ(Shown(pClock), "22");
+    EXPECT_EQ(pFlip->m_fnGetCurrentState(), 2u);
+}
+
+TEST_F(UpdateFixed, FlipBoxesAreNoRecordsThatAnUpdateCounts) {
+    Flip(Id(0, 0));
+    Publish({{"POWER_DETECTOR#0", 1}});
+    Rebuild();
+    EXPECT_EQ(g_listUpdateData_F.size(), 1u);
+    EXPECT_EQ(g_uUpdateRecordCount, 0u);
+    g_fnClearUpdateLists();
+    EXPECT_TRUE(g_listUpdateData_F.empty());
 }
 
 TEST_F(UpdateFixed, SensorRowsOutOfRangeAreDropped) {

@@ -1,6 +1,6 @@
 #pragma once
-// A manager with number boxes, text boxes and panels under chosen ids and names, the virtual clock, and the
-// log.
+// A manager with number boxes, flip boxes, text boxes and panels under chosen ids and names, the virtual
+// clock, and the log.
 #include "base/layout_style.h"
 #include "base/log.h"
 #include "config/items/interner.h"
@@ -69,6 +69,17 @@ class UpdateTest : public TextTest {
         p->m_fnSetTextSize(20);
         EXPECT_EQ(g_fnRegisterXCtrl(IdNumBox, u64LB_ID, p), 1);
         if (szName) (*g_fnControlNames('N'))[szName] = u64LB_ID;
+        return p;
+    }
+    /// Four states: "a", "ab", "abc", "abcd".
+    CFlipBox_Base* Flip(u64 u64LB_ID) {
+        auto* p = new CLiveFlipBox;
+        p->m_fnSetFont(&m_font);
+        p->m_fnSetTextSize(20);
+        const stFlipText aTexts[] = {{u"a", {}}, {u"ab", {}}, {u"abc", {}}, {u"abcd", {}}};
+        EXPECT_TRUE(p->m_fnSetStates(aTexts));
+        EXPECT_TRUE(p->m_fnInitialize());
+        EXPECT_EQ(g_fnRegisterXCtrl(IdFlipBox, u64LB_ID, p), 1);
         return p;
     }
     CTextBox_Base* Text(u64 u64LB_ID, f32 fWidth = 20, const char* szName = nullptr) {
