@@ -1,7 +1,7 @@
 #include "draw/backdrop.h"
 
 #include "draw/canvas.h"
-#include "draw/own_context.h"
+#include "draw/left_names.h"
 #include "draw/pixel_guard.h"
 #include "platform/gl_api.h"
 
@@ -27,6 +27,6 @@ void g_fnCopyBackdrop() {
 
 void g_fnReleaseBackdrop() noexcept {
     if (!g_uCopyTexture) return;
-    if (g_fnMayDeleteNames()) glDeleteTextures(1, &g_uCopyTexture);
+    g_fnDeleteName(NAMES_TEXTURES, g_uCopyTexture);
     g_uCopyTexture = 0;
 }

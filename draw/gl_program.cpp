@@ -1,6 +1,6 @@
 #include "draw/gl_program.h"
 
-#include "draw/own_context.h"
+#include "draw/left_names.h"
 #include "platform/gl_api.h"
 
 #include <stdexcept>
@@ -40,7 +40,7 @@ void GLProgram::Link(const std::vector<GLShader>& shaders) {
 }
 
 GLProgram::~GLProgram() {
-    if (m_uObject != 0 && g_fnMayDeleteNames()) glDeleteProgram(m_uObject);
+    if (m_uObject != 0) g_fnDeleteName(NAMES_PROGRAMS, m_uObject);
 }
 
 i32 GLProgram::m_fnAttrib(const char* szName) const {

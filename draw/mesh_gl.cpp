@@ -1,6 +1,6 @@
 #include "draw/mesh_gl.h"
 
-#include "draw/own_context.h"
+#include "draw/left_names.h"
 #include "platform/gl_api.h"
 
 bool CMesh_GL::m_fnCreate(u32 uStride, u32 uVertexBytes, u32 uIndexBytes, u8 u8IndexSize) {
@@ -46,7 +46,7 @@ void CMesh_GL::m_fnDraw(u32 uIndexCount, u32 uFirstIndex, u32) {
 }
 
 static void Delete(u32* puName) {
-    if (*puName != 0 && g_fnMayDeleteNames()) glDeleteBuffers(1, puName);
+    if (*puName != 0) g_fnDeleteName(NAMES_BUFFERS, *puName);
     *puName = 0;
 }
 

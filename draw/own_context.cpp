@@ -1,5 +1,7 @@
 #include "draw/own_context.h"
 
+#include "draw/left_names.h"
+
 std::atomic<platform::ContextHandle> g_hGLRC = nullptr;
 
 static std::atomic<bool> g_bContextGone = false;
@@ -17,6 +19,7 @@ void g_fnTakeContext() noexcept {
 }
 
 void g_fnLeaveContext() noexcept {
+    g_fnGiveLeftNames(g_fnIsContextGone() ? nullptr : g_hGLRC.load());
     g_hGLRC = nullptr;
     g_bContextGone = false;
 }
@@ -31,4 +34,5 @@ bool g_fnIsContextGone() noexcept { return g_bContextGone; }
 // Forgetting its names costs it one set of objects; taking them for alive could cost the program its own.
 void g_fnNoteContextGone(platform::ContextHandle hContext) noexcept {
     if (g_hGLRC && (!hContext || hContext == g_hGLRC)) g_bContextGone = true;
+    g_fnForgetLeftNames(hContext);
 }

@@ -8,8 +8,8 @@
 /// The context that the resources were built in; null: none.
 extern std::atomic<platform::ContextHandle> g_hGLRC;
 
-/// Whether names of the overlay's objects may be deleted now. Elsewhere they are forgotten: the context that
-/// made them takes the objects along at its end.
+/// Whether names of the overlay's objects may be deleted now. Elsewhere they wait for their context
+/// (draw/left_names.h), which takes the objects along at its end.
 bool g_fnMayDeleteNames() noexcept;
 /// Takes the current context as the one that makes the names from now on.
 void g_fnTakeContext() noexcept;

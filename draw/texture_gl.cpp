@@ -1,6 +1,6 @@
 #include "draw/texture_gl.h"
 
-#include "draw/own_context.h"
+#include "draw/left_names.h"
 #include "draw/pixel_guard.h"
 #include "platform/gl_api.h"
 
@@ -182,7 +182,7 @@ void CTexture2D_GL::m_fnBindKept() {
 }
 
 void CTexture2D_GL::m_fnRelease() {
-    if (m_pNames && g_fnMayDeleteNames()) glDeleteTextures(static_cast<GLsizei>(m_uNameCount), m_pNames);
+    if (m_pNames) g_fnDeleteNames(NAMES_TEXTURES, m_uNameCount, m_pNames);
     delete[] m_pNames;
     delete[] m_pDrawSampling;
     m_pNames = nullptr;

@@ -1,6 +1,7 @@
 #include "entry/hooking.h"
 #include "base/log.h"
 #include "base/numbers.h"
+#include "draw/left_names.h"
 #include "draw/own_context.h"
 #include "frame/api_claim.h"
 #include "frame/frame_driver.h"
@@ -247,6 +248,7 @@ i32 UnHook_openGL(u32 deInitCase) noexcept {
     CMiniHook* pMiniHook = g_pMiniHook;
     if (pMiniHook && g_pHookTarget) pMiniHook->RemoveHook(g_pHookTarget);
     g_fnTavo_GL_Release();
+    g_fnForgetLeftNames(nullptr); // nobody sees the end of their contexts now
     g_bHooked = false;
     g_hOpenGL = nullptr;
     return 0;

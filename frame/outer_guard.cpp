@@ -1,6 +1,7 @@
 #include "frame/outer_guard.h"
 
 #include "draw/canvas.h"
+#include "draw/left_names.h"
 #include "draw/pixel_guard.h"
 #include "frame/context_state.h"
 #include "platform/gl_api.h"
@@ -451,7 +452,7 @@ void g_fnEndOuterGuard() noexcept {
 }
 
 void g_fnReleaseOuterGuard() noexcept {
-    if (g_uVertexArray != 0) glDeleteVertexArrays(1, &g_uVertexArray);
+    if (g_uVertexArray != 0) g_fnDeleteName(NAMES_VERTEX_ARRAYS, g_uVertexArray);
     g_uVertexArray = 0;
     g_stOffers.bKnown = false;
 }

@@ -11,10 +11,7 @@
 
 /// What is kept for one context goes with it.
 void g_fnLeaveOwnContext() noexcept {
-    if (g_fnMayDeleteNames())
-        g_fnReleaseOuterGuard();
-    else
-        g_fnForgetOuterGuard();
+    g_fnReleaseOuterGuard();
     g_bInitGLEW = false;
     g_fnLeaveSurface();
     g_fnLeaveContext();

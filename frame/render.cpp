@@ -11,6 +11,7 @@
 #include "draw/batcher_slots.h"
 #include "draw/canvas.h"
 #include "draw/first_draws.h"
+#include "draw/left_names.h"
 #include "draw/pixel_guard.h"
 #include "frame/build_ahead.h"
 #include "frame/context_state.h"
@@ -89,6 +90,7 @@ static bool SetUpContext() {
     FixUpGlew();
     g_bInitGLEW = true;
     g_fnForgetOuterGuard();
+    g_fnDeleteLeftNames();
     LogProfile();
     return true;
 }

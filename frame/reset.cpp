@@ -6,6 +6,7 @@
 #include "draw/backdrop.h"
 #include "draw/canvas.h"
 #include "draw/first_draws.h"
+#include "draw/left_names.h"
 #include "draw/own_context.h"
 #include "frame/api_claim.h"
 #include "frame/context_state.h"
@@ -31,6 +32,7 @@
 
 static void ResetContext() {
     g_fnLeaveContext();
+    g_fnForgetLeftNames(nullptr);
     g_fnForgetOuterGuard();
     g_fnForgetFirstDraws();
     g_fnLeaveSurface();

@@ -1,7 +1,7 @@
 #include "merged/merged_stream.h"
 
 #include "base/host_care.h"
-#include "draw/own_context.h"
+#include "draw/left_names.h"
 #include "draw/saved_state.h"
 #include "platform/gl_api.h"
 
@@ -87,12 +87,11 @@ void CMergedStream::m_fnBind() {
 }
 
 void CMergedStream::m_fnRelease() {
-    const bool bMayDelete = g_fnMayDeleteNames();
     for (stBuffers& st : m_astBuffers) {
-        if (st.uVertexArray != 0 && bMayDelete) {
+        if (st.uVertexArray != 0) {
             const GLuint auBuffers[] = {st.uVertexBuffer, st.uIndexBuffer};
-            glDeleteBuffers(2, auBuffers);
-            glDeleteVertexArrays(1, &st.uVertexArray);
+            g_fnDeleteNames(NAMES_BUFFERS, 2, auBuffers);
+            g_fnDeleteName(NAMES_VERTEX_ARRAYS, st.uVertexArray);
         }
         st = {};
     }

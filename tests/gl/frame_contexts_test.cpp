@@ -63,6 +63,19 @@ class FrameContexts : public FrameFixture {
             iLeft += glIsTexture(m_auTextures[i]) + glIsBuffer(m_auBuffers[i]) + glIsProgram(m_auPrograms[i]);
         return iLeft;
     }
+    /// All names of the current context, whoever made them.
+    static int CountAll() {
+        int iCount = 0;
+        for (GLuint u = 1; u < 20000; ++u)
+            iCount += glIsTexture(u) + glIsBuffer(u) + glIsProgram(u) + glIsVertexArray(u);
+        return iCount;
+    }
+    int ObjectsOfBoth() {
+        m_context.MakeCurrent();
+        const int iFirst = CountAll();
+        m_other.MakeCurrent();
+        return iFirst + CountAll();
+    }
     /// The settings file with the key alone.
     void StayWithSurface() const {
         std::ofstream(fs::path(m_strFolder) / "ZARN/Orvin Deck/ORVIN-OSD/Data/OSD.ini")
@@ -88,6 +101,51 @@ TEST_F(FrameContexts, ProgramsObjectsSurviveAChangeToItsOtherContext) {
     EXPECT_TRUE(g_bInitGL);
     EXPECT_EQ(g_hGLRC, m_other.Context());
     EXPECT_EQ(CountObjects(), 3 * c_iObjects);
+}
+
+TEST_F(FrameContexts, APairOfContextsInTurnKeepsTheNumberOfObjects) {
+    for (const char* szKey : {"", "OuterGuard", "MergedDraw"}) {
+        SetCare({szKey});
+        ASSERT_TRUE(Begin(true, u"Frosted20")); // no fonts, whose making takes long
+        ASSERT_TRUE(RunUntilBuilt());
+        ASSERT_TRUE(MakeOther());
+        MakeObjects();
+        int iEarly = 0, iBuilds = 0;
+        for (int i = 0; i < 100; ++i) {
+            // Enough for a build in each, with the frames that are spent on it.
+            for (int iFrame = 0; iFrame < 4; ++iFrame) SwapFirst();
+            iBuilds += g_bInitGL && g_hGLRC == m_context.Context();
+            for (int iFrame = 0; iFrame < 4; ++iFrame) SwapOther();
+            iBuilds += g_bInitGL && g_hGLRC == m_other.Context();
+            if (i == 9) iEarly = ObjectsOfBoth();
+        }
+        EXPECT_EQ(iBuilds, 200) << szKey;
+        EXPECT_EQ(ObjectsOfBoth(), iEarly) << szKey;
+        m_other.MakeCurrent();
+        EXPECT_EQ(CountObjects(), 3 * c_iObjects);
+        g_fnTavo_GL_Release();
+        m_other.Destroy();
+        m_context.Destroy();
+    }
+}
+
+/// The end of a context that nobody saw, and a new one with its handle.
+TEST_F(FrameContexts, LeftNamesThatNoLongerAreTheOverlaysStay) {
+    ASSERT_TRUE(Begin(true));
+    ASSERT_TRUE(RunUntilBuilt());
+    ASSERT_TRUE(MakeOther());
+    SwapOther();
+    ASSERT_FALSE(g_bInitGL);
+    m_context.MakeCurrent();
+    for (GLuint u = 1; u < 1000; ++u)
+        if (glIsProgram(u)) glDeleteProgram(u);
+    MakeObjects();
+    const int iBefore = CountAll();
+    Swap();
+    Swap();
+    ASSERT_TRUE(g_bInitGL);
+    EXPECT_EQ(CountObjects(), 3 * c_iObjects);
+    EXPECT_GE(CountAll(), iBefore);
 }
 
 TEST_F(FrameContexts, AnotherContextOnTheSameSurfaceCountsAsAnotherSurface) {
