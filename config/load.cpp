@@ -25,12 +25,14 @@
 #include "controls/osd_manager.h"
 #include "draw/backdrop.h"
 #include "draw/canvas.h"
+#include "draw/data_path.h"
 #include "draw/draw_keys.h"
 #include "platform/clock.h"
 #include "shared/process_records.h"
 
 #include <algorithm>
 #include <exception>
+#include <filesystem>
 #include <string>
 
 stPreviewSize g_stPreview;
@@ -171,4 +173,22 @@ bool g_fnIsLoadDue() noexcept {
     if (iNow < g_stFailedLoad.iLook) return false;
     g_stFailedLoad.iLook = iNow + platform::CounterFrequency();
     return g_fnHaveWatchedFilesChanged();
+}
+
+/// So many names of a folder are looked at.
+static constexpr u32 g_uNamesMost = 256;
+
+bool g_fnHasFontFiles() noexcept {
+    namespace fs = std::filesystem;
+    try {
+        g_fnSelectProfileName();
+        char16_t wzProfiles[g_uDataPathCapacity];
+        if (!g_wzProfileFolder[0] || !g_fnResolveDataPath(wzProfiles, u"Profiles")) return false;
+        std::error_code error;
+        fs::directory_iterator it(fs::path(wzProfiles) / g_wzProfileName, error), end;
+        for (u32 u = 0; !error && it != end && u < g_uNamesMost; ++u, it.increment(error))
+            if (it->path().extension() == ".fnt") return true;
+    } catch (...) { // out of memory
+    }
+    return false;
 }

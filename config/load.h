@@ -25,6 +25,8 @@ void g_fnForgetFailedLoad() noexcept;
 /// and a second, or twenty times what the try took (10 seconds at most), has not passed. Once a second it
 /// looks whether a file that the try opened or missed has changed since: then it is due at once.
 bool g_fnIsLoadDue() noexcept;
+/// Whether the profile that the next load takes has font cache files of its own. A look at names only.
+bool g_fnHasFontFiles() noexcept;
 
 /// g_fnClearConfiguration, and all settings, switches and tables as before the first load. For tests and
 /// simulated processes.

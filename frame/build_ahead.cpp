@@ -1,6 +1,7 @@
 #include "frame/build_ahead.h"
 
 #include "base/host_care.h"
+#include "config/load.h"
 #include "platform/glyph_rasterizer.h"
 
 static bool g_bPrepared = false;
@@ -8,7 +9,8 @@ static bool g_bPrepared = false;
 bool g_fnIsBuildPrepared() noexcept {
     if (!g_stHostCare.bOuterGuard || g_bPrepared) return true;
     g_bPrepared = true;
-    return !platform::HoldGlyphSystem();
+    // Fonts out of files open the system's only for what they lack.
+    return g_fnHasFontFiles() || !platform::HoldGlyphSystem();
 }
 
 void g_fnEndPreparation() noexcept {

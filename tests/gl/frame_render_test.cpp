@@ -81,6 +81,18 @@ TEST_F(FrameRender, WithTheOuterGuardTheFontsAreOpenedOnAFrameAheadOfTheBuild) {
     g_stHostCare = stHostCare();
 }
 
+TEST_F(FrameRender, AProfileWithFontFilesIsBuiltWithoutAFrameAhead) {
+    SetCare({"OuterGuard"});
+    ASSERT_TRUE(Begin(true));
+    std::ofstream(std::filesystem::path(m_strFolder) /
+                  "ZARN/Orvin Deck/ORVIN-OSD/Data/Profiles/Bench/Some face.fnt")
+        << "no font file";
+    Swap();
+    EXPECT_TRUE(g_bInitGL);
+    g_fnTavo_GL_Release();
+    g_stHostCare = stHostCare();
+}
+
 TEST_F(FrameRender, BehindABuildWithTheOuterGuardEachFrameDrawsOneKindMoreUntilThePictureStands) {
     for (const std::initializer_list<const char*> listKeys :
          {std::initializer_list<const char*>{"OuterGuard"}, {"OuterGuard", "MergedDraw"}}) {
