@@ -1,6 +1,6 @@
 #pragma once
-// Writes picture files: the Windows Imaging Component (Win32), or libpng, libjpeg and own code for BMP
-// (elsewhere). Any thread. No call throws.
+// Writes picture files: the Windows Imaging Component (Win32), or libpng, libjpeg, own code for BMP, and
+// libheif where it is installed (elsewhere). Any thread. No call throws.
 #include "platform/types.h"
 
 namespace platform {
@@ -20,7 +20,8 @@ struct stImageToSave {
 
 /// 0 if done, else the step that failed: 1 the system's component, 2 a stream, 3 the file, 4 an encoder for
 /// the container, 5 and 6 its start and a frame, 7 to 9 the frame's start, size and pixel format, 10 the
-/// pixels, 11 and 12 the end of frame and file. No file is left behind then.
+/// pixels, 11 and 12 the end of frame and file. No file is left behind then. Nobody finds the file under its
+/// name before it is whole.
 i32 EncodeImage(const stImageToSave& st) noexcept;
 
 } // namespace platform

@@ -11,6 +11,10 @@ using ThreadFunction = u32 (*)(void* pArgument);
 
 /// Starts a thread; null on failure. The thread keeps this library mapped until it ends.
 ThreadHandle StartThread(ThreadFunction fnThread, void* pArgument) noexcept;
+/// Starts a thread that nobody will ask for again, below the program's own threads in priority where the
+/// system has that; there may be any number of them. It keeps this library mapped until it ends. False on
+/// failure.
+bool StartDetachedThread(ThreadFunction fnThread, void* pArgument) noexcept;
 /// Win32: suspend, terminate with code 0, close. Linux: raises the stop flag that StopRequested() reports,
 /// and forgets the thread without waiting.
 void KillThread(ThreadHandle hThread) noexcept;

@@ -38,6 +38,10 @@ ThreadHandle StartThread(ThreadFunction fnThread, void* pArgument) noexcept {
     return pThread.get();
 }
 
+bool StartDetachedThread(ThreadFunction fnThread, void* pArgument) noexcept {
+    return StartThread(fnThread, pArgument) != nullptr;
+}
+
 void KillThread(ThreadHandle hThread) noexcept {
     State& st = Get();
     std::lock_guard lock(st.m_lock);

@@ -1,6 +1,7 @@
 #include "platform/image_encoder.h"
 
-#include "platform/folders.h"
+#include "platform/linux/image_heif.h"
+#include "platform/linux/image_target.h"
 
 #include <csetjmp>
 #include <cstdio>
@@ -10,8 +11,6 @@
 
 #include <jpeglib.h>
 #include <png.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace platform {
 namespace {
@@ -165,31 +164,21 @@ i32 EncodeBmp(const stImageToSave& st, std::FILE* pFile) {
 }
 
 i32 Encode(const stImageToSave& st, std::FILE* pFile) {
-    if (st.m_eContainer == ImageContainer::Heif) return Container;
+    if (st.m_eContainer == ImageContainer::Heif && !image::HasHeifEncoder()) return Container;
     if (!st.m_uWidth || !st.m_uHeight || st.m_uStride / BytesOf(st) < st.m_uWidth) return Pixels;
+    if (st.m_eContainer == ImageContainer::Heif) return image::EncodeHeif(st, pFile) ? Done : Pixels;
     if (st.m_eContainer == ImageContainer::Png) return EncodePng(st, pFile);
     return st.m_eContainer == ImageContainer::Jpeg ? EncodeJpeg(st, pFile) : EncodeBmp(st, pFile);
-}
-
-/// Takes a name away that stands for what was written, and for nothing else.
-void RemoveFile(const char16_t* wzPath) {
-    constexpr u32 uRoom = 4096; // on the heap: the thread's stack may be small
-    const std::unique_ptr<char[]> pPath(new (std::nothrow) char[uRoom]);
-    struct stat stFile {};
-    if (pPath && NarrowPath(wzPath, pPath.get(), uRoom) && lstat(pPath.get(), &stFile) == 0 &&
-        S_ISREG(stFile.st_mode))
-        unlink(pPath.get());
 }
 
 } // namespace
 
 i32 EncodeImage(const stImageToSave& st) noexcept {
-    std::FILE* const pFile = OpenFileForWrite(st.m_wzPath);
-    if (!pFile) return Opening;
-    i32 iStep = Encode(st, pFile);
-    if (std::fclose(pFile) != 0 && iStep == Done) iStep = End;
-    if (iStep != Done) RemoveFile(st.m_wzPath);
-    return iStep;
+    image::CImageTarget target;
+    if (!target.Open(st.m_wzPath)) return Opening;
+    const i32 iStep = Encode(st, target.File());
+    if (iStep != Done) return iStep;
+    return target.Finish() ? Done : End;
 }
 
 } // namespace platform

@@ -1,17 +1,24 @@
+#include "platform/linux/image_heif.h"
 #include "platform/linux/image_reader.h"
 
 #include <cstring>
 #include <dlfcn.h>
 
 namespace platform::image {
+
+void* HeifLibrary() noexcept {
+    static void* const s_pLibrary = dlopen("libheif.so.1", RTLD_NOW | RTLD_LOCAL);
+    return s_pLibrary;
+}
+
+bool FindInHeif(const char* szName, void* pFunction) noexcept {
+    void* const pFound = HeifLibrary() ? dlsym(HeifLibrary(), szName) : nullptr;
+    std::memcpy(pFunction, &pFound, sizeof pFound);
+    return pFound != nullptr;
+}
+
 namespace {
 
-/// Of the library's binary interface, which is stable. It is opened when the first such file is, since it
-/// brings decoders for video with it that few hosts have.
-struct stHeifError {
-    int m_iCode, m_iSubcode;
-    const char* m_szMessage;
-};
 constexpr int c_iColorRgb = 1, c_iChromaRgba = 11, c_iChannelInterleaved = 10;
 
 struct stHeifLibrary {
@@ -29,34 +36,25 @@ struct stHeifLibrary {
     const u8* (*m_fnPlane)(const void*, int, int*);
 };
 
-template <typename Function> bool Find(void* pLibrary, const char* szName, Function& fn) {
-    void* const pFound = dlsym(pLibrary, szName);
-    std::memcpy(&fn, &pFound, sizeof fn);
-    return pFound != nullptr;
+bool FindAll(stHeifLibrary& st) {
+    return FindInHeif("heif_context_alloc", &st.m_fnContextAlloc) &&
+           FindInHeif("heif_context_free", &st.m_fnContextFree) &&
+           FindInHeif("heif_context_read_from_memory_without_copy", &st.m_fnRead) &&
+           FindInHeif("heif_context_get_primary_image_handle", &st.m_fnPrimary) &&
+           FindInHeif("heif_image_handle_release", &st.m_fnHandleRelease) &&
+           FindInHeif("heif_image_handle_get_width", &st.m_fnHandleWidth) &&
+           FindInHeif("heif_image_handle_get_height", &st.m_fnHandleHeight) &&
+           FindInHeif("heif_decode_image", &st.m_fnDecode) &&
+           FindInHeif("heif_image_release", &st.m_fnImageRelease) &&
+           FindInHeif("heif_image_get_width", &st.m_fnImageWidth) &&
+           FindInHeif("heif_image_get_height", &st.m_fnImageHeight) &&
+           FindInHeif("heif_image_get_plane_readonly", &st.m_fnPlane);
 }
 
-bool FindAll(void* p, stHeifLibrary& st) {
-    return Find(p, "heif_context_alloc", st.m_fnContextAlloc) &&
-           Find(p, "heif_context_free", st.m_fnContextFree) &&
-           Find(p, "heif_context_read_from_memory_without_copy", st.m_fnRead) &&
-           Find(p, "heif_context_get_primary_image_handle", st.m_fnPrimary) &&
-           Find(p, "heif_image_handle_release", st.m_fnHandleRelease) &&
-           Find(p, "heif_image_handle_get_width", st.m_fnHandleWidth) &&
-           Find(p, "heif_image_handle_get_height", st.m_fnHandleHeight) &&
-           Find(p, "heif_decode_image", st.m_fnDecode) &&
-           Find(p, "heif_image_release", st.m_fnImageRelease) &&
-           Find(p, "heif_image_get_width", st.m_fnImageWidth) &&
-           Find(p, "heif_image_get_height", st.m_fnImageHeight) &&
-           Find(p, "heif_image_get_plane_readonly", st.m_fnPlane);
-}
-
-/// Null where it is not installed. It stays open: its threads and tables are not made for leaving.
+/// Null where it is not installed.
 const stHeifLibrary* Library() {
     static stHeifLibrary s_st;
-    static const bool s_bFound = [] {
-        void* const pLibrary = dlopen("libheif.so.1", RTLD_NOW | RTLD_LOCAL);
-        return pLibrary && FindAll(pLibrary, s_st);
-    }();
+    static const bool s_bFound = FindAll(s_st);
     return s_bFound ? &s_st : nullptr;
 }
 

@@ -5,6 +5,8 @@
 #include <ctime>
 #include <new>
 #include <pthread.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 namespace platform {
 namespace {
@@ -72,15 +74,32 @@ void* RunSlot(void* pSlot) {
 }
 
 /// Starts with every signal blocked: the host's handlers expect the host's threads.
-bool StartDetached(Slot& stSlot) noexcept {
+bool StartDetached(void* (*fnStart)(void*), void* pArgument, const pthread_attr_t* pAttributes) noexcept {
     sigset_t stAll, stOld;
     sigfillset(&stAll);
     pthread_sigmask(SIG_SETMASK, &stAll, &stOld);
     pthread_t thread;
-    const bool bStarted = pthread_create(&thread, nullptr, &RunSlot, &stSlot) == 0;
+    const bool bStarted = pthread_create(&thread, pAttributes, fnStart, pArgument) == 0;
     pthread_sigmask(SIG_SETMASK, &stOld, nullptr);
     if (bStarted) pthread_detach(thread);
     return bStarted;
+}
+
+/// What a thread that nobody asks for again runs.
+struct stErrand {
+    ThreadFunction m_fnThread;
+    void* m_pArgument;
+};
+constexpr std::size_t g_uErrandStack = 4u << 20; ///< bytes; the host may have chosen too few for all threads
+constexpr int g_iErrandNice = 5;                 ///< below the host's threads
+
+void* RunErrand(void* pErrand) {
+    const stErrand st = *static_cast<stErrand*>(pErrand);
+    delete static_cast<stErrand*>(pErrand);
+    const auto uSelf = static_cast<id_t>(gettid());
+    setpriority(PRIO_PROCESS, uSelf, getpriority(PRIO_PROCESS, uSelf) + g_iErrandNice);
+    st.m_fnThread(st.m_pArgument);
+    return nullptr;
 }
 
 timespec Deadline(u32 uMilliseconds) noexcept {
@@ -122,9 +141,21 @@ ThreadHandle StartThread(ThreadFunction fnThread, void* pArgument) noexcept {
     Slot* const pSlot = fnThread ? TakeSlot(fnThread, pArgument) : nullptr;
     if (!pSlot) return nullptr;
     const ThreadHandle hThread = HandleOf(*pSlot);
-    if (StartDetached(*pSlot)) return hThread;
+    if (StartDetached(&RunSlot, pSlot, nullptr)) return hThread;
     FreeSlot(*pSlot);
     return nullptr;
+}
+
+bool StartDetachedThread(ThreadFunction fnThread, void* pArgument) noexcept {
+    stErrand* const pErrand = fnThread ? new (std::nothrow) stErrand{fnThread, pArgument} : nullptr;
+    if (!pErrand) return false;
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    pthread_attr_setstacksize(&attributes, g_uErrandStack);
+    const bool bStarted = StartDetached(&RunErrand, pErrand, &attributes);
+    pthread_attr_destroy(&attributes);
+    if (!bStarted) delete pErrand;
+    return bStarted;
 }
 
 void KillThread(ThreadHandle hThread) noexcept {

@@ -2,6 +2,9 @@
 
 #include "platform/win32/image_com.h"
 
+#include <atomic>
+#include <string>
+
 namespace platform {
 namespace {
 
@@ -36,11 +39,21 @@ bool TakesFormat(IWICBitmapFrameEncode* pFrame, const stImageToSave& st) {
     return SUCCEEDED(pFrame->SetPixelFormat(&stTaken)) && stTaken == stWanted;
 }
 
-i32 OpenTarget(stEncoding& stOut, const stImageToSave& st) {
+const wchar_t* Wide(const std::u16string& wstr) { return reinterpret_cast<const wchar_t*>(wstr.c_str()); }
+
+/// Name of the file while it is written; another one each time, as two pictures of one name may be written
+/// at once.
+std::u16string Draft(const char16_t* wzPath) {
+    static std::atomic<u32> s_uDrafts{0};
+    const std::string strMark =
+        "." + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++s_uDrafts) + ".part";
+    return wzPath + std::u16string(strMark.begin(), strMark.end());
+}
+
+i32 OpenTarget(stEncoding& stOut, const std::u16string& wstrPath) {
     if (FAILED(com::MakeFactory(stOut.m_pFactory))) return 1;
     if (FAILED(stOut.m_pFactory->CreateStream(stOut.m_pStream.Out()))) return 2;
-    const auto* const wzPath = reinterpret_cast<const wchar_t*>(st.m_wzPath);
-    return FAILED(stOut.m_pStream->InitializeFromFilename(wzPath, GENERIC_WRITE)) ? 3 : 0;
+    return FAILED(stOut.m_pStream->InitializeFromFilename(Wide(wstrPath), GENERIC_WRITE)) ? 3 : 0;
 }
 
 i32 OpenEncoder(stEncoding& stOut, const stImageToSave& st) {
@@ -62,21 +75,30 @@ i32 WriteFrame(stEncoding& stOut, const stImageToSave& st) {
     return FAILED(stOut.m_pEncoder->Commit()) ? 12 : 0;
 }
 
-i32 Encode(const stImageToSave& st) {
+i32 Encode(const stImageToSave& st, const std::u16string& wstrPath) {
     stEncoding stOut;
-    i32 iStep = OpenTarget(stOut, st);
+    i32 iStep = OpenTarget(stOut, wstrPath);
     if (iStep == 0) iStep = OpenEncoder(stOut, st);
     return iStep ? iStep : WriteFrame(stOut, st);
 }
 
+bool LayDown(const std::u16string& wstrDraft, const char16_t* wzPath) {
+    return MoveFileExW(Wide(wstrDraft), reinterpret_cast<const wchar_t*>(wzPath), MOVEFILE_REPLACE_EXISTING);
+}
+
 } // namespace
 
-i32 EncodeImage(const stImageToSave& st) noexcept {
+/// Nobody finds the file under its name before it is whole.
+i32 EncodeImage(const stImageToSave& st) noexcept try {
     const com::CCom com;
-    const i32 iStep = Encode(st);
+    const std::u16string wstrDraft = Draft(st.m_wzPath);
+    i32 iStep = Encode(st, wstrDraft);
+    if (iStep == 0 && !LayDown(wstrDraft, st.m_wzPath)) iStep = 12;
     // The third step has made a file already; all that held it open is gone by now.
-    if (iStep > 3) DeleteFileW(reinterpret_cast<const wchar_t*>(st.m_wzPath));
+    if (iStep > 3) DeleteFileW(Wide(wstrDraft));
     return iStep;
+} catch (...) { // no memory
+    return 2;
 }
 
 } // namespace platform

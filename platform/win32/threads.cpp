@@ -37,6 +37,32 @@ HMODULE ReferenceThisModule() {
     return hModule;
 }
 
+/// A thread without a handle gives its record back itself.
+DWORD WINAPI DetachedStart(void* pParameter) {
+    stThread* const pThread = static_cast<stThread*>(pParameter);
+    HMODULE const hModule = pThread->m_hModule;
+    const u32 uResult = pThread->m_fnThread(pThread->m_pArgument);
+    delete pThread;
+    FreeLibraryAndExitThread(hModule, uResult);
+}
+
+/// The thread's record, with a reference of the library; null without memory.
+stThread* MakeRecord(ThreadFunction fnThread, void* pArgument) {
+    stThread* const pThread = new (std::nothrow) stThread;
+    if (!pThread) return nullptr;
+    pThread->m_fnThread = fnThread;
+    pThread->m_pArgument = pArgument;
+    pThread->m_hModule = ReferenceThisModule();
+    if (pThread->m_hModule) return pThread;
+    delete pThread;
+    return nullptr;
+}
+
+void DropRecord(stThread* pThread) {
+    FreeLibrary(pThread->m_hModule);
+    delete pThread;
+}
+
 /// Suspends and waits until the thread really stands still: the context can only be read then.
 bool Suspend(HANDLE hThread) {
     if (SuspendThread(hThread) == static_cast<DWORD>(-1)) return false;
@@ -51,16 +77,27 @@ CRITICAL_SECTION* Section(void* pImpl) { return static_cast<CRITICAL_SECTION*>(p
 } // namespace
 
 ThreadHandle StartThread(ThreadFunction fnThread, void* pArgument) noexcept {
-    stThread* pThread = new (std::nothrow) stThread;
+    stThread* const pThread = MakeRecord(fnThread, pArgument);
     if (!pThread) return nullptr;
-    pThread->m_fnThread = fnThread;
-    pThread->m_pArgument = pArgument;
-    pThread->m_hModule = ReferenceThisModule();
-    if (pThread->m_hModule) pThread->m_hThread = CreateThread(nullptr, 0, ThreadStart, pThread, 0, nullptr);
+    pThread->m_hThread = CreateThread(nullptr, 0, ThreadStart, pThread, 0, nullptr);
     if (pThread->m_hThread) return pThread;
-    if (pThread->m_hModule) FreeLibrary(pThread->m_hModule);
-    delete pThread;
+    DropRecord(pThread);
     return nullptr;
+}
+
+bool StartDetachedThread(ThreadFunction fnThread, void* pArgument) noexcept {
+    stThread* const pThread = fnThread ? MakeRecord(fnThread, pArgument) : nullptr;
+    if (!pThread) return false;
+    // Suspended, since its record is gone as soon as it has run.
+    HANDLE const hThread = CreateThread(nullptr, 0, DetachedStart, pThread, CREATE_SUSPENDED, nullptr);
+    if (!hThread) {
+        DropRecord(pThread);
+        return false;
+    }
+    SetThreadPriority(hThread, THREAD_PRIORITY_BELOW_NORMAL);
+    ResumeThread(hThread);
+    CloseHandle(hThread);
+    return true;
 }
 
 void KillThread(ThreadHandle hThread) noexcept {

@@ -219,6 +219,29 @@ TEST(Threads, KilledThreadNeverComesBack) {
     EXPECT_FALSE(platform::StopRequested());
 }
 
+TEST(Threads, ADetachedOneRunsBelowTheHostAndLeavesNoHandle) {
+    static std::atomic<int> s_iPriority;
+    s_iPriority = THREAD_PRIORITY_ERROR_RETURN;
+    ASSERT_TRUE(platform::StartDetachedThread(
+        [](void*) -> u32 {
+            s_iPriority = GetThreadPriority(GetCurrentThread());
+            return 0;
+        },
+        nullptr));
+    while (s_iPriority == THREAD_PRIORITY_ERROR_RETURN) Sleep(1);
+    EXPECT_EQ(s_iPriority, THREAD_PRIORITY_BELOW_NORMAL);
+    EXPECT_FALSE(platform::StartDetachedThread(nullptr, nullptr));
+    DWORD uBefore = 0, uAfter = 0;
+    GetProcessHandleCount(GetCurrentProcess(), &uBefore);
+    for (u32 u = 0; u < 50; ++u) {
+        g_uThreadRuns = 0;
+        ASSERT_TRUE(platform::StartDetachedThread(ReturnAtOnce, &g_uThreadRuns));
+        WaitFor(g_uThreadRuns, 1);
+    }
+    GetProcessHandleCount(GetCurrentProcess(), &uAfter);
+    EXPECT_LT(uAfter, uBefore + 25);
+}
+
 TEST(Threads, KilledWhileItIsLeaving) {
     for (u32 i = 0; i < 200; ++i) {
         g_uThreadRuns = 0;
