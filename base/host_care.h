@@ -10,5 +10,6 @@ struct stHostCare {
     bool bLimiterRecovery = false;     ///< the limiter's correction is bounded
     bool bRestoreAfterFailure = false; ///< a failed build gives the program its state back
     bool bMergedDraw = false;          ///< pictures from few calls
+    bool bCarefulShots = false;        ///< screenshots read the window, and no frame waits for a file
 };
 extern stHostCare g_stHostCare;

@@ -1,6 +1,7 @@
 #include "frame/command_handler.h"
 #include "base/layout_style.h"
 #include "base/log.h"
+#include "capture/shot_request.h"
 #include "draw/creation_table.h"
 #include "frame/parts.h"
 #include "frame/update/local_clock.h"
@@ -47,8 +48,7 @@ void ReloadCamera(stSharedCommand& stBlock) {
 
 void TakeShot(stSharedCommand& stBlock) noexcept {
     g_bShotPending = stBlock.u8Screenshot;
-    g_bShutter = true;
-    g_timerShutter.Restart();
+    g_fnStartShutter();
     stBlock.u8Screenshot = 0;
 }
 

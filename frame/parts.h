@@ -1,11 +1,15 @@
 #pragma once
 // Parts of the overlay that the frame calls where they are installed. Null: the step does nothing.
+#include "capture/screenshot.h"
+#include "capture/shutter.h"
 
 struct stParts {
-    void (*m_fnSaveScreenshot)() = nullptr;   ///< takes the picture of the current frame
+    bool (*m_fnIsShotReady)() = g_fnIsShotReady; ///< whether a screenshot can be taken in this frame
+    /// Takes the picture of the current frame.
+    void (*m_fnSaveScreenshot)() = g_fnTavo_GL_SaveScreenshot;
     void (*m_fnTransferVideo)() = nullptr;    ///< pictures for the video boxes; asked only while one exists
     void (*m_fnPollControlBlock)() = nullptr; ///< the companion's control block
-    void (*m_fnShutter)() = nullptr;          ///< one step of the shutter animation
-    void (*m_fnReloadCamera)() = nullptr;     ///< the settings of screenshots and of the companion's photo
+    void (*m_fnShutter)() = g_fnStepShutter;  ///< one step of the shutter animation
+    void (*m_fnReloadCamera)() = g_fnReloadCamera; ///< settings of screenshots and of the companion's photo
 };
 extern stParts g_stParts;

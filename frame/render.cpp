@@ -5,6 +5,7 @@
 #include "base/timer.h"
 #include "batch/draw_basic.h"
 #include "batch/draw_text.h"
+#include "capture/shot_request.h"
 #include "config/settings/settings.h"
 #include "controls/osd_manager.h"
 #include "draw/backdrop.h"
@@ -19,7 +20,6 @@
 #include "frame/parts.h"
 #include "frame/resources.h"
 #include "frame/state_guard.h"
-#include "frame/update/status_items.h"
 #include "frame/update/update.h"
 #include "platform/gl_api.h"
 
@@ -127,29 +127,34 @@ static void Resize() {
     g_bNeedOnResize = false;
 }
 
-void g_fnTavo_GL_SaveScreenshot() {
+static void TakeShot() {
     if (g_stParts.m_fnSaveScreenshot) g_stParts.m_fnSaveScreenshot();
+    g_bShotPending = 0;
+    g_fnStartShutter();
 }
 
-static void TakeShot() {
-    g_fnTavo_GL_SaveScreenshot();
-    g_bShotPending = 0;
-    g_bShutter = true;
-    g_timerShutter.Restart();
+/// A shot of mode 2 is taken in this frame.
+static bool g_bShotThisFrame = false;
+
+/// One that can't be taken now stays pending, and this frame looks as any other.
+static bool IsShotReady() {
+    const bool bSaves = g_uCapMode == 1 || g_uCapMode == 2;
+    return !bSaves || !g_stParts.m_fnIsShotReady || g_stParts.m_fnIsShotReady();
 }
 
 /// A shot of mode 1 is taken here; for any other, what must not be on it leaves the picture. While the
 /// drawing is spread shots wait for the whole of it.
 static void ShotBeforeDrawing() {
-    if (!g_bShotPending || g_fnAreDrawsSpread()) return;
-    if (g_uCapMode == 1)
-        TakeShot();
-    else
-        g_fnHideForShot();
+    g_bShotThisFrame = false;
+    if (!g_bShotPending || g_fnAreDrawsSpread() || !IsShotReady()) return;
+    if (g_uCapMode == 1) return TakeShot();
+    g_bShotThisFrame = g_uCapMode == 2;
+    g_fnHideForShot();
 }
 
 static void ShotAfterDrawing() {
-    if (!g_bShotPending || g_uCapMode != 2 || g_fnAreDrawsSpread()) return;
+    if (!g_bShotThisFrame) return;
+    g_bShotThisFrame = false;
     g_fnShowAfterShot();
     TakeShot();
 }

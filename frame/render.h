@@ -6,5 +6,3 @@ extern f32 g_fInitSeconds; ///< how long resource creation took
 
 /// One drawn frame in the current context.
 void g_fnTavo_GL_Render();
-/// Takes the screenshot of the current frame, where a taker is installed.
-void g_fnTavo_GL_SaveScreenshot();

@@ -2,6 +2,8 @@
 
 #include "base/host_care.h"
 #include "base/renew.h"
+#include "capture/shot_request.h"
+#include "capture/shutter.h"
 #include "config/settings/limiter_settings.h"
 #include "draw/backdrop.h"
 #include "draw/canvas.h"
@@ -66,6 +68,7 @@ static void ResetLimiter() {
 static void ResetCommands() {
     g_bShotPending = 0;
     g_bShutter = false;
+    g_fnFreeShutter();
     std::memset(g_abStatusDue, 0, sizeof g_abStatusDue);
     std::memset(g_auStatus, 0, sizeof g_auStatus);
     std::memset(g_abShutterMove, 0, sizeof g_abShutterMove);

@@ -6,6 +6,7 @@
 #include "batch/draw_basic.h"
 #include "batch/draw_text.h"
 #include "batch/flavour_gl.h"
+#include "capture/shutter.h"
 #include "config/custom/custom_layout.h"
 #include "config/load.h"
 #include "config/profile/profile_document.h"
@@ -174,6 +175,7 @@ bool g_fnTavo_Init_Resource() {
     if (!g_fnMakeLayout()) return AbandonLoad(iStart);
     if (!MakeBatchers()) return Abandon() || FailBatchers(iStart);
     g_pOSDManager->m_fnOnResize();
+    g_fnLoadShutter();
     // The first update shows all data at once.
     g_fnRaiseUpdateFlag(g_bUpdateData);
     return true;
@@ -212,6 +214,7 @@ void g_fnReleaseResources() noexcept {
     EndWorkers();
     DestroyBatchers();
     FreeFrameSamples();
+    g_fnFreeShutter();
     g_fnClearConfiguration();
     g_fnDestroyManagers();
     g_fnForgetFailedLoad();

@@ -6,11 +6,12 @@
 #include <iterator>
 
 void g_fnReadHostCare() {
-    static constexpr const char16_t* awzKeys[] = {u"OuterGuard", u"StayWithSurface", u"LimiterRecovery",
-                                                  u"RestoreAfterFailure", u"MergedDraw"};
-    bool stHostCare::*const apbSwitches[] = {&stHostCare::bOuterGuard, &stHostCare::bStayWithSurface,
+    static constexpr const char16_t* awzKeys[] = {u"OuterGuard",      u"StayWithSurface",
+                                                  u"LimiterRecovery", u"RestoreAfterFailure",
+                                                  u"MergedDraw",      u"CarefulShots"};
+    bool stHostCare::*const apbSwitches[] = {&stHostCare::bOuterGuard,      &stHostCare::bStayWithSurface,
                                              &stHostCare::bLimiterRecovery, &stHostCare::bRestoreAfterFailure,
-                                             &stHostCare::bMergedDraw};
+                                             &stHostCare::bMergedDraw,      &stHostCare::bCarefulShots};
     u32 auValues[std::size(awzKeys)] = {};
     SettingTableW table;
     for (std::size_t i = 0; i < std::size(awzKeys); ++i) {

@@ -1,5 +1,6 @@
 // The library's entry point.
 #include "entry/linux/entry.h"
+#include "capture/screenshot.h"
 #include "entry/attach.h"
 #include "platform/linux/exit_order.h"
 #include "platform/linux/host_gl.h"
@@ -15,11 +16,14 @@ using namespace platform;
 
 namespace {
 
+constexpr u32 c_uPatienceForShots = 3000; ///< milliseconds
+
 /// A fork copies the process without its threads; the child is a process of its own, with a record of its own
 /// once it swaps.
 void OnForkInChild() {
     host::ForgetIdentity();
     host::RenewLocksInChild();
+    g_fnForgetShots();
     g_fnOweRecord();
 }
 
@@ -53,6 +57,8 @@ void platform::host::OnLibraryUnload() noexcept {
     if (bDone.exchange(true)) return;
     const int iError = errno;
     LetSwapsPass();
+    // A picture that is being written gets whole, and its library is not ended under it.
+    g_fnWaitForShots(c_uPatienceForShots);
     OnProcessEnd();
     errno = iError;
 }

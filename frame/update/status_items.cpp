@@ -1,6 +1,6 @@
 #include "frame/update/status_items.h"
 
-#include "controls/control_kinds.h"
+#include "capture/shot_request.h"
 #include "controls/osd_manager.h"
 #include "controls/panel.h"
 #include "frame/update/timers.h"
@@ -8,21 +8,13 @@
 #include <cmath>
 #include <cstring>
 
-u8 g_bShotPending = 0;
-bool g_bShutter = false;
-CTimer g_timerShutter, g_timerStatus;
+CTimer g_timerStatus;
 u8 g_abStatusDue[g_uManagerSlots] = {};
 u32 g_auStatus[g_uManagerSlots] = {};
 u8 g_abShutterMove[g_uManagerSlots] = {};
 
-/// Places of the status panels in the style panel array: status 1, 2 and 3. The shutter hangs on the last.
-static constexpr u32 g_auStatusPanels[3] = {1, 3, 5};
 /// Seconds that a status stays on display.
 static constexpr f32 g_fStatusSeconds = 15.0f;
-
-static CPanel_Base* StatusPanel(u32 u) {
-    return g_ppStylePanel ? g_ppStylePanel[g_auStatusPanels[u]] : nullptr;
-}
 
 /// True if the panel had to be moved.
 static bool MoveItem(CPanel_Base* pPanel, const stStatusPosition& stTo) {
@@ -86,27 +78,11 @@ void g_fnStatusStep(f32 fSeconds) {
     ExpireStatus();
     const bool bHide = g_abStatusDue[g_uManagerSlot] != 0;
     g_abStatusDue[g_uManagerSlot] = 0;
-    for (u32 u = 0; bHide && u < 3; ++u) HidePanel(StatusPanel(u));
+    for (u32 u = 0; bHide && u < 3; ++u) HidePanel(g_fnStatusPanel(u));
     const u32 uStatus = g_auStatus[g_uManagerSlot];
     if (uStatus < 1 || uStatus > 3) {
         g_stTimers.Animation.Restart();
         return;
     }
-    if (!bHide) PulsePanel(StatusPanel(uStatus - 1), fSine);
-}
-
-static CControl* ShutterImage() { return g_ppImgBox ? g_ppImgBox[g_uShutterImage] : nullptr; }
-
-void g_fnHideForShot() {
-    if (!g_pOSDManager) return;
-    if (CControl* pImage = ShutterImage()) g_pOSDManager->m_fnDetach(pImage, g_uLayerTexture);
-    for (u32 u = 0; u < 3; ++u)
-        if (CControl* pPanel = StatusPanel(u)) g_pOSDManager->m_fnDetach(pPanel, g_uLayerColor);
-}
-
-void g_fnShowAfterShot() {
-    if (!g_pOSDManager) return;
-    if (CControl* pImage = ShutterImage()) g_pOSDManager->m_fnAttachBack(pImage, g_uLayerTexture);
-    for (u32 u = 0; u < 3; ++u)
-        if (CControl* pPanel = StatusPanel(u)) g_pOSDManager->m_fnAttachBack(pPanel, g_uLayerColor);
+    if (!bHide) PulsePanel(g_fnStatusPanel(uStatus - 1), fSine);
 }

@@ -1,15 +1,11 @@
 #pragma once
-// The status panels 1, 3 and 5: moving them on command, their pulse, and taking them off the picture of a
-// screenshot. Entries that do not exist are skipped.
+// The status panels 1, 3 and 5: moving them on command, and their pulse. Entries that do not exist are
+// skipped.
 #include "base/slots.h"
 #include "base/timer.h"
 #include "platform/types.h"
 
-/// A screenshot was requested.
-extern u8 g_bShotPending;
-/// The shutter animation is running.
-extern bool g_bShutter;
-extern CTimer g_timerShutter, g_timerStatus;
+extern CTimer g_timerStatus;
 /// The status display of a slot is due, and the value it shows.
 extern u8 g_abStatusDue[g_uManagerSlots];
 extern u32 g_auStatus[g_uManagerSlots];
@@ -29,6 +25,3 @@ void g_fnMoveStatusItems(const stStatusPosition aPositions[3]);
 /// One step of the status animation, fSeconds after the last one: hides the three panels when the display is
 /// due, else pulses the one that the slot's status names.
 void g_fnStatusStep(f32 fSeconds);
-/// Takes what must not be on a screenshot off the draw lists, and brings it back.
-void g_fnHideForShot();
-void g_fnShowAfterShot();

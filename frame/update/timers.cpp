@@ -1,5 +1,6 @@
 #include "frame/update/timers.h"
 
+#include "capture/shot_request.h"
 #include "frame/update/status_items.h"
 
 #include <initializer_list>

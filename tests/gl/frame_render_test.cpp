@@ -1,6 +1,7 @@
 // Whole frames in a real context: build, draw, resize, release, and every way of not drawing.
 #include "base/host_care.h"
 #include "batch/draw_basic.h"
+#include "capture/shot_request.h"
 #include "config/settings/settings.h"
 #include "controls/osd_manager.h"
 #include "draw/backdrop.h"

@@ -74,7 +74,7 @@ std::string Effects() {
         << g_stSettings.bUseLanguageXMLString << ' ' << g_stSettings.fPressDetachSeconds << ' '
         << g_stSettings.fWarningTwinkleSeconds << ' ' << g_stSettings.bWarningTwinkle << ' '
         << g_stHostCare.bOuterGuard << g_stHostCare.bStayWithSurface << g_stHostCare.bLimiterRecovery
-        << g_stHostCare.bRestoreAfterFailure << g_stHostCare.bMergedDraw;
+        << g_stHostCare.bRestoreAfterFailure << g_stHostCare.bMergedDraw << g_stHostCare.bCarefulShots;
     for (const stStatusColor& st : g_stSettings.aStatusColor)
         for (u32 i = 0; i < 3; ++i) out << ' ' << int{st.au8RGB[i]};
     return out.str();

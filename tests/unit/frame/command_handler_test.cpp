@@ -1,4 +1,5 @@
 #include "base/layout_style.h"
+#include "capture/shot_request.h"
 #include "draw/creation_table.h"
 #include "entry/exports.h"
 #include "frame/command_handler.h"

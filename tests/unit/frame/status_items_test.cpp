@@ -1,6 +1,7 @@
 // The status panels: moved by command, pulsing, hidden when the display is over, off the picture of a shot.
 #include "frame/update/status_items.h"
 
+#include "capture/shot_request.h"
 #include "config/load.h"
 #include "config/make/panel_records.h"
 #include "controls/panel.h"

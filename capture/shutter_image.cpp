@@ -1,0 +1,3 @@
+#include "capture/shutter.h"
+
+void g_fnShowShutter(const stShutterView&) {}
