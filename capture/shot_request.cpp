@@ -1,5 +1,6 @@
 #include "capture/shot_request.h"
 
+#include "controls/control_id_table.h"
 #include "controls/control_kinds.h"
 #include "controls/osd_manager.h"
 #include "controls/panel.h"
@@ -8,13 +9,11 @@ u8 g_bShotPending = 0;
 bool g_bShutter = false;
 CTimer g_timerShutter;
 
-static constexpr u32 c_uShutterImage = 8;
-
 CPanel_Base* g_fnStatusPanel(u32 u) noexcept {
     return g_ppStylePanel ? g_ppStylePanel[g_auStatusPanels[u]] : nullptr;
 }
 
-CImgBox_Base* g_fnShutterImage() noexcept { return g_ppImgBox ? g_ppImgBox[c_uShutterImage] : nullptr; }
+CImgBox_Base* g_fnShutterImage() noexcept { return g_ppImgBox ? g_ppImgBox[g_uShutterImage] : nullptr; }
 
 void g_fnStartShutter() noexcept {
     g_bShutter = true;

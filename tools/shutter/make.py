@@ -10,11 +10,14 @@ import struct
 from PIL import Image, ImageDraw
 
 DATA = pathlib.Path(__file__).resolve().parent.parent.parent / "data"
-SIZE, FINE = 96, 8          # pixels of the picture; drawn so many times larger
-CENTER, RADIUS = 54, 38     # of the disc
+SIZE, FINE = 192, 4         # pixels of the picture, no fewer than a 4K window shows; drawn so many times larger
+CENTER, RADIUS = 108, 76    # of the disc
 DARK, LIGHT = (18, 22, 28), (236, 240, 244)
 DURATION, STEPS = 900, 54   # milliseconds, and one step for each frame of a display of 60 a second
 SIDE, COMES, GOES = 72, 0.20, 0.16  # canvas units; parts of the duration
+# All sides are whole pixels in windows of 480, 600, 720, 1080, 1440 and 2160 lines: a pixel that the edge cuts would
+# take the dark border of the picture in.
+UNIT = 9
 
 
 def point(radius, degrees):
@@ -30,11 +33,11 @@ def blades():
     """White where the aperture is: a ring, cut by six lines from the edge of the opening to the rim."""
     mask = Image.new("L", (SIZE * FINE, SIZE * FINE), 0)
     draw = ImageDraw.Draw(mask)
-    outer, inner, gap = RADIUS - 8, 11, 2.4
+    outer, inner, gap = RADIUS - 16, 22, 4.8
     draw.ellipse(circle(outer), fill=255)
     draw.polygon([point(inner, 60 * i) for i in range(6)], fill=0)
     for i in range(6):
-        start, end = point(inner, 60 * i), point(outer + 2, 60 * i - 62)
+        start, end = point(inner, 60 * i), point(outer + 4, 60 * i - 62)
         draw.line([start, end], fill=0, width=round(gap * FINE))
     return mask
 
@@ -66,7 +69,7 @@ def side(part):
 
 def main():
     picture().save(DATA / "Screenshot.png", optimize=True)
-    sides = [round(side((i + 0.5) / STEPS)) for i in range(STEPS)]
+    sides = [round(side((i + 0.5) / STEPS) / UNIT) * UNIT for i in range(STEPS)]
     (DATA / "Screenshot.anm").write_bytes(struct.pack(f"<{STEPS + 2}I", DURATION, STEPS, *sides))
 
 
