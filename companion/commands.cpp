@@ -1,4 +1,5 @@
 #include "companion/commands.h"
+#include "companion/choices.h"
 #include "companion/profile_commands.h"
 #include "companion/readiness.h"
 #include "companion/reports.h"
@@ -24,24 +25,23 @@ struct Context {
     int iExitCode = kOk; ///< exit code of a successful command
 };
 
-/// Success if what programs would show is fit to use, or the user insists.
-Result NeedReadyOrForce(const Context& st) {
-    return st.stOptions.bForce ? Result{} : NeedReady(st.stLibrary);
+/// Success if what a program would show is fit to use, or the user insists.
+Result NeedReadyOrForce(const Context& st, const std::string& strProgram) {
+    return st.stOptions.bForce ? Result{} : NeedReady(st.stLibrary, strProgram);
 }
 
 Result DoRun(Context& st) {
-    const bool bNeeded = platform::tool::RunNeedsLibrary();
-    if (bNeeded || !st.stOptions.bForce) {
-        const Result stLoaded = LoadControlLibrary(st.stOptions.strLibrary, st.stLibrary);
-        if (bNeeded && !stLoaded) return stLoaded;
-    }
+    const Result stLoaded = LoadControlLibrary(st.stOptions.strLibrary, st.stLibrary);
+    if (!stLoaded && platform::tool::RunNeedsLibrary()) return stLoaded;
+    if (stLoaded) ApplyChoices(st.stLibrary);
     const std::string& strProgram = st.stOptions.strTarget;
-    const Result stReady = NeedReadyOrForce(st);
+    const Result stReady = NeedReadyOrForce(st, strProgram);
     if (!stReady)
         std::fprintf(stderr, "orvin-osd: %s starts without the overlay: %s\n", Printable(strProgram).c_str(),
                      Printable(stReady.strError).c_str());
-    const platform::tool::RunRequest stRequest{LibraryPath(st.stOptions.strLibrary), strProgram,
-                                               st.stOptions.listArguments, !stReady};
+    const platform::tool::RunRequest stRequest{
+        LibraryPath(st.stOptions.strLibrary), strProgram, st.stOptions.listArguments, !stReady,
+        [&](u32 uId) { ApplyChoiceOf(st.stLibrary, strProgram, uId); }};
     return platform::tool::Run(stRequest, st.stLibrary.Entering(), st.iExitCode);
 }
 
@@ -51,18 +51,24 @@ Result DoAttach(Context& st) {
     u32 uProcessId = 0;
     stResult = ResolveTarget(st.stOptions.strTarget, uProcessId);
     if (stResult) stResult = LoadControlLibrary(st.stOptions.strLibrary, st.stLibrary);
-    if (stResult) stResult = NeedReadyOrForce(st);
     if (!stResult) return stResult;
+    ApplyChoices(st.stLibrary);
+    const std::string strProgram = platform::tool::InspectProcess(uProcessId).strName;
+    stResult = NeedReadyOrForce(st, strProgram);
+    if (!stResult) return stResult;
+    ApplyChoiceOf(st.stLibrary, strProgram, uProcessId);
     return platform::tool::Attach(uProcessId, st.stOptions.bStay, st.stLibrary.Entering());
 }
 
 Result DoHook(Context& st) {
     Result stResult = platform::tool::CanEnterRunningPrograms();
     if (stResult) stResult = LoadControlLibrary(st.stOptions.strLibrary, st.stLibrary);
-    if (stResult) stResult = NeedReadyOrForce(st);
     if (!stResult) return stResult;
     if (st.stOptions.bInit) st.stLibrary.fnInitialise();
-    return platform::tool::Hook(st.stLibrary.Entering());
+    ApplyChoices(st.stLibrary);
+    stResult = NeedReadyOrForce(st, "");
+    if (!stResult) return stResult;
+    return platform::tool::Hook(st.stLibrary.Entering(), [&] { ApplyChoices(st.stLibrary); });
 }
 
 Result DoUnhook(Context&) {

@@ -1,4 +1,5 @@
 #include "companion/profile_commands.h"
+#include "companion/choices.h"
 #include "companion/commands.h"
 #include "companion/profile_folder.h"
 #include "companion/readiness.h"
@@ -23,6 +24,13 @@ void FillName(char16_t (&wzField)[g_uProfileNameUnits], const std::string& strNa
     const size_t uUnits = std::min<size_t>(wzName.size(), g_uProfileNameUnits - 1);
     std::fill(std::begin(wzField), std::end(wzField), u'\0');
     std::copy_n(wzName.begin(), uUnits, wzField);
+}
+
+bool IsRemembered(u32 uProcessId) {
+    Choices stChoices;
+    ReadChoices(stChoices);
+    return stChoices.mapPrograms.contains(
+        PlainProgramName(platform::tool::InspectProcess(uProcessId).strName));
 }
 
 bool IsAlive(u32 uProcessId) { return platform::tool::InspectProcess(uProcessId).bExists; }
@@ -61,6 +69,16 @@ std::vector<u32> NamedPrograms(const ControlLibrary& stLibrary, const std::strin
     return listIds;
 }
 
+/// Keeps a process at the profile of all, although one is remembered for its program.
+void KeepGlobal(ProfileTable& aTable, u32 uProcessId) {
+    const auto it = std::find_if(std::begin(aTable), std::end(aTable), [](const stProcessProfile& st) {
+        return st.uProcessId == 0 && st.uThreadId == 0;
+    });
+    if (it == std::end(aTable)) return;
+    it->uProcessId = uProcessId;
+    it->bUseGlobal = 1;
+}
+
 Result ReloadEach(const ControlLibrary& stLibrary, const std::vector<u32>& listIds) {
     Result stResult;
     for (const u32 uId : listIds) {
@@ -76,14 +94,20 @@ Result DoFor(const Options& stOptions) {
     ControlLibrary stLibrary;
     if (stResult) stResult = LoadControlLibrary(stOptions.strLibrary, stLibrary);
     if (!stResult) return stResult;
+    u32 uProcessId = 0;
+    const bool bNamed = !ParseProcessId(st.strProgram, uProcessId);
+    if (bNamed) stResult = RememberFor(st.strProgram, st.bGlobal ? std::string() : st.strProfile);
+    if (!stResult) return stResult;
     const std::vector<u32> listIds = NamedPrograms(stLibrary, st.strProgram);
-    if (listIds.empty())
+    if (listIds.empty() && !bNamed)
         return Result::NotFound("no running program " + st.strProgram + " carries the overlay");
+    if (listIds.empty()) std::puts("no such program carries the overlay now; it holds from its next start");
     const auto pSnapshot = Snapshot(stLibrary.pSegment);
     for (const u32 uId : listIds) {
         if (!SetProcessProfile(pSnapshot->ProcessProfile, uId, st.bGlobal ? nullptr : &st.strProfile,
                                IsAlive))
             return Result::Fail("all records of programs with a profile of their own are taken");
+        if (st.bGlobal && !bNamed && IsRemembered(uId)) KeepGlobal(pSnapshot->ProcessProfile, uId);
     }
     stLibrary.fnSetProcessProfiles(pSnapshot->ProcessProfile);
     return ReloadEach(stLibrary, listIds);
@@ -146,12 +170,19 @@ Result ReloadProcess(const ControlLibrary& stLibrary, u32 uProcessId) {
     return {};
 }
 
-Result UseProfile(const ControlLibrary& stLibrary, const std::string& strName) {
+void SetProfileOfAll(const ControlLibrary& stLibrary, const std::string& strName) {
     char16_t wzName[g_uProfileNameUnits]; // the library copies the whole field
     FillName(wzName, strName);
     stLibrary.fnSetGlobalProfile(wzName);
+}
+
+Result UseProfile(const ControlLibrary& stLibrary, const std::string& strName) {
+    SetProfileOfAll(stLibrary, strName);
     ReloadAll(stLibrary);
-    return NeedHolder(stLibrary);
+    const Result stKept = RememberForAll(strName);
+    if (stKept && !NeedHolder(stLibrary))
+        std::puts("no program carries the overlay now; it holds from the next start");
+    return stKept;
 }
 
 Result NeedProfileFolder(const std::string& strName, bool bForce) {

@@ -27,6 +27,8 @@ Result ReloadProcess(const ControlLibrary& stLibrary, u32 uProcessId);
 Result NeedProfileFolder(const std::string& strName, bool bForce);
 
 /// Makes a profile that of all programs and has them reload; an empty name stands for the default one.
+/// Sets the profile of all programs; those that run show it from their next build on.
+void SetProfileOfAll(const ControlLibrary& stLibrary, const std::string& strName);
 Result UseProfile(const ControlLibrary& stLibrary, const std::string& strName);
 
 using ProfileTable = stProcessProfile[g_uProcessProfileCount];

@@ -1,12 +1,9 @@
 #include "companion/readiness.h"
-#include "companion/control_library.h"
+#include "companion/choices.h"
 #include "companion/profile_folder.h"
-#include "companion/segment_view.h"
 #include "companion/shader_check.h"
 #include "companion/user_data.h"
-#include "companion/utf.h"
 #include "platform/tool.h"
-#include <iterator>
 #include <vector>
 
 namespace companion {
@@ -26,15 +23,6 @@ Result NeedDataFolder() {
     std::error_code error;
     if (std::filesystem::is_directory(pathData, error)) return {};
     return Result::NotFound("there is no data folder " + TextOfPath(pathData) + "; " + Remedy());
-}
-
-/// The profile of all programs; "Default" stands for none.
-std::string ProfileOfAll(const ControlLibrary& stLibrary) {
-    if (stLibrary.pSegment == nullptr) return "Default";
-    const auto pSnapshot = Snapshot(stLibrary.pSegment);
-    const std::string strName =
-        Utf8FromUnits(pSnapshot->wzGlobalProfile, std::size(pSnapshot->wzGlobalProfile));
-    return strName.empty() ? "Default" : strName;
 }
 
 /// A failed result with more behind its reason.
@@ -62,11 +50,11 @@ Result NeedGoodShaders(const std::string& strData) {
     return listFaults.empty() ? Result{} : Result::Fail(listFaults.front());
 }
 
-Result NeedReady(const ControlLibrary& stLibrary) {
+Result NeedReady(const ControlLibrary& stLibrary, const std::string& strProgram) {
     Result stReady = NeedDataFolder();
     if (stReady) stReady = With(NeedGoodShaders(""), Remedy());
     if (!stReady) return stReady;
-    const std::string strProfile = ProfileOfAll(stLibrary);
+    const std::string strProfile = ProfileFor(stLibrary, strProgram);
     return With(NeedGoodProfile(strProfile, "", true),
                 "'orvin-osd profile check " + strProfile + "' tells why");
 }

@@ -6,8 +6,9 @@
 namespace companion {
 
 /// Success if the machine's data folder, its shaders and the profile that a program would show are fit to
-/// use; else the reason, with the command that helps. Without a loaded library the default profile is meant.
-Result NeedReady(const ControlLibrary& stLibrary);
+/// use; else the reason, with the command that helps. strProgram: its file name, empty for programs without a
+/// profile of their own.
+Result NeedReady(const ControlLibrary& stLibrary, const std::string& strProgram);
 
 /// Success if a profile passes the check, which prints what is wrong unless it is to be silent. strData: the
 /// data folder, empty for that of this machine.

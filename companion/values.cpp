@@ -1,4 +1,5 @@
 #include "companion/values.h"
+#include "companion/choices.h"
 #include "companion/own_names.h"
 #include "companion/profile_commands.h"
 #include "companion/segment_json.h"
@@ -49,6 +50,7 @@ void FeedUntilStopped(const ControlLibrary& stLibrary, sensors::Collector& colle
         if (platform::tool::SegmentWasCut()) return;
         if (Clock::now() >= timeNextProbe) {
             ForgetDead(stLibrary);
+            ApplyChoices(stLibrary);
             collector.Probe();
             timeNextProbe = Clock::now() + kProbeInterval;
         }
@@ -91,6 +93,7 @@ sensors::ValueMap WholeNames(const std::vector<PublishedValue>& listPublished) {
 Result Feed(const ControlLibrary& stLibrary, const Options& stOptions) {
     platform::tool::CatchStop();
     ForgetDead(stLibrary);
+    ApplyChoices(stLibrary);
     sensors::Collector collector(sensors::SystemSources());
     sensors::Publisher publisher(sensors::TargetOf(stLibrary));
     Measure(collector);

@@ -3,6 +3,7 @@
 // implementation a system; the build chooses. All text is UTF-8.
 #include "platform/tool_result.h"
 #include "platform/types.h"
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -46,6 +47,9 @@ bool FileExists(const std::string& strPath);
 /// Folder of the data that programs share, without a trailing separator; empty if the system tells none. The
 /// library looks there too.
 std::string CommonDataFolder();
+/// Folder of a user's settings of this program ($ORVIN_OSD_CONFIG, else "orvin-osd" beside data of one's own,
+/// else in the one that the system keeps for such); empty if the system tells none.
+std::string ConfigFolder();
 /// Folder for files of a moment, in characters that every file call takes.
 std::string TempFolder();
 
@@ -87,6 +91,8 @@ struct RunRequest {
     std::string strProgram;
     std::vector<std::string> listArguments;
     bool bBare = false; ///< without the overlay after all
+    /// Called with the program's process id ahead of its first instruction; may be empty.
+    std::function<void(u32 uProcessId)> fnAhead = {};
 };
 /// The overlay's library, loaded here, with which other programs are entered.
 struct EnteringLibrary {
@@ -106,8 +112,8 @@ Result RunBeside(const std::string& strName, const std::vector<std::string>& lis
 
 /// Lets the library into a running program; with bStay until it ends or Ctrl-C, else until it is mapped.
 Result Attach(u32 uProcessId, bool bStay, const EnteringLibrary& stLibrary);
-/// Lets the library into every program until Ctrl-C or Unhook.
-Result Hook(const EnteringLibrary& stLibrary);
+/// Lets the library into every program until Ctrl-C or Unhook; calls fnTurn every two seconds.
+Result Hook(const EnteringLibrary& stLibrary, const std::function<void()>& fnTurn);
 /// Ends the Hook of another such tool.
 Result Unhook();
 /// Success where a running program can be entered at all; else the reason why not.

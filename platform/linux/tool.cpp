@@ -1,6 +1,7 @@
 // Linux: the segment is a POSIX shared object, programs are entered by preloading.
 #include "platform/tool.h"
 #include "platform/linux/data_folder.h"
+#include "platform/linux/tool_holder.h"
 #include "platform/tool_bytes.h"
 #include <cerrno>
 #include <charconv>
@@ -110,6 +111,15 @@ std::string CommonDataFolder() {
     return host::DataFolder(szFolder, sizeof szFolder) ? szFolder : std::string();
 }
 
+std::string ConfigFolder() {
+    if (const char* const szOwn = host::Variable("ORVIN_OSD_CONFIG")) return szOwn;
+    if (const char* const szData = host::Variable("ORVIN_OSD_APPDATA")) return JoinPath(szData, "orvin-osd");
+    if (const char* const szConfig = host::Variable("XDG_CONFIG_HOME"))
+        return JoinPath(szConfig, "orvin-osd");
+    const char* const szHome = host::Variable("HOME");
+    return szHome ? JoinPath(szHome, ".config/orvin-osd") : std::string();
+}
+
 std::string TempFolder() {
     const char* szFolder = std::getenv("TMPDIR");
     return szFolder != nullptr && *szFolder != '\0' ? szFolder : "/tmp";
@@ -178,6 +188,8 @@ Result Run(const RunRequest& stRequest, const EnteringLibrary&, int&) {
     const Result stReady = stRequest.bBare ? Result{} : Preload(stRequest.strLibrary);
     if (!stReady) return stReady;
     RemoveDeadClaims();
+    if (stRequest.fnAhead) stRequest.fnAhead(OwnProcessId()); // which the program takes over
+    if (!stRequest.bBare) HoldSegmentFor(OwnProcessId());
     std::vector<char*> listWords{const_cast<char*>(stRequest.strProgram.c_str())};
     for (const std::string& strWord : stRequest.listArguments)
         listWords.push_back(const_cast<char*>(strWord.c_str()));
@@ -193,7 +205,7 @@ Result CanEnterRunningPrograms() {
 }
 
 Result Attach(u32, bool, const EnteringLibrary&) { return CanEnterRunningPrograms(); }
-Result Hook(const EnteringLibrary&) { return CanEnterRunningPrograms(); }
+Result Hook(const EnteringLibrary&, const std::function<void()>&) { return CanEnterRunningPrograms(); }
 Result Unhook() { return CanEnterRunningPrograms(); }
 
 } // namespace platform::tool

@@ -322,6 +322,7 @@ Result Run(const RunRequest& stRequest, const EnteringLibrary& stLibrary, int& i
     if (!stRequest.bBare && IsForeignBitness(process.Get())) {
         std::fprintf(stderr, "orvin-osd: a 32-bit program runs without the overlay\n");
     }
+    if (stRequest.fnAhead) stRequest.fnAhead(stProcess.dwProcessId);
     ThreadHooks hooks(stProcess.dwProcessId, stLibrary);
     // Before its first message, so that its first frames are caught.
     if (!stRequest.bBare) hooks.Add(stProcess.dwThreadId);
@@ -365,7 +366,7 @@ Result Attach(u32 uProcessId, bool bStay, const EnteringLibrary& stLibrary) {
     return bMapped ? Result{} : Result::Fail(strProcess + " ended before the library entered");
 }
 
-Result Hook(const EnteringLibrary& stLibrary) {
+Result Hook(const EnteringLibrary& stLibrary, const std::function<void()>& fnTurn) {
     const Handle event(CreateEventW(nullptr, TRUE, FALSE, kUnhookEvent));
     if (event.Get() == nullptr)
         return Result::Fail("cannot make the unhook event: " + ErrorText(GetLastError()));
@@ -379,7 +380,8 @@ Result Hook(const EnteringLibrary& stLibrary) {
     PostMessageW(HWND_BROADCAST, WM_NULL, 0, 0);
     std::puts("hooked; end with Ctrl-C or 'orvin-osd unhook'");
     std::fflush(stdout);
-    WaitPumping(event.Get(), g_hStopEvent, INFINITE);
+    constexpr DWORD c_uTurn = 2000; // milliseconds
+    while (!WaitPumping(event.Get(), g_hStopEvent, c_uTurn)) fnTurn();
     const bool bRemoved = UnhookWindowsHookEx(hHook) != 0;
     PostMessageW(HWND_BROADCAST, WM_NULL, 0, 0);
     return bRemoved ? Result{} : Result::Fail("the hook was already gone: " + ErrorText(GetLastError()));

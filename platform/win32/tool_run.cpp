@@ -37,6 +37,14 @@ std::string CommonDataFolder() {
     return FromWide(wzPath);
 }
 
+std::string ConfigFolder() {
+    wchar_t wzPath[MAX_PATH] = {};
+    const DWORD uLength = GetEnvironmentVariableW(L"ORVIN_OSD_CONFIG", wzPath, MAX_PATH);
+    if (uLength > 0 && uLength < MAX_PATH) return FromWide(wzPath);
+    if (FAILED(SHGetFolderPathW(nullptr, CSIDL_APPDATA, nullptr, SHGFP_TYPE_CURRENT, wzPath))) return {};
+    return JoinPath(FromWide(wzPath), "orvin-osd");
+}
+
 std::string TempFolder() {
     wchar_t wzPath[MAX_PATH + 1] = {}, wzShort[MAX_PATH + 1] = {};
     const DWORD uLength = GetTempPathW(MAX_PATH, wzPath);

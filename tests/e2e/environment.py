@@ -236,6 +236,7 @@ class WinePrograms(Programs):
     def __init__(self, display, care=False):
         super().__init__({"DISPLAY": display, "ORVIN_STATE": str(STATE), "ORVIN_WINE_TIMEOUT": "120"})
         self.env["ORVIN_E2E"] = self.folder.name
+        self.env["ORVIN_OSD_CONFIG"] = "Z:" + str(self.folder / "config").replace("/", "\\")
         self.settings_taken = False
         self.mark = f"ORVIN_E2E={self.folder.name}".encode()
         prefix = pathlib.Path(os.environ.get("WINEPREFIX", STATE / "wine"))

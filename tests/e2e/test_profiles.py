@@ -98,8 +98,7 @@ class Profiles(AuthorCase):
         self.assertIn("does not pass", self.ask("profile", "use", "Broken", code=1))
         self.assertIn("does not pass", self.ask("profile", "for", "some program", "Broken", code=1))
         self.ask("profile", "use", "Nowhere", code=3)
-        # The check is passed; then there is nobody to show it.
-        self.assertIn("no running program", self.ask("profile", "use", "Gauges", code=3))
+        self.assertIn("holds from the next start", self.ask("profile", "use", "Gauges"))
 
 
 class Render(AuthorCase):
@@ -242,14 +241,16 @@ class InAProgram(unittest.TestCase):
         own = f"host_glx ({process.pid})"
         self.assertEqual(self.shown_in(), {"Default": ["all programs"]})
         for arguments, expected in ((["use", "Gauges"], {"Gauges": ["all programs"]}),
-                                    (["for", "host_glx", "Graphs"], {"Gauges": ["all programs"], "Graphs": [own]}),
-                                    (["for", str(process.pid), "FPS"], {"FPS": [own], "Gauges": ["all programs"]}),
+                                    (["for", "host_glx", "Graphs"], {"Gauges": ["all programs"],
+                                                                     "Graphs": [own, "host_glx"]}),
+                                    (["for", str(process.pid), "FPS"], {"FPS": [own], "Gauges": ["all programs"],
+                                                                        "Graphs": ["host_glx"]}),
                                     (["for", "host_glx", "--global"], {"Gauges": ["all programs"]}),
                                     (["use", "Gone", "--force"], {"Gone": ["all programs"]})):
             code, output = self.programs.ask("profile", *arguments)
             self.assertEqual(code, 0, output)
             self.assertEqual(self.shown_in(), expected)
-        self.assertEqual(self.programs.ask("profile", "for", "nobody", "FPS")[0], 3)
+        self.assertEqual(self.programs.ask("profile", "for", "999999999", "FPS")[0], 3)
         self.programs.end(process)
 
     def test_the_window_shows_the_chosen_profile_without_another_command(self):

@@ -15,6 +15,7 @@ namespace companion {
 namespace {
 
 constexpr const char* kDefaultProfile = "Default";
+constexpr const char* kAllPrograms = "all programs";
 
 /// Name of a style for people.
 const char* StyleText(u32 uStyle) {
@@ -36,27 +37,39 @@ std::string Joined(const std::vector<std::string>& listTexts) {
     return strAll;
 }
 
+/// The row of a profile, made where it has no folder; no name means the default one.
+ProfileRow& RowOf(std::vector<ProfileRow>& listRows, const std::string& strName) {
+    const std::string strWanted = strName.empty() ? kDefaultProfile : strName;
+    const auto it = std::find_if(listRows.begin(), listRows.end(),
+                                 [&](const ProfileRow& st) { return st.strName == strWanted; });
+    if (it != listRows.end()) return *it;
+    return listRows.emplace_back(ProfileRow{strWanted, "missing", {}});
+}
+
 } // namespace
 
 void AddUses(const stSharedSegment& stSegment, const std::vector<NamedInstance>& listPrograms,
              std::vector<ProfileRow>& listRows) {
-    const auto fnRow = [&](const std::string& strName) -> ProfileRow& {
-        const auto it = std::find_if(listRows.begin(), listRows.end(),
-                                     [&](const ProfileRow& st) { return st.strName == strName; });
-        if (it != listRows.end()) return *it;
-        return listRows.emplace_back(ProfileRow{strName, "missing", {}});
-    };
     if (listPrograms.empty()) return;
     const std::string strGlobal = Utf8FromUnits(stSegment.wzGlobalProfile, g_uProfileNameUnits);
-    fnRow(strGlobal.empty() ? kDefaultProfile : strGlobal).listUses.push_back("all programs");
+    RowOf(listRows, strGlobal).listUses.push_back(kAllPrograms);
     for (const NamedInstance& st : listPrograms) {
         const stProcessProfile* pOwn =
             FindProcessProfile(stSegment.ProcessProfile, st.uProcessId, st.uThreadId);
         if (pOwn == nullptr) continue;
         const std::string strOwn = Utf8FromUnits(pOwn->wzProfileName, g_uProfileNameUnits);
-        fnRow(strOwn.empty() ? kDefaultProfile : strOwn)
-            .listUses.push_back(st.strName + " (" + std::to_string(st.uProcessId) + ")");
+        RowOf(listRows, strOwn).listUses.push_back(st.strName + " (" + std::to_string(st.uProcessId) + ")");
     }
+}
+
+void AddChoices(const Choices& stChoices, std::vector<ProfileRow>& listRows) {
+    if (!stChoices.strProfile.empty()) {
+        std::vector<std::string>& listUses = RowOf(listRows, stChoices.strProfile).listUses;
+        if (std::find(listUses.begin(), listUses.end(), kAllPrograms) == listUses.end())
+            listUses.push_back("all programs from their next start");
+    }
+    for (const auto& [strProgram, strProfile] : stChoices.mapPrograms)
+        RowOf(listRows, strProfile).listUses.push_back(strProgram);
 }
 
 std::string ProfileTableText(const std::vector<ProfileRow>& listRows) {
@@ -92,6 +105,8 @@ Result ListProfiles(const Options& stOptions, int&) {
                 {st.uProcessId, st.uThreadId, platform::tool::InspectProcess(st.uProcessId).strName});
         AddUses(*Snapshot(stLibrary.pSegment), listPrograms, listRows);
     }
+    Choices stChoices;
+    if (ReadChoices(stChoices)) AddChoices(stChoices, listRows);
     if (listRows.empty()) return Result::NotFound("no profiles in " + TextOfPath(pathData / "Profiles"));
     const bool bJson = stOptions.stProfile.bJson;
     std::fputs((bJson ? ProfileJson(listRows) : ProfileTableText(listRows)).c_str(), stdout);

@@ -1,5 +1,6 @@
 #pragma once
 // The list of profiles: which there are, and where they are shown.
+#include "companion/choices.h"
 #include "companion/segment_view.h"
 #include "platform/segment.h"
 #include <filesystem>
@@ -26,6 +27,10 @@ std::vector<ProfileRow> ReadProfileRows(const std::filesystem::path& pathData);
 /// that has no folder gets a row too. Without programs the segment tells nothing.
 void AddUses(const stSharedSegment& stSegment, const std::vector<NamedInstance>& listPrograms,
              std::vector<ProfileRow>& listRows);
+
+/// Adds what is remembered, for rows that nothing is shown by now: "all programs from their next start", and
+/// file names of programs.
+void AddChoices(const Choices& stChoices, std::vector<ProfileRow>& listRows);
 
 std::string ProfileTableText(const std::vector<ProfileRow>& listRows);
 std::string ProfileJson(const std::vector<ProfileRow>& listRows);
