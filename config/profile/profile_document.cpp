@@ -33,7 +33,7 @@ void SetCode(i32* piCode, i32 iCode) {
     if (piCode) *piCode = iCode;
 }
 
-bool Parse(std::string_view text, XMLDocument& document, i32* piCode) {
+bool Parse(std::string_view text, const char* szRoot, XMLDocument& document, i32* piCode) {
     document.Clear();
     SetCode(piCode, PROFILE_NOT_PARSED);
     if (const char* szProblem = g_fnDocumentProblem(text)) {
@@ -41,7 +41,7 @@ bool Parse(std::string_view text, XMLDocument& document, i32* piCode) {
         return false;
     }
     if (document.Parse(text.data(), text.size()) != tinyxml2::XML_SUCCESS) return false;
-    const bool bRoot = document.FirstChildElement("OSD") != nullptr;
+    const bool bRoot = document.FirstChildElement(szRoot) != nullptr;
     SetCode(piCode, bRoot ? PROFILE_OK : PROFILE_NO_ROOT);
     return bRoot;
 }
@@ -94,19 +94,24 @@ void TakeHandles() {
 
 } // namespace
 
-bool g_fnOpenProfileDocument(const char16_t* wzPath, XMLDocument& document, i32* piCode) try {
+bool g_fnOpenRootedDocument(const char16_t* wzPath, const char* szRoot, XMLDocument& document,
+                            i32* piCode) try {
     std::string strBytes;
     document.Clear();
     SetCode(piCode, PROFILE_NOT_OPENED);
     g_fnWatchFile(wzPath);
     return platform::ReadWholeFile(platform::OpenInput(wzPath), g_uDocumentBytesMax, strBytes) &&
-           g_fnParseProfileDocument(strBytes, document, piCode);
+           Parse(strBytes, szRoot, document, piCode);
 } catch (...) { // no memory
     return false;
 }
 
+bool g_fnOpenProfileDocument(const char16_t* wzPath, XMLDocument& document, i32* piCode) {
+    return g_fnOpenRootedDocument(wzPath, g_szProfileRoot, document, piCode);
+}
+
 bool g_fnParseProfileDocument(std::string_view text, XMLDocument& document, i32* piCode) try {
-    return Parse(text, document, piCode);
+    return Parse(text, g_szProfileRoot, document, piCode);
 } catch (...) { // no memory
     document.Clear();
     return false;

@@ -44,6 +44,10 @@ const char* g_fnDocumentProblem(std::string_view text);
 /// null) gets one of the first three codes; the document keeps the parser's error, if it was one. wzPath is a
 /// full path.
 bool g_fnOpenProfileDocument(const char16_t* wzPath, tinyxml2::XMLDocument& document, i32* piCode);
+constexpr char g_szProfileRoot[] = "OSD";
+/// The same for a document with another root.
+bool g_fnOpenRootedDocument(const char16_t* wzPath, const char* szRoot, tinyxml2::XMLDocument& document,
+                            i32* piCode);
 /// As g_fnOpenProfileDocument, for a text in memory.
 bool g_fnParseProfileDocument(std::string_view text, tinyxml2::XMLDocument& document, i32* piCode);
 /// Full path of a profile's OSD.xml, whether it exists or not. False, with an empty path, if the name is not

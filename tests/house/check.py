@@ -20,7 +20,7 @@ LINKED_NAMES = {"GTest": "libgtest-dev", "nlohmann_json": "nlohmann-json", "PNG"
                 "JPEG": "libjpeg-turbo", "jpeg": "libjpeg-turbo", "TIFF": "libtiff", "tiff": "libtiff", "GIF": "giflib",
                 "gif": "giflib", "deflate": "libdeflate", "brotlidec": "brotli", "brotlicommon": "brotli",
                 "OpenGL": "libgl-dev", "X11": "libx11-dev", "Threads": "gcc runtime", "Python3": "python3"}
-LARGEST_KNOT = 11  # the base of controls, their owner, and one unit a kind that the owner deletes
+LARGEST_KNOT = 8
 LONGEST_FUNCTION, MEDIAN_FUNCTION, LONGEST_FILE = 100, 12, 1000
 
 
