@@ -18,6 +18,7 @@ MOST_BYTES = 150 * 1024
 # Background and the part of the picture that is shown: left, top, right, bottom.
 VIEWS = {"Default": ("bright", (0, 0, 640, 300)), "FPS": ("dark", (1280, 0, 1920, 300)),
          "Gauges": ("bright", (1280, 0, 1920, 640)), "Graphs": ("dark", (0, 0, 640, 640)),
+         "Emblem": ("bright", (1280, 0, 1920, 300)),
          "Full": ("dark", (0, 0, 640, 690)), "Streamer": ("bright", (640, 390, 1280, 1080))}
 
 

@@ -68,7 +68,7 @@ class ProfileLayouts : public CustomTest {
 
 TEST_F(ProfileLayouts, AllAreBuiltAtEveryShapeInsideThePicture) {
     const std::set<std::string> setNames = All();
-    ASSERT_EQ(setNames.size(), 15u);
+    ASSERT_EQ(setNames.size(), 16u);
     for (const std::string& strName : setNames)
         for (const u32 uWidth : g_auCanvasWidths) {
             SCOPED_TRACE(strName + " " + std::to_string(uWidth));
@@ -97,7 +97,7 @@ TEST_F(ProfileLayouts, AllHaveEveryItemAssembledAndInTheTree) {
 }
 
 TEST_F(ProfileLayouts, WhatHangsInAnItemOfAShippedOneStandsInsideIt) {
-    for (const char* szName : {"Default", "FPS", "Full", "Gauges", "Graphs", "Streamer"}) {
+    for (const char* szName : {"Default", "Emblem", "FPS", "Full", "Gauges", "Graphs", "Streamer"}) {
         SCOPED_TRACE(szName);
         ASSERT_TRUE(Build(szName));
         for (const auto& [strItem, pItem] : g_mapItemByName) {

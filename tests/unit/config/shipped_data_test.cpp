@@ -182,6 +182,7 @@ class ShippedProfiles : public ItemTest {
         g_fnReadTextBoxItems(m_pInfo, true);
         g_fnReadNumBoxItems(m_pInfo);
         g_fnReadPanelItems(m_pInfo);
+        g_fnReadImgBoxItems(m_pInfo);
         g_fnReadLineGraphItems(m_pInfo);
         g_fnReadPieChartItems(m_pInfo);
     }
@@ -231,7 +232,8 @@ TEST_F(ShippedProfiles, AreTheSetThatTheManualNames) {
     std::set<std::string> setNames;
     for (const auto& entry : fs::directory_iterator(g_source / "data/Profiles"))
         setNames.insert(entry.path().filename().string());
-    EXPECT_EQ(setNames, (std::set<std::string>{"Default", "FPS", "Full", "Gauges", "Graphs", "Streamer"}));
+    EXPECT_EQ(setNames,
+              (std::set<std::string>{"Default", "Emblem", "FPS", "Full", "Gauges", "Graphs", "Streamer"}));
 }
 
 } // namespace
