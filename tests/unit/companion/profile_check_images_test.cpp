@@ -115,6 +115,23 @@ TEST_F(ProfileCheckImages, AnImageOutsideThePictureIsTold) {
     EXPECT_TRUE(SaidError(5, "Image \"a\" lies outside the picture"));
 }
 
+TEST_F(ProfileCheckImages, APhotoIsKnownAndNeedsItsFile) {
+    const auto check = [this](const std::string& strPhoto) {
+        Write("<OSD LayoutStyle=\"2\">\n<CustomLayout><Settings>\n<Preview AspectRatio=\"16:9\"/>" +
+              strPhoto + "\n<Info>\n" + Text("t") + "</Info></Settings></CustomLayout></OSD>\n");
+        Check();
+    };
+    check("<Photo IsShow=\"1\" Filename=\"cat.bmp\" Anchor=\"9\" PhotoOpacity=\"100\"/>");
+    EXPECT_TRUE(SaidError(3, "Photo: there is no file \"cat.bmp\""));
+    WritePicture(4, 4);
+    check("<Photo IsShow=\"1\" Filename=\"cat.bmp\" Anchor=\"9\" PhotoOpacity=\"100\"/>");
+    EXPECT_TRUE(IsClean());
+    check("<Photo IsShow=\"0\" Filename=\"none.bmp\"/>");
+    EXPECT_TRUE(IsClean());
+    check("<Photo IsShow=\"1\" PhotoOpacity=\"101\"/>");
+    EXPECT_TRUE(SaidError(3, "PhotoOpacity"));
+}
+
 TEST_F(ProfileCheckImages, ThereArePlacesForSixtyTwo) {
     WritePicture(400, 200);
     std::string strItems;

@@ -206,6 +206,17 @@ constexpr stAttribute g_aCamera[] = {
     Switch("TextShadow", "1 gives all writing a shadow, one canvas pixel to the right and down"),
 };
 
+constexpr stAttribute g_aPhoto[] = {
+    Switch("IsShow", "1 shows it"),
+    {"Filename", ValueKind::Text, "", 1, 255, "name of a file", "picture in the profile's folder"},
+    {"FrameSizeW", ValueKind::Whole, "200", 0, g_fLength, "0 to 16384", "width of its box, canvas pixels"},
+    {"FrameSizeH", ValueKind::Whole, "200", 0, g_fLength, "0 to 16384", "height of its box"},
+    Anchor("Anchor", "point of the canvas that the box hangs at, and side of it that the picture lies at"),
+    Offset("PositionX", "distance from that point, canvas pixels"),
+    Offset("PositionY", "the same, downwards"),
+    {"PhotoOpacity", ValueKind::Whole, "0", 0, 100, "0 to 100", "opacity in percent: 0 unseen, 100 solid"},
+};
+
 constexpr stElement g_aElements[] = {
     {"OSD", "", ElementUse::Read, g_aRoot, false},
     {"ClassicLayout", "OSD", ElementUse::Ignored, {}, false},
@@ -218,7 +229,7 @@ constexpr stElement g_aElements[] = {
     {"Memo", "Settings", ElementUse::Ignored, {}, false},
     {"Watermark", "Settings", ElementUse::Ignored, {}, false},
     {"SystemInfo", "Settings", ElementUse::Ignored, {}, false},
-    {"Photo", "Settings", ElementUse::Ignored, {}, false},
+    {"Photo", "Settings", ElementUse::Read, g_aPhoto, false},
     {"StopWatch", "Settings", ElementUse::Ignored, {}, false},
     {"TextBox", "Info", ElementUse::Item, g_aTextBox, true},
     {"Memo", "Info", ElementUse::Item, g_aMemo, true},

@@ -85,6 +85,16 @@ void CheckFiles(const std::vector<const ProfileItem*>& taken, const fs::path& pa
             if (FindAttribute(*p->pKind, szAttribute)) CheckFile(*p, szAttribute, pathFolder, findings);
 }
 
+void CheckPhotoFile(const tinyxml2::XMLElement* pPhoto, const fs::path& pathFolder, Findings& findings) {
+    const char* const szName = pPhoto ? pPhoto->Attribute("Filename") : nullptr;
+    if (!szName || !*szName || pPhoto->IntAttribute("IsShow") == 0) return;
+    const fs::path path = FileInProfile(pathFolder, szName);
+    std::error_code ignored;
+    if (!path.empty() && fs::is_regular_file(path, ignored)) return;
+    findings.Error(AttributeLine(*pPhoto, "Filename"),
+                   "Photo: there is no file \"" + std::string(szName) + "\" in the profile's folder");
+}
+
 void CheckFontFiles(const std::vector<const ProfileItem*>& taken, const fs::path& pathFolder,
                     const fs::path& pathShared, Findings& findings) {
     const std::string strDocument = findings.File();

@@ -82,8 +82,10 @@ void CheckFolder(const stPlace& place, const CheckOptions& stOptions, Findings& 
     findings.SetFile(FileText(path));
     tinyxml2::XMLDocument document;
     if (!Parse(path, document, findings)) return;
-    if (const tinyxml2::XMLElement* pInfo = CheckDocument(document, findings))
-        CheckItemList(*pInfo, place, stOptions, findings);
+    const tinyxml2::XMLElement* const pInfo = CheckDocument(document, findings);
+    if (!pInfo) return;
+    CheckPhotoFile(pInfo->Parent()->FirstChildElement("Photo"), place.pathFolder, findings);
+    CheckItemList(*pInfo, place, stOptions, findings);
 }
 
 } // namespace

@@ -15,6 +15,10 @@ std::filesystem::path FileInProfile(const std::filesystem::path& pathFolder, con
 void CheckFiles(const std::vector<const ProfileItem*>& taken, const std::filesystem::path& pathFolder,
                 Findings& findings);
 
+/// The same for the file of a shown photo; null: there is none.
+void CheckPhotoFile(const tinyxml2::XMLElement* pPhoto, const std::filesystem::path& pathFolder,
+                    Findings& findings);
+
 /// Faces that are not installed, and letters that a face lacks.
 void CheckFaces(const std::vector<const ProfileItem*>& taken, const std::filesystem::path& pathFolder,
                 Findings& findings);
