@@ -25,6 +25,9 @@ VALUES = ("FPS", "GPU_CLK#0", "FRAME_TIME", "GPU_TEMP#0")
 WITH_GRAPH = {"A": "Boxes8", "B": "Boxes37"}
 DIAMETERS = (10, 30, 60, 100)
 GLASS = ["Flat"] + [f"Glass{d}" for d in DIAMETERS]
+IMAGE = ('<Image IsShow="1" Name="i" FrameAnchor="1" FrameSizeW="{w}" FrameSizeH="{h}" ContentSizeW="{w}" '
+         'ContentSizeH="{h}" ContentAnchor="1" ImageFileName="{file}"/>')
+PICTURES = ["Picture4K", "Gif100"]
 MANY = 4096  # most items that a layout takes
 
 
@@ -49,6 +52,20 @@ def many():
         else:
             rows.append(TEXT.format(name=f"t{i}", text=f"a{i}", size=12 + i % 5, face=face, **place))
     return ROW.format("\n".join(rows))
+
+
+def write_pictures(profiles):
+    """A photograph-like PNG of 3840 by 2160, and an animation of 100 frames of 256 by 256, each as the only item."""
+    from PIL import Image  # only here: most measurements need none
+    noise = Image.effect_noise((3840, 2160), 24)
+    photo = Image.merge("RGB", [Image.linear_gradient("L").rotate(90 * i).resize(noise.size) for i in range(3)])
+    photo = Image.blend(photo, Image.merge("RGB", [noise] * 3), 0.25)
+    frames = [photo.crop((20 * i, 10 * i, 20 * i + 256, 10 * i + 256)).convert("P") for i in range(100)]
+    for name, file, w, h in ((PICTURES[0], "photo.png", 960, 540), (PICTURES[1], "frames.gif", 256, 256)):
+        (profiles / name).mkdir(exist_ok=True)
+        (profiles / name / "OSD.xml").write_text(ROW.format(IMAGE.format(w=w, h=h, file=file)))
+    photo.save(profiles / PICTURES[0] / "photo.png", compress_level=1)
+    frames[0].save(profiles / PICTURES[1] / "frames.gif", save_all=True, append_images=frames[1:], duration=40)
 
 
 def write(profiles):

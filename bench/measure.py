@@ -31,6 +31,7 @@ MODES = {"bare": (False, "Empty", True), "off": (True, "Panels20", False), "Empt
         "Boxes37": (True, "Boxes37", True), "Boxes80": (True, "Boxes80", True)}
 MADE = [*layouts.WITH_GRAPH, *layouts.GLASS, "Items4096"]
 MODES |= {name: (True, name, True) for name in MADE}
+MODES |= {name: (True, name, True) for name in layouts.PICTURES}
 SHIPPED = sorted(path.name for path in (ROOT / "data/Profiles").iterdir())
 MODES |= {name: (True, name, True) for name in SHIPPED}
 # One text in each of as many faces as fonts fit: their atlases are what takes memory.
