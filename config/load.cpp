@@ -8,6 +8,7 @@
 #include "config/custom/custom_layout.h"
 #include "config/fixed/attribute_value.h"
 #include "config/fixed/enable_map.h"
+#include "config/fixed/fixed_layout.h"
 #include "config/fixed/group_order.h"
 #include "config/fixed/info_place.h"
 #include "config/fixed/name_maps.h"
@@ -58,6 +59,8 @@ bool EmptyManager() {
 }
 
 bool ReadDocuments() {
+    g_apLayoutRoutine[STYLE_CLASSIC] = g_fnCreate_Tavo_ResourceByClassicStyle;
+    g_apLayoutRoutine[STYLE_RV5] = g_fnCreate_Tavo_ResourceByRV5Style;
     g_apLayoutRoutine[STYLE_CUSTOM] = g_fnCreateCustomLayout;
     if (g_fnRead_OSD_Profile()) return true;
     g_fnReportProfileFailure();

@@ -162,11 +162,6 @@ NameMap& MapOf(eItem eKind) {
     return *apMaps[static_cast<u8>(eKind)];
 }
 
-std::string FullName(const stStyleItems& style, const stStyleItem& item) {
-    return *item.szRole ? g_fnItemFullName(style.szPrefix, item.szWord, item.szRole, KindWord(item.eKind))
-                        : g_fnItemFullName(style.szPrefix, item.szWord, KindWord(item.eKind));
-}
-
 /// Only rows whose title is a text of the style have a caption.
 void EnterCaption(const stStyleItems& style, const char16_t* wzCaption, const char* szWord) {
     if (g_fnItemBID(style, Text, szWord, "TITLE") == g_uNoBID) return;
@@ -202,28 +197,31 @@ u32 g_fnItemBID(const stStyleItems& style, eItem eKind, std::string_view szWord,
     return g_uNoBID;
 }
 
-std::string_view g_fnItemWord(const stStyleItems& style, std::string_view szFullName) {
-    std::string_view szFound;
+std::string g_fnItemName(const stStyleItems& style, const stStyleItem& item) {
+    return *item.szRole ? g_fnItemFullName(style.szPrefix, item.szWord, item.szRole, KindWord(item.eKind))
+                        : g_fnItemFullName(style.szPrefix, item.szWord, KindWord(item.eKind));
+}
+
+void g_fnForEachSensorItem(const stStyleItems& style, std::string_view szWord, u32 uRow,
+                           const std::function<void(const stStyleItem&)>& fnDo) {
+    const std::string strWord(szWord);
     g_fnForEachItem(style, [&](const stStyleItem& item) {
-        if (szFound.empty() && FullName(style, item) == szFullName) szFound = item.szWord;
+        if (item.szWord == std::string_view(g_szExtensionWord))
+            fnDo({item.eKind, item.uBID + uRow, strWord.c_str(), item.szRole});
     });
-    return szFound;
 }
 
 void g_fnEnterStyleNames(const stStyleItems& style) {
     g_fnClearNameMaps();
     g_fnForEachItem(style, [&](const stStyleItem& item) {
-        MapOf(item.eKind).insert_or_assign(FullName(style, item), item.uBID);
+        MapOf(item.eKind).insert_or_assign(g_fnItemName(style, item), item.uBID);
     });
     EnterCaptions(style);
 }
 
 void g_fnEnterSensorNames(const stStyleItems& style, std::string_view szWord, u32 uRow) {
-    const std::string strWord(szWord);
-    g_fnForEachItem(style, [&](const stStyleItem& item) {
-        if (item.szWord != std::string_view(g_szExtensionWord)) return;
-        const stStyleItem stOwn = {item.eKind, item.uBID + uRow, strWord.c_str(), item.szRole};
-        // A sensor that is called like a row of the style does not take its names.
-        MapOf(item.eKind).try_emplace(FullName(style, stOwn), stOwn.uBID);
+    // A sensor that is called like a row of the style does not take its names.
+    g_fnForEachSensorItem(style, szWord, uRow, [&](const stStyleItem& item) {
+        MapOf(item.eKind).try_emplace(g_fnItemName(style, item), item.uBID);
     });
 }

@@ -38,10 +38,13 @@ struct stStyleItem {
 void g_fnForEachItem(const stStyleItems& style, const std::function<void(const stStyleItem&)>& fnDo);
 /// Number of an item, g_uNoBID where the style has none.
 u32 g_fnItemBID(const stStyleItems& style, eItem eKind, std::string_view szWord, std::string_view szRole);
-/// The word of an item by its full name; empty for one of another style, or of none.
-std::string_view g_fnItemWord(const stStyleItems& style, std::string_view szFullName);
+/// Full name of an item.
+std::string g_fnItemName(const stStyleItems& style, const stStyleItem& item);
+/// Calls fnDo with each item of a sensor's row: those of the extension so many numbers on, under its word.
+void g_fnForEachSensorItem(const stStyleItems& style, std::string_view szWord, u32 uRow,
+                           const std::function<void(const stStyleItem&)>& fnDo);
 
 /// Empties the name maps and fills them with a style's names and captions.
 void g_fnEnterStyleNames(const stStyleItems& style);
-/// Enters the names of a sensor's row, whose items are those of the extension so many numbers on.
+/// Enters the names of a sensor's row.
 void g_fnEnterSensorNames(const stStyleItems& style, std::string_view szWord, u32 uRow);

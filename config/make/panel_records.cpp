@@ -33,15 +33,6 @@ void AttachFrosted(CPanel_Base& panel, u32 uScatter) {
     g_pOSDManager->m_fnAttachFront(&panel, g_uLayerBlur);
 }
 
-void Attach(CPanel_Base& panel, const stPanelInit& st) {
-    if (st.bHidden) return;
-    if (st.m_uPanelType == PANEL_TYPE_GELLOPHANE)
-        AttachFlat(panel);
-    else if (st.m_uPanelType == PANEL_TYPE_FROSTED)
-        AttachFrosted(panel, st.m_uPanelScatter);
-    // KEEP(profiles): any other type is laid out and never drawn.
-}
-
 } // namespace
 
 bool g_fnMakePanel(const stPanelInit& stRecord, std::unique_ptr<CPanel_Base>& pPanel) {
@@ -51,6 +42,15 @@ bool g_fnMakePanel(const stPanelInit& stRecord, std::unique_ptr<CPanel_Base>& pP
     if (pPanel->m_fnInitialize()) return true;
     pPanel.reset();
     return false;
+}
+
+void g_fnAttachPanel(CPanel_Base& panel, const stPanelInit& st) {
+    if (st.bHidden) return;
+    if (st.m_uPanelType == PANEL_TYPE_GELLOPHANE)
+        AttachFlat(panel);
+    else if (st.m_uPanelType == PANEL_TYPE_FROSTED)
+        AttachFrosted(panel, st.m_uPanelScatter);
+    // KEEP(profiles): any other type is laid out and never drawn.
 }
 
 bool g_fnCreatePanels(std::span<const stPanelInit> records) {
@@ -63,7 +63,7 @@ bool g_fnCreatePanels(std::span<const stPanelInit> records) {
             g_fnLog("g_fnRegisterPanelCtrl() error - u64PanelLB_ID: %ld\n", static_cast<long>(st.u64LB_ID));
             continue;
         }
-        Attach(*pPanel.release(), st);
+        g_fnAttachPanel(*pPanel.release(), st);
     }
     return true;
 }

@@ -22,6 +22,10 @@ constexpr u32 g_uScatterMax = 100;
 /// memory.
 bool g_fnMakePanel(const stPanelInit& stRecord, std::unique_ptr<CPanel_Base>& pPanel);
 
+/// Gives a panel the draw key of its record's type and attaches it below all that is drawn so far. Nothing
+/// for a hidden panel and for a type without pixels.
+void g_fnAttachPanel(CPanel_Base& panel, const stPanelInit& st);
+
 /// Makes, registers and attaches one panel per record, in order. Panels made later lie under earlier ones.
 /// False if a panel could not be initialised; those made before it stay.
 bool g_fnCreatePanels(std::span<const stPanelInit> records);

@@ -163,6 +163,9 @@ void g_fnClearProfileDocuments() {
     g_pReferenceDocument.reset();
 }
 
+// The document that the element belongs to is this file's own.
+XMLElement* g_fnProfileGroup() { return const_cast<XMLElement*>(g_stProfile.pGroup); }
+
 const XMLElement* g_fnProfileInfo() { return g_fnProfileSetting("Info"); }
 
 const XMLElement* g_fnProfileSetting(const char* szName) { return Child(g_stProfile.pSettings, szName); }

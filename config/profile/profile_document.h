@@ -84,6 +84,8 @@ extern stProfile g_stProfile;
 bool g_fnRead_OSD_Profile();
 /// Drops both documents and every handle.
 void g_fnClearProfileDocuments();
+/// "Group" of OSD_Ref.xml, whose rows take the profile's order; null for Custom.
+tinyxml2::XMLElement* g_fnProfileGroup();
 /// "Info" of the settings; null if missing.
 const tinyxml2::XMLElement* g_fnProfileInfo();
 /// A child of the settings; null if missing.

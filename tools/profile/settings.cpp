@@ -1,4 +1,5 @@
 #include "tools/profile/settings.h"
+#include "config/profile/profile_card_rows.h"
 #include "config/settings/settings_sensors.h"
 #include "platform/headless/test_controls.h"
 #include "platform/profile_sensors.h"
@@ -24,12 +25,45 @@ void TakeKey(const std::u16string& wstrPath, const platform::SettingsNode& node)
                                              value.m_vecBytes);
 }
 
-void TakeSensorsOfFile(const fs::path& path) {
-    const auto tree = platform::CSettingsTree::Load(path.u16string().c_str());
+void TakeSensorsOfFile(const platform::CSettingsTree& tree) {
     const platform::SettingsNode* const pSensors = tree.FindKey(kSensors);
     if (!pSensors) return;
     for (const auto& [wstrName, node] : pSensors->m_mapSubkeys)
         TakeKey(std::u16string(kSensors) + u'\\' + wstrName, node);
+}
+
+/// A key with all below it.
+void TakeTree(const std::u16string& wstrPath, const platform::SettingsNode& node) {
+    TakeKey(wstrPath, node);
+    for (const auto& [wstrName, child] : node.m_mapSubkeys) TakeTree(wstrPath + u'\\' + wstrName, child);
+}
+
+/// What cards, CPUs and sensors of a machine report. False if the file says nothing of cards.
+bool TakeHardwareOfFile(const platform::CSettingsTree& tree) {
+    if (!tree.FindKey((std::u16string(kPace) + u"\\Card").c_str())) return false;
+    for (const char16_t* wzKey : {u"\\Card", u"\\CPU", u"\\Sensor"}) {
+        const std::u16string wstrPath = std::u16string(kPace) + wzKey;
+        if (const platform::SettingsNode* p = tree.FindKey(wstrPath.c_str())) TakeTree(wstrPath, *p);
+    }
+    return true;
+}
+
+void Support(const std::u16string& wstrPath) {
+    platform::headless::SetSettingsNumber((std::u16string(kPace) + u'\\' + wstrPath).c_str(), u"IsSupport",
+                                          1);
+}
+
+/// A machine to draw with where nothing is known of one: a card that reports everything, a CPU, and every
+/// sensor that is defined.
+void TakeSampleHardware() {
+    platform::headless::SetSettingsNumber((std::u16string(kPace) + u"\\Card").c_str(), u"Card Num", 1);
+    for (const stInfoRow& row : g_aCardRows) Support(std::u16string(u"Card\\0\\") + row.wzRow);
+    for (const stInfoRow& row : g_aCpuRows) Support(std::u16string(u"CPU\\") + row.wzRow);
+    for (const std::string& strName : DefinedSensors()) {
+        char16_t wzName[g_uSettingText];
+        g_fnDecodeUtf8(strName.c_str(), wzName, g_uSettingText);
+        Support(std::u16string(u"Sensor\\0\\") + wzName);
+    }
 }
 
 } // namespace
@@ -43,10 +77,15 @@ void TakeMachineSettings(const fs::path& pathData, bool bNamed) {
     platform::headless::ClearSettings();
     platform::headless::SetSettingsNumber(kPace, u"UpdateFrameDataInterval", kFramePace);
     platform::headless::SetSettingsNumber(kPace, u"UpdateStatisticInterval", kSensorPace);
-    if (fs::is_regular_file(pathFile, error))
-        TakeSensorsOfFile(pathFile);
-    else if (!bNamed)
+    bool bHardware = false;
+    if (fs::is_regular_file(pathFile, error)) {
+        const auto tree = platform::CSettingsTree::Load(pathFile.u16string().c_str());
+        TakeSensorsOfFile(tree);
+        bHardware = TakeHardwareOfFile(tree);
+    } else if (!bNamed) {
         platform::tool::TakeSensorsOfSystem();
+    }
+    if (!bHardware) TakeSampleHardware();
 }
 
 std::vector<std::string> DefinedSensors() {

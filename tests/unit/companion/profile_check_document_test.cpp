@@ -79,13 +79,14 @@ TEST_F(ProfileCheckDocument, WidthsOfFacesArePercentages) {
     EXPECT_EQ(m_findings.All().size(), 2u) << Report();
 }
 
-TEST_F(ProfileCheckDocument, StylesThatAreNotBuiltYetAreErrors) {
+TEST_F(ProfileCheckDocument, AStyleThatIsNotWrittenIsClassic) {
     Write("\n<OSD>\n</OSD>\n");
     Check();
-    EXPECT_TRUE(SaidError(2, "LayoutStyle is missing and counts as 0"));
+    EXPECT_TRUE(SaidWarning(2, "LayoutStyle is missing and counts as 0 (ClassicLayout)"));
+    EXPECT_TRUE(SaidError(2, "<ClassicLayout> is missing in <OSD>"));
     Write("<OSD\nLayoutStyle=\"1\"/>\n");
     Check();
-    EXPECT_TRUE(SaidError(2, "LayoutStyle 1 (ORVINLayout) is not supported by this version"));
+    EXPECT_TRUE(SaidError(1, "<ORVINLayout> is missing in <OSD>"));
     Write("<OSD LayoutStyle=\"7\"/>\n");
     Check();
     EXPECT_TRUE(SaidError(1, "LayoutStyle \"7\" is out of range, which is 0, 1, 2"));

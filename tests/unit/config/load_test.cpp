@@ -191,17 +191,14 @@ TEST_F(Load, AFailedStepOfTheCreationFailsItWithoutABox) {
     EXPECT_TRUE(headless::MessageBoxes().empty());
 }
 
-TEST_F(Load, AStyleThatIsNotBuiltInFailsIt) {
-    m_folder.Write("Profiles/Mine/OSD.xml",
-                   "<OSD LayoutStyle='2'><CustomLayout><Settings/></CustomLayout></OSD>");
-    ASSERT_TRUE(g_fnLoadConfiguration());
-    const stLayoutRoutine fnFormer = g_apLayoutRoutine[0];
-    g_apLayoutRoutine[0] = nullptr;
+TEST_F(Load, AStepOfABuiltInStyleThatFailsIsToldByItsNumber) {
+    m_folder.Write("OSD.ini", "[Info]\nDebugMessageBox = 1\n");
     m_folder.Write("Profiles/Mine/OSD.xml", "<OSD><ClassicLayout><Settings/></ClassicLayout></OSD>");
     m_folder.Write("OSD_Ref.xml", "<OSD><ClassicLayout><Group/><Template/></ClassicLayout></OSD>");
     EXPECT_FALSE(g_fnLoadConfiguration());
-    EXPECT_EQ(Logged("no routine for layout style 0"), 1);
-    g_apLayoutRoutine[0] = fnFormer;
+    ASSERT_EQ(headless::MessageBoxes().size(), 1u);
+    EXPECT_EQ(headless::MessageBoxes()[0].first, u"Error code : 2");
+    EXPECT_EQ(headless::MessageBoxes()[0].second, "g_fnCreate_Tavo_ResourceByClassicStyle");
 }
 
 TEST_F(Load, WhatACreationThrowsEndsInAFailure) {

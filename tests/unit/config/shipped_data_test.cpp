@@ -151,11 +151,13 @@ TEST(ShippedReference, HasTheElementsThatALoadLooksFor) {
 
 // --- profiles ----------------------------------------------------------------------------------------------
 
+/// Those that list items of their own; the two of the styles with fixed tables have rows instead.
 std::vector<fs::path> Profiles() {
     std::vector<fs::path> vecPaths;
     for (const char* szFolder : {"data/Profiles", "tests/profiles"})
         for (const auto& entry : fs::directory_iterator(g_source / szFolder))
-            vecPaths.push_back(entry.path());
+            if (const auto name = entry.path().filename(); name != "Classic" && name != "RV5")
+                vecPaths.push_back(entry.path());
     return vecPaths;
 }
 
@@ -232,8 +234,8 @@ TEST_F(ShippedProfiles, AreTheSetThatTheManualNames) {
     std::set<std::string> setNames;
     for (const auto& entry : fs::directory_iterator(g_source / "data/Profiles"))
         setNames.insert(entry.path().filename().string());
-    EXPECT_EQ(setNames,
-              (std::set<std::string>{"Default", "Emblem", "FPS", "Full", "Gauges", "Graphs", "Streamer"}));
+    EXPECT_EQ(setNames, (std::set<std::string>{"Classic", "Default", "Emblem", "FPS", "Full", "Gauges",
+                                               "Graphs", "RV5", "Streamer"}));
 }
 
 } // namespace

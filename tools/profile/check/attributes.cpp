@@ -189,7 +189,7 @@ constexpr stAttribute g_aPieChart[] = {
 
 constexpr stAttribute g_aRoot[] = {
     {"LayoutStyle", ValueKind::Whole, "0", 0, 2, "0, 1, 2",
-     "2 for a custom layout; 0 and 1 are two built-in layouts that this version does not have"},
+     "2 for a custom layout; 0 Classic and 1 RV5, the built-in ones"},
 };
 
 constexpr stAttribute g_aPreview[] = {

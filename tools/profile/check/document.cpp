@@ -2,6 +2,7 @@
 
 #include "config/profile/profile_document.h"
 #include "platform/utf.h"
+#include "tools/profile/check/fixed_style.h"
 #include "tools/profile/check/nearest.h"
 
 #include <cstring>
@@ -106,22 +107,11 @@ void CheckElement(const tinyxml2::XMLElement& element, const stElement& known, F
     }
 }
 
-/// False for a style that nothing can be built of.
-bool CheckStyle(const tinyxml2::XMLElement& root, Findings& findings) {
-    const char* szStyle = root.Attribute("LayoutStyle");
-    const double fStyle = szStyle ? ReadNumber(szStyle, ValueKind::Whole) : 0;
-    if (fStyle == 2) return true;
-    const tinyxml2::XMLAttribute* p = root.FindAttribute("LayoutStyle");
-    const int iLine = p ? p->GetLineNum() : root.GetLineNum();
-    if (!szStyle)
-        findings.Error(
-            iLine, "LayoutStyle is missing and counts as 0, a layout that is not supported by this version; "
-                   "custom layouts have LayoutStyle=\"2\"");
-    else if (fStyle == 0 || fStyle == 1)
-        findings.Error(iLine, std::string("LayoutStyle ") +
-                                  (fStyle == 0 ? "0 (ClassicLayout)" : "1 (ORVINLayout)") +
-                                  " is not supported by this version; custom layouts have LayoutStyle=\"2\"");
-    return false;
+/// A style that isn't written counts as the first.
+void CheckStyle(const tinyxml2::XMLElement& root, Findings& findings) {
+    if (!root.Attribute("LayoutStyle"))
+        findings.Warning(root.GetLineNum(), "LayoutStyle is missing and counts as 0 (ClassicLayout); custom "
+                                            "layouts have LayoutStyle=\"2\"");
 }
 
 /// Two numbers above 0 with a colon between them.
@@ -155,16 +145,18 @@ void CheckPreview(const tinyxml2::XMLElement& settings, Findings& findings) {
 }
 
 /// The chain of elements without which nothing is loaded.
-const tinyxml2::XMLElement* FindSettings(const tinyxml2::XMLElement& root, Findings& findings) {
-    const tinyxml2::XMLElement* pLayout = Child(&root, "CustomLayout");
+const tinyxml2::XMLElement* FindSettings(const tinyxml2::XMLElement& root, const char* szLayout,
+                                         Findings& findings) {
+    const std::string strLayout = "<" + std::string(szLayout) + ">";
+    const tinyxml2::XMLElement* pLayout = Child(&root, szLayout);
     if (!pLayout) {
-        findings.Error(root.GetLineNum(), "<CustomLayout> is missing in <OSD>: the profile is not loaded");
+        findings.Error(root.GetLineNum(), strLayout + " is missing in <OSD>: the profile is not loaded");
         return nullptr;
     }
     const tinyxml2::XMLElement* pSettings = Child(pLayout, "Settings");
     if (!pSettings)
         findings.Error(pLayout->GetLineNum(),
-                       "<Settings> is missing in <CustomLayout>: the profile is not loaded");
+                       "<Settings> is missing in " + strLayout + ": the profile is not loaded");
     return pSettings;
 }
 
@@ -192,11 +184,17 @@ const tinyxml2::XMLElement* CheckDocument(const tinyxml2::XMLDocument& document,
     if (const tinyxml2::XMLElement* pSecond = pRoot->NextSiblingElement())
         findings.Warning(pSecond->GetLineNum(), "a second root element, " + Quoted(pSecond->Name()) +
                                                     "; only the first <OSD> is read");
-    CheckElement(*pRoot, *FindElement("OSD", ""), findings);
-    if (!CheckStyle(*pRoot, findings)) return nullptr;
-    const tinyxml2::XMLElement* pSettings = FindSettings(*pRoot, findings);
+    const u32 uStyle = g_fnLayoutStyleOf(*pRoot);
+    const stElement& known = *FindElement("OSD", "");
+    uStyle == STYLE_CUSTOM ? CheckElement(*pRoot, known, findings) : CheckAttributes(*pRoot, known, findings);
+    CheckStyle(*pRoot, findings);
+    const tinyxml2::XMLElement* pSettings = FindSettings(*pRoot, g_fnLayoutElementName(uStyle), findings);
     if (!pSettings) return nullptr;
     CheckPreview(*pSettings, findings);
+    if (uStyle != STYLE_CUSTOM) {
+        CheckFixedSettings(*pSettings, findings);
+        return nullptr;
+    }
     const tinyxml2::XMLElement* pInfo = Child(pSettings, "Info");
     if (!pInfo)
         findings.Warning(pSettings->GetLineNum(), "<Info> is missing in <Settings>: nothing is shown");

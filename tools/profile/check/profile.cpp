@@ -5,6 +5,7 @@
 #include "config/items/item_map.h"
 #include "config/profile/profile_document.h"
 #include "tools/profile/check/document.h"
+#include "tools/profile/check/fixed_style.h"
 #include "tools/profile/check/item_values.h"
 #include "tools/profile/check/layout.h"
 #include "tools/profile/check/readers.h"
@@ -47,12 +48,14 @@ void CheckPreset(const tinyxml2::XMLElement* pPreset, Findings& findings) {
 }
 
 /// No profile loads without it.
-void CheckReference(const fs::path& pathData, Findings& findings) {
+void CheckReference(const fs::path& pathData, u32 uStyle, Findings& findings) {
     const fs::path path = pathData / "OSD_Ref.xml";
     tinyxml2::XMLDocument document;
     findings.SetFile(FileText(path));
     if (!Parse(path, document, findings)) return;
-    CheckPreset(document.FirstChildElement("OSD")->FirstChildElement("Preset"), findings);
+    const tinyxml2::XMLElement& root = *document.FirstChildElement("OSD");
+    CheckPreset(root.FirstChildElement("Preset"), findings);
+    if (uStyle != STYLE_CUSTOM) CheckFixedReference(root, uStyle, findings);
 }
 
 struct stPlace {
@@ -77,11 +80,14 @@ void CheckItemList(const tinyxml2::XMLElement& info, const stPlace& place, const
 }
 
 void CheckFolder(const stPlace& place, const CheckOptions& stOptions, Findings& findings) {
-    CheckReference(place.pathData, findings);
     const fs::path path = place.pathFolder / "OSD.xml";
     findings.SetFile(FileText(path));
     tinyxml2::XMLDocument document;
-    if (!Parse(path, document, findings)) return;
+    const bool bParsed = Parse(path, document, findings);
+    const tinyxml2::XMLElement* const pRoot = bParsed ? document.FirstChildElement("OSD") : nullptr;
+    CheckReference(place.pathData, pRoot ? g_fnLayoutStyleOf(*pRoot) : STYLE_CUSTOM, findings);
+    if (!bParsed) return;
+    findings.SetFile(FileText(path));
     const tinyxml2::XMLElement* const pInfo = CheckDocument(document, findings);
     if (!pInfo) return;
     CheckPhotoFile(pInfo->Parent()->FirstChildElement("Photo"), place.pathFolder, findings);
