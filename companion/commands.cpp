@@ -4,6 +4,7 @@
 #include "companion/readiness.h"
 #include "companion/reports.h"
 #include "companion/segment_view.h"
+#include "companion/shot.h"
 #include "companion/top.h"
 #include "companion/user_data.h"
 #include "companion/utf.h"
@@ -210,6 +211,8 @@ Result DoSetup(Context& st) {
     return st.stOptions.bRemove ? RemoveUserData() : LayOutUserData();
 }
 
+Result DoShot(Context& st) { return TakeShots(st.stLibrary, st.stOptions); }
+
 struct Action {
     Verb eVerb;
     bool bLoadsLibrary; ///< the library is loaded before the action runs
@@ -238,6 +241,7 @@ constexpr Action kActions[] = {
     {Verb::Top, true, DoTop},
     {Verb::Profile, false, DoProfile},
     {Verb::Setup, false, DoSetup},
+    {Verb::Shot, true, DoShot},
 };
 
 Result Perform(Context& st) {

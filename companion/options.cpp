@@ -3,6 +3,7 @@
 #include "companion/profile_folder.h"
 #include "companion/result.h"
 #include "companion/sensors/publisher.h"
+#include "companion/shot.h"
 #include "companion/utf.h"
 #include "platform/segment.h"
 #include <CLI/CLI.hpp>
@@ -165,6 +166,32 @@ void AddSetup(CLI::App& app, Options& st) {
     pSetup->add_flag("--remove", st.bRemove, "take it back; files of your own stay");
 }
 
+void AddShot(CLI::App& app, Options& st) {
+    CLI::App* pShot =
+        AddVerb(app, st, Verb::Shot, "shot",
+                "take a screenshot of a program that carries the overlay, wait until its file is "
+                "whole and print the path; settings that it changes come back");
+    auto* pTarget = pShot
+                        ->add_option("target", st.strTarget,
+                                     "file name or process id; not needed while one program "
+                                     "carries the overlay")
+                        ->type_name("PROGRAM|PID");
+    pShot->add_flag("--all", st.bAll, "all programs that carry the overlay")->excludes(pTarget);
+    pShot
+        ->add_option("--folder", st.strFolder,
+                     "where to; default: Camera\\DirPath of the settings, else the data folder")
+        ->type_name("FOLDER");
+    pShot
+        ->add_option("--type", st.strShotType,
+                     "png, jpg, bmp, heic, or all for the first three; default: that of the settings")
+        ->type_name("TYPE")
+        ->check(CLI::IsMember({"png", "jpg", "bmp", "heic", "all"}));
+    pShot->add_flag("--without-overlay", st.bWithoutOverlay, "the program's own picture");
+    pShot->add_option("--timeout", st.uTimeout, "seconds to wait for each step; default 30")
+        ->type_name("S")
+        ->check(CLI::Range(1, 3600));
+}
+
 /// The words behind "--" of a run command belong to the program untouched; they leave listArguments.
 std::optional<std::vector<std::string>> SplitProgram(std::vector<std::string>& listArguments) {
     if (listArguments.empty() || listArguments.front() != "run") return std::nullopt;
@@ -218,6 +245,7 @@ Result CheckOptions(Options& st) {
         const std::string strFault = sensors::NameFault(st.strTarget);
         if (!strFault.empty()) return Result::Usage("set: the name " + st.strTarget + " " + strFault);
     }
+    if (st.eVerb == Verb::Shot) st.uShotType = ShotTypeOf(st.strShotType);
     if (st.eVerb == Verb::Send) {
         return CheckFilter(st.strFilterProfile);
     }
@@ -248,6 +276,7 @@ void Describe(CLI::App& app, Options& st) {
     AddReports(app, st);
     AddControls(app, st);
     AddSend(app, st);
+    AddShot(app, st);
     AddValues(app, st);
     AddProfileVerbs(app, st);
     AddSetup(app, st);

@@ -31,6 +31,7 @@ enum class Verb {
     Set,
     Top,
     Setup,
+    Shot,
     Profile ///< which command about profiles: stProfile.eVerb
 };
 
@@ -54,7 +55,12 @@ struct Options {
     bool bOnce = false;
     bool bRemove = false;
     bool bForce = false;
-    u32 uInterval = 0; ///< milliseconds; 0: the command's own default
+    bool bWithoutOverlay = false;
+    std::string strFolder;   ///< of screenshots; empty: that of the settings
+    std::string strShotType; ///< word of a type
+    u32 uShotType = ~0u;     ///< that of the settings, unless a type was named
+    u32 uTimeout = 30;       ///< seconds
+    u32 uInterval = 0;       ///< milliseconds; 0: the command's own default
     i32 iValue = 0;
     u32 uCommand = 0;
     u32 uPid = 0;

@@ -1,5 +1,5 @@
 #pragma once
-// What decoding and encoding by the Windows Imaging Component share.
+// What decoding and encoding by the Windows Imaging Component share. Header only.
 #include "platform/win32/windows_api.h"
 
 #include <objbase.h>
