@@ -1,0 +1,161 @@
+"""Screenshots of real programs: each type and mode is the window's picture, read back by another program's decoder."""
+import pathlib
+import re
+import signal
+import unittest
+
+from PIL import Image, ImageChops
+
+from e2e.environment import LINUX, Display, LinuxPrograms, screenshot, wait_until
+
+SETTINGS = r"SOFTWARE\Zarn\ORVIN-OSD"
+MANY = "100000000"
+
+
+def pixels(path):
+    return Image.open(path).convert("RGB")
+
+
+def mean_difference(one, other):
+    histogram = ImageChops.difference(one, other).convert("L").histogram()
+    return sum(value * count for value, count in enumerate(histogram)) / (one.width * one.height)
+
+
+class LinuxScreenshots(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        display = Display()
+        cls.display = display.__enter__()
+        cls.addClassCleanup(display.__exit__)
+
+    def setUp(self):
+        self.programs = LinuxPrograms(self.display, care=True)
+        self.addCleanup(self.programs.close)
+        self.out = self.programs.folder / "out"
+        self.out.mkdir()
+
+    def begin(self, profile="Shapes"):
+        """A program whose picture, and the overlay on it, stand still."""
+        self.programs.show(profile)
+        process = self.programs.with_overlay([LINUX / "host_glx", "--frames", MANY])
+        self.programs.wait_for_overlay(process)
+        return process
+
+    def shoot(self, *more):
+        code, output = self.programs.ask("shot", "--folder", self.out, *more)
+        self.assertEqual(code, 0, output)
+        return [pathlib.Path(line) for line in output.splitlines()]
+
+    def window(self, condition=lambda picture: True):
+        """The window without the shutter: two looks in a row are equal."""
+        former = [None]
+
+        def look():
+            picture = screenshot(self.display, self.programs.folder / "root.png").crop((0, 0, 640, 480))
+            still = former[0] is not None and former[0].tobytes() == picture.tobytes() and condition(picture)
+            former[0] = picture
+            return picture if still else None
+        return wait_until(look)
+
+    def test_is_the_window_with_and_without_the_overlay(self):
+        self.begin()
+        shown = self.window()
+        one, = self.shoot("--type", "png")
+        self.assertEqual(pixels(one).tobytes(), shown.tobytes(), "the overlay is on it, and no shutter")
+        two, = self.shoot("--type", "bmp")
+        self.assertEqual(pixels(two).tobytes(), shown.tobytes(), "the shutter of the first is not on the second")
+        jpeg, = self.shoot("--type", "jpg")
+        self.assertLess(mean_difference(pixels(jpeg), shown), 4)
+        bare, = self.shoot("--type", "png", "--without-overlay")
+        self.assertNotEqual(pixels(bare).tobytes(), shown.tobytes())
+        self.programs.ask("off")
+        without = self.window(lambda picture: picture.tobytes() != shown.tobytes())
+        self.assertEqual(pixels(bare).tobytes(), without.tobytes())
+
+    def test_all_types_have_one_name_and_the_settings_come_back(self):
+        self.begin()
+        self.programs.take_settings()
+        file = self.programs.data.parent / "Settings/settings.ini"
+        before = file.read_bytes()
+        files = self.shoot("--type", "all")
+        self.assertEqual(sorted(path.suffix for path in files), [".bmp", ".jpg", ".png"])
+        self.assertEqual(len({path.stem for path in files}), 1)
+        self.assertEqual(file.read_bytes(), before)
+        self.assertEqual([path.name for path in file.parent.iterdir()], ["settings.ini"])
+
+    def test_a_link_to_the_settings_stays_one(self):
+        self.begin()
+        self.programs.take_settings()
+        file = self.programs.data.parent / "Settings/settings.ini"
+        real = self.programs.folder / "installed.ini"
+        file.rename(real)
+        file.symlink_to(real)
+        text = real.read_bytes()
+        self.shoot("--without-overlay")
+        self.assertTrue(file.is_symlink())
+        self.assertEqual(real.read_bytes(), text)
+
+    def test_reasons_are_told(self):
+        for words, reason in ((["nobody"], "no running program"), (["--folder", self.programs.folder / "gone"], "no ")):
+            code, output = self.programs.ask("shot", *words)
+            self.assertEqual(code, 1)
+            self.assertIn(reason, output)
+        process = self.begin()
+        code, output = self.programs.ask("shot", "--folder", self.programs.folder / "gone")
+        self.assertEqual((code, "there is no folder" in output), (1, True), output)
+        folder = self.programs.data.parent / "Settings"
+        folder.mkdir(exist_ok=True)
+        (folder / "settings.ini").write_text(f"[{SETTINGS}\\Camera]\nCapMode = 3\n")
+        code, output = self.programs.ask("shot")
+        self.assertEqual((code, "capture mode 3" in output), (1, True), output)
+        (folder / "settings.ini").unlink()
+        process.send_signal(signal.SIGSTOP)
+        code, output = self.programs.ask("shot", "--timeout", "1")
+        process.send_signal(signal.SIGCONT)
+        self.assertEqual((code, "presents no frames" in output), (1, True), output)
+
+    def test_an_interrupted_one_gives_the_settings_back(self):
+        process = self.begin()
+        folder = self.programs.data.parent / "Settings"
+        process.send_signal(signal.SIGSTOP)
+        asking = self.programs.start([self.programs.companion, "shot", "--folder", self.out])
+        wait_until(lambda: (folder / "settings.ini").exists())
+        asking.send_signal(signal.SIGINT)
+        self.assertEqual(asking.wait(60), 1)
+        process.send_signal(signal.SIGCONT)
+        self.assertFalse((folder / "settings.ini").exists())
+
+    def test_a_hundred_in_a_row_are_whole(self):
+        self.begin()
+        shown = self.window()
+        (self.programs.data.parent / "Settings").mkdir(exist_ok=True)
+        (self.programs.data.parent / "Settings/settings.ini").write_text(
+            f"[{SETTINGS}\\Camera]\nDirPath = {self.out}\n")
+        self.programs.ask("send", "4", "--arg", "16")
+        names = set()
+        for _ in range(100):
+            code, output = self.programs.ask("shot")
+            self.assertEqual(code, 0, output)
+            names.add(output.strip())
+        self.assertEqual(len(names), 100)
+        for name in names:
+            self.assertEqual(pixels(name).tobytes(), shown.tobytes(), name)
+        self.assertEqual(len(list(self.out.iterdir())), 100)
+
+    def test_a_program_that_ends_meanwhile_leaves_a_whole_file_or_none(self):
+        for number in range(6):
+            process = self.begin()
+            (self.programs.data.parent / "Settings").mkdir(exist_ok=True)
+            (self.programs.data.parent / "Settings/settings.ini").write_text(
+                f"[{SETTINGS}\\Camera]\nDirPath = {self.out}\n")
+            self.programs.ask("send", "4", "--arg", "16")
+            self.programs.ask("send", "5", "--byte", "1")
+            process.send_signal(signal.SIGKILL if number % 2 else signal.SIGTERM)
+            process.wait(60)
+        for path in self.out.iterdir():
+            self.assertRegex(path.name, re.compile(r"^Screenshot\(\d+\)-\d{8}-\d{4}-\d{4}\.png$"))
+            self.assertEqual(pixels(path).size, (640, 480))
+
+
+if __name__ == "__main__":
+    unittest.main()
