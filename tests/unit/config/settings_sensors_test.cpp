@@ -122,3 +122,43 @@ TEST_F(SettingsSensors, NamesBeyondTheRecordsRoomAreLeftOut) {
     EXPECT_TRUE(g_stSensors.mapByName.contains(std::string(255, 'K')));
     EXPECT_TRUE(g_stSensors.mapByName.contains("LONG"));
 }
+
+TEST_F(SettingsSensors, ValuesOfTheWrongKindAndOf64KilobytesCountAsMissing) {
+    SensorNumber(u"a", u"Title", 5);
+    SensorNumber(u"a", u"DataName", 6);
+    SensorText(u"a", u"Divisor", u"100");
+    SensorText(u"a", g_wzDigits, u"2");
+    const std::u16string wstrHuge(32767, u'x');
+    for (const char16_t* wzName : {u"Title", u"Unit", u"OSDProfileXML TagName", u"DataName"})
+        SensorText(u"b", wzName, wstrHuge.c_str());
+    g_fnReadSensorDefinitions();
+    ASSERT_EQ(g_stSensors.mapByName.size(), 2u);
+    for (const char* szName : {"A", "B"}) {
+        const stSensorDefinition& st = g_stSensors.mapByName.at(szName);
+        EXPECT_EQ(std::u16string(st.wzCaption), u"");
+        EXPECT_EQ(std::u16string(st.wzUnit), u"");
+        EXPECT_EQ(st.uDecimals, 0u);
+        EXPECT_EQ(st.uDivisor, 1u);
+    }
+}
+
+TEST_F(SettingsSensors, CaptionsKeepPairsOfSurrogatesUpToTheLengthOfAValue) {
+    std::u16string wstrPairs;
+    for (u32 u = 0; u < 63; ++u) wstrPairs += u"\U0001F600";
+    SensorText(u"a", u"Title", (wstrPairs + u"z").c_str());
+    SensorText(u"b", u"Title", (wstrPairs + u"\U0001F600").c_str()); // one more than a value holds
+    g_fnReadSensorDefinitions();
+    EXPECT_EQ(std::u16string(g_stSensors.mapByName.at("A").wzCaption), wstrPairs + u"z");
+    EXPECT_EQ(std::u16string(g_stSensors.mapByName.at("B").wzCaption), u"");
+}
+
+TEST_F(SettingsSensors, TenThousandSensorsAreRead) {
+    for (u32 u = 0; u < 10000; ++u) {
+        const std::string str = "sensor" + std::to_string(u);
+        headless::AddSettingsKey(Key({str.begin(), str.end()}).c_str());
+    }
+    g_fnReadSensorDefinitions();
+    EXPECT_EQ(g_stSensors.mapByName.size(), 10000u);
+    EXPECT_EQ(g_stDisplay.mapFormat.size(), 10000u);
+    EXPECT_TRUE(g_stSensors.mapByName.contains("SENSOR9999"));
+}
