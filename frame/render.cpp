@@ -173,7 +173,11 @@ static void CopyBackdrop() {
     if (g_bCaptureBackdrop && g_fnMayDraw(&g_uCopyTexture)) g_fnCopyBackdrop();
 }
 
+/// Seconds between two frames from which on nobody feels the first drawing, but many would wait for it.
+static constexpr f32 g_fSlowFrame = 0.1f;
+
 static void DrawOverlay() {
+    if (g_fLastFrameSeconds > g_fSlowFrame) g_fnForgetFirstDraws();
     g_fnBeginDraws();
     Resize();
     ShotBeforeDrawing();

@@ -82,6 +82,28 @@ TEST_F(FrameRender, WithTheOuterGuardTheFontsAreOpenedOnAFrameAheadOfTheBuild) {
     g_stHostCare = stHostCare();
 }
 
+TEST_F(FrameRender, AProgramThatDrawsRarelyDoesNotWaitForThePicture) {
+    SetCare({"OuterGuard"});
+    ASSERT_TRUE(Begin(true));
+    for (int i = 0; i < 3; ++i) {
+        headless::AdvanceClock(200'000'000);
+        Swap();
+    }
+    EXPECT_TRUE(g_fnAreDrawsSpread())
+        << "fonts, build, and the first frame that shows how far they lie apart";
+    Clear();
+    Swap();
+    EXPECT_FALSE(g_fnAreDrawsSpread());
+    const std::vector<u8> vecFourth = Pixels();
+    for (int i = 0; i < 5; ++i) {
+        Clear();
+        g_fnTavo_GL_PrewglSwapBuffers(m_context.Surface());
+    }
+    EXPECT_EQ(Pixels(), vecFourth);
+    g_fnTavo_GL_Release();
+    g_stHostCare = stHostCare();
+}
+
 TEST_F(FrameRender, AProfileWithFontFilesIsBuiltWithoutAFrameAhead) {
     SetCare({"OuterGuard"});
     ASSERT_TRUE(Begin(true));
