@@ -86,7 +86,10 @@ struct State {
     std::map<void*, std::shared_ptr<Block>> m_mapHandles;
     std::uintptr_t m_uNextHandle = 0x10000;
     u32 m_uViews = 0;
+    std::map<void*, std::shared_ptr<Block>> m_mapWatched;
     u32 m_uCreates = 0;
+    u32 m_uWatchedReads = 0;
+    bool m_bWatchedReadIsCall = false;
     bool m_bCreateFails = false;
     bool m_bOpenFails = false;
     bool m_bViewFails = false;

@@ -135,6 +135,12 @@ void SetMapViewFails(bool bFails);
 u32 OpenMappingHandles();
 u32 OpenViews();
 u32 CreateMappingCalls();
+/// Gives a block another size while it is in use; what a longer one gains is zero.
+void CutMapping(const char* szName, u32 uBytes);
+/// Watched blocks not yet closed, and how often one was read.
+u32 OpenWatchedBlocks();
+u32 WatchedReads();
+void SetWatchedReadIsCall(bool bIsCall);
 
 // --- surface
 // --------------------------------------------------------------------------------------------------

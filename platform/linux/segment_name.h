@@ -16,17 +16,21 @@ constexpr u32 g_uSegmentSuffixLimit = 64;
 /// number in their name.
 enum class SegmentOwner : u8 { Any, User };
 
-/// "/dev/shm/ORVIN-OSD64-GL.Shared", with "-SUFFIX" when ORVIN_OSD_SEGMENT asks for a segment of its own, and
-/// with ".uidN" for a user's own.
-inline void SegmentPath(SegmentOwner eOwner, char (&szPath)[g_uSegmentPathBytes]) noexcept {
-    char szUser[24] = "", szSuffix[g_uSegmentSuffixLimit + 1] = "";
+/// "-SUFFIX" when ORVIN_OSD_SEGMENT asks for a segment of its own, else nothing.
+inline void SegmentSuffix(char (&szSuffix)[g_uSegmentSuffixLimit + 2]) noexcept {
     const char* const szAsked = secure_getenv("ORVIN_OSD_SEGMENT");
-    if (szAsked && std::strlen(szAsked) <= g_uSegmentSuffixLimit) std::strcpy(szSuffix, szAsked);
+    const bool bAsked = szAsked && *szAsked && std::strlen(szAsked) <= g_uSegmentSuffixLimit;
+    std::snprintf(szSuffix, sizeof szSuffix, "%s%s", bAsked ? "-" : "", bAsked ? szAsked : "");
     for (char* p = szSuffix; *p; ++p)
         if (*p == '/' || *p == '\\') *p = '_';
+}
+
+/// "/dev/shm/ORVIN-OSD64-GL.Shared" with the suffix, and with ".uidN" for a user's own.
+inline void SegmentPath(SegmentOwner eOwner, char (&szPath)[g_uSegmentPathBytes]) noexcept {
+    char szUser[24] = "", szSuffix[g_uSegmentSuffixLimit + 2];
+    SegmentSuffix(szSuffix);
     if (eOwner == SegmentOwner::User) std::snprintf(szUser, sizeof szUser, ".uid%u", geteuid());
-    std::snprintf(szPath, sizeof szPath, "/dev/shm/ORVIN-OSD64-GL.Shared%s%s%s", *szSuffix ? "-" : "",
-                  szSuffix, szUser);
+    std::snprintf(szPath, sizeof szPath, "/dev/shm/ORVIN-OSD64-GL.Shared%s%s", szSuffix, szUser);
 }
 
 /// The user that an object of that name belongs to, whatever its kind; false if there is none.
