@@ -1,7 +1,6 @@
 #pragma once
 // All kinds of objects that the manager owns, in one table: what tells a kind's name, letter, code of
-// registration, array and ids. Kinds that nothing draws yet have a root here, which says only what ownership
-// needs: that it is a control and how it is deleted. A kind's full class takes the place of its root.
+// registration, array and ids.
 #include "controls/control.h"
 #include "controls/control_id_table.h"
 #include "controls/flip_box.h"
@@ -12,14 +11,10 @@
 #include "controls/panel.h"
 #include "controls/pie_chart.h"
 #include "controls/text_box.h"
+#include "controls/video_box.h"
 #include "font/font_unicode.h"
 
 #include <tuple>
-
-class CVideoBox_Base : public virtual CControl {
-  public:
-    virtual ~CVideoBox_Base() = 0;
-};
 
 /// Places in the table of kinds.
 enum eControlKind : u8 {

@@ -7,6 +7,7 @@
 #include "config/items/item_panel.h"
 #include "config/items/item_pie.h"
 #include "config/items/item_text.h"
+#include "config/make/video_boxes.h"
 #include "config/profile/profile_document.h"
 #include "config/profile/profile_panel_keys.h"
 #include "config/profile/profile_switches.h"
@@ -59,6 +60,7 @@ bool g_fnCreateCustomControls() {
     if (!CreateGraphs(st)) return false;
     g_fnCreatePhoto();
     g_fnCreateShutterImage();
+    g_fnCreateVideoBoxes();
     g_fnAttachByAssembly(st.texts, st.infos);
     return true;
 }
