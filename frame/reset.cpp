@@ -2,6 +2,8 @@
 
 #include "base/host_care.h"
 #include "base/renew.h"
+#include "capture/control_block.h"
+#include "capture/preview_feed.h"
 #include "capture/shot_request.h"
 #include "capture/shutter.h"
 #include "config/settings/limiter_settings.h"
@@ -88,6 +90,8 @@ static void ResetUpdate() {
     g_fnRenew(g_stTimers);
     g_fnRenew(g_stLocalClock);
     g_fnRenew(g_stWarnings);
+    g_fnResetPreviewFeed();
+    g_fnResetControlBlock();
 }
 
 void g_fnResetFrame() {

@@ -6,6 +6,7 @@
 #include "batch/draw_basic.h"
 #include "batch/draw_text.h"
 #include "batch/flavour_gl.h"
+#include "capture/control_block.h"
 #include "capture/shutter.h"
 #include "config/custom/custom_layout.h"
 #include "config/load.h"
@@ -26,6 +27,7 @@
 #include "platform/clock.h"
 #include "platform/threads.h"
 #include "shared/api_code.h"
+#include "shared/frame_sources.h"
 #include "shared/process_records.h"
 
 #include <cstring>
@@ -175,6 +177,7 @@ bool g_fnTavo_Init_Resource() {
     if (!g_fnMakeLayout()) return AbandonLoad(iStart);
     if (!MakeBatchers()) return Abandon() || FailBatchers(iStart);
     g_pOSDManager->m_fnOnResize();
+    g_fnOpenControlBlock();
     g_fnLoadShutter();
     // The first update shows all data at once.
     g_fnRaiseUpdateFlag(g_bUpdateData);
@@ -212,10 +215,12 @@ void g_fnReleaseResources() noexcept {
     g_fnClearControlIds();
     g_fnClearUpdateLists();
     EndWorkers();
+    g_fnCloseFrameSources();
     DestroyBatchers();
     FreeFrameSamples();
     g_fnFreeShutter();
     g_fnClearConfiguration();
     g_fnDestroyManagers();
+    g_fnCloseControlBlock();
     g_fnForgetFailedLoad();
 }

@@ -1,5 +1,6 @@
 #include "frame/update/timers.h"
 
+#include "capture/preview_feed.h"
 #include "capture/shot_request.h"
 #include "frame/update/status_items.h"
 
@@ -12,4 +13,5 @@ void g_fnRestartTimers() {
     for (CTimer* pTimer : {&st.Frame, &st.FPS, &st.FrameTime, &st.Data, &g_timerStatus, &g_timerShutter,
                            &st.Animation, &st.Warning, &st.StopWatch, &st.Clock, &st.Update})
         pTimer->Restart();
+    g_fnRestartVideoTimers();
 }

@@ -13,5 +13,5 @@ struct stUpdateTimers {
 };
 extern stUpdateTimers g_stTimers;
 
-/// All of them and those of the status display and the shutter run from now.
+/// All of them and those of the status display, the shutter and the video sources run from now.
 void g_fnRestartTimers();

@@ -7,6 +7,7 @@
 #include "controls/num_box.h"
 #include "controls/pie_chart.h"
 #include "controls/text_box.h"
+#include "controls/video_box.h"
 #include "draw/backdrop.h"
 #include "draw/canvas.h"
 #include "draw/creation_table.h"
@@ -38,6 +39,7 @@ struct stWorld {
     std::vector<std::unique_ptr<CPanel_Base>> aPanels;
     std::vector<std::unique_ptr<CLineGraph_Base>> aGraphs;
     std::vector<std::unique_ptr<CPieChart_Base>> aPies;
+    std::vector<std::unique_ptr<CVideoBox_Base>> aVideos;
     std::vector<std::unique_ptr<CTextBox_Base>> aTexts;
     std::vector<std::unique_ptr<CNumBox_Base>> aNumbers;
     std::vector<std::unique_ptr<CImgBox_Base>> aImages;
@@ -48,6 +50,7 @@ struct stWorld {
         aPanels.clear();
         aGraphs.clear();
         aPies.clear();
+        aVideos.clear();
         aTexts.clear();
         aNumbers.clear();
         aImages.clear();
@@ -299,6 +302,45 @@ class MergedRandom : public MergedDraw {
             Place(&stWorld::aPies, g_uLayerColor);
         }
     }
+    /// Noise, some of it clear.
+    std::vector<u8> RandomFrame(u32 uWidth, u32 uHeight) {
+        std::vector<u8> aFrame(std::size_t{uWidth} * uHeight * 4);
+        for (u8& u : aFrame) u = static_cast<u8>(m_random());
+        return aFrame;
+    }
+    void AddVideos(u32 uCount) {
+        for (u32 u = 0; u < uCount; ++u) {
+            const u32 uWidth = 1 + Pick(20), uHeight = 1 + Pick(20);
+            const f32 w = Range(1, 160), h = Range(1, 120);
+            const Color color = RandomColor();
+            const std::vector<u8> aFrame = RandomFrame(uWidth, uHeight);
+            const bool bWritten = Chance(80);
+            Both([&](stWorld& world) {
+                CVideoBox_Base& box = *world.aVideos.emplace_back(new CVideoBox_Base);
+                box.m_fnSetColorF(color[0], color[1], color[2], color[3]);
+                box.m_fnSetBoxSize(w, h);
+                box.m_fnSetFrameSize(static_cast<f32>(uWidth), static_cast<f32>(uHeight));
+                EXPECT_TRUE(box.m_fnInitialize());
+                if (bWritten) box.m_fnWriteFrame(aFrame.data(), g_uFormatRGBA8);
+            });
+            Place(&stWorld::aVideos, g_uLayerTexture);
+        }
+    }
+    void ChangeVideo(u32 u) {
+        const u32 uHow = Pick(5);
+        const f32 x = Range(-40, 300), y = Range(-30, 190);
+        const Color color = RandomColor();
+        const CVideoBox_Base& like = *m_astWorlds[0].aVideos[u];
+        const std::vector<u8> aFrame =
+            RandomFrame(static_cast<u32>(like.m_fFrameW), static_cast<u32>(like.m_fFrameH));
+        Both([&](stWorld& world) {
+            CVideoBox_Base& box = *world.aVideos[u];
+            if (uHow < 2) box.m_fnWriteFrame(aFrame.data(), uHow == 0 ? g_uFormatRGBA8 : g_uFormatBGRA8);
+            if (uHow == 2) box.m_fnSetColorF(color[0], color[1], color[2], color[3]);
+            if (uHow == 3) box.m_fnMoveTo(x, y, 0);
+            if (uHow == 4) box.m_fnSetRenderable(x > 40);
+        });
+    }
     const char16_t* RandomText() {
         static const char16_t* const awzTexts[] = {u"GPU", u"Frame time\nms", u"a b\tc",
                                                    u"",    u"fijgÄ%",         u"0123456789"};
@@ -473,6 +515,7 @@ class MergedRandom : public MergedDraw {
                   uNumbers = CountOf(&stWorld::aNumbers), uFlips = CountOf(&stWorld::aFlips);
         const u32 uImages = CountOf(&stWorld::aImages);
         if (uImages && Chance(40)) return ChangeImage(Pick(uImages));
+        if (const u32 uVideos = CountOf(&stWorld::aVideos); uVideos && Chance(40)) ChangeVideo(Pick(uVideos));
         switch (Pick(9)) {
         case 0:
         case 1:
@@ -510,6 +553,7 @@ class MergedRandom : public MergedDraw {
         AddPanels(Pick(uBusy));
         AddGraphs(Pick(4));
         AddPies(Pick(3));
+        AddVideos(Pick(3));
         AddPanels(Pick(4));
         AddTexts(Pick(uBusy));
         AddNumbers(Pick(uBusy));

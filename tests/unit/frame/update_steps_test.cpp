@@ -28,7 +28,7 @@ class UpdateSteps : public UpdateTest {
         g_fnUpdateFPS = [] { ++g_uFPSUpdates; };
     }
     void TearDown() override {
-        g_stParts.m_fnTransferVideo = g_stParts.m_fnPollControlBlock = g_stParts.m_fnShutter = nullptr;
+        g_stParts = {};
         g_stCreationTable = {};
         for (stWarningSlot& st : g_stWarnings.aSlots) st = {};
         g_stWarnings.apBanner[0] = g_stWarnings.apBanner[1] = nullptr;
@@ -334,8 +334,7 @@ TEST_F(UpdateSteps, VideoIsAskedForOnlyWhileABoxExists) {
     g_stParts.m_fnTransferVideo = [] { ++uTransfers; };
     Frame(1);
     EXPECT_EQ(uTransfers, 0u);
-    class CVideoBox : public virtual CControl, public virtual CVideoBox_Base {};
-    g_ppVideoBox[7] = new CVideoBox;
+    g_ppVideoBox[7] = new CVideoBox_Base;
     Frame(1);
     EXPECT_EQ(uTransfers, 1u);
 }
