@@ -155,6 +155,8 @@ void CImgBox_Base::m_fnSetDrawKey(const void* pKey) { m_pDrawKey = pKey; }
 void CImgBox_Base::m_fnDrawImage(CDraw_Base* pBatcher, const f32* pWorld, const f32* pColor) {
     // Whatever else the unit has bound must not show in its place.
     if (!m_pTexture) return;
+    // The shutter image has no size between two pictures, and no frame of the program is to pay for it.
+    if (m_fBoxW == 0.0f || m_fBoxH == 0.0f) return;
     m_pTexture->m_fnBindUnit(pBatcher->m_uTextureUnit);
     pBatcher->m_fnOnTextureBound(nullptr);
     const stDrawConstants stConstants{pWorld, pColor};

@@ -99,6 +99,8 @@ void CDrawBasic_Merged::m_fnTakeDraw(const CMesh_Merged& mesh, u32 uCount, u32 u
 
 bool CDrawBasic_Merged::m_fnIsDrawing() const { return m_bPassOn; }
 
+void CDrawBasic_Merged::m_fnNotePicture() { m_bPicture = true; }
+
 void CDrawBasic_Merged::Ask(CControl& control) {
     g_pMergedSink = this;
     control.m_fnRender(this);
@@ -110,7 +112,8 @@ void CDrawBasic_Merged::AddRun(DrawKey pKey, u32 uPass, const GLProgram* pProgra
     const ControlList* pList = g_pOSDManager ? g_pOSDManager->m_fnGetDrawList(pKey) : nullptr;
     if (!pList || pList->empty()) return;
     m_uPass = uPass;
-    stRun run{pProgram, uPass, static_cast<u32>(m_aEntries.size()), 0, m_stPlace.uIndexEnd, 0};
+    stRun run{pProgram, uPass, static_cast<u32>(m_aEntries.size()), 0, m_stPlace.uIndexEnd, 0, false};
+    m_bPicture = false;
     for (CControl* pControl : *pList) {
         if (!pControl) continue;
         m_stPlace.pControl = pControl;
@@ -121,6 +124,7 @@ void CDrawBasic_Merged::AddRun(DrawKey pKey, u32 uPass, const GLProgram* pProgra
     }
     run.uEntryEnd = static_cast<u32>(m_aEntries.size());
     run.uIndexEnd = m_stPlace.uIndexEnd;
+    run.bPictures = m_bPicture;
     m_aRuns.push_back(run);
 }
 
@@ -152,10 +156,12 @@ void CDrawBasic_Merged::Write(stEntry& entry) {
 void CDrawBasic_Merged::WriteChanged() {
     m_bOverflow = false;
     m_uChangesSeen = g_uControlChanges;
-    for (const stRun& run : m_aRuns) {
+    for (stRun& run : m_aRuns) {
         m_uPass = run.uPass;
+        m_bPicture = run.bPictures;
         for (u32 u = run.uEntry; u < run.uEntryEnd; ++u)
             if (m_aEntries[u].pControl->m_bChanged) Write(m_aEntries[u]);
+        run.bPictures = m_bPicture;
     }
 }
 
@@ -177,8 +183,7 @@ void CDrawBasic_Merged::m_fnRender() {
     Update();
     bool bBound = false, bBackdropBound = false;
     for (const stRun& run : m_aRuns) {
-        // Animations go on also while nothing of them is seen.
-        if (run.uIndex == run.uIndexEnd && run.uPass != g_uPassTexture) continue;
+        if (run.uIndex == run.uIndexEnd && !run.bPictures) continue;
         if (run.uPass == g_uPassBlur && !g_bCaptureBackdrop) continue;
         if (!g_fnMayDraw(run.pProgram)) continue;
         if (!bBound) m_stream.m_fnBind();

@@ -35,9 +35,11 @@ class CDrawBasic_Merged final : public CDrawBasic_Base, private CMergedSink {
         const GLProgram* pProgram;
         u32 uPass;
         u32 uEntry, uEntryEnd, uIndex, uIndexEnd;
+        bool bPictures; ///< animations go on also while nothing of them is seen
     };
     void m_fnTakeDraw(const CMesh_Merged& mesh, u32 uCount, u32 uFirst) override;
     bool m_fnIsDrawing() const override;
+    void m_fnNotePicture() override;
     void BuildBlurPrograms();
     void Ask(CControl& control);
     void LayOut();
@@ -59,7 +61,8 @@ class CDrawBasic_Merged final : public CDrawBasic_Base, private CMergedSink {
     bool m_bMeasure = false; ///< draws are counted, not written
     bool m_bPassOn = false;  ///< a picture's draw goes on to the driver
     bool m_bOverflow = false;
-    stEntry m_stPlace{}; ///< where the next draw goes, and the end of the room
+    bool m_bPicture = false; ///< noted since a walk of a list began
+    stEntry m_stPlace{};     ///< where the next draw goes, and the end of the room
     u32 m_uListsSeen = 0, m_uChangesSeen = 0;
     bool m_bLaidOut = false;
     u32 m_uSampledCopy = 0; ///< name of the backdrop whose parameters are set

@@ -14,6 +14,8 @@ class CMergedSink {
     virtual void m_fnTakeDraw(const CMesh_Merged& mesh, u32 uCount, u32 uFirst) = 0;
     /// True while what is taken goes on to the driver, with the texture that is bound.
     virtual bool m_fnIsDrawing() const { return false; }
+    /// The control that is asked has a picture, whether or not anything of it is seen.
+    virtual void m_fnNotePicture() {}
 
   protected:
     ~CMergedSink() = default;

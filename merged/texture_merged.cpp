@@ -5,7 +5,8 @@
 #include <new>
 
 void CTexture_Merged::m_fnBindUnit(u32) {
-    if (!g_pMergedSink || !g_pMergedSink->m_fnIsDrawing()) return;
+    if (!g_pMergedSink) return;
+    if (!g_pMergedSink->m_fnIsDrawing()) return g_pMergedSink->m_fnNotePicture();
     if (m_uFrameCount >= 2) m_fnAdvance();
     m_fnBindKept();
 }

@@ -292,6 +292,18 @@ TEST_F(ImgBoxGL, AFrameUploadsAndDecodesNothing) {
     }
 }
 
+TEST_F(ImgBoxGL, WithoutASizeNothingIsCalledForIt) {
+    WriteQuarters(16, 16);
+    CImgBox_Base& box = Show(NewBox(u"p.png", 20, 20), 0, 0);
+    Draw(0, 0, 0);
+    const auto calls = [&] { return CallsOf([&] { static_cast<CDraw_Base&>(Batcher()).m_fnRender(); }); };
+    EXPECT_EQ(Count(calls(), "glBindTexture"), 1);
+    box.m_fnSetBoxSize(0, 0);
+    box.m_fnRebuild();
+    EXPECT_EQ(Count(calls(), "glBindTexture"), 0);
+    EXPECT_EQ(Count(calls(), "glDraw"), 0);
+}
+
 TEST_F(ImgBoxGL, UploadsStandUnderTheGuardOfPixelState) {
     WriteQuarters(16, 16);
     GLuint uBuffer = 0;

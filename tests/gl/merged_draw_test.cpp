@@ -642,6 +642,27 @@ TEST_F(MergedRandom, AnAnimationGoesOnInHiddenFramesTooAndOnlyByFramesDrawn) {
     EXPECT_GT(m_uDrawn, 0u);
 }
 
+TEST_F(MergedRandom, APictureWithoutASizeCostsNothingUntilItHasOne) {
+    WritePictures();
+    g_bCaptureBackdrop = false;
+    Both([](stWorld& world) {
+        CImgBox_Base& box = *world.aImages.emplace_back(new CImgBox_Base);
+        box.m_fnSetColorF(1, 1, 1, 1);
+        box.m_fnSetBoxSize(0, 0);
+        box.m_fnSetImageFile(u"1", false);
+        EXPECT_TRUE(box.m_fnInitialize());
+        world.manager.m_fnAttachBack(&box, g_uLayerTexture);
+    });
+    FrameCalls();
+    EXPECT_EQ(FrameCalls(), Calls());
+    Both([](stWorld& world) {
+        world.aImages[0]->m_fnSetBoxSize(90, 90);
+        world.aImages[0]->m_fnRebuild();
+    });
+    EXPECT_TRUE(SamePictures());
+    EXPECT_GT(m_uDrawn, 0u);
+}
+
 TEST_F(MergedRandom, APictureThatStaysTakesABindAndADraw) {
     WritePictures();
     g_bCaptureBackdrop = false;
