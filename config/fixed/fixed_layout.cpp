@@ -8,6 +8,7 @@
 #include "config/fixed/group_walker.h"
 #include "config/fixed/info_frame.h"
 #include "config/fixed/info_place.h"
+#include "config/fixed/language.h"
 #include "config/fixed/row_links.h"
 #include "config/fixed/style_captions.h"
 #include "config/fixed/style_enable.h"
@@ -56,9 +57,10 @@ void Demand(bool bDone, eChainStep eStep) {
 // --- fonts and items ---------------------------------------------------------------------------------------
 
 /// A flavour without fonts writes nothing.
-bool MakeFonts() {
+bool MakeFonts(const stChain& chain) {
+    const FontOverride fnFace = chain.bGrid ? g_fnOverrideLanguageFontClassic : g_fnOverrideLanguageFontRV5;
     return !g_stCreationTable.m_fnCreateFont ||
-           g_fnMakeTemplateFonts(g_stProfile.pTemplate, nullptr, FontPlace());
+           g_fnMakeTemplateFonts(g_stProfile.pTemplate, fnFace, FontPlace());
 }
 
 bool ReadSettings() {
@@ -98,6 +100,7 @@ bool ReadTemplates(const stStyleItems& style) {
     if (!g_fnReadTemplateStyles(pTemplate) || !g_fnReadTemplates(pTemplate)) return false;
     g_fnPrepareSensorRows(style);
     g_fnApplyFixedCaptions();
+    g_fnApplyLanguageStrings();
     g_fnApplyDisplayTexts(style, g_fnProfileInfo());
     return true;
 }
@@ -182,7 +185,7 @@ void Arrange(const stChain& chain) {
 void RunSteps(stChain& chain) {
     g_fnClearTemplates();
     g_fnReadProfileVariables(g_fnProfileInfo());
-    Demand(MakeFonts(), STEP_FONTS);
+    Demand(MakeFonts(chain), STEP_FONTS);
     Demand(ReadItems(chain), STEP_ITEMS);
     Demand(Assemble(chain), STEP_ASSEMBLY);
     if (!chain.bGrid) EndStep();
