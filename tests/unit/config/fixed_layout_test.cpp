@@ -19,6 +19,7 @@
 #include "tests/unit/config/custom_fixture.h"
 
 #include <array>
+#include <cstring>
 
 namespace headless = platform::headless;
 
@@ -264,6 +265,26 @@ TEST_F(FixedLayout, TitlesAreTheRowsNamesOrTheProfilesWords) {
     EXPECT_EQ(TextOf(RowText("FPS", "TITLE")), u"Bilder");
     EXPECT_EQ(TextOf(RowText("RESOLUTION", "TITLE")), u"Resolution");
     EXPECT_EQ(TextOf(RowText("CPU_CLK", "TITLE")), u"CPU Clock");
+}
+
+TEST_F(FixedLayout, TheLanguageGoesAheadOfTheRowsNamesAndTheProfileAheadOfBoth) {
+    headless::SetSettingsText(u"SOFTWARE\\Zarn\\ORVIN-OSD\\Information Option", u"LanguageXMLFileName",
+                              u"German.xml");
+    for (const auto& row : g_aCardRows)
+        headless::SetSettingsText(
+            (std::u16string(c_wzOption) + u"Card\\Default\\" + row.wzRow).c_str(), u"LanguageXMLTagName",
+            std::u16string(row.szElement, row.szElement + std::strlen(row.szElement)).c_str());
+    m_folder.Write("OSD.ini", "[Info]\nUseLanguageXMLString=1\n");
+    stWish st;
+    st.uStyle = 1;
+    st.strCard = "<GPUTemperature IsShow='1'/><Fan1Duty IsShow='1' DisplayText='Vorn'/>";
+    ASSERT_TRUE(Build(st));
+    EXPECT_EQ(TextOf(RowText("GPU_TEMP", "TITLE")), u"GPU-Temperatur");
+    EXPECT_EQ(TextOf(RowText("FAN1_DUTY", "TITLE")), u"Vorn");
+    EXPECT_EQ(TextOf(RowText("CPU_CLK", "TITLE")), u"CPU Clock") << "a row without a tag";
+    m_folder.Write("OSD.ini", "");
+    ASSERT_TRUE(Build(st));
+    EXPECT_EQ(TextOf(RowText("GPU_TEMP", "TITLE")), u"GPU Temperature");
 }
 
 TEST_F(FixedLayout, TitlesOfSeveralCardsEndInTheirNumbers) {
