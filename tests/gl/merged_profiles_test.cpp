@@ -22,6 +22,8 @@ constexpr char c_szMerged[] = "MergedDraw = 1\n";
 
 class MergedProfiles : public ProfileFixture {
   protected:
+    /// The data folder keeps the shipped OSD_Ref.xml, which the two styles with fixed tables need.
+    void SetUp() override { FrameFixture::SetUp(); }
     /// Every profile of the data folder: those of the tests and those that are shipped.
     std::vector<std::u16string> ProfileNames() const {
         std::vector<std::u16string> names;
@@ -57,7 +59,7 @@ class MergedProfiles : public ProfileFixture {
             Swap();
             if (uFrame % 33 == 0 || uFrame == 1) pictures.push_back(Look());
         }
-        EXPECT_TRUE(g_bInitGL);
+        EXPECT_TRUE(g_bInitGL) << std::string(wzProfile.begin(), wzProfile.end());
         const bool bIsMerged = dynamic_cast<CDrawBasic_Merged*>(g_apDrawBasic[0]) != nullptr;
         EXPECT_EQ(bIsMerged, bMerged);
         while (glGetError() != GL_NO_ERROR) {

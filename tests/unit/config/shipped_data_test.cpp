@@ -99,13 +99,13 @@ TEST_F(ShippedSettings, TheFileHasTheKeysOfTheManual) {
     for (const stKey& st : ShippedKeys())
         EXPECT_TRUE(setKeys.insert(st.strSection + "/" + st.strKey).second) << st.strKey << " stands twice";
     EXPECT_EQ(setKeys, ManualKeys());
-    EXPECT_EQ(setKeys.size(), 20u);
+    EXPECT_EQ(setKeys.size(), 21u);
 }
 
 TEST_F(ShippedSettings, TheFileSaysTheDefaultsAndPutsTheProgramFirst) {
     std::string strExpected = EffectsOf("");
-    ASSERT_TRUE(strExpected.find(" 00000 ") != std::string::npos) << "no key of HostCare is set by default";
-    strExpected.replace(strExpected.find(" 00000 "), 7, " 11111 ");
+    ASSERT_TRUE(strExpected.find(" 000000 ") != std::string::npos) << "no key of HostCare is set by default";
+    strExpected.replace(strExpected.find(" 000000 "), 8, " 111111 ");
     EXPECT_EQ(EffectsOf(Bytes(g_source / "data/OSD.ini")), strExpected);
 }
 
