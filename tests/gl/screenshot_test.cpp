@@ -227,10 +227,11 @@ TEST_F(Screenshot, ShowsNoStatusPanelAndTheNextFrameHasIt) {
         const Pixels vecShown = Shoot(2, 2), vecShot = TakeFile();
         EXPECT_EQ(vecShot, vecShown) << "this frame is what was saved";
         EXPECT_NE(vecShot, vecWith) << u;
+        EXPECT_TRUE(g_pOSDManager->m_fnIsAttached(*ppPanel, g_uLayerColor)) << u;
+        g_ppStylePanel[u] = nullptr; // or the status of each frame would take it off again
         Paint();
         Swap();
         EXPECT_EQ(Opaque(m_context.ReadPixels()), vecWith) << u;
-        g_ppStylePanel[u] = nullptr;
     }
 }
 
