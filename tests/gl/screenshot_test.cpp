@@ -10,6 +10,7 @@
 #include "draw/canvas.h"
 #include "draw/texture.h"
 #include "frame/context_state.h"
+#include "frame/update/status_items.h"
 #include "platform/gl_api.h"
 #include "platform/headless/test_controls.h"
 #include "platform/utf.h"
@@ -224,11 +225,13 @@ TEST_F(Screenshot, ShowsNoStatusPanelAndTheNextFrameHasIt) {
     ASSERT_NE(ppPanel, g_ppPanel + g_uPanelEntries);
     for (const u32 u : {1u, 3u, 5u}) {
         g_ppStylePanel[u] = *ppPanel;
+        g_timerStatus.Restart(); // or the status, long over, would make it clear
+        std::fill(std::begin(g_abStatusDue), std::end(g_abStatusDue), u8{0});
         const Pixels vecShown = Shoot(2, 2), vecShot = TakeFile();
         EXPECT_EQ(vecShot, vecShown) << "this frame is what was saved";
         EXPECT_NE(vecShot, vecWith) << u;
         EXPECT_TRUE(g_pOSDManager->m_fnIsAttached(*ppPanel, g_uLayerColor)) << u;
-        g_ppStylePanel[u] = nullptr; // or the status of each frame would take it off again
+        g_ppStylePanel[u] = nullptr;
         Paint();
         Swap();
         EXPECT_EQ(Opaque(m_context.ReadPixels()), vecWith) << u;

@@ -1,5 +1,6 @@
 #include "companion/commands.h"
 #include "companion/options.h"
+#include "companion/target.h"
 #include <gtest/gtest.h>
 
 using namespace companion;
