@@ -71,7 +71,7 @@ class Profiles(AuthorCase):
     def test_list_names_the_shipped_profiles_and_their_style(self):
         rows = {row["name"]: row for row in json.loads(self.ask("profile", "list", "--json"))}
         for name in SHIPPED:
-            self.assertEqual(rows[name]["style"], "Custom")
+            self.assertEqual(rows[name]["style"], name if name in ("Classic", "RV5") else "Custom")
             self.assertEqual(rows[name]["shownIn"], [])
         self.write_profile("Broken", "<OSD")
         self.assertRegex(self.ask("profile", "list"), r"(?m)^Broken +unreadable$")
