@@ -71,6 +71,17 @@ void OpenBoth() {
     g_pReferenceDocument = OpenOrThrow(wzPath);
 }
 
+/// The custom style uses little of OSD_Ref.xml. The rest, many times as much, goes ahead of all that the
+/// layout takes memory for, or the program would keep its room.
+void KeepCommonReference() {
+    auto pSmall = std::make_unique<XMLDocument>();
+    XMLElement* const pRoot = pSmall->NewElement("OSD");
+    pSmall->InsertEndChild(pRoot);
+    for (const XMLElement** ppKept : {&g_stProfile.pExtension, &g_stProfile.pPreset})
+        if (*ppKept) *ppKept = pRoot->InsertEndChild((*ppKept)->DeepClone(pSmall.get()))->ToElement();
+    g_pReferenceDocument = std::move(pSmall);
+}
+
 /// The style comes last: a read that fails leaves it as it was.
 void TakeHandles() {
     g_stProfile.pRoot = g_pProfileDocument->FirstChildElement("OSD");
@@ -87,6 +98,8 @@ void TakeHandles() {
     if (pFixed) {
         g_stProfile.pGroup = Demand(Child(pFixed, "Group"), PROFILE_NO_GROUP);
         g_stProfile.pTemplate = Demand(Child(pFixed, "Template"), PROFILE_NO_TEMPLATE);
+    } else {
+        KeepCommonReference();
     }
     g_stProfile.pRoutine = g_apLayoutRoutine[uStyle < g_uLayoutStyles ? uStyle : 0];
     g_uLayoutStyle = uStyle;
