@@ -1,10 +1,13 @@
 // Linux: keeps the shared segment while a program is being entered.
 #include "platform/linux/tool_holder.h"
+#include "platform/linux/segment_name.h"
 #include "platform/tool.h"
 #include <cstdlib>
 #include <ctime>
 #include <dirent.h>
 #include <fcntl.h>
+#include <fstream>
+#include <string>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -37,12 +40,29 @@ void Pause(u32 uRound) {
     nanosleep(&stPause, nullptr);
 }
 
-/// Until another image than ours has the library, or the process is gone.
+/// True once another image than ours runs under that id. What is seen of the process behind this answer
+/// belongs to that image; seen ahead of it, it may still be ours, which has the segment too.
+bool IsReplaced(const std::string& strProcess, const std::string& strOwn) {
+    const std::string strImage = Image(strProcess);
+    return !strImage.empty() && strImage != strOwn;
+}
+
+/// Whether a process has the segment mapped, and so holds the lock on it: that comes first. The library's own
+/// mapping would tell it too early.
+bool HasSegment(const std::string& strProcess) {
+    char szPath[host::g_uSegmentPathBytes];
+    host::SegmentPath(host::SegmentOwner::Any, szPath); // what the name of one user begins with, too
+    std::ifstream maps("/proc/" + strProcess + "/maps");
+    for (std::string strLine; std::getline(maps, strLine);)
+        if (strLine.find(szPath) != std::string::npos) return true;
+    return false;
+}
+
+/// Until another image than ours has the segment, or the process is gone.
 void WaitUntilEntered(u32 uProcessId) {
     const std::string strOwn = Image("self"), strProcess = std::to_string(uProcessId);
-    for (u32 uRound = 0;; ++uRound) {
-        const ProcessFacts st = InspectProcess(uProcessId);
-        if (!st.bExists || (st.bLibraryMapped && Image(strProcess) != strOwn)) return;
+    for (u32 uRound = 0; InspectProcess(uProcessId).bExists; ++uRound) {
+        if (IsReplaced(strProcess, strOwn) && HasSegment(strProcess)) return;
         Pause(uRound);
     }
 }
