@@ -79,8 +79,6 @@ std::string GlobalProfile(const stSharedSegment& stSegment) {
     return Utf8FromUnits(stSegment.wzGlobalProfile, std::size(stSegment.wzGlobalProfile));
 }
 
-bool IsAlive(u32 uProcessId) { return platform::tool::InspectProcess(uProcessId).bExists; }
-
 /// Enters a profile for a process that has none of its own. False if it has one, or there is no room.
 bool GiveProfile(const ControlLibrary& stLibrary, u32 uProcessId, const std::string& strProfile) {
     const auto pSnapshot = Snapshot(stLibrary.pSegment);

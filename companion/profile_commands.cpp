@@ -33,8 +33,6 @@ bool IsRemembered(u32 uProcessId) {
         PlainProgramName(platform::tool::InspectProcess(uProcessId).strName));
 }
 
-bool IsAlive(u32 uProcessId) { return platform::tool::InspectProcess(uProcessId).bExists; }
-
 /// Only what passes the checks reaches a program, unless the user insists. No profile shows with a shader
 /// that cannot be used, and one of them ends the program.
 Result NeedGood(const ProfileOptions& st) {
@@ -124,6 +122,8 @@ Result DoNew(const Options& stOptions) {
 }
 
 } // namespace
+
+bool IsAlive(u32 uProcessId) { return platform::tool::InspectProcess(uProcessId).bExists; }
 
 void ForgetDead(const ControlLibrary& stLibrary) {
     if (g_fnFreeDeadRecords(*stLibrary.pSegment, &platform::tool::IsProcessGone) > 0)

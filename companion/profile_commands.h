@@ -6,6 +6,9 @@
 
 namespace companion {
 
+/// Whether a process of that id runs.
+bool IsAlive(u32 uProcessId);
+
 /// Frees the records of programs that were killed, and what else they left behind.
 void ForgetDead(const ControlLibrary& stLibrary);
 /// Living processes that hold a record, companions left out.
