@@ -79,6 +79,12 @@ endfunction()
 function(orvin_tool_libraries)
   set(folder ${CMAKE_SOURCE_DIR}/platform)
   file(GLOB sources CONFIGURE_DEPENDS ${folder}/tool*.cpp ${folder}/${ORVIN_BACKEND}/tool*.cpp)
+  if(NOT WIN32)
+    # The reader of settings files is the library's own.
+    list(APPEND sources ${folder}/settings_tree.cpp ${folder}/ini_file.cpp ${folder}/input_file.cpp
+      ${folder}/portable/code_page.cpp ${folder}/${ORVIN_BACKEND}/regular_file.cpp
+      ${folder}/${ORVIN_BACKEND}/folders.cpp)
+  endif()
   add_library(orvin_tool STATIC ${sources})
   target_link_libraries(orvin_tool PUBLIC orvin_options)
   file(GLOB sources CONFIGURE_DEPENDS ${folder}/${ORVIN_BACKEND}/profile_*.cpp)

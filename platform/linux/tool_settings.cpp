@@ -1,0 +1,151 @@
+// Linux: the settings are a file beside the data folder. A changed one takes its place whole, also that of a
+// link to an installed file.
+#include "platform/tool_settings.h"
+#include "platform/settings_tree.h"
+#include "platform/tool.h"
+#include "platform/utf.h"
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <fstream>
+#include <functional>
+#include <sstream>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace platform::tool {
+namespace {
+
+constexpr char kRoot[] = "SOFTWARE\\Zarn\\ORVIN-OSD";
+constexpr char kWowRoot[] = "SOFTWARE\\WOW6432Node\\Zarn\\ORVIN-OSD";
+constexpr std::size_t kLongestFile = 1 << 20; ///< overlays read no further
+
+std::string SettingsFolder() {
+    const std::string strCommon = CommonDataFolder();
+    return strCommon.empty() ? strCommon : strCommon + "/ZARN/Orvin Deck/ORVIN-OSD/Settings";
+}
+
+std::string CurrentFile() {
+    std::stringstream text;
+    text << std::ifstream(SettingsFolder() + "/settings.ini", std::ios::binary).rdbuf();
+    return text.str();
+}
+
+std::u16string ToUtf16(const std::string& str) {
+    std::u16string wstr(str.size() + 1, u'\0');
+    Utf8ToUtf16(str.c_str(), wstr.data(), static_cast<u32>(wstr.size()));
+    return wstr.c_str();
+}
+
+std::string FromUtf16(std::u16string_view wstr) {
+    std::string str(wstr.size() * 3 + 1, '\0');
+    Utf16ToUtf8(std::u16string(wstr).c_str(), str.data(), static_cast<u32>(str.size()));
+    return str.c_str();
+}
+
+/// The overlay looks below the second root where it exists.
+const char* RootOf(const CSettingsTree& tree) { return tree.FindKey(ToUtf16(kWowRoot)) ? kWowRoot : kRoot; }
+
+std::string PathIn(const CSettingsTree& tree, const std::string& strKey) {
+    return std::string(RootOf(tree)) + "\\" + strKey;
+}
+
+const SettingsNode* FindKey(const CSettingsTree& tree, const std::string& strKey) {
+    return tree.FindKey(ToUtf16(PathIn(tree, strKey)));
+}
+
+/// Keeps other tools that change the file out while it lives; where it cannot, nobody waits.
+class FolderLock {
+  public:
+    explicit FolderLock(const std::string& strFolder)
+        : m_iFile(open(strFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+        if (m_iFile >= 0) flock(m_iFile, LOCK_EX);
+    }
+    FolderLock(const FolderLock&) = delete;
+    FolderLock& operator=(const FolderLock&) = delete;
+    ~FolderLock() {
+        if (m_iFile >= 0) close(m_iFile);
+    }
+
+  private:
+    int m_iFile;
+};
+
+Result Replace(const std::string& strPath, const std::string& strText) {
+    if (strText.size() > kLongestFile)
+        return Result::Fail(strPath + " would be longer than 1 MiB, which overlays do not read");
+    const std::string strNew = strPath + "." + std::to_string(getpid());
+    std::ofstream file(strNew, std::ios::binary | std::ios::trunc);
+    file << strText;
+    file.close();
+    if (file.good() && rename(strNew.c_str(), strPath.c_str()) == 0) return {};
+    const std::string strWhy = std::strerror(errno);
+    unlink(strNew.c_str());
+    return Result::Fail("cannot write " + strPath + ": " + strWhy);
+}
+
+using Change = std::function<std::string(std::string strFile, const CSettingsTree& tree)>;
+
+Result ChangeFile(const Change& fnChange) {
+    const std::string strFolder = SettingsFolder(), strPath = strFolder + "/settings.ini";
+    if (strFolder.empty()) return Result::Fail("this system has no data folder");
+    mkdir(strFolder.c_str(), 0755);
+    const FolderLock lock(strFolder);
+    const std::string strFile = CurrentFile();
+    if (strFile.starts_with("\xFF\xFE") || strFile.starts_with("\xFE\xFF"))
+        return Result::Fail(strPath + " is UTF-16; save it as UTF-8 first");
+    const std::string strChanged = fnChange(strFile, CSettingsTree::Parse(strFile));
+    return strChanged == strFile ? Result{} : Replace(strPath, strChanged);
+}
+
+} // namespace
+
+Setting CurrentSetting(const std::string& strKey, const std::string& strName) {
+    const CSettingsTree tree = CSettingsTree::Parse(CurrentFile());
+    const SettingsNode* const pNode = FindKey(tree, strKey);
+    Setting st{strKey, strName, {}, {}, true};
+    if (!pNode) return st;
+    const auto it = pNode->m_mapValues.find(ToUtf16(strName));
+    if (it == pNode->m_mapValues.end()) return st;
+    const std::vector<u8>& vecBytes = it->second.m_vecBytes;
+    st.bRemoved = false;
+    if (it->second.m_eType == SettingsType::Number) {
+        u32 uNumber = 0;
+        std::memcpy(&uNumber, vecBytes.data(), sizeof uNumber);
+        st.uNumber = uNumber;
+        return st;
+    }
+    std::u16string wstr(vecBytes.size() / sizeof(char16_t), u'\0');
+    std::memcpy(wstr.data(), vecBytes.data(), wstr.size() * sizeof(char16_t));
+    st.strText = FromUtf16(wstr.substr(0, wstr.find(u'\0')));
+    return st;
+}
+
+std::vector<std::string> SettingKeys(const std::string& strKey) {
+    const CSettingsTree tree = CSettingsTree::Parse(CurrentFile());
+    const SettingsNode* const pNode = FindKey(tree, strKey);
+    std::vector<std::string> list;
+    if (pNode)
+        for (const auto& [wstrName, node] : pNode->m_mapSubkeys) list.push_back(FromUtf16(wstrName));
+    return list;
+}
+
+Result StoreSettings(const std::vector<Setting>& listSettings) {
+    for (const Setting& st : listSettings)
+        if (Result stResult = CheckSetting(st); !stResult) return stResult;
+    return ChangeFile([&](std::string strFile, const CSettingsTree& tree) {
+        for (const Setting& st : listSettings)
+            strFile = WithSetting(std::move(strFile), PathIn(tree, st.strKey), st);
+        return strFile;
+    });
+}
+
+Result RemoveSettingKeys(const std::vector<std::string>& listKeys) {
+    return ChangeFile([&](std::string strFile, const CSettingsTree& tree) {
+        for (const std::string& strKey : listKeys) strFile = WithoutSettingKey(strFile, PathIn(tree, strKey));
+        return strFile;
+    });
+}
+
+} // namespace platform::tool

@@ -1,0 +1,44 @@
+#pragma once
+// The machine-wide settings that overlays read, for tools that show and change them. Keys are below the
+// overlay's own, parts separated by backslashes; keys and names are compared without case. All text is UTF-8.
+#include "platform/tool_result.h"
+#include "platform/types.h"
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace platform::tool {
+
+/// A value: a number, or a text. Removed: it is taken away, and one that is not there does no harm.
+struct Setting {
+    std::string strKey, strName;
+    std::optional<u32> uNumber;
+    std::string strText;
+    bool bRemoved = false;
+};
+
+/// What a value is now; nothing where there is none of that kind.
+std::optional<u32> SettingNumber(const std::string& strKey, const std::string& strName);
+std::optional<std::string> SettingText(const std::string& strKey, const std::string& strName);
+/// The value whatever its kind, fit to be stored again; removed where there is none (or one of bytes).
+Setting CurrentSetting(const std::string& strKey, const std::string& strName);
+/// Names of a key's own subkeys, in an order of the store's.
+std::vector<std::string> SettingKeys(const std::string& strKey);
+
+/// Writes and removes values, all of them or none. On Windows this takes an administrator.
+Result StoreSettings(const std::vector<Setting>& listSettings);
+/// Removes keys with all that is below them; one that is not there does no harm.
+Result RemoveSettingKeys(const std::vector<std::string>& listKeys);
+
+/// What cannot be stored says why: control characters, and names that would read as something else.
+Result CheckSetting(const Setting& stSetting);
+
+// --- on the text of a settings file, whose sections are keys with their whole path ---
+
+/// The file with or without that value; what else it says stays.
+std::string WithSetting(std::string strFile, const std::string& strPath, const Setting& stSetting);
+/// The file without that section and those below it. Comments at a section's end stay.
+std::string WithoutSettingKey(const std::string& strFile, const std::string& strPath);
+
+} // namespace platform::tool
