@@ -1,49 +1,31 @@
 #include "controls/img_box.h"
 
 #include "draw/creation_table.h"
-#include "draw/draw_base.h"
-#include "draw/draw_keys.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
-#include <new>
 #include <string_view>
 
-static constexpr u32 c_uVertices = 4, c_uIndices = 6;
-
-CImgBox_Base::CImgBox_Base()
-    : m_fBoxW(512), m_fBoxH(512), m_afColor{0.5f, 0.5f, 0.5f, 1.0f}, m_wzFileName{}, m_bFullPath(false),
-      m_pDrawKey(g_keyTextureList), m_bTilted(false), m_fTiltDegree(0) {
+CImgBox_Base::CImgBox_Base() : m_wzFileName{}, m_bFullPath(false), m_bTilted(false), m_fTiltDegree(0) {
     m_fnSetPosition(0, 0, 0);
 }
 
 CImgBox_Base::~CImgBox_Base() { CImgBox_Base::m_fnRelease(); }
 
 bool CImgBox_Base::m_fnAllocBuffers() {
-    static constexpr u16 c_auIndices[c_uIndices] = {0, 1, 2, 0, 2, 3};
-    m_pVertices.reset(new (std::nothrow) stShapeVertex[c_uVertices]());
-    m_pIndices.reset(new (std::nothrow) u16[c_uIndices]);
-    if (!m_pVertices || !m_pIndices) return false;
-    std::memcpy(m_pIndices.get(), c_auIndices, sizeof c_auIndices);
-    m_uVertexBytes = c_uVertices * sizeof(stShapeVertex);
-    m_uIndexBytes = sizeof c_auIndices;
-    return true;
+    m_uVertexBytes = c_uVertexBytes;
+    m_uIndexBytes = c_uIndexBytes;
+    return MakeQuad();
 }
 
 bool CImgBox_Base::m_fnCreateEntity() {
-    m_pEntity.reset(g_stCreationTable.m_fnCreateEntity ? g_stCreationTable.m_fnCreateEntity() : nullptr);
-    if (m_pEntity) m_fnOnMoved();
-    return m_pEntity != nullptr;
+    const bool bMade = MakeEntity();
+    m_fnOnMoved();
+    return bMade;
 }
 
 bool CImgBox_Base::m_fnCreateMesh() {
-    if (!m_pMesh) {
-        m_pMesh.reset(g_stCreationTable.m_fnCreateMesh ? g_stCreationTable.m_fnCreateMesh() : nullptr);
-        if (!m_pMesh || !m_pMesh->m_fnCreate(sizeof(stShapeVertex), m_uVertexBytes, m_uIndexBytes, 2))
-            return false;
-    }
-    return m_fnLoadTexture();
+    return (m_pMesh || MakeMesh(m_uVertexBytes, m_uIndexBytes)) && m_fnLoadTexture();
 }
 
 static CTexture_Base* MakeTexture() {
@@ -85,7 +67,7 @@ bool CImgBox_Base::m_fnReadPicture(CTexture_Base& texture) const {
 
 bool CImgBox_Base::m_fnUploadMesh() {
     m_fnNoteChange();
-    return m_pMesh && m_pMesh->m_fnUpload(m_pVertices.get(), m_pIndices.get());
+    return FillMesh();
 }
 
 void CImgBox_Base::m_fnRebuild() {
@@ -117,22 +99,6 @@ void CImgBox_Base::m_fnSetTiltDegree(f32 fDegrees) {
     m_fTiltDegree = fTurned < 360.0f ? fTurned : 0.0f;
 }
 
-void CImgBox_Base::m_fnSetColorF(f32 r, f32 g, f32 b, f32 a) {
-    m_afColor[0] = r;
-    m_afColor[1] = g;
-    m_afColor[2] = b;
-    m_afColor[3] = a;
-    m_fnNoteChange();
-}
-
-void CImgBox_Base::m_fnSetColorB(u8 r, u8 g, u8 b, u8 a) {
-    m_fnSetColorF(r / 255.0f, g / 255.0f, b / 255.0f, a / 255.0f);
-}
-
-void CImgBox_Base::m_fnSetColor(u32 uRGB, u8 a) {
-    m_fnSetColorB(static_cast<u8>(uRGB >> 16), static_cast<u8>(uRGB >> 8), static_cast<u8>(uRGB), a);
-}
-
 void CImgBox_Base::m_fnSetBoxSize(f32 w, f32 h) {
     m_fBoxW = w;
     m_fBoxH = h;
@@ -153,35 +119,19 @@ void CImgBox_Base::m_fnSetImageFile(const char16_t* wzName, bool bFullPath) {
 void CImgBox_Base::m_fnSetDrawKey(const void* pKey) { m_pDrawKey = pKey; }
 
 void CImgBox_Base::m_fnDrawImage(CDraw_Base* pBatcher, const f32* pWorld, const f32* pColor) {
-    // Whatever else the unit has bound must not show in its place.
-    if (!m_pTexture) return;
     // The shutter image has no size between two pictures, and no frame of the program is to pay for it.
-    if (m_fBoxW == 0.0f || m_fBoxH == 0.0f) return;
-    m_pTexture->m_fnBindUnit(pBatcher->m_uTextureUnit);
-    pBatcher->m_fnOnTextureBound(nullptr);
-    const stDrawConstants stConstants{pWorld, pColor};
-    pBatcher->m_fnSetDrawConstants(&stConstants);
-    if (!m_pMesh) return;
-    m_pMesh->m_fnBind();
-    pBatcher->m_fnBindVertexLayout(nullptr);
-    m_pMesh->m_fnDraw(c_uIndices, 0, 0);
+    if (m_fBoxW != 0.0f && m_fBoxH != 0.0f) DrawPicture(pBatcher, pWorld, pColor);
 }
 
 void CImgBox_Base::m_fnReserved20() {}
 void CImgBox_Base::m_fnReserved21() {}
 
 void CImgBox_Base::m_fnRelease() {
-    m_pVertices.reset();
-    m_pIndices.reset();
-    m_pEntity.reset();
-    m_pMesh.reset();
-    m_pTexture.reset();
+    ReleasePicture();
     m_fnNoteChange();
 }
 
-void CImgBox_Base::m_fnOnMoved() {
-    if (m_pEntity) m_pEntity->m_fnSetPosition(m_fPosX, m_fPosY, m_fPosZ);
-}
+void CImgBox_Base::m_fnOnMoved() { PlaceEntity(m_fPosX, m_fPosY, m_fPosZ); }
 
 const void* CImgBox_Base::m_fnGetDrawKey() { return m_pDrawKey; }
 

@@ -2,18 +2,13 @@
 // A picture file, or a frame of its animation, in a box: fitted with its proportion kept, or turned. Which
 // frame shows is the texture's matter.
 #include "controls/control.h"
+#include "controls/picture_parts.h"
 #include "draw/data_path.h"
-#include "draw/entity.h"
-#include "draw/mesh.h"
-#include "draw/shape_meshes.h"
-#include "draw/texture.h"
-
-#include <memory>
 
 /// Lengths in canvas units; the origin is the box's top-left corner, y grows downward. Setters only store,
 /// but for m_fnSetBoxSize, which re-places the control, and m_fnSetImageFile; m_fnRebuild brings them to the
 /// screen. Render thread only.
-class CImgBox_Base : public virtual CControl {
+class CImgBox_Base : public virtual CControl, public CPictureParts {
   public:
     CImgBox_Base();
 
@@ -41,11 +36,7 @@ class CImgBox_Base : public virtual CControl {
     virtual void m_fnSetTilted(bool bTilted);
     /// Degrees, clockwise; stored by whole turns as 0 up to 360. What is not finite counts as 0.
     virtual void m_fnSetTiltDegree(f32 fDegrees);
-    /// Components 0 to 1.
-    virtual void m_fnSetColorF(f32 r, f32 g, f32 b, f32 a);
-    virtual void m_fnSetColorB(u8 r, u8 g, u8 b, u8 a);
-    /// uRGB is 0xRRGGBB.
-    virtual void m_fnSetColor(u32 uRGB, u8 a);
+#include "controls/color_slots.inc"
     virtual void m_fnSetBoxSize(f32 w, f32 h);
     /// A name in the data folder, or a whole path; one that does not fit counts as none. Where a picture
     /// shows already, the new one is loaded in its place.
@@ -67,20 +58,11 @@ class CImgBox_Base : public virtual CControl {
     /// to be drawn.
     bool m_fnInitialize();
 
-    std::unique_ptr<stShapeVertex[]> m_pVertices;
-    std::unique_ptr<u16[]> m_pIndices;
-    f32 m_fBoxW, m_fBoxH;
-    f32 m_afColor[4];
-    std::unique_ptr<CTexture_Base> m_pTexture;
-    std::unique_ptr<CEntity_Base> m_pEntity;
-    std::unique_ptr<CMesh_Base> m_pMesh;
     char16_t m_wzFileName[g_uDataPathCapacity];
     bool m_bFullPath;
-    const void* m_pDrawKey;
     bool m_bTilted;
     f32 m_fTiltDegree; ///< 0 up to 360
 
   private:
-    bool m_fnMayBuild() const;
     bool m_fnReadPicture(CTexture_Base& texture) const;
 };

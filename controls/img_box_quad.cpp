@@ -10,37 +10,15 @@ void CImgBox_Base::m_fnBuildQuad() {
         m_fnBuildFittedQuad();
 }
 
-bool CImgBox_Base::m_fnMayBuild() const {
-    return m_pVertices && m_pTexture && m_pTexture->m_uWidth != 0 && m_pTexture->m_uHeight != 0;
-}
-
-/// Of the room that a picture leaves in its box, the part before it; uPart: 0 none, 1 half, 2 all.
-static f32 Lead(u32 uPart, f32 fRoom) {
-    if (uPart == 1) return fRoom * 0.5f;
-    return uPart == 2 ? fRoom : 0.0f;
-}
-
 bool CImgBox_Base::m_fnBuildFittedQuad() {
-    if (!m_fnMayBuild()) return false;
-    const f32 tw = static_cast<f32>(m_pTexture->m_uWidth), th = static_cast<f32>(m_pTexture->m_uHeight);
-    const f32 s = std::fmin(m_fBoxW / tw, m_fBoxH / th), iw = tw * s, ih = th * s;
-    f32 x = 0, y = 0;
-    // KEEP(profiles): only the inner codes place the picture, with any other it lies at the box's corner.
-    if (m_iAnchorCode >= 1 && m_iAnchorCode <= 9) {
-        const u32 uKey = static_cast<u32>(m_iAnchorCode) - 1;
-        x = Lead(uKey % 3, m_fBoxW - iw);
-        y = Lead(uKey / 3, m_fBoxH - ih);
-    }
-    m_pVertices[0] = {{x, y}, {0, 0}};
-    m_pVertices[1] = {{x + iw, y}, {1, 0}};
-    m_pVertices[2] = {{x + iw, y + ih}, {1, 1}};
-    m_pVertices[3] = {{x, y + ih}, {0, 1}};
+    if (!HasPicture()) return false;
+    FitQuad(m_iAnchorCode);
     return true;
 }
 
 /// Quarter turns go by the corners of the texture, what is left by the geometry.
 bool CImgBox_Base::m_fnBuildTiltedQuad() {
-    if (!m_fnMayBuild()) return false;
+    if (!HasPicture()) return false;
     const u32 q = static_cast<u32>(m_fTiltDegree / 90.0f);
     const f32 tw = static_cast<f32>(m_pTexture->m_uWidth), th = static_cast<f32>(m_pTexture->m_uHeight);
     const f32 a = q % 2 ? th : tw, b = q % 2 ? tw : th;

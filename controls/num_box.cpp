@@ -17,11 +17,10 @@ constexpr char16_t g_wzCharset[] = u"0123456789.-% ";
 
 CNumBox_Base::CNumBox_Base()
     : m_uCellCount(8), m_uIndicesPerGlyph(6), m_uVerticesPerGlyph(4), m_uTrianglesPerGlyph(2), m_fNumberW(0),
-      m_fNumberH(0), m_pFont(nullptr), m_au8Digits{},
-      m_wzCharset(new (std::nothrow) char16_t[std::size(g_wzCharset)]), m_uGlyphCount(14), m_uCharsetSize(15),
-      m_uCharsetRows(1), m_fCellWidth(1), m_fValue(0), m_iValue(0), m_uIntDigits(0), m_uDecimals(0),
-      m_bNegative(false), m_bPercent(false), m_auDrawIndex{}, m_uDataKind(7), m_pDataSource(0), m_uDataArg(0),
-      m_u8DataFlag(0) {
+      m_fNumberH(0), m_au8Digits{}, m_wzCharset(new (std::nothrow) char16_t[std::size(g_wzCharset)]),
+      m_uGlyphCount(14), m_uCharsetSize(15), m_uCharsetRows(1), m_fCellWidth(1), m_fValue(0), m_iValue(0),
+      m_uIntDigits(0), m_uDecimals(0), m_bNegative(false), m_bPercent(false), m_auDrawIndex{}, m_uDataKind(7),
+      m_pDataSource(0), m_uDataArg(0), m_u8DataFlag(0) {
     m_uType = g_uTypeNumBox;
     m_bAutoSize = true;
     m_fnSetPosition(0, 0, 0);
@@ -41,16 +40,11 @@ u32 CNumBox_Base::QuadCount() const { return m_uGlyphCount * m_uCellCount * (m_b
 bool CNumBox_Base::m_fnAllocBuffers() {
     m_uVertexBytes = QuadCount() * g_uQuadVertexBytes;
     m_uIndexBytes = QuadCount() * g_uQuadIndexBytes;
-    const u32 uFloats = m_uVertexBytes / sizeof(f32);
-    m_pVertices.reset(new (std::nothrow) f32[uFloats]());
-    m_pIndices.reset(new (std::nothrow) u32[m_uIndexBytes / sizeof(u32)]());
-    m_pVerticesOut.reset(new (std::nothrow) f32[uFloats]());
     // KEEP(profiles): as many entries as m_uIndexBytes says bytes, four times what is used. The rest takes no
     // memory.
     const std::size_t uOutBytes = std::size_t{m_uIndexBytes} * sizeof(u32);
     m_pIndicesOut = {reinterpret_cast<u32*>(platform::AllocatePages(uOutBytes)), {uOutBytes}};
-    if (!m_pVertices || !m_pIndices || !m_pVerticesOut || !m_pIndicesOut) return false;
-    g_fnWriteQuadIndices(m_pIndices.get(), QuadCount());
+    if (!MakeArrays(QuadCount()) || !m_pIndicesOut) return false;
     std::memcpy(m_pIndicesOut.get(), m_pIndices.get(), m_uIndexBytes);
     return true;
 }
@@ -63,20 +57,6 @@ bool CNumBox_Base::m_fnCreateEntities() {
     for (u32 i = 0; i < m_uCellCount; ++i)
         if (!(m_ppEntities[i] = g_stCreationTable.m_fnCreateEntity())) return false;
     return true;
-}
-
-bool CNumBox_Base::m_fnCreateMesh() {
-    m_pMesh.reset(g_stCreationTable.m_fnCreateMesh ? g_stCreationTable.m_fnCreateMesh() : nullptr);
-    return m_pMesh && m_pMesh->m_fnCreate(sizeof(stTextVertex), m_uVertexBytes, m_uIndexBytes, sizeof(u32));
-}
-
-bool CNumBox_Base::m_fnUploadMesh() {
-    m_fnNoteChange();
-    return m_pMesh && m_pMesh->m_fnUpload(m_pVertices.get(), m_pIndices.get());
-}
-
-void CNumBox_Base::m_fnSetQuadTex(stTextVertex* pQuad, f32 u0, f32 v0, f32 u1, f32 v1) {
-    g_fnSetQuadTexture(pQuad, u0, v0, u1, v1);
 }
 
 void CNumBox_Base::m_fnRefreshVertices() {
@@ -131,10 +111,7 @@ void CNumBox_Base::m_fnSetFont(CFontUniCode* pFont) {
                                &m_fCellWidth, nullptr);
 }
 
-CFontUniCode* CNumBox_Base::m_fnGetFont(CFontUniCode** ppOut) {
-    if (ppOut) *ppOut = m_pFont;
-    return m_pFont;
-}
+CFontUniCode* CNumBox_Base::m_fnGetFont(CFontUniCode** ppOut) { return LoadFont(ppOut); }
 
 void CNumBox_Base::m_fnSetShadow(bool bShadow) {
     if (!m_pVertices) m_bShadow = bShadow;
@@ -151,60 +128,21 @@ void CNumBox_Base::m_fnMarkColorDirty() {
     m_fnFlush();
 }
 
-void CNumBox_Base::m_fnSetTextColor(u32 uRGB, u8 a) {
-    g_fnStoreColor(m_afTextColor, uRGB, a);
-    m_fnMarkColorDirty();
-}
-
-void CNumBox_Base::m_fnSetTextColorB(u8 r, u8 g, u8 b, u8 a) {
-    g_fnStoreColorB(m_afTextColor, r, g, b, a);
-    m_fnMarkColorDirty();
-}
-
 void CNumBox_Base::m_fnSetTextColorF(f32 r, f32 g, f32 b, f32 a) {
     g_fnStoreColorF(m_afTextColor, r, g, b, a);
     m_fnMarkColorDirty();
 }
 
-void CNumBox_Base::m_fnSetShadowColor(u32 uRGB, u8 a) {
-    g_fnStoreColor(m_afShadowColor, uRGB, a);
-    m_fnMarkColorDirty();
-}
-
-void CNumBox_Base::m_fnSetShadowColorB(u8 r, u8 g, u8 b, u8 a) {
-    g_fnStoreColorB(m_afShadowColor, r, g, b, a);
-    m_fnMarkColorDirty();
-}
-
-void CNumBox_Base::m_fnSetShadowColorF(f32 r, f32 g, f32 b, f32 a) {
-    g_fnStoreColorF(m_afShadowColor, r, g, b, a);
-    m_fnMarkColorDirty();
-}
-
-void CNumBox_Base::m_fnGetTextColor(f32* pR, f32* pG, f32* pB, f32* pA) {
-    g_fnLoadColor(m_afTextColor, pR, pG, pB, pA);
-}
-
-void CNumBox_Base::m_fnGetShadowColor(f32* pR, f32* pG, f32* pB, f32* pA) {
-    g_fnLoadColor(m_afShadowColor, pR, pG, pB, pA);
-}
-
-void CNumBox_Base::m_fnSetTextSize(f32 fSize) {
-    StoreTextSize(fSize);
+void CNumBox_Base::SizeChanged() {
     if (m_iDrawCount > 0) m_fnBuildDrawList();
     m_fnUpdateSize();
     m_fnFlush();
 }
 
-f32 CNumBox_Base::m_fnGetTextSize(f32* pOut) { return LoadTextSize(pOut); }
-
-void CNumBox_Base::m_fnSetSpacing(f32 x, f32 y) {
-    StoreSpacing(x, y);
+void CNumBox_Base::SpacingChanged() {
     m_fnUpdateSize(); // KEEP(profiles): a size given before is lost
     m_fnFlush();
 }
-
-void CNumBox_Base::m_fnGetSpacing(f32* pX, f32* pY) { LoadSpacing(pX, pY); }
 
 void CNumBox_Base::m_fnSetAlign(u32 uAlign) { m_uAlign = uAlign; }
 
@@ -216,20 +154,14 @@ void CNumBox_Base::FreeEntities(std::unique_ptr<CEntity_Base*[]>& ppEntities) {
 }
 
 void CNumBox_Base::m_fnRelease() {
-    m_pVertices.reset();
-    m_pIndices.reset();
-    m_pVerticesOut.reset();
+    ReleaseGlyphs();
     m_pIndicesOut.reset();
     m_uVertexBytes = m_uIndexBytes = 0;
     FreeEntities(m_ppEntities);
     FreeEntities(m_ppShadowEntities);
     m_wzCharset.reset();
-    m_pMesh.reset();
     m_fnNoteChange();
 }
-
-void* CNumBox_Base::m_fnGetVertexData() { return m_pVertices.get(); }
-void* CNumBox_Base::m_fnGetIndexData() { return m_pIndices.get(); }
 
 f32 CNumBox_Base::ScaledSize() const { return m_pFont ? m_fTextSize * m_pFont->m_fnGetScale() : m_fTextSize; }
 
@@ -240,8 +172,6 @@ void CNumBox_Base::m_fnOnMoved() {
     for (u32 i = 0; i < m_uCellCount; ++i, x += fStep)
         if (m_ppEntities[i]) m_ppEntities[i]->m_fnSetPosition(x, m_fPosY, m_fPosZ);
 }
-
-const void* CNumBox_Base::m_fnGetDrawKey() { return m_pFont; }
 
 void CNumBox_Base::m_fnRender(CDraw_Base* pBatcher) {
     if (!m_fnIsRenderable() || !m_ppEntities || !m_ppEntities[0]) return;

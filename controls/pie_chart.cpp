@@ -1,6 +1,5 @@
 #include "controls/pie_chart.h"
 
-#include "draw/creation_table.h"
 #include "draw/draw_base.h"
 
 #include <algorithm>
@@ -21,10 +20,10 @@ f32 HeldDegrees(f32 fDegrees) { return fDegrees >= 0 && fDegrees < 360 ? fDegree
 } // namespace
 
 CPieChart_Base::CPieChart_Base()
-    : m_afColor{}, m_uShapeSegNum(3), m_uSlotNum(1), m_fSlotFillRatio(100), m_fChartFillRatio(50),
-      m_fValue(0), m_fFilled(0), m_uDrawIndexCount(0), m_fRange(0), m_fMin(0), m_fMax(0), m_fStartDeg(0),
-      m_fEndDeg(0), m_fOffsetX(0), m_fOffsetY(0), m_fChartW(512), m_fChartH(512), m_bClockwise(0),
-      m_pDrawKey(nullptr), m_uChartType(PIECHART_TYPE_FAN) {
+    : m_uShapeSegNum(3), m_uSlotNum(1), m_fSlotFillRatio(100), m_fChartFillRatio(50), m_fValue(0),
+      m_fFilled(0), m_uDrawIndexCount(0), m_fRange(0), m_fMin(0), m_fMax(0), m_fStartDeg(0), m_fEndDeg(0),
+      m_fOffsetX(0), m_fOffsetY(0), m_fChartW(512), m_fChartH(512), m_bClockwise(0),
+      m_uChartType(PIECHART_TYPE_FAN) {
     m_fnSetPosition(0, 0, 0);
 }
 
@@ -43,18 +42,12 @@ bool CPieChart_Base::m_fnAllocBuffers() {
     return m_pVertices && m_pIndices;
 }
 
-bool CPieChart_Base::m_fnCreateEntity() {
-    m_pEntity.reset(g_stCreationTable.m_fnCreateEntity ? g_stCreationTable.m_fnCreateEntity() : nullptr);
-    return m_pEntity != nullptr;
-}
+bool CPieChart_Base::m_fnCreateEntity() { return MakeEntity(); }
 
-bool CPieChart_Base::m_fnCreateMesh() {
-    m_pMesh.reset(g_stCreationTable.m_fnCreateMesh ? g_stCreationTable.m_fnCreateMesh() : nullptr);
-    return m_pMesh && m_pMesh->m_fnCreate(sizeof(stShapeVertex), m_uVertexBytes, m_uIndexBytes, sizeof(u16));
-}
+bool CPieChart_Base::m_fnCreateMesh() { return MakeMesh(m_uVertexBytes, m_uIndexBytes); }
 
 void CPieChart_Base::m_fnUploadMesh() {
-    if (m_pMesh) m_pMesh->m_fnUpload(m_pVertices.get(), m_pIndices.get());
+    FillMesh();
     m_fnNoteChange();
 }
 
@@ -85,22 +78,6 @@ void CPieChart_Base::m_fnSetValue(f32 fValue) {
     m_fnNoteChange();
 }
 
-void CPieChart_Base::m_fnSetColorF(f32 r, f32 g, f32 b, f32 a) {
-    m_afColor[0] = r;
-    m_afColor[1] = g;
-    m_afColor[2] = b;
-    m_afColor[3] = a;
-    m_fnNoteChange();
-}
-
-void CPieChart_Base::m_fnSetColorB(u8 r, u8 g, u8 b, u8 a) {
-    m_fnSetColorF(r / 255.0f, g / 255.0f, b / 255.0f, a / 255.0f);
-}
-
-void CPieChart_Base::m_fnSetColor(u32 uRGB, u8 a) {
-    m_fnSetColorB(static_cast<u8>(uRGB >> 16), static_cast<u8>(uRGB >> 8), static_cast<u8>(uRGB), a);
-}
-
 void CPieChart_Base::m_fnSetOffset(f32 x, f32 y) {
     m_fOffsetX = x;
     m_fOffsetY = y;
@@ -127,16 +104,11 @@ void CPieChart_Base::m_fnDrawChart(CDraw_Base* pBatcher, const f32* pWorld, cons
 }
 
 void CPieChart_Base::m_fnRelease() {
-    m_pVertices.reset();
-    m_pIndices.reset();
-    m_pEntity.reset();
-    m_pMesh.reset();
+    ReleaseShape();
     m_fnNoteChange();
 }
 
-void CPieChart_Base::m_fnOnMoved() {
-    if (m_pEntity) m_pEntity->m_fnSetPosition(m_fPosX, m_fPosY, m_fPosZ);
-}
+void CPieChart_Base::m_fnOnMoved() { PlaceEntity(m_fPosX, m_fPosY, m_fPosZ); }
 
 const void* CPieChart_Base::m_fnGetDrawKey() { return m_pDrawKey; }
 

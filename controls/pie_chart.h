@@ -2,9 +2,7 @@
 // One value as the filled share of a round gauge made of separate slots. The mesh is built once; a value only
 // changes how many indices are drawn.
 #include "controls/control.h"
-#include "draw/entity.h"
-#include "draw/mesh.h"
-#include "draw/shape_meshes.h"
+#include "controls/shape_parts.h"
 
 #include <memory>
 
@@ -32,7 +30,7 @@ void g_fnPieSamples(const stPieShape& stShape, stPiePoint* pOut);
 
 /// Lengths in canvas units; the origin is the chart's top-left corner, y grows downward. All but value,
 /// colour and draw key are to be set before m_fnInitialize. Render thread only.
-class CPieChart_Base : public virtual CControl {
+class CPieChart_Base : public virtual CControl, public CShapeParts {
   public:
     CPieChart_Base();
 
@@ -63,11 +61,7 @@ class CPieChart_Base : public virtual CControl {
     virtual void m_fnSetRange(f32 fMin, f32 fMax);
     /// Shows the first slots, as many as the value fills whole.
     virtual void m_fnSetValue(f32 fValue);
-    /// Components 0 to 1.
-    virtual void m_fnSetColorF(f32 r, f32 g, f32 b, f32 a);
-    virtual void m_fnSetColorB(u8 r, u8 g, u8 b, u8 a);
-    /// uRGB is 0xRRGGBB.
-    virtual void m_fnSetColor(u32 uRGB, u8 a);
+#include "controls/color_slots.inc"
     /// Moves the centre within the box.
     virtual void m_fnSetOffset(f32 x, f32 y);
     virtual void m_fnSetChartSize(f32 w, f32 h);
@@ -85,11 +79,6 @@ class CPieChart_Base : public virtual CControl {
     /// Buffers, geometry, entity, mesh and upload, in this order; at once true where nothing is to be drawn.
     bool m_fnInitialize();
 
-    std::unique_ptr<stShapeVertex[]> m_pVertices;
-    std::unique_ptr<u16[]> m_pIndices;
-    f32 m_afColor[4];
-    std::unique_ptr<CEntity_Base> m_pEntity;
-    std::unique_ptr<CMesh_Base> m_pMesh;
     u32 m_uShapeSegNum;
     u32 m_uSlotNum;
     f32 m_fSlotFillRatio;
@@ -103,7 +92,6 @@ class CPieChart_Base : public virtual CControl {
     f32 m_fOffsetX, m_fOffsetY;
     f32 m_fChartW, m_fChartH;
     u32 m_bClockwise;
-    const void* m_pDrawKey;
     u32 m_uChartType;
 
   private:

@@ -2,7 +2,6 @@
 
 #include "controls/code_points.h"
 #include "controls/text_file.h"
-#include "draw/creation_table.h"
 #include "draw/upload.h"
 #include "font/font_cell.h"
 #include "font/font_unicode.h"
@@ -12,9 +11,8 @@
 #include <new>
 
 CTextBox_Base::CTextBox_Base()
-    : m_uGlyphCapacity(0), m_uGlyphCount(0), m_uTextLength(0), m_uTextSet(0), m_uIndexCount(0),
-      m_uVertexCount(0), m_uTriangleCount(0), m_fTextWidth(0), m_fTextHeight(0), m_pFont(nullptr),
-      m_fLineStep(0), m_bFitToText(true), m_fClipWidth(0), m_uTextRoom(0) {
+    : m_uGlyphCapacity(0), m_uGlyphCount(0), m_uTextLength(0), m_bFitToText(true), m_fClipWidth(0),
+      m_uTextRoom(0) {
     m_uType = g_uTypeTextBox;
     m_bAutoSize = true;
     CTextBox_Base::m_fnSetTextW(u"");
@@ -31,16 +29,7 @@ bool CTextBox_Base::m_fnAllocBuffers() {
     const u32 uQuads = m_uGlyphCapacity * (m_bShadow ? 2 : 1);
     m_uVertexBytes = uQuads * g_uQuadVertexBytes;
     m_uIndexBytes = uQuads * g_uQuadIndexBytes;
-    const u32 uFloats = m_uVertexBytes / sizeof(f32);
-    m_pVertices.reset(new (std::nothrow) f32[uFloats]());
-    m_pIndices.reset(new (std::nothrow) u32[m_uIndexBytes / sizeof(u32)]());
-    m_pVerticesOut.reset(new (std::nothrow) f32[uFloats]());
-    // KEEP(profiles): as many entries as m_uIndexBytes says bytes, four times what is used.
-    m_pIndicesOut.reset(new (std::nothrow) u32[m_uIndexBytes]());
-    if (!m_pVertices || !m_pIndices || !m_pVerticesOut || !m_pIndicesOut) return false;
-    g_fnWriteQuadIndices(m_pIndices.get(), uQuads);
-    std::memcpy(m_pIndicesOut.get(), m_pIndices.get(), m_uIndexBytes);
-    return true;
+    return MakeTextArrays(uQuads);
 }
 
 bool CTextBox_Base::m_fnExpandQuads() {
@@ -51,47 +40,21 @@ bool CTextBox_Base::m_fnExpandQuads() {
     return true;
 }
 
-bool CTextBox_Base::m_fnCreateEntity() {
-    m_pEntity.reset(g_stCreationTable.m_fnCreateEntity ? g_stCreationTable.m_fnCreateEntity() : nullptr);
-    return m_pEntity != nullptr;
-}
-
-bool CTextBox_Base::m_fnCreateMesh() {
-    m_pMesh.reset(g_stCreationTable.m_fnCreateMesh ? g_stCreationTable.m_fnCreateMesh() : nullptr);
-    return m_pMesh && m_pMesh->m_fnCreate(sizeof(stTextVertex), m_uVertexBytes, m_uIndexBytes, sizeof(u32));
-}
-
-bool CTextBox_Base::m_fnUploadMesh() {
-    m_fnNoteChange();
-    return m_pMesh && m_pMesh->m_fnUpload(m_pVertices.get(), m_pIndices.get());
-}
-
-void CTextBox_Base::m_fnSetQuadTex(stTextVertex* pQuad, f32 u0, f32 v0, f32 u1, f32 v1) {
-    g_fnSetQuadTexture(pQuad, u0, v0, u1, v1);
-}
+bool CTextBox_Base::m_fnCreateEntity() { return MakeEntity(); }
 
 void CTextBox_Base::m_fnRefreshVertices() {
-    if (!m_pVertices || !m_pVerticesOut) return;
-    const u32 uVertices = m_uVertexBytes / sizeof(stTextVertex);
-    stTextVertex* const pIn = g_fnVertexAt(m_pVertices.get(), 0);
-    stTextVertex* const pOut = g_fnVertexAt(m_pVerticesOut.get(), 0);
+    if (!HasArrays()) return;
     if (m_bLayoutDirty) m_fnBuildText();
-    m_bLayoutDirty = false;
-    if (m_bColorDirty) {
-        ColorLayers();
-        if (!m_bPositionDirty) g_fnCopyColors(pOut, pIn, uVertices);
-    }
-    m_bColorDirty = false;
-    if (m_bPositionDirty) {
-        std::memcpy(pOut, pIn, m_uVertexBytes);
-        g_fnMoveVertices(pOut, uVertices, m_fPosX, m_fPosY);
-    }
-    m_bPositionDirty = false;
+    if (m_bColorDirty) ColorLayers();
+    if (m_bPositionDirty)
+        MoveOut(m_uVertexBytes, m_fPosX, m_fPosY);
+    else if (m_bColorDirty)
+        CopyColorsOut(m_uVertexBytes);
+    m_bLayoutDirty = m_bPositionDirty = m_bColorDirty = false;
 }
 
 void CTextBox_Base::m_fnFlush() {
-    if (!m_pVertices || !m_pVerticesOut) return;
-    if (!IsDirty()) return;
+    if (!HasArrays() || !IsDirty()) return;
     m_fnRefreshVertices();
     m_fnUploadMesh();
     g_fnUploadControlVertices(m_pVerticesOut.get(), m_uVertexBase * static_cast<u32>(sizeof(stTextVertex)),
@@ -163,10 +126,7 @@ void CTextBox_Base::m_fnSetFont(CFontUniCode* pFont) {
     if (pFont) m_pFont = pFont;
 }
 
-CFontUniCode* CTextBox_Base::m_fnGetFont(CFontUniCode** ppOut) {
-    if (ppOut) *ppOut = m_pFont;
-    return m_pFont;
-}
+CFontUniCode* CTextBox_Base::m_fnGetFont(CFontUniCode** ppOut) { return LoadFont(ppOut); }
 
 void CTextBox_Base::m_fnSetShadow(bool bShadow) {
     if (!m_pVertices) m_bShadow = bShadow;
@@ -178,85 +138,27 @@ void CTextBox_Base::m_fnMarkColorDirty() {
     m_fnFlush();
 }
 
-void CTextBox_Base::m_fnSetTextColor(u32 uRGB, u8 a) {
-    g_fnStoreColor(m_afTextColor, uRGB, a);
-    m_fnMarkColorDirty();
-}
-
-void CTextBox_Base::m_fnSetTextColorB(u8 r, u8 g, u8 b, u8 a) {
-    g_fnStoreColorB(m_afTextColor, r, g, b, a);
-    m_fnMarkColorDirty();
-}
-
 void CTextBox_Base::m_fnSetTextColorF(f32 r, f32 g, f32 b, f32 a) {
     g_fnStoreColorF(m_afTextColor, r, g, b, a);
     m_fnMarkColorDirty();
 }
 
-void CTextBox_Base::m_fnSetShadowColor(u32 uRGB, u8 a) {
-    g_fnStoreColor(m_afShadowColor, uRGB, a);
-    m_fnMarkColorDirty();
-}
-
-void CTextBox_Base::m_fnSetShadowColorB(u8 r, u8 g, u8 b, u8 a) {
-    g_fnStoreColorB(m_afShadowColor, r, g, b, a);
-    m_fnMarkColorDirty();
-}
-
-void CTextBox_Base::m_fnSetShadowColorF(f32 r, f32 g, f32 b, f32 a) {
-    g_fnStoreColorF(m_afShadowColor, r, g, b, a);
-    m_fnMarkColorDirty();
-}
-
-void CTextBox_Base::m_fnGetTextColor(f32* pR, f32* pG, f32* pB, f32* pA) {
-    g_fnLoadColor(m_afTextColor, pR, pG, pB, pA);
-}
-
-void CTextBox_Base::m_fnGetShadowColor(f32* pR, f32* pG, f32* pB, f32* pA) {
-    g_fnLoadColor(m_afShadowColor, pR, pG, pB, pA);
-}
-
-void CTextBox_Base::m_fnSetTextSize(f32 fSize) {
-    StoreTextSize(fSize);
-    m_fnFlush();
-}
-
-f32 CTextBox_Base::m_fnGetTextSize(f32* pOut) { return LoadTextSize(pOut); }
-
-void CTextBox_Base::m_fnSetSpacing(f32 x, f32 y) {
-    StoreSpacing(x, y);
-    m_fnFlush();
-}
-
-void CTextBox_Base::m_fnGetSpacing(f32* pX, f32* pY) { LoadSpacing(pX, pY); }
-
 void CTextBox_Base::m_fnDrawText(CDraw_Base*, const f32*, const f32*) {}
 
 void CTextBox_Base::m_fnRelease() {
-    m_pVertices.reset();
-    m_pIndices.reset();
-    m_pVerticesOut.reset();
-    m_pIndicesOut.reset();
+    ReleaseText();
     m_wzText.reset();
     m_pCodePoints.reset();
     m_uTextRoom = m_uVertexBytes = m_uIndexBytes = 0;
-    m_pEntity.reset();
-    m_pShadowEntity.reset();
-    m_pMesh.reset();
     m_fnNoteChange();
 }
 
 f32 CTextBox_Base::m_fnGetLineStep() { return m_fLineStep; }
 
-void* CTextBox_Base::m_fnGetVertexData() { return m_pVertices.get(); }
-void* CTextBox_Base::m_fnGetIndexData() { return m_pIndices.get(); }
-
 void CTextBox_Base::m_fnOnMoved() {
     // The mesh stays as it is: the entity places it.
     if (m_pEntity) m_pEntity->m_fnSetPosition(m_fPosX, m_fPosY, m_fPosZ);
 }
-
-const void* CTextBox_Base::m_fnGetDrawKey() { return m_pFont; }
 
 void CTextBox_Base::m_fnRender(CDraw_Base* pBatcher) {
     if (!m_fnIsRenderable() || !m_pEntity) return;

@@ -1,8 +1,8 @@
 #pragma once
-// What text boxes and number boxes keep of how they look.
+// What boxes of text keep of how they look.
 #include "platform/types.h"
 
-/// A setter only stores; what follows from it is the control's.
+/// A setter only stores; what follows from it is the control's. Its slots: controls/text_*_slots.inc.
 class CTextLook {
   public:
     f32 m_fTextSize = 0;

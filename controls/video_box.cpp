@@ -2,59 +2,41 @@
 
 #include "draw/channel_order.h"
 #include "draw/creation_table.h"
-#include "draw/draw_base.h"
 #include "draw/draw_keys.h"
 
-#include <algorithm>
 #include <new>
 
 static const char g_cVideoLastIdentity = 0;
 constinit const void* const g_keyVideoLast = &g_cVideoLastIdentity;
 
-CVideoBox_Base::CVideoBox_Base()
-    : m_fBoxW(512), m_fBoxH(512), m_fFrameW(0), m_fFrameH(0), m_afColor{0.5f, 0.5f, 0.5f, 1.0f},
-      m_uPixelFormat(0), m_pDrawKey(g_keyTextureList), m_uConvertBytes(0) {
+CVideoBox_Base::CVideoBox_Base() : m_fFrameW(0), m_fFrameH(0), m_uPixelFormat(0), m_uConvertBytes(0) {
     m_fnSetPosition(0, 0, 0);
 }
 
 CVideoBox_Base::~CVideoBox_Base() { CVideoBox_Base::m_fnRelease(); }
 
 bool CVideoBox_Base::m_fnAllocBuffers() {
-    m_uVertexBytes = g_uPictureVertices * sizeof(stShapeVertex);
-    m_uIndexBytes = sizeof g_auPictureIndices;
-    m_pVertices.reset(new (std::nothrow) stShapeVertex[g_uPictureVertices]());
-    m_pIndices.reset(new (std::nothrow) u16[std::size(g_auPictureIndices)]);
-    if (!m_pVertices || !m_pIndices) return false;
-    std::copy(std::begin(g_auPictureIndices), std::end(g_auPictureIndices), m_pIndices.get());
-    return true;
+    m_uVertexBytes = c_uVertexBytes;
+    m_uIndexBytes = c_uIndexBytes;
+    return MakeQuad();
 }
 
 bool CVideoBox_Base::m_fnBuildQuad() {
-    u32 uWidth = 0, uHeight = 0;
-    if (m_pTexture) m_pTexture->m_fnGetSize(&uWidth, &uHeight);
-    if (!m_pVertices || uWidth == 0 || uHeight == 0) return false;
-    stShapeVertex aVertices[g_uPictureVertices];
-    g_fnBuildFittedQuad(aVertices, m_fBoxW, m_fBoxH, static_cast<f32>(uWidth), static_cast<f32>(uHeight),
-                        m_iAnchorCode);
-    std::copy(std::begin(aVertices), std::end(aVertices), m_pVertices.get());
+    if (!HasPicture()) return false;
+    FitQuad(m_iAnchorCode);
     return true;
 }
 
-bool CVideoBox_Base::m_fnCreateEntity() {
-    m_pEntity.reset(g_stCreationTable.m_fnCreateEntity ? g_stCreationTable.m_fnCreateEntity() : nullptr);
-    return m_pEntity != nullptr;
-}
+bool CVideoBox_Base::m_fnCreateEntity() { return MakeEntity(); }
 
 bool CVideoBox_Base::m_fnCreateMesh() {
-    m_pMesh.reset(g_stCreationTable.m_fnCreateMesh ? g_stCreationTable.m_fnCreateMesh() : nullptr);
-    return m_pMesh &&
-           m_pMesh->m_fnCreate(sizeof(stShapeVertex), m_uVertexBytes, m_uIndexBytes, sizeof(u16)) &&
+    return MakeMesh(m_uVertexBytes, m_uIndexBytes) &&
            m_fnCreateTexture(static_cast<u32>(m_fFrameW), static_cast<u32>(m_fFrameH));
 }
 
 bool CVideoBox_Base::m_fnUploadMesh() {
     m_fnNoteChange();
-    return m_pMesh && m_pMesh->m_fnUpload(m_pVertices.get(), m_pIndices.get());
+    return FillMesh();
 }
 
 bool CVideoBox_Base::m_fnCreateTexture(u32 uWidth, u32 uHeight) {
@@ -92,22 +74,6 @@ void CVideoBox_Base::m_fnWriteFrame(const u8* pPixels, u32 uFormat) {
     if (pShown) m_pTexture->m_fnUploadLevel(pShown, 0, 0);
 }
 
-void CVideoBox_Base::m_fnSetColorF(f32 r, f32 g, f32 b, f32 a) {
-    m_afColor[0] = r;
-    m_afColor[1] = g;
-    m_afColor[2] = b;
-    m_afColor[3] = a;
-    m_fnNoteChange();
-}
-
-void CVideoBox_Base::m_fnSetColorB(u8 r, u8 g, u8 b, u8 a) {
-    m_fnSetColorF(r / 255.0f, g / 255.0f, b / 255.0f, a / 255.0f);
-}
-
-void CVideoBox_Base::m_fnSetColor(u32 uRGB, u8 a) {
-    m_fnSetColorB(static_cast<u8>(uRGB >> 16), static_cast<u8>(uRGB >> 8), static_cast<u8>(uRGB), a);
-}
-
 void CVideoBox_Base::m_fnSetBoxSize(f32 w, f32 h) {
     m_fBoxW = w;
     m_fBoxH = h;
@@ -122,16 +88,7 @@ void CVideoBox_Base::m_fnSetFrameSize(f32 w, f32 h) {
 void CVideoBox_Base::m_fnSetDrawKey(const void* pKey) { m_pDrawKey = pKey; }
 
 void CVideoBox_Base::m_fnDrawVideo(CDraw_Base* pBatcher, const f32* pWorld, const f32* pColor) {
-    // Without one of its own, the box would be drawn with whatever texture is bound.
-    if (!m_pTexture) return;
-    m_pTexture->m_fnBindUnit(pBatcher->m_uTextureUnit);
-    pBatcher->m_fnOnTextureBound(nullptr);
-    const stDrawConstants stConstants{pWorld, pColor};
-    pBatcher->m_fnSetDrawConstants(&stConstants);
-    if (!m_pMesh) return;
-    m_pMesh->m_fnBind();
-    pBatcher->m_fnBindVertexLayout(nullptr);
-    m_pMesh->m_fnDraw(static_cast<u32>(std::size(g_auPictureIndices)), 0, 0);
+    DrawPicture(pBatcher, pWorld, pColor);
 }
 
 void CVideoBox_Base::m_fnReserved14() {}
@@ -144,19 +101,13 @@ void CVideoBox_Base::m_fnReleaseTexture() {
 }
 
 void CVideoBox_Base::m_fnRelease() {
-    m_pVertices.reset();
-    m_pIndices.reset();
-    m_pTexture.reset();
-    m_pEntity.reset();
-    m_pMesh.reset();
+    ReleasePicture();
     m_pConvertBuffer.reset();
     m_uConvertBytes = 0;
     m_fnNoteChange();
 }
 
-void CVideoBox_Base::m_fnOnMoved() {
-    if (m_pEntity) m_pEntity->m_fnSetPosition(m_fPosX, m_fPosY, m_fPosZ);
-}
+void CVideoBox_Base::m_fnOnMoved() { PlaceEntity(m_fPosX, m_fPosY, m_fPosZ); }
 
 const void* CVideoBox_Base::m_fnGetDrawKey() { return m_pDrawKey; }
 

@@ -2,10 +2,7 @@
 // Frames that another program delivers, in a box: fitted with their proportion kept. Nothing shows until the
 // first one, and then the last one does.
 #include "controls/control.h"
-#include "controls/fitted_quad.h"
-#include "draw/entity.h"
-#include "draw/mesh.h"
-#include "draw/texture.h"
+#include "controls/picture_parts.h"
 
 #include <memory>
 
@@ -14,7 +11,7 @@ extern const void* const g_keyVideoLast;
 
 /// The box is a size in canvas units, with the origin in its top left corner; a frame is one in pixels. Both
 /// are to be set before m_fnInitialize. Render thread only.
-class CVideoBox_Base : public virtual CControl {
+class CVideoBox_Base : public virtual CControl, public CPictureParts {
   public:
     CVideoBox_Base();
 
@@ -31,11 +28,7 @@ class CVideoBox_Base : public virtual CControl {
     /// Shows a frame, of the frame's size, rows packed and from the top down. One of another format than the
     /// texture's is rewritten first.
     virtual void m_fnWriteFrame(const u8* pPixels, u32 uFormat);
-    /// Components 0 to 1.
-    virtual void m_fnSetColorF(f32 r, f32 g, f32 b, f32 a);
-    virtual void m_fnSetColorB(u8 r, u8 g, u8 b, u8 a);
-    /// uRGB is 0xRRGGBB.
-    virtual void m_fnSetColor(u32 uRGB, u8 a);
+#include "controls/color_slots.inc"
     virtual void m_fnSetBoxSize(f32 w, f32 h);
     /// Stores only.
     virtual void m_fnSetFrameSize(f32 w, f32 h);
@@ -57,17 +50,9 @@ class CVideoBox_Base : public virtual CControl {
     /// to be drawn.
     bool m_fnInitialize();
 
-    std::unique_ptr<stShapeVertex[]> m_pVertices;
-    std::unique_ptr<u16[]> m_pIndices;
-    f32 m_fBoxW, m_fBoxH;
     f32 m_fFrameW, m_fFrameH;
-    f32 m_afColor[4];
-    std::unique_ptr<CTexture_Base> m_pTexture;
-    std::unique_ptr<CEntity_Base> m_pEntity;
-    std::unique_ptr<CMesh_Base> m_pMesh;
     u32 m_uPixelFormat;                     ///< of the texture
     std::unique_ptr<u8[]> m_pConvertBuffer; ///< made with the first frame that needs it
-    const void* m_pDrawKey;
 
   private:
     std::size_t m_uConvertBytes;
