@@ -1,5 +1,6 @@
 #include "companion/commands.h"
 #include "companion/choices.h"
+#include "companion/feed_state.h"
 #include "companion/profile_commands.h"
 #include "companion/readiness.h"
 #include "companion/reports.h"
@@ -31,10 +32,17 @@ Result NeedReadyOrForce(const Context& st, const std::string& strProgram) {
     return st.stOptions.bForce ? Result{} : NeedReady(st.stLibrary, strProgram);
 }
 
+/// What a program is entered with: values of a feed that was killed are gone, choices in place.
+void BringUpToDate(const ControlLibrary& stLibrary) {
+    const std::string strLine = TakenBackText(TakeBackDeadValues(stLibrary));
+    if (!strLine.empty()) std::fprintf(stderr, "orvin-osd: %s", strLine.c_str());
+    ApplyChoices(stLibrary);
+}
+
 Result DoRun(Context& st) {
     const Result stLoaded = LoadControlLibrary(st.stOptions.strLibrary, st.stLibrary);
     if (!stLoaded && platform::tool::RunNeedsLibrary()) return stLoaded;
-    if (stLoaded) ApplyChoices(st.stLibrary);
+    if (stLoaded) BringUpToDate(st.stLibrary);
     const std::string& strProgram = st.stOptions.strTarget;
     const Result stReady = NeedReadyOrForce(st, strProgram);
     if (!stReady)
@@ -53,7 +61,7 @@ Result DoAttach(Context& st) {
     stResult = ResolveTarget(st.stOptions.strTarget, uProcessId);
     if (stResult) stResult = LoadControlLibrary(st.stOptions.strLibrary, st.stLibrary);
     if (!stResult) return stResult;
-    ApplyChoices(st.stLibrary);
+    BringUpToDate(st.stLibrary);
     const std::string strProgram = platform::tool::InspectProcess(uProcessId).strName;
     stResult = NeedReadyOrForce(st, strProgram);
     if (!stResult) return stResult;
@@ -66,7 +74,7 @@ Result DoHook(Context& st) {
     if (stResult) stResult = LoadControlLibrary(st.stOptions.strLibrary, st.stLibrary);
     if (!stResult) return stResult;
     if (st.stOptions.bInit) st.stLibrary.fnInitialise();
-    ApplyChoices(st.stLibrary);
+    BringUpToDate(st.stLibrary);
     stResult = NeedReadyOrForce(st, "");
     if (!stResult) return stResult;
     return platform::tool::Hook(st.stLibrary.Entering(), [&] { ApplyChoices(st.stLibrary); });
@@ -195,6 +203,7 @@ Result DoNames(Context& st) {
 }
 
 Result DoSet(Context& st) {
+    TakeBackDeadValues(st.stLibrary); // or the next companion took this value back with the dead ones
     const Result stSet =
         SetValue(sensors::TargetOf(st.stLibrary), st.stOptions.strTarget, st.stOptions.iValue);
     return stSet ? NeedHolder(st.stLibrary) : stSet;

@@ -1,4 +1,5 @@
 #include "companion/reports.h"
+#include "companion/feed_state.h"
 #include "companion/profile_folder.h"
 #include "companion/segment_json.h"
 #include "companion/shader_check.h"
@@ -173,12 +174,18 @@ Json DiagnosisJson(u32 uProcessId, const Evidence& st, const Diagnosis& stDiagno
 }
 
 void PrintStatus(const ControlLibrary& stLibrary, const Options& stOptions) {
+    const FeedState stFeed = TakeBackDeadValues(stLibrary);
     const auto pSegment = Snapshot(stLibrary.pSegment);
     const auto listRows = CollectRows(*pSegment, stOptions.bAll);
-    if (stOptions.bJson) return Print(JsonToText(StatusJson(listRows, *pSegment)));
+    if (stOptions.bJson) {
+        Json jsStatus = StatusJson(listRows, *pSegment);
+        jsStatus["feed"] = FeedJson(stFeed);
+        return Print(JsonToText(jsStatus));
+    }
     Print(StatusTable(listRows, pSegment->bEnableQueryFrameTime != 0));
     if (pSegment->bGlobalEnable == 0) Print("The overlay is switched off for every program.\n");
     if (listRows.empty()) Print("No running program carries the overlay.\n");
+    Print(FeedText(stFeed));
 }
 
 void PrintDump(const ControlLibrary& stLibrary, const Options& stOptions) {

@@ -95,7 +95,8 @@ Result Feed(const ControlLibrary& stLibrary, const Options& stOptions) {
     ForgetDead(stLibrary);
     ApplyChoices(stLibrary);
     sensors::Collector collector(sensors::SystemSources());
-    sensors::Publisher publisher(sensors::TargetOf(stLibrary));
+    sensors::Publisher publisher(sensors::TargetOf(stLibrary),
+                                 stOptions.bOnce ? sensors::Publication{} : sensors::ThisFeed());
     Measure(collector);
     const auto eOutcome = publisher.Publish(collector.Readings());
     if (stOptions.bOnce) return {};

@@ -40,6 +40,8 @@ std::vector<std::string> Arguments(int argc, char** argv);
 std::string OwnFolder();
 std::string OwnName();
 u32 OwnProcessId();
+/// What tells this process from a later one of its id; see IsProcessGone.
+u32 OwnStamp();
 /// "ORVIN-OSD64-GL.dll" or its equal.
 const char* LibraryName();
 std::string JoinPath(const std::string& strFolder, const std::string& strFile);

@@ -1,8 +1,10 @@
 #include "companion/sensors/publisher.h"
 #include "companion/sensors/published.h"
+#include "platform/tool.h"
 #include "shared/commands.h"
 #include "shared/own_names.h"
 #include <algorithm>
+#include <chrono>
 #include <cstring>
 #include <iterator>
 
@@ -49,7 +51,15 @@ PublishTarget TargetOf(const ControlLibrary& st) {
     return {st.fnSetOffsets, st.fnSetData, st.fnSetFilter, st.fnSendCommand, st.pSegment};
 }
 
-Publisher::Publisher(const PublishTarget& stTarget) : m_stTarget(stTarget) {}
+u64 TimeNow() {
+    const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
+    return static_cast<u64>(std::chrono::duration_cast<std::chrono::milliseconds>(sinceEpoch).count());
+}
+
+Publication ThisFeed() { return {platform::tool::OwnProcessId(), platform::tool::OwnStamp(), 0}; }
+
+Publisher::Publisher(const PublishTarget& stTarget, const Publication& stBy)
+    : m_stTarget(stTarget), m_stBy(stBy) {}
 
 Publisher::Outcome Publisher::Publish(const std::vector<Reading>& listReadings) {
     ValueMap mapValues;
@@ -97,7 +107,8 @@ void Publisher::PublishNames() {
     }
     m_aRaw.assign(uOffset, 0);
     FillValues();
-    AppendNames(m_mapOffsets, m_aRaw);
+    m_stBy.uTime = TimeNow();
+    AppendNames(m_mapOffsets, m_stBy, m_aRaw);
     m_stTarget.fnSetOffsets(m_mapOffsets, m_aRaw.data(), static_cast<i32>(m_aRaw.size()));
     const u8* pTree = m_stTarget.pSegment->DataTable[CurrentBank(*m_stTarget.pSegment)];
     m_aTree.assign(pTree, pTree + g_uDataTableBytes);
@@ -109,7 +120,8 @@ void Publisher::PublishNames() {
 
 void Publisher::PublishValues() {
     FillValues();
-    m_stTarget.fnSetData(m_aRaw.data(), static_cast<i32>(m_mapValues.size() * sizeof(i32)));
+    SetTime(TimeNow(), m_aRaw);
+    m_stTarget.fnSetData(m_aRaw.data(), static_cast<i32>(m_aRaw.size()));
 }
 
 } // namespace companion::sensors

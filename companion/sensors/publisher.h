@@ -1,6 +1,7 @@
 #pragma once
 // Puts readings into the shared segment, through the exports of the overlay's library.
 #include "companion/control_library.h"
+#include "companion/sensors/published.h"
 #include "companion/sensors/reading.h"
 #include <map>
 #include <string>
@@ -22,13 +23,19 @@ struct PublishTarget {
 
 PublishTarget TargetOf(const ControlLibrary& stLibrary);
 
-/// Owns the layout of the raw block: one i32 a name in ascending name order, then the names as text (see
-/// published.h). Names and values are published whole into the other bank when the set changes, else the
-/// values go into the current bank. Nothing is assumed of an earlier companion: the first publication is a
-/// whole one, and so is the next after another companion published.
+/// This program as the one that keeps values moving, for a Publisher.
+Publication ThisFeed();
+/// Milliseconds since 1970 by the system's clock, which publications carry.
+u64 TimeNow();
+
+/// Owns the layout of the raw block: one i32 a name in ascending name order, then the names as text and who
+/// published (see published.h). Names and values are published whole into the other bank when the set
+/// changes, else the values go into the current bank. Nothing is assumed of an earlier companion: the first
+/// publication is a whole one, and so is the next after another companion published.
 class Publisher {
   public:
-    explicit Publisher(const PublishTarget& stTarget);
+    /// stBy: who publishes; its time is filled in.
+    explicit Publisher(const PublishTarget& stTarget, const Publication& stBy = {});
 
     enum class Outcome { Values, Names }; ///< what was written: values in place, or all anew
     /// Publishes all readings that have a value; of several with one name the first counts. Names that cannot
@@ -46,9 +53,10 @@ class Publisher {
     void PublishValues();
 
     PublishTarget m_stTarget;
+    Publication m_stBy;
     ValueMap m_mapValues;
     std::map<std::string, u32> m_mapOffsets;
-    std::vector<u8> m_aRaw;  ///< values, then the names
+    std::vector<u8> m_aRaw;  ///< values, then the names and who published
     std::vector<u8> m_aTree; ///< the bank of the name tree as it was published
     bool m_bPublished = false;
 };

@@ -92,6 +92,8 @@ Segment FindSegment(void*, size_t uBytes, std::string& strError) {
 
 bool SegmentWasCut() { return g_bCut != 0; }
 
+u32 OwnStamp() { return host::StampOf(OwnProcessId()); }
+
 bool IsProcessGone(u32 uProcessId, u32 uStamp) noexcept { return host::IsGone(uProcessId, uStamp); }
 
 void RemoveDeadClaims() { host::RemoveDeadClaims(); }

@@ -257,6 +257,8 @@ Segment FindSegment(void* hModule, size_t uBytes, std::string& strError) {
 
 bool SegmentWasCut() { return false; }
 
+u32 OwnStamp() { return host::StampOf(OwnProcessId()); }
+
 bool IsProcessGone(u32 uProcessId, u32 uStamp) noexcept { return host::IsGone(uProcessId, uStamp); }
 
 void RemoveDeadClaims() {}

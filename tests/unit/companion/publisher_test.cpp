@@ -20,18 +20,15 @@ namespace {
 
 struct Calls {
     int iOffsets = 0, iData = 0, iCommands = 0;
-    i32 iLastSize = 0;
 } g_stCalls;
 
 void CountOffsets(const std::map<std::string, u32>& mapOffsets, const void* pData, i32 iSize) {
     ++g_stCalls.iOffsets;
-    g_stCalls.iLastSize = iSize;
     SetMonitorDataOffsetFromGWexeToGWDll_GL(mapOffsets, pData, iSize);
 }
 
 void CountData(const void* pData, i32 iSize) {
     ++g_stCalls.iData;
-    g_stCalls.iLastSize = iSize;
     SetMonitorDataFromGWexeToGWDll_GL(pData, iSize);
 }
 
@@ -120,7 +117,6 @@ TEST_F(PublisherTest, SameNamesAreWrittenInPlace) {
     EXPECT_EQ(Segment().uDataBank, 1u);
     EXPECT_EQ(g_stCalls.iOffsets, 1);
     EXPECT_EQ(g_stCalls.iData, 1);
-    EXPECT_EQ(g_stCalls.iLastSize, 8);
     EXPECT_EQ(g_stCalls.iCommands, 1);
     EXPECT_EQ(ReadBack(), (ValueMap{{"A", 3}, {"B", 4}}));
 }
