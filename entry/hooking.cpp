@@ -5,6 +5,7 @@
 #include "draw/own_context.h"
 #include "frame/api_claim.h"
 #include "frame/frame_driver.h"
+#include "frame/frame_trace.h"
 #include "frame/real_swap.h"
 #include "frame/release.h"
 #include "platform/clock.h"
@@ -244,6 +245,7 @@ i32 UnHook_openGL(u32 deInitCase) noexcept {
     if (!g_bHooked) return -1;
     platform::CloseSwapGate(); // what follows takes away what a swap stands on
     g_fnCloseApiMapping();
+    g_fnEndTrace();
     platform::WatchContexts(nullptr);
     CMiniHook* pMiniHook = g_pMiniHook;
     if (pMiniHook && g_pHookTarget) pMiniHook->RemoveHook(g_pHookTarget);

@@ -11,6 +11,7 @@
 #include "frame/api_claim.h"
 #include "frame/command_handler.h"
 #include "frame/context_state.h"
+#include "frame/frame_trace.h"
 #include "frame/limiter.h"
 #include "frame/outer_guard.h"
 #include "frame/real_swap.h"
@@ -57,6 +58,7 @@ static void RunSwapSteps(void* hdc) {
     if (!turn) return;
     const platform::ErrorKeeper keeper;
     const u32 uPid = platform::CurrentProcessId(), uTid = platform::CurrentThreadId();
+    g_fnBeginTracedFrame(uPid);
     g_fnTakeOwedRecord(uPid, uTid);
     TakeCommand(uPid, uTid);
     if (g_bCheckApiMapping) {
@@ -64,8 +66,10 @@ static void RunSwapSteps(void* hdc) {
         g_bCheckApiMapping = false;
     }
     if (!g_bOtherApiOwnsProcess) g_fnTavo_GL_PrewglSwapBuffers(hdc);
+    g_fnNoteDrawn();
     g_fnTavo_FPS_Limiter();
     ReportStatus(uPid, uTid);
+    g_fnEndTracedFrame(uTid);
 }
 
 static bool IsEnabled() { return g_bHooked && g_fnReadOnce(platform::SharedSegment()->bGlobalEnable) != 0; }

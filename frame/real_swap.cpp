@@ -1,5 +1,6 @@
 #include "frame/real_swap.h"
 
+#include "frame/frame_trace.h"
 #include "platform/gl_api.h"
 #include "platform/last_error.h"
 #include "platform/process.h"
@@ -17,6 +18,7 @@ static i32 RealSwap(void* hdc) {
 i32 g_fnSwapAndDrain(void* hdc) {
     const i32 iResult = RealSwap(hdc);
     const platform::ErrorKeeper keeper; // what the real swap left is the host's
+    g_fnNoteSwapDone();
     glGetError();
     return iResult;
 }

@@ -15,6 +15,7 @@
 #include "frame/api_claim.h"
 #include "frame/context_state.h"
 #include "frame/frame_driver.h"
+#include "frame/frame_trace.h"
 #include "frame/limiter.h"
 #include "frame/outer_guard.h"
 #include "frame/parts.h"
@@ -55,6 +56,8 @@ static void ResetSwap() {
     g_bPipelineIdle = true;
     g_uCallCount = g_uApiCode = 0;
     g_fnCloseApiMapping();
+    g_fnEndTrace();
+    g_fnRenew(g_stFrameTrace);
     g_bCheckApiMapping = true;
     g_bOtherApiOwnsProcess = false;
     g_fnRenew(g_stParts);

@@ -30,4 +30,10 @@ void CloseSwapGate() noexcept;
 /// as the unload would hold the loader's lock while it waits for it. False if that is not to be had now.
 bool HoldLibraryForSwap() noexcept;
 
+/// Has the gate note when the real swap of this thread, which is on its way to it, is done; nothing where the
+/// library swaps itself.
+void StampSwap() noexcept;
+/// That moment, of the performance counter; 0 as long as it has not come.
+i64 SwapStamp() noexcept;
+
 } // namespace platform

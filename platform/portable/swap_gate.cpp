@@ -7,5 +7,7 @@ void* SwapGate(const stSwapGateWay& stWay) noexcept { return reinterpret_cast<vo
 void OpenSwapGate(void*) noexcept {}
 void CloseSwapGate() noexcept {}
 bool HoldLibraryForSwap() noexcept { return true; }
+void StampSwap() noexcept {}
+i64 SwapStamp() noexcept { return 0; }
 
 } // namespace platform

@@ -17,16 +17,18 @@ constexpr u32 kPauseMs = 1;
 struct stGateData {
     volatile LONG m_iInside; ///< 0
     volatile LONG m_iOpen;   ///< 4
-    u32 (*m_fnAhead)(void*); ///< 8; its answer: whether a reference of the library is to be given back
+    u32 (*m_fnAhead)(void*); ///< 8; its answer: g_uGateRelease, g_uGateStamp
     void* m_fnReal;          ///< 16
     void* m_fnBehind;        ///< 24
     void* m_fnFreeLibrary;   ///< 32
     HMODULE m_hModule;       ///< 40
+    void* m_fnCounter;       ///< 48: QueryPerformanceCounter
+    volatile i64 m_iStamp;   ///< 56
 };
 
 namespace {
 
-static_assert(sizeof(stGateData) == 48 &&
+static_assert(sizeof(stGateData) == 64 &&
               g_uSwapGateWayOffset == kPageBytes + offsetof(stGateData, m_fnAhead));
 
 // Copied to memory of its own. The last error (at 0x68 of the thread's block) is the program's: the real
@@ -37,14 +39,15 @@ asm(".text\n"
     ".globl OrvinGateNothing\n"
     ".globl OrvinGateEnd\n"
     "OrvinGateBegin:\n"
-    "    subq $0x38, %rsp\n"
+    "    subq $0x48, %rsp\n"
     "    movq %rcx, 0x30(%rsp)\n"
     "    lock incl OrvinGateBegin+4096(%rip)\n"
     "    cmpl $0, OrvinGateBegin+4096+4(%rip)\n"
     "    je 1f\n"
     "    call *OrvinGateBegin+4096+8(%rip)\n"
     "    lock decl OrvinGateBegin+4096(%rip)\n"
-    "    testl %eax, %eax\n"
+    "    movl %eax, 0x38(%rsp)\n"
+    "    testl $1, %eax\n"
     "    je 2f\n"
     "    movl %gs:0x68, %eax\n"
     "    movl %eax, 0x28(%rsp)\n"
@@ -54,24 +57,29 @@ asm(".text\n"
     "    movl %eax, %gs:0x68\n"
     "    jmp 2f\n"
     "1:  lock decl OrvinGateBegin+4096(%rip)\n"
+    "    movl $0, 0x38(%rsp)\n"
     "2:  movq 0x30(%rsp), %rcx\n"
     "    call *OrvinGateBegin+4096+16(%rip)\n"
     "    movl %eax, 0x20(%rsp)\n"
     "    movl %gs:0x68, %eax\n"
     "    movl %eax, 0x28(%rsp)\n"
-    "    call *OrvinGateBegin+4096+24(%rip)\n"
+    "    testl $2, 0x38(%rsp)\n"
+    "    je 3f\n"
+    "    leaq OrvinGateBegin+4096+56(%rip), %rcx\n"
+    "    call *OrvinGateBegin+4096+48(%rip)\n"
+    "3:  call *OrvinGateBegin+4096+24(%rip)\n"
     "    movl 0x28(%rsp), %eax\n"
     "    movl %eax, %gs:0x68\n"
     "    movl 0x20(%rsp), %eax\n"
-    "    addq $0x38, %rsp\n"
+    "    addq $0x48, %rsp\n"
     "    ret\n"
     "OrvinGateNothing:\n"
     "    ret\n"
     "OrvinGateEnd:\n");
 
-/// How an exception finds its way through the gate to a handler of the program: 0x38 bytes of stack, taken by
+/// How an exception finds its way through the gate to a handler of the program: 0x48 bytes of stack, taken by
 /// the first instruction of 4 bytes.
-constexpr u8 kUnwindInfo[] = {0x01, 0x04, 0x01, 0x00, 0x04, 0x62, 0x00, 0x00};
+constexpr u8 kUnwindInfo[] = {0x01, 0x04, 0x01, 0x00, 0x04, 0x82, 0x00, 0x00};
 
 HMODULE ThisLibrary() {
     HMODULE hModule = nullptr;
@@ -97,8 +105,8 @@ void WriteCode(u8* pCode) {
     RtlAddFunctionTable(pEntry, 1, reinterpret_cast<DWORD64>(pCode));
 }
 
-void* FreeLibraryFunction() {
-    return reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("kernel32.dll"), "FreeLibrary"));
+void* SystemFunction(const char* szName) {
+    return reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("kernel32.dll"), szName));
 }
 
 } // namespace
@@ -110,7 +118,8 @@ void* CGate::m_fnMake(u32 (*fnAhead)(void*), void* fnBehind) noexcept {
         m_pCode = static_cast<u8*>(pMemory);
         WriteCode(m_pCode);
         m_pData = reinterpret_cast<stGateData*>(m_pCode + kPageBytes);
-        m_pData->m_fnFreeLibrary = FreeLibraryFunction();
+        m_pData->m_fnFreeLibrary = SystemFunction("FreeLibrary");
+        m_pData->m_fnCounter = SystemFunction("QueryPerformanceCounter");
         m_pData->m_hModule = ThisLibrary();
     }
     m_pData->m_fnAhead = fnAhead;
@@ -132,5 +141,11 @@ void CGate::m_fnClose() noexcept {
 }
 
 bool CGate::m_fnIsOpen() const noexcept { return m_pData && m_pData->m_iOpen; }
+
+void CGate::m_fnClearStamp() noexcept {
+    if (m_pData) m_pData->m_iStamp = 0;
+}
+
+i64 CGate::m_fnStamp() const noexcept { return m_pData ? m_pData->m_iStamp : 0; }
 
 } // namespace platform

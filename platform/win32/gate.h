@@ -8,10 +8,14 @@ namespace platform {
 
 struct stGateData;
 
+/// Bits of what is answered to the gate: a reference of the library is to be given back; the end of the real
+/// function is to be noted.
+constexpr u32 g_uGateRelease = 1, g_uGateStamp = 2;
+
 class CGate {
   public:
     /// Where a detour may lead to; null: no memory. Closed at first, when it only calls the real function.
-    /// fnAhead: called ahead of that one; its answer: whether a reference of the library is to be given back.
+    /// fnAhead: called ahead of that one; its answer: the bits above.
     /// fnBehind: called behind it, without arguments, and with the last error kept; may be null.
     void* m_fnMake(u32 (*fnAhead)(void*), void* fnBehind) noexcept;
     /// fnReal has to stay where it is for good.
@@ -20,6 +24,10 @@ class CGate {
     void m_fnClose() noexcept;
     bool m_fnIsMade() const noexcept { return m_pData; }
     bool m_fnIsOpen() const noexcept;
+    void m_fnClearStamp() noexcept;
+    /// The performance counter behind the last real function that was to be noted; 0 since the stamp was
+    /// cleared.
+    i64 m_fnStamp() const noexcept;
 
   private:
     stGateData* m_pData = nullptr;

@@ -6,7 +6,8 @@ namespace platform {
 namespace {
 
 constinit CGate g_clGate;
-std::atomic<DWORD> g_uHolder{0}; ///< thread whose swap holds a reference of the library
+std::atomic<DWORD> g_uHolder{0};  ///< thread whose swap holds a reference of the library
+std::atomic<DWORD> g_uStamped{0}; ///< thread whose real swap is to be timed
 void (*g_fnAhead)(void*) noexcept = nullptr;
 
 using LockLoader = LONG(NTAPI*)(ULONG uFlags, ULONG* puState, ULONG_PTR* puCookie);
@@ -23,8 +24,10 @@ UnlockLoader g_fnUnlockLoader = nullptr;
 
 u32 GoAhead(void* hdc) {
     g_fnAhead(hdc);
-    DWORD uSelf = GetCurrentThreadId();
-    return g_uHolder.compare_exchange_strong(uSelf, 0) ? 1 : 0;
+    const DWORD uSelf = GetCurrentThreadId();
+    DWORD uHolder = uSelf, uStamped = uSelf;
+    const u32 uRelease = g_uHolder.compare_exchange_strong(uHolder, 0) ? g_uGateRelease : 0;
+    return uRelease | (g_uStamped.compare_exchange_strong(uStamped, 0) ? g_uGateStamp : 0);
 }
 
 HMODULE ReferenceLibrary() {
@@ -58,5 +61,13 @@ bool HoldLibraryForSwap() noexcept {
     if (g_fnUnlockLoader && g_fnLockLoader) g_fnUnlockLoader(0, uCookie);
     return g_uHolder != 0;
 }
+
+void StampSwap() noexcept {
+    if (!g_clGate.m_fnIsOpen()) return;
+    g_clGate.m_fnClearStamp();
+    g_uStamped = GetCurrentThreadId();
+}
+
+i64 SwapStamp() noexcept { return g_clGate.m_fnStamp(); }
 
 } // namespace platform

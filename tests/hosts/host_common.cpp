@@ -290,7 +290,10 @@ void CHostLoop::m_fnAfterSwap(u32 uFrame, stHostContext&, WindowRef pWindow) {
     }
     if (!m_st.strScribble.empty()) m_pSystem->m_fnScribble(m_st.strScribble, uFrame);
     if (m_fnBenchFrame) m_fnBenchFrame();
-    if (m_st.uFpsCap) std::this_thread::sleep_for(std::chrono::nanoseconds(1000000000 / m_st.uFpsCap));
+    if (m_st.uStutterEvery && uFrame % m_st.uStutterEvery == 0)
+        std::this_thread::sleep_for(std::chrono::milliseconds(m_st.uStutterMs));
+    else if (m_st.uFpsCap)
+        std::this_thread::sleep_for(std::chrono::nanoseconds(1000000000 / m_st.uFpsCap));
 }
 
 bool CHostLoop::m_fnFrame(u32 uFrame) {

@@ -24,10 +24,11 @@ struct stHostOptions {
     bool bSwapCpu = false;
     u32 uSwapCpuFrom = 1;
     bool bEndFontconfig = false;
-    u32 uRemakeContext = 0;          ///< remake the context every so many frames; 0 never
-    u32 uPauseMs = 0, uLingerMs = 0; ///< once before the first and once after the last frame
-    u32 uFpsCap = 0;                 ///< sleep of 1/cap seconds a frame; 0 none
-    u32 uMeasureFrom = 0;            ///< frame number at which cost is taken up
+    u32 uRemakeContext = 0;                ///< remake the context every so many frames; 0 never
+    u32 uPauseMs = 0, uLingerMs = 0;       ///< once before the first and once after the last frame
+    u32 uFpsCap = 0;                       ///< sleep of 1/cap seconds a frame; 0 none
+    u32 uStutterMs = 0, uStutterEvery = 0; ///< that sleep in place of the cap's, every so many frames
+    u32 uMeasureFrom = 0;                  ///< frame number at which cost is taken up
     u32 uExitAfter =
         0; ///< frames of another thread after which the main thread calls exit(); 0: no such thread
     u32 uStackKb = 0; ///< the frames come from a thread with a stack of so many KB; 0: the main thread

@@ -22,6 +22,10 @@ bool ReadDump(stHostOptions& st, const char* szText) {
     return true;
 }
 
+bool ReadStutter(stHostOptions& st, const char* szText) {
+    return std::sscanf(szText, "%u@%u", &st.uStutterMs, &st.uStutterEvery) == 2 && st.uStutterEvery;
+}
+
 bool ReadProfile(stHostOptions& st, const char* szText) {
     st.bCore = std::strcmp(szText, "core") == 0;
     return st.bCore || std::strcmp(szText, "compat") == 0;
@@ -101,6 +105,7 @@ constexpr stSwitch g_stSwitches[] = {
      "Win32: before the first frame, take messages until a jump lies over the swap"},
     {"--linger-ms", "T", Number<&O::uLingerMs>, "wait after the last frame, taking messages"},
     {"--fps-cap", "N", Number<&O::uFpsCap>, "sleep 1/N seconds every frame"},
+    {"--stutter", "MS@K", ReadStutter, "sleep MS milliseconds instead behind every Kth frame"},
     {"--measure-from", "K", Number<&O::uMeasureFrom>, "take time from frame K to the end"},
     {"--swap-through", "import|getproc|dlsym", Text<&O::strSwapThrough>,
      "how the swap function is found (EGL: damage-khr, damage-ext too)"},

@@ -1,4 +1,5 @@
 // The gate between the detoured swap and the library.
+#include "platform/clock.h"
 #include "platform/swap_gate.h"
 #include "platform/win32/windows_api.h"
 #include <atomic>
@@ -62,6 +63,41 @@ TEST_F(SwapGate, GoesAheadThenSwapsThenDrainsAndAnswersWhatTheSwapDid) {
     EXPECT_EQ(fnGate(m_hdc), 7);
     EXPECT_EQ(GetLastError(), 99u);
     EXPECT_EQ(g_strCalls, "ahead real drain");
+}
+
+TEST_F(SwapGate, NotesTheEndOfTheRealSwapWhereItIsAskedTo) {
+    static i64 s_iBefore, s_iStampAhead;
+    const Swap fnGate = Gate(
+        [](void*) noexcept {
+            platform::StampSwap();
+            s_iStampAhead = platform::SwapStamp();
+            s_iBefore = platform::CounterNow();
+        },
+        [](void*) -> i32 {
+            Sleep(20);
+            SetLastError(99);
+            return 7;
+        });
+    for (u32 u = 0; u < 2; ++u) {
+        SetLastError(77);
+        EXPECT_EQ(fnGate(m_hdc), 7);
+        EXPECT_EQ(GetLastError(), 99u);
+        EXPECT_EQ(s_iStampAhead, 0);
+        EXPECT_GE(platform::SwapStamp() - s_iBefore, platform::CounterFrequency() / 100);
+        EXPECT_LE(platform::SwapStamp(), platform::CounterNow());
+    }
+}
+
+TEST_F(SwapGate, UnaskedItNotesNothing) {
+    const Swap fnAsking = Gate([](void*) noexcept { platform::StampSwap(); }, &Nothing);
+    fnAsking(m_hdc);
+    const i64 iStamp = platform::SwapStamp();
+    EXPECT_NE(iStamp, 0);
+    const Swap fnGate = Gate(&Ahead, &Real);
+    fnGate(m_hdc);
+    platform::CloseSwapGate();
+    fnGate(m_hdc);
+    EXPECT_EQ(platform::SwapStamp(), iStamp);
 }
 
 TEST_F(SwapGate, ClosedItStillSwaps) {
