@@ -4,6 +4,7 @@
 #include "companion/segment_view.h"
 #include "companion/target.h"
 #include "companion/utf.h"
+#include "platform/tool_settings.h"
 #include "platform/tool_shot.h"
 #include "shared/commands.h"
 #include <algorithm>
@@ -36,6 +37,13 @@ bool WaitFor(u32 uSeconds, const std::function<bool()>& fnHolds) {
     }
     return fnHolds();
 }
+
+/// Settings of screenshots; a value that is missing has its default.
+struct ShotSettings {
+    std::string strFolder; ///< empty: the data folder
+    u32 uMode = 2;         ///< 1 without the overlay, 2 with it, anything else saves nothing
+    u32 uType = 2;         ///< 0 BMP, 1 JPEG, 2 PNG, 3 HEIF, 4 and above BMP, JPEG and PNG
+};
 
 struct Target {
     u32 uProcessId = 0;
@@ -118,9 +126,28 @@ Result FindTargets(const ControlLibrary& stLibrary, const Options& stOptions,
     return Result::Fail("no running program " + stOptions.strTarget + " carries the overlay");
 }
 
+constexpr const char *c_szKey = "Camera", *c_szFolder = "DirPath", *c_szMode = "CapMode",
+                     *c_szType = "CapType";
+
+/// As programs read them: a value of another kind is as none.
+ShotSettings ReadShotSettings() {
+    using namespace platform::tool;
+    ShotSettings st;
+    st.strFolder = SettingText(c_szKey, c_szFolder).value_or(st.strFolder);
+    st.uMode = SettingNumber(c_szKey, c_szMode).value_or(st.uMode);
+    st.uType = SettingNumber(c_szKey, c_szType).value_or(st.uType);
+    return st;
+}
+
+std::vector<platform::tool::Setting> SettingsOf(const ShotSettings& st) {
+    return {{c_szKey, c_szFolder, {}, st.strFolder, false},
+            {c_szKey, c_szMode, st.uMode, "", false},
+            {c_szKey, c_szType, st.uType, "", false}};
+}
+
 /// The settings that are wanted, and whether they differ from what stands.
-platform::tool::ShotSettings Wanted(const Options& stOptions, const platform::tool::ShotSettings& stNow) {
-    platform::tool::ShotSettings st = stNow;
+ShotSettings Wanted(const Options& stOptions, const ShotSettings& stNow) {
+    ShotSettings st = stNow;
     if (!stOptions.strFolder.empty()) {
         std::error_code error;
         st.strFolder = TextOfPath(fs::absolute(PathOfText(stOptions.strFolder), error).lexically_normal());
@@ -130,11 +157,11 @@ platform::tool::ShotSettings Wanted(const Options& stOptions, const platform::to
     return st;
 }
 
-bool Differ(const platform::tool::ShotSettings& a, const platform::tool::ShotSettings& b) {
+bool Differ(const ShotSettings& a, const ShotSettings& b) {
     return a.strFolder != b.strFolder || a.uMode != b.uMode || a.uType != b.uType;
 }
 
-Result FolderOf(const platform::tool::ShotSettings& st, fs::path& pathFolder) {
+Result FolderOf(const ShotSettings& st, fs::path& pathFolder) {
     pathFolder = PathOfText(st.strFolder);
     if (!st.strFolder.empty()) return {};
     const Result stFound = FindDataFolder("", pathFolder);
@@ -142,7 +169,7 @@ Result FolderOf(const platform::tool::ShotSettings& st, fs::path& pathFolder) {
 }
 
 /// What keeps a file from being written, as far as it can be seen from here.
-Result Check(const platform::tool::ShotSettings& st, const fs::path& pathFolder) {
+Result Check(const ShotSettings& st, const fs::path& pathFolder) {
     const std::string strFolder = TextOfPath(pathFolder);
     std::u16string wstrFolder;
     if (st.uMode != 1 && st.uMode != 2)
@@ -158,9 +185,8 @@ Result Check(const platform::tool::ShotSettings& st, const fs::path& pathFolder)
 }
 
 /// Asks one program and waits for its files.
-Result ShootOne(const ControlLibrary& stLibrary, const Options& stOptions,
-                const platform::tool::ShotSettings& stSettings, const fs::path& pathFolder,
-                Target& stTarget) {
+Result ShootOne(const ControlLibrary& stLibrary, const Options& stOptions, const ShotSettings& stSettings,
+                const fs::path& pathFolder, Target& stTarget) {
     Result st = Tell(stLibrary, stTarget.uProcessId, COMMAND_POSITIONS, c_iReloadCamera, stOptions.uTimeout);
     if (!st) return st;
     const u8 uByte = 1;
@@ -184,9 +210,8 @@ Result ShootOne(const ControlLibrary& stLibrary, const Options& stOptions,
                         " seconds");
 }
 
-Result ShootAll(const ControlLibrary& stLibrary, const Options& stOptions,
-                const platform::tool::ShotSettings& stSettings, const fs::path& pathFolder,
-                std::vector<Target>& listTargets) {
+Result ShootAll(const ControlLibrary& stLibrary, const Options& stOptions, const ShotSettings& stSettings,
+                const fs::path& pathFolder, std::vector<Target>& listTargets) {
     Result stResult;
     for (Target& stTarget : listTargets) {
         const Result st = ShootOne(stLibrary, stOptions, stSettings, pathFolder, stTarget);
@@ -229,15 +254,15 @@ Result TakeShots(const ControlLibrary& stLibrary, const Options& stOptions) {
     if (!st) return st;
     if (!Snapshot(stLibrary.pSegment)->bGlobalEnable)
         return Result::Fail("the overlay is switched off (orvin-osd on)");
-    const auto stNow = platform::tool::ReadShotSettings();
+    const auto stNow = ReadShotSettings();
     const auto stWanted = Wanted(stOptions, stNow);
     fs::path pathFolder;
     st = FolderOf(stWanted, pathFolder);
     if (st) st = Check(stWanted, pathFolder);
     if (!st) return st;
-    platform::tool::ShotSettingsChange change;
+    platform::tool::TemporarySettings change;
     const bool bChange = Differ(stNow, stWanted);
-    if (bChange) st = change.Set(stWanted);
+    if (bChange) st = change.Set(SettingsOf(stWanted));
     if (st) st = ShootAll(stLibrary, stOptions, stWanted, pathFolder, listTargets);
     const Result stBack = change.Restore();
     if (bChange) ReloadSettings(stLibrary, listTargets);

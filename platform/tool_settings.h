@@ -3,6 +3,7 @@
 // overlay's own, parts separated by backslashes; keys and names are compared without case. All text is UTF-8.
 #include "platform/tool_result.h"
 #include "platform/types.h"
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -33,6 +34,24 @@ Result RemoveSettingKeys(const std::vector<std::string>& listKeys);
 
 /// What cannot be stored says why: control characters, and names that would read as something else.
 Result CheckSetting(const Setting& stSetting);
+
+/// Other values for as long as it lives; what stood there comes back, however the program is told to stop.
+/// One at a time on the machine: a second one waits, and heals what a killed one left.
+class TemporarySettings {
+  public:
+    TemporarySettings();
+    TemporarySettings(const TemporarySettings&) = delete;
+    TemporarySettings& operator=(const TemporarySettings&) = delete;
+    ~TemporarySettings();
+    /// Once.
+    Result Set(const std::vector<Setting>& listSettings);
+    /// Gives back; a failure is told.
+    Result Restore();
+
+  private:
+    struct Memory;
+    std::unique_ptr<Memory> m_pMemory;
+};
 
 // --- on the text of a settings file, whose sections are keys with their whole path ---
 

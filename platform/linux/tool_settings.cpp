@@ -1,6 +1,6 @@
 // Linux: the settings are a file beside the data folder. A changed one takes its place whole, also that of a
 // link to an installed file.
-#include "platform/tool_settings.h"
+#include "platform/linux/tool_settings_file.h"
 #include "platform/settings_tree.h"
 #include "platform/tool.h"
 #include "platform/utf.h"
@@ -20,17 +20,6 @@ namespace {
 constexpr char kRoot[] = "SOFTWARE\\Zarn\\ORVIN-OSD";
 constexpr char kWowRoot[] = "SOFTWARE\\WOW6432Node\\Zarn\\ORVIN-OSD";
 constexpr std::size_t kLongestFile = 1 << 20; ///< overlays read no further
-
-std::string SettingsFolder() {
-    const std::string strCommon = CommonDataFolder();
-    return strCommon.empty() ? strCommon : strCommon + "/ZARN/Orvin Deck/ORVIN-OSD/Settings";
-}
-
-std::string CurrentFile() {
-    std::stringstream text;
-    text << std::ifstream(SettingsFolder() + "/settings.ini", std::ios::binary).rdbuf();
-    return text.str();
-}
 
 std::u16string ToUtf16(const std::string& str) {
     std::u16string wstr(str.size() + 1, u'\0');
@@ -55,27 +44,59 @@ const SettingsNode* FindKey(const CSettingsTree& tree, const std::string& strKey
     return tree.FindKey(ToUtf16(PathIn(tree, strKey)));
 }
 
-/// Keeps other tools that change the file out while it lives; where it cannot, nobody waits.
-class FolderLock {
-  public:
-    explicit FolderLock(const std::string& strFolder)
-        : m_iFile(open(strFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
-        if (m_iFile >= 0) flock(m_iFile, LOCK_EX);
-    }
-    FolderLock(const FolderLock&) = delete;
-    FolderLock& operator=(const FolderLock&) = delete;
-    ~FolderLock() {
-        if (m_iFile >= 0) close(m_iFile);
-    }
+using Change = std::function<std::string(std::string strFile, const CSettingsTree& tree)>;
 
-  private:
-    int m_iFile;
-};
+bool IsUtf16(const std::string& str) { return str.starts_with("\xFF\xFE") || str.starts_with("\xFE\xFF"); }
 
-Result Replace(const std::string& strPath, const std::string& strText) {
-    if (strText.size() > kLongestFile)
-        return Result::Fail(strPath + " would be longer than 1 MiB, which overlays do not read");
-    const std::string strNew = strPath + "." + std::to_string(getpid());
+Result ChangeText(std::string& strFile, const Change& fnChange) {
+    if (IsUtf16(strFile)) return Result::Fail(SettingsFile() + " is UTF-16; save it as UTF-8 first");
+    strFile = fnChange(strFile, CSettingsTree::Parse(strFile));
+    if (strFile.size() <= kLongestFile) return {};
+    return Result::Fail(SettingsFile() + " would be longer than 1 MiB, which overlays do not read");
+}
+
+Result ChangeFile(const Change& fnChange) {
+    const std::string strFolder = SettingsFolder();
+    if (strFolder.empty()) return Result::Fail("this system has no data folder");
+    mkdir(strFolder.c_str(), 0755);
+    const FolderLock lock(strFolder);
+    const std::string strFile = ReadSettingsFile();
+    std::string strChanged = strFile;
+    const Result stResult = ChangeText(strChanged, fnChange);
+    return stResult && strChanged != strFile ? ReplaceSettingsFile(strChanged) : stResult;
+}
+
+Change StoreAll(const std::vector<Setting>& listSettings) {
+    return [&listSettings](std::string strFile, const CSettingsTree& tree) {
+        for (const Setting& st : listSettings)
+            strFile = WithSetting(std::move(strFile), PathIn(tree, st.strKey), st);
+        return strFile;
+    };
+}
+
+Result CheckAll(const std::vector<Setting>& listSettings) {
+    for (const Setting& st : listSettings)
+        if (Result stResult = CheckSetting(st); !stResult) return stResult;
+    return {};
+}
+
+} // namespace
+
+std::string SettingsFolder() {
+    const std::string strCommon = CommonDataFolder();
+    return strCommon.empty() ? strCommon : strCommon + "/ZARN/Orvin Deck/ORVIN-OSD/Settings";
+}
+
+std::string SettingsFile() { return SettingsFolder() + "/settings.ini"; }
+
+std::string ReadSettingsFile() {
+    std::stringstream text;
+    text << std::ifstream(SettingsFile(), std::ios::binary).rdbuf();
+    return text.str();
+}
+
+Result ReplaceSettingsFile(const std::string& strText) {
+    const std::string strPath = SettingsFile(), strNew = strPath + "." + std::to_string(getpid());
     std::ofstream file(strNew, std::ios::binary | std::ios::trunc);
     file << strText;
     file.close();
@@ -85,24 +106,22 @@ Result Replace(const std::string& strPath, const std::string& strText) {
     return Result::Fail("cannot write " + strPath + ": " + strWhy);
 }
 
-using Change = std::function<std::string(std::string strFile, const CSettingsTree& tree)>;
-
-Result ChangeFile(const Change& fnChange) {
-    const std::string strFolder = SettingsFolder(), strPath = strFolder + "/settings.ini";
-    if (strFolder.empty()) return Result::Fail("this system has no data folder");
-    mkdir(strFolder.c_str(), 0755);
-    const FolderLock lock(strFolder);
-    const std::string strFile = CurrentFile();
-    if (strFile.starts_with("\xFF\xFE") || strFile.starts_with("\xFE\xFF"))
-        return Result::Fail(strPath + " is UTF-16; save it as UTF-8 first");
-    const std::string strChanged = fnChange(strFile, CSettingsTree::Parse(strFile));
-    return strChanged == strFile ? Result{} : Replace(strPath, strChanged);
+Result ChangeSettingsText(std::string& strFile, const std::vector<Setting>& listSettings) {
+    const Result stResult = CheckAll(listSettings);
+    return stResult ? ChangeText(strFile, StoreAll(listSettings)) : stResult;
 }
 
-} // namespace
+FolderLock::FolderLock(const std::string& strFolder)
+    : m_iFile(open(strFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+    if (m_iFile >= 0) flock(m_iFile, LOCK_EX);
+}
+
+FolderLock::~FolderLock() {
+    if (m_iFile >= 0) close(m_iFile);
+}
 
 Setting CurrentSetting(const std::string& strKey, const std::string& strName) {
-    const CSettingsTree tree = CSettingsTree::Parse(CurrentFile());
+    const CSettingsTree tree = CSettingsTree::Parse(ReadSettingsFile());
     const SettingsNode* const pNode = FindKey(tree, strKey);
     Setting st{strKey, strName, {}, {}, true};
     if (!pNode) return st;
@@ -123,7 +142,7 @@ Setting CurrentSetting(const std::string& strKey, const std::string& strName) {
 }
 
 std::vector<std::string> SettingKeys(const std::string& strKey) {
-    const CSettingsTree tree = CSettingsTree::Parse(CurrentFile());
+    const CSettingsTree tree = CSettingsTree::Parse(ReadSettingsFile());
     const SettingsNode* const pNode = FindKey(tree, strKey);
     std::vector<std::string> list;
     if (pNode)
@@ -132,13 +151,8 @@ std::vector<std::string> SettingKeys(const std::string& strKey) {
 }
 
 Result StoreSettings(const std::vector<Setting>& listSettings) {
-    for (const Setting& st : listSettings)
-        if (Result stResult = CheckSetting(st); !stResult) return stResult;
-    return ChangeFile([&](std::string strFile, const CSettingsTree& tree) {
-        for (const Setting& st : listSettings)
-            strFile = WithSetting(std::move(strFile), PathIn(tree, st.strKey), st);
-        return strFile;
-    });
+    const Result stResult = CheckAll(listSettings);
+    return stResult ? ChangeFile(StoreAll(listSettings)) : stResult;
 }
 
 Result RemoveSettingKeys(const std::vector<std::string>& listKeys) {

@@ -2,6 +2,7 @@
 #include "platform/tool_settings.h"
 #include "platform/win32/tool.h"
 #include "platform/win32/windows_api.h"
+#include <algorithm>
 #include <cstring>
 
 namespace platform::tool {
@@ -127,6 +128,83 @@ Result RemoveSettingKeys(const std::vector<std::string>& listKeys) {
             return CannotWrite(wstrPath, iStatus);
     }
     return {};
+}
+
+struct TemporarySettings::Memory {
+    struct Value {
+        std::string strKey, strName;
+        bool bThere = false;
+        DWORD uType = 0;
+        std::vector<BYTE> vecBytes;
+    };
+    HANDLE hMutex = nullptr;
+    std::vector<Value> listFormer;
+    std::vector<std::wstring> listMade; ///< keys that were not there, the deepest last
+
+    void Remember(const Setting& setting);
+    bool GiveBack(const Value& value) const;
+    ~Memory() {
+        if (!hMutex) return;
+        ReleaseMutex(hMutex);
+        CloseHandle(hMutex);
+    }
+};
+
+/// The value whatever its type, and which of the keys above it there are not.
+void TemporarySettings::Memory::Remember(const Setting& setting) {
+    Value value{setting.strKey, setting.strName, false, 0, {}};
+    const std::wstring wstrKey = PathOf(setting.strKey), wstrName = ToWide(setting.strName);
+    DWORD uBytes = 0;
+    const Key key(OpenToRead(wstrKey));
+    if (key.Get() &&
+        !RegQueryValueExW(key.Get(), wstrName.c_str(), nullptr, &value.uType, nullptr, &uBytes)) {
+        value.vecBytes.resize(uBytes);
+        value.bThere = !RegQueryValueExW(key.Get(), wstrName.c_str(), nullptr, &value.uType,
+                                         value.vecBytes.data(), &uBytes);
+        value.vecBytes.resize(value.bThere ? uBytes : 0);
+    }
+    listFormer.push_back(value);
+    for (std::size_t u = 0; u != std::wstring::npos;) {
+        u = wstrKey.find(L'\\', u + 1);
+        const std::wstring wstrPart = wstrKey.substr(0, u);
+        const bool bKnown = std::find(listMade.begin(), listMade.end(), wstrPart) != listMade.end();
+        if (!bKnown && !Key(OpenToRead(wstrPart)).Get()) listMade.push_back(wstrPart);
+    }
+}
+
+bool TemporarySettings::Memory::GiveBack(const Value& value) const {
+    HKEY hKey = nullptr;
+    const std::wstring wstrName = ToWide(value.strName);
+    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, PathOf(value.strKey).c_str(), 0, KEY_SET_VALUE, &hKey))
+        return !value.bThere;
+    const Key key(hKey);
+    const LSTATUS iStatus =
+        value.bThere ? RegSetValueExW(hKey, wstrName.c_str(), 0, value.uType, value.vecBytes.data(),
+                                      static_cast<DWORD>(value.vecBytes.size()))
+                     : RegDeleteValueW(hKey, wstrName.c_str());
+    return iStatus == ERROR_SUCCESS || iStatus == ERROR_FILE_NOT_FOUND;
+}
+
+TemporarySettings::TemporarySettings() : m_pMemory(std::make_unique<Memory>()) {}
+
+TemporarySettings::~TemporarySettings() { Restore(); }
+
+Result TemporarySettings::Set(const std::vector<Setting>& listSettings) {
+    m_pMemory->hMutex = CreateMutexW(nullptr, FALSE, L"ORVIN-OSD temporary settings");
+    if (m_pMemory->hMutex) WaitForSingleObject(m_pMemory->hMutex, INFINITE);
+    for (const Setting& st : listSettings) m_pMemory->Remember(st);
+    return StoreSettings(listSettings);
+}
+
+Result TemporarySettings::Restore() {
+    bool bBack = true;
+    for (const Memory::Value& value : m_pMemory->listFormer) bBack = m_pMemory->GiveBack(value) && bBack;
+    while (!m_pMemory->listMade.empty()) { // one that holds something by now stays
+        RegDeleteKeyW(HKEY_LOCAL_MACHINE, m_pMemory->listMade.back().c_str());
+        m_pMemory->listMade.pop_back();
+    }
+    m_pMemory = std::make_unique<Memory>();
+    return bBack ? Result{} : Result::Fail("the settings in the registry could not be given back");
 }
 
 } // namespace platform::tool

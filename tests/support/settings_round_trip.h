@@ -60,4 +60,21 @@ inline void Run() {
     EXPECT_TRUE(SettingKeys(c_szKey).empty());
 }
 
+/// Values for a while: those that stood there come back, others go with the keys that were made for them.
+inline void RunForAWhile() {
+    using namespace platform::tool;
+    const std::string strBelow = std::string(c_szKey) + "\\Below";
+    ASSERT_TRUE(StoreSettings({{c_szKey, "Kept", 1, "", false}}));
+    {
+        TemporarySettings change;
+        ASSERT_TRUE(change.Set({{c_szKey, "Kept", 2, "", false}, {strBelow, "New", {}, "x", false}}));
+        EXPECT_EQ(SettingNumber(c_szKey, "Kept"), 2u);
+        EXPECT_EQ(SettingText(strBelow, "New"), "x");
+    }
+    EXPECT_EQ(SettingNumber(c_szKey, "Kept"), 1u);
+    EXPECT_EQ(SettingText(strBelow, "New"), std::nullopt);
+    EXPECT_TRUE(SettingKeys(c_szKey).empty());
+    ASSERT_TRUE(RemoveSettingKeys({c_szKey}));
+}
+
 } // namespace settings_round_trip
