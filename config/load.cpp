@@ -28,6 +28,7 @@
 #include "draw/canvas.h"
 #include "draw/data_path.h"
 #include "draw/draw_keys.h"
+#include "font/font_unicode.h"
 #include "platform/clock.h"
 #include "shared/process_records.h"
 
@@ -73,6 +74,12 @@ bool CreateLayout() {
     return false;
 }
 
+/// Texts that come later may still add a glyph.
+void RestFonts() {
+    for (u32 u = 0; g_ppFont && u < g_uFontEntries; ++u)
+        if (g_ppFont[u]) g_ppFont[u]->m_fnPackAtlas();
+}
+
 bool Load() {
     g_fnForgetWatchedFiles();
     g_fnClearConfiguration();
@@ -86,7 +93,9 @@ bool Load() {
     if (!ReadDocuments()) return false;
     g_fnReadSensorDefinitions();
     g_fnReadPresetVariables(g_stProfile.pPreset);
-    return CreateLayout();
+    if (!CreateLayout()) return false;
+    RestFonts();
+    return true;
 }
 
 } // namespace

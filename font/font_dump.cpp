@@ -30,7 +30,7 @@ void CFontUniCode::m_fnDumpCanvas() { m_fnDumpBuffer(0); }
 void CFontUniCode::m_fnDumpCharBuff() { m_fnDumpBuffer(1); }
 
 void CFontUniCode::m_fnDumpCell(u32 uIndex) {
-    if (!g_fnLogSink || !m_pAtlas || uIndex >= m_uNum_Characters) return;
+    if (!g_fnLogSink || !m_fnTakeAtlas() || uIndex >= m_uNum_Characters) return;
     const u32 uCellW = m_uTexW / m_uLayoutW, uCellH = m_uTexH / m_uLayoutH;
     const u32 x = uIndex % m_uLayoutW * uCellW, y = uIndex / m_uLayoutW * uCellH;
     g_fnLog("----------------\n");
@@ -75,6 +75,7 @@ bool g_fnSaveAtlasBitmap(const CFontUniCode& font, const std::string& szName) {
 }
 
 bool CFontUniCode::m_fnExportAtlas(const char16_t* wzPrefix) {
+    m_fnTakeAtlas();
     const std::string prefix = wzPrefix && *wzPrefix ? Narrow(wzPrefix) + "-" : "";
     return g_fnSaveAtlasBitmap(*this, prefix + g_fnNarrowFace(*this) + "-" + std::to_string(m_uTexW) + "x" +
                                           std::to_string(m_uTexH) + ".bmp");

@@ -135,6 +135,7 @@ void TakeRows(CFontUniCode& font, std::span<const u8> piece, u32 uTop, u32 uRows
 
 /// The first level, up to where the source ends.
 void TakeAtlas(CFontUniCode& font, CPictureSource& source) {
+    font.m_fnTakeAtlas();
     const u32 uPieceRows = std::max(1u, g_uPieceBytes / font.m_uTexW), uHadRows = font.m_uAtlasRows;
     font.m_uAtlasRows = 0;
     for (u32 y = 0; y < font.m_uTexH; y += uPieceRows) {

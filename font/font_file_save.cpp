@@ -71,7 +71,7 @@ u32 CFontUniCode::m_fnGetFileSize() {
 
 bool CFontUniCode::m_fnSaveToStream(std::FILE* pFile) {
     const u64 uBytes = FileBytes(*this);
-    if (!pFile || !m_pChars || !m_pAtlas || uBytes > g_uFontFileBytesMost) return false;
+    if (!pFile || !m_pChars || !m_fnTakeAtlas() || uBytes > g_uFontFileBytesMost) return false;
     const std::unique_ptr<u8[]> pBytes(new (std::nothrow) u8[uBytes]());
     if (!pBytes) return false;
     const stFontFileHeader st = MakeHeader(*this);

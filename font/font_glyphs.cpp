@@ -83,7 +83,7 @@ bool CFontUniCode::m_fnUploadAtlasAll(const u8* const*) { return true; }
 bool CFontUniCode::m_fnUploadAtlas() { return true; }
 
 bool CFontUniCode::m_fnPutCharBuffInCell(u32, f32* pX, f32* pY, f32*) {
-    if (!m_pAtlas || !m_pCharBuff || !(*pX >= 0.0f) || !(*pY >= 0.0f)) return false;
+    if (!m_fnTakeAtlas() || !m_pCharBuff || !(*pX >= 0.0f) || !(*pY >= 0.0f)) return false;
     const u32 uCellW = m_uTexW / m_uLayoutW, uCellH = m_uTexH / m_uLayoutH;
     if (*pX >= static_cast<f32>(m_uLayoutW) || *pY >= static_cast<f32>(m_uLayoutH)) return false;
     const u32 uColumn = static_cast<u32>(*pX * static_cast<f32>(uCellW));

@@ -23,7 +23,7 @@ bool CFontUC_GL::m_fnUploadAtlasAll(const u8* const*) { return m_fnUploadAtlas()
 bool CFontUC_GL::m_fnUploadChain() { return m_pTexture->m_fnUploadLevel(nullptr, 0, 0); }
 
 bool CFontUC_GL::m_fnUploadAtlas() {
-    if (!m_pTexture) return false;
+    if (!m_pTexture || (!m_fnTakeAtlas() && m_uAtlasRows != 0)) return false;
     m_pTexture->m_fnLendLevel(0, m_pAtlas);
     // The levels are taken anew, so they hold zeros. One call takes the whole chain along.
     const bool bDone = m_pTexture->m_fnTakeLevels(0) &&

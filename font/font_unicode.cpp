@@ -50,6 +50,7 @@ void CFontUniCode::DropBuffers() noexcept {
     platform::DestroyGlyphBitmap(m_hBitmap);
     m_hBitmap = nullptr;
     Free(m_pAtlas, m_uAtlasBytes);
+    m_packedAtlas.Drop();
     m_uAtlasRows = 0;
     Free(m_pCanvas, m_uCellBytes);
     Free(m_pCharBuff, m_uCellBytes);
@@ -63,6 +64,17 @@ void CFontUniCode::m_fnRest() noexcept {
     platform::RestGlyphDevice(m_hDC);
     platform::RestGlyphFont(m_hFont);
     platform::RestGlyphFont(m_hFontCalib);
+}
+
+void CFontUniCode::m_fnPackAtlas() noexcept {
+    if (m_pAtlas && m_packedAtlas.Take(m_pAtlas, static_cast<std::size_t>(m_uTexW) * m_uAtlasRows))
+        Free(m_pAtlas, m_uAtlasBytes);
+}
+
+u8* CFontUniCode::m_fnTakeAtlas() noexcept {
+    if (m_packedAtlas.IsEmpty()) return m_pAtlas;
+    if (AllocZeroed(m_pAtlas, m_uAtlasBytes, m_uAtlasBytes)) m_packedAtlas.Give(m_pAtlas);
+    return m_pAtlas;
 }
 
 void CFontUniCode::m_fnSetLayout(u32 uWidth, u32 uHeight, u32 uLayers) {
@@ -145,7 +157,7 @@ bool CFontUniCode::AllocCanvas() {
 bool CFontUniCode::AllocRecordsAndAtlas() {
     const u64 uRecords = static_cast<u64>(m_uNum_Characters) + 2;
     return AllocZeroed(m_pChars, m_uRecordBytes, uRecords * sizeof *m_pChars) &&
-           AllocZeroed(m_pAtlas, m_uAtlasBytes, static_cast<u64>(m_uTexW) * m_uTexH);
+           (m_fnTakeAtlas() || AllocZeroed(m_pAtlas, m_uAtlasBytes, static_cast<u64>(m_uTexW) * m_uTexH));
 }
 
 bool CFontUniCode::m_fnCreateGdiFont(platform::GlyphFont** ppFont, u32 uSize, const char16_t* wzName) {

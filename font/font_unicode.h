@@ -2,6 +2,7 @@
 // A font as an atlas: a square grid of cells in one picture of a byte a pixel, with a table from code point
 // to cell and metrics. Cells are given out in order of first use, at any time, so that a text nobody foresaw
 // shows too.
+#include "font/packed_pixels.h"
 #include "platform/glyph_rasterizer.h"
 #include "platform/types.h"
 
@@ -149,6 +150,10 @@ class CFontUniCode {
     /// Gives back what only drawing needs; the next glyph takes it again. Canvas and glyph buffer may be
     /// blank after it.
     void m_fnRest() noexcept;
+    /// Packs the atlas, which is looked at again only for a glyph that comes in later. m_fnTakeAtlas comes
+    /// ahead of each use of m_pAtlas; null without memory.
+    void m_fnPackAtlas() noexcept;
+    u8* m_fnTakeAtlas() noexcept;
 
     u32 m_uLayoutW = 8, m_uLayoutH = 8; ///< cells
     u32 m_uLayoutD = 0;
@@ -174,7 +179,7 @@ class CFontUniCode {
     stFontChar* m_pChars = nullptr;               ///< m_uNum_Characters + 2; the last two are 32 and 12288
     std::u16string m_wzFontName;                  ///< face
     i32 m_iFontWeight = 400;                      ///< 0 to 1000
-    u8* m_pAtlas = nullptr;                       ///< m_uTexW * m_uTexH
+    u8* m_pAtlas = nullptr;                       ///< m_uTexW * m_uTexH; null while it is packed
     u8* m_pCanvas = nullptr;                      ///< m_iCanvasW * m_iCanvasH
     u8* m_pCharBuff = nullptr;                    ///< m_iCharBuffW * m_iCharBuffH
     u8* m_pDib = nullptr;                         ///< rows of 24 bits from the rasteriser
@@ -196,6 +201,7 @@ class CFontUniCode {
     void ReadCanvas(const u8* pTable);
     void DumpRows(const u8* pFirst, u32 uWidth, u32 uHeight, u32 uPitch);
 
+    CPackedPixels m_packedAtlas;
     u64 m_uAtlasBytes = 0, m_uDibBytes = 0, m_uCellBytes = 0, m_uRecordBytes = 0; ///< of the blocks above
 };
 

@@ -62,6 +62,29 @@ std::unique_ptr<XMLDocument> OpenOrThrow(const char16_t* wzPath) {
     return pDocument;
 }
 
+/// Those children of a root that a layout of the style looks at, as a document.
+std::string KeptText(const XMLElement& root, u32 uStyle) {
+    tinyxml2::XMLPrinter printer(nullptr, true);
+    printer.OpenElement(g_szProfileRoot, true);
+    const char* const szFixed = uStyle == STYLE_CUSTOM ? "" : g_fnLayoutElementName(uStyle);
+    for (const char* szKept : {szFixed, "Extension", "Preset"})
+        if (const XMLElement* const pKept = root.FirstChildElement(szKept)) pKept->Accept(&printer);
+    printer.CloseElement(true);
+    return {printer.CStr(), static_cast<std::size_t>(printer.CStrSize()) - 1};
+}
+
+/// A style uses half of OSD_Ref.xml at most. The rest goes ahead of all that the layout takes memory for, or
+/// the program would keep its room.
+void ShrinkReference() {
+    const XMLElement& root = *g_pReferenceDocument->FirstChildElement(g_szProfileRoot);
+    const u32 uStyle = g_fnLayoutStyleOf(*g_pProfileDocument->FirstChildElement(g_szProfileRoot));
+    const std::string strText = KeptText(root, uStyle);
+    if (strText.find('\r') != strText.npos) return; // one that was spelled out would be read as a line end
+    g_pReferenceDocument = std::make_unique<XMLDocument>();
+    if (g_pReferenceDocument->Parse(strText.data(), strText.size()) != tinyxml2::XML_SUCCESS)
+        throw i32{PROFILE_NOT_PARSED};
+}
+
 void OpenBoth() {
     char16_t wzPath[g_uDataPathCapacity];
     if (!g_wzProfileName[0]) g_fnSetProfileName(u"Default");
@@ -69,17 +92,7 @@ void OpenBoth() {
     g_pProfileDocument = OpenOrThrow(wzPath);
     g_fnResolveDataPath(wzPath, u"OSD_Ref.xml");
     g_pReferenceDocument = OpenOrThrow(wzPath);
-}
-
-/// The custom style uses little of OSD_Ref.xml. The rest, many times as much, goes ahead of all that the
-/// layout takes memory for, or the program would keep its room.
-void KeepCommonReference() {
-    auto pSmall = std::make_unique<XMLDocument>();
-    XMLElement* const pRoot = pSmall->NewElement("OSD");
-    pSmall->InsertEndChild(pRoot);
-    for (const XMLElement** ppKept : {&g_stProfile.pExtension, &g_stProfile.pPreset})
-        if (*ppKept) *ppKept = pRoot->InsertEndChild((*ppKept)->DeepClone(pSmall.get()))->ToElement();
-    g_pReferenceDocument = std::move(pSmall);
+    ShrinkReference();
 }
 
 /// The style comes last: a read that fails leaves it as it was.
@@ -98,8 +111,6 @@ void TakeHandles() {
     if (pFixed) {
         g_stProfile.pGroup = Demand(Child(pFixed, "Group"), PROFILE_NO_GROUP);
         g_stProfile.pTemplate = Demand(Child(pFixed, "Template"), PROFILE_NO_TEMPLATE);
-    } else {
-        KeepCommonReference();
     }
     g_stProfile.pRoutine = g_apLayoutRoutine[uStyle < g_uLayoutStyles ? uStyle : 0];
     g_uLayoutStyle = uStyle;

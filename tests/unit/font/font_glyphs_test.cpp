@@ -409,3 +409,22 @@ TEST(FontGlyphs, ABatchGivesBackWhatOnlyDrawingNeedsAndTheNextDrawsAsWell) {
     EXPECT_EQ(std::memcmp(pWhole->m_pChars, pPieces->m_pChars, 18 * sizeof(stFontChar)), 0);
     EXPECT_EQ(pWhole->m_uAtlasRows, pPieces->m_uAtlasRows);
 }
+
+TEST(FontGlyphs, APackedAtlasIsAwayUntilALaterGlyphAndThenWhole) {
+    const auto pWhole = ReadyFont(8, 1024), pPieces = ReadyFont(8, 1024);
+    ASSERT_TRUE(pWhole && pPieces);
+    constexpr std::size_t uBytes = 1024 * 1024;
+    g_fnFontAddText(pWhole.get(), u"AgQ|");
+    for (const char16_t* wzText : {u"A", u"g", u"Q|"}) {
+        g_fnFontAddText(pPieces.get(), wzText);
+        pPieces->m_fnPackAtlas();
+        EXPECT_EQ(pPieces->m_pAtlas, nullptr);
+        pPieces->m_fnPackAtlas(); // twice changes nothing
+    }
+    const u32 uRows = pPieces->m_uAtlasRows;
+    EXPECT_EQ(std::memcmp(pWhole->m_pAtlas, pPieces->m_fnTakeAtlas(), uBytes), 0);
+    EXPECT_EQ(uRows, pWhole->m_uAtlasRows);
+    pPieces->m_fnPackAtlas();
+    pPieces->m_fnRelease();
+    EXPECT_EQ(pPieces->m_fnTakeAtlas(), nullptr);
+}
