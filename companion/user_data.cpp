@@ -12,6 +12,8 @@ namespace {
 /// Folders that are made in the user's place; what lies in them is linked, folders (profiles) too.
 const char* const g_aszFolders[] = {"Data", "Data/Profiles", "Settings"};
 
+constexpr u64 kMostBytes = 1024 * 1024; ///< of settings
+
 bool IsMadeFolder(const fs::path& path) {
     for (const char* szFolder : g_aszFolders)
         if (path == fs::path(szFolder)) return true;
@@ -96,6 +98,18 @@ Result UnlinkUserData(const fs::path& pathInstalled, const fs::path& pathUser) {
     return {};
 }
 
+void RelinkSettings(const fs::path& pathInstalled, const fs::path& pathUser) {
+    const fs::path pathFile = fs::path("Settings") / "settings.ini";
+    std::string strInstalled, strUser;
+    std::error_code error;
+    const bool bRead = !fs::is_symlink(pathUser / pathFile, error) &&
+                       ReadFile(pathInstalled / pathFile, kMostBytes, strInstalled) &&
+                       ReadFile(pathUser / pathFile, kMostBytes, strUser);
+    if (!bRead || strInstalled != strUser) return;
+    fs::remove(pathUser / pathFile, error);
+    LinkUserData(pathInstalled, pathUser);
+}
+
 Result LayOutUserData() {
     const fs::path pathInstalled = InstalledData(), pathUser = UserFolder();
     return pathInstalled.empty() || pathUser.empty() ? Result{} : LinkUserData(pathInstalled, pathUser);
@@ -104,6 +118,11 @@ Result LayOutUserData() {
 Result RemoveUserData() {
     const fs::path pathInstalled = InstalledData(), pathUser = UserFolder();
     return pathInstalled.empty() || pathUser.empty() ? Result{} : UnlinkUserData(pathInstalled, pathUser);
+}
+
+void RelinkUserSettings() {
+    const fs::path pathInstalled = InstalledData(), pathUser = UserFolder();
+    if (!pathInstalled.empty() && !pathUser.empty()) RelinkSettings(pathInstalled, pathUser);
 }
 
 } // namespace companion

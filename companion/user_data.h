@@ -14,8 +14,13 @@ Result LinkUserData(const std::filesystem::path& pathInstalled, const std::files
 /// Takes the links away again, and folders that are then empty.
 Result UnlinkUserData(const std::filesystem::path& pathInstalled, const std::filesystem::path& pathUser);
 
+/// Settings in the user's place that say what the installed ones say become a link to them again, so that
+/// they follow a newer package.
+void RelinkSettings(const std::filesystem::path& pathInstalled, const std::filesystem::path& pathUser);
+
 /// Both steps for the data of this program and this user; nothing to do is a success.
 Result LayOutUserData();
 Result RemoveUserData();
+void RelinkUserSettings();
 
 } // namespace companion

@@ -1,11 +1,16 @@
 #include "companion/values.h"
 #include "companion/choices.h"
+#include "companion/hardware_settings.h"
+#include "companion/lent_settings.h"
 #include "companion/own_names.h"
 #include "companion/profile_commands.h"
+#include "companion/reports.h"
 #include "companion/segment_json.h"
 #include "companion/segment_view.h"
 #include "companion/sensors/collector.h"
 #include "companion/table.h"
+#include "companion/user_data.h"
+#include "companion/utf.h"
 #include "platform/tool.h"
 #include <algorithm>
 #include <chrono>
@@ -42,22 +47,67 @@ void Report(sensors::Publisher::Outcome eOutcome, const sensors::Publisher& publ
         Print(std::to_string(publisher.Values().size()) + " values under a new set of names\n");
 }
 
+bool IsFeeding(u32 uProcessId) { return IsAlive(uProcessId) && IsCompanion(uProcessId); }
+
+/// Makes the hardware that is there known in the settings, for as long as the feed runs. Where that is not
+/// allowed, it is said once.
+class HardwareLoan {
+  public:
+    explicit HardwareLoan(const ControlLibrary& stLibrary) : m_stLibrary(stLibrary) {}
+
+    void Renew(const sensors::Collector& collector) {
+        auto listWanted = HardwareSettings(collector.Readings(), collector.Machine());
+        if (m_bRefused || (Same(listWanted, m_listLast) && m_lent.IsOwner())) return;
+        bool bChanged = false;
+        Tell(m_lent.Lend(listWanted, bChanged));
+        if (bChanged) ReloadAll(m_stLibrary);
+        m_listLast = std::move(listWanted);
+    }
+    void TakeBack() {
+        bool bChanged = false; // the programs are told anyway
+        if (!m_bRefused) Tell(m_lent.TakeBack(bChanged));
+        RelinkUserSettings();
+    }
+
+  private:
+    static bool Same(const std::vector<platform::tool::Setting>& a,
+                     const std::vector<platform::tool::Setting>& b) {
+        return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const auto& stA, const auto& stB) {
+            return stA.strKey == stB.strKey && stA.strName == stB.strName && stA.uNumber == stB.uNumber &&
+                   stA.strText == stB.strText;
+        });
+    }
+    void Tell(const Result& st) {
+        m_bRefused = !st;
+        if (m_bRefused)
+            std::fprintf(stderr, "orvin-osd: the rows of this machine stay as the settings have them: %s\n",
+                         Printable(st.strError).c_str());
+    }
+
+    const ControlLibrary& m_stLibrary;
+    LentSettings m_lent{LendingJournal(), platform::tool::OwnProcessId(), IsFeeding};
+    std::vector<platform::tool::Setting> m_listLast;
+    bool m_bRefused = false;
+};
+
 void FeedUntilStopped(const ControlLibrary& stLibrary, sensors::Collector& collector,
-                      sensors::Publisher& publisher, u32 uInterval) {
+                      sensors::Publisher& publisher, HardwareLoan& loan, u32 uInterval) {
     using Clock = std::chrono::steady_clock;
     auto timeNextProbe = Clock::now() + kProbeInterval;
     while (!platform::tool::WaitForStop(uInterval)) {
-        if (platform::tool::SegmentWasCut()) return;
+        if (platform::tool::SegmentWasCut()) return loan.TakeBack();
         if (Clock::now() >= timeNextProbe) {
             ForgetDead(stLibrary);
             ApplyChoices(stLibrary);
             collector.Probe();
+            loan.Renew(collector);
             timeNextProbe = Clock::now() + kProbeInterval;
         }
         collector.Read();
         Report(publisher.Publish(collector.Readings()), publisher);
     }
     publisher.Publish(sensors::ValueMap{});
+    loan.TakeBack();
 }
 
 /// The published value that strName leads to; null if there is none.
@@ -97,13 +147,15 @@ Result Feed(const ControlLibrary& stLibrary, const Options& stOptions) {
     sensors::Collector collector(sensors::SystemSources());
     sensors::Publisher publisher(sensors::TargetOf(stLibrary),
                                  stOptions.bOnce ? sensors::Publication{} : sensors::ThisFeed());
+    HardwareLoan loan(stLibrary);
     Measure(collector);
+    loan.Renew(collector);
     const auto eOutcome = publisher.Publish(collector.Readings());
     if (stOptions.bOnce) return {};
     const u32 uInterval = stOptions.uInterval != 0 ? stOptions.uInterval : kFeedInterval;
     Print("publishing every " + std::to_string(uInterval) + " ms; end with Ctrl-C\n");
     Report(eOutcome, publisher);
-    FeedUntilStopped(stLibrary, collector, publisher, uInterval);
+    FeedUntilStopped(stLibrary, collector, publisher, loan, uInterval);
     return {};
 }
 

@@ -2,6 +2,7 @@
 #include "platform/tool_settings.h"
 #include <algorithm>
 #include <functional>
+#include <set>
 
 namespace platform::tool {
 namespace {
@@ -97,24 +98,38 @@ Result CheckSetting(const Setting& st) {
     return {};
 }
 
-/// The last line that says something of a section takes the new one behind it. Lines that hide behind the
-/// first of their name go too.
+/// A value keeps its line; a new one comes behind the last line that says something of its section. Lines
+/// that hide behind the first of their name go.
 std::string WithSetting(std::string strFile, const std::string& strPath, const Setting& stSetting) {
-    strFile = Without(strFile, [&](const Line& line) { return IsValueOf(line, strPath, stSetting.strName); });
+    std::optional<std::size_t> uKept;
+    strFile = Without(strFile, [&](const Line& line) {
+        if (!IsValueOf(line, strPath, stSetting.strName)) return false;
+        if (!uKept && !stSetting.bRemoved) return uKept = line.uAt, false;
+        return true;
+    });
     if (stSetting.bRemoved) return strFile;
-    std::optional<std::size_t> uBehind;
-    for (const Line& line : LinesOf(strFile))
-        if (EqualWithoutCase(line.strSection, strPath) && !line.SaysNothing()) uBehind = line.uEnd;
     const std::string strLine = LineOf(stSetting);
+    std::optional<std::size_t> uBehind;
+    for (const Line& line : LinesOf(strFile)) {
+        if (uKept && line.uAt == *uKept) return strFile.replace(line.uAt, line.uEnd - line.uAt, strLine);
+        if (EqualWithoutCase(line.strSection, strPath) && !line.SaysNothing()) uBehind = line.uEnd;
+    }
     if (uBehind) return strFile.insert(*uBehind, "\n" + strLine);
     if (!strFile.empty() && !strFile.ends_with('\n')) strFile += '\n';
     return strFile + (strFile.empty() ? "[" : "\n[") + strPath + "]\n" + strLine + "\n";
 }
 
+/// The blank line ahead of a section goes with it, as it came with it.
 std::string WithoutSettingKey(const std::string& strFile, const std::string& strPath) {
-    return Without(strFile, [&](const Line& line) {
+    const auto IsGoing = [&](const Line& line) {
         return IsAtOrBelow(line.strSection, strPath) && !line.SaysNothing();
-    });
+    };
+    std::set<std::size_t> setBlanks;
+    const std::vector<Line> list = LinesOf(strFile);
+    for (std::size_t u = 1; u < list.size(); ++u)
+        if (list[u].bHeader && IsGoing(list[u]) && list[u - 1].strText.empty())
+            setBlanks.insert(list[u - 1].uAt);
+    return Without(strFile, [&](const Line& line) { return IsGoing(line) || setBlanks.contains(line.uAt); });
 }
 
 } // namespace platform::tool

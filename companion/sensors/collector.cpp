@@ -15,6 +15,13 @@ void Collector::Read() {
     Gather();
 }
 
+std::vector<Hardware> Collector::Machine() const {
+    std::vector<Hardware> listHardware;
+    for (const auto& pSource : m_listSources)
+        listHardware.insert(listHardware.end(), pSource->Machine().begin(), pSource->Machine().end());
+    return listHardware;
+}
+
 void Collector::Gather() {
     m_listReadings.clear();
     for (const auto& pSource : m_listSources) {

@@ -15,6 +15,8 @@ class Collector {
     /// All readings, those without a value too. A name that two sources offer is listed once, of the first
     /// that has a value.
     const std::vector<Reading>& Readings() const { return m_listReadings; }
+    /// Cards and processors that are there, by what the sources told at the last Probe.
+    std::vector<Hardware> Machine() const;
 
   private:
     void Gather();

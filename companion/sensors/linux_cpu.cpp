@@ -8,6 +8,7 @@ namespace companion::sensors {
 namespace {
 
 constexpr f64 kMostMegahertz = 20000.0;
+constexpr size_t kLongestName = 128;
 constexpr size_t kTickFields = 8;        ///< user to steal; guest time is part of user time already
 constexpr u64 kMostTicks = u64{1} << 56; ///< keeps sums of them within 64 bits
 
@@ -85,16 +86,35 @@ void LinuxCpu::Probe(Numbers& numbers) {
     for (const i64 iId : listIds) numbers.Propose("cpu", std::to_string(iId));
 }
 
+/// Model of each package, from the text of cpuinfo.
+void LinuxCpu::FindNames() {
+    auto itProcessor = m_mapProcessors.end();
+    std::string_view strLine;
+    for (size_t uFrom = 0; TakeLine(m_strText, uFrom, strLine);) {
+        if (const auto strNumber = ValueOf(strLine, "processor")) {
+            const auto iNumber = ParseNumber(*strNumber);
+            itProcessor = iNumber ? m_mapProcessors.find(static_cast<u64>(*iNumber)) : m_mapProcessors.end();
+        }
+        const auto strName = ValueOf(strLine, "model name");
+        if (!strName || itProcessor == m_mapProcessors.end()) continue;
+        std::string& strKept = m_listPackages[itProcessor->second.uPackage].strName;
+        if (strKept.empty()) strKept = strName->substr(0, kLongestName);
+    }
+}
+
 void LinuxCpu::List(const Numbers& numbers) {
     m_listReadings.clear();
+    m_listHardware.clear();
     const std::string strClock =
         m_strRoot +
         (m_bInfoClocks ? "/proc/cpuinfo" : "/sys/devices/system/cpu/cpu*/cpufreq/scaling_cur_freq");
     ReadText(m_strRoot + "/proc/cpuinfo", m_strText);
+    FindNames();
     const bool bClock = !m_bInfoClocks || m_strText.find("cpu MHz") != std::string::npos;
     for (Package& st : m_listPackages) {
         const auto uIndex = numbers.IndexOf("cpu", std::to_string(st.iId));
         if (!uIndex) continue;
+        m_listHardware.push_back({"cpu", *uIndex, st.strName});
         st.uUsage = m_listReadings.size();
         m_listReadings.push_back({FullName("CPU_USAGE", *uIndex), "%", m_strRoot + "/proc/stat", {}});
         const auto itLoad = m_mapLoads.find(st.iId);

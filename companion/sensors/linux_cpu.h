@@ -25,9 +25,11 @@ class LinuxCpu : public Source {
         std::optional<size_t> uUsage, uClock; ///< places in the list of readings
         u64 uTotal = 0, uIdle = 0;            ///< ticks since the look before
         f64 fMegahertz = 0.0;                 ///< the fastest processor; 0: none known
+        std::string strName;
     };
     u32 PackageOf(i64 iId);
     void FindProcessors();
+    void FindNames();
     void CountTicks(Processor& stProcessor, u64 uTotal, u64 uIdle);
     void ReadTicks();
     void ShowLoads(bool bReadable);

@@ -87,8 +87,8 @@ void LinuxGpu::Probe(Numbers& numbers) {
         std::string strKey = EventValue(strEvent, "PCI_SLOT_NAME");
         if (strKey.empty()) strKey = "card" + std::to_string(stEntry.uNumber);
         const auto listChips = NumberedEntries(stEntry.strPath + "/device/hwmon", "hwmon");
-        m_listCards.push_back(
-            {stEntry.strPath, listChips.empty() ? std::string() : listChips.front().strPath, strKey});
+        m_listCards.push_back({stEntry.strPath, listChips.empty() ? std::string() : listChips.front().strPath,
+                               strKey, ModelName(stEntry.strPath, EventValue(strEvent, "PCI_ID"))});
         numbers.Propose("gpu", strKey, OwnMemory(stEntry.strPath));
     }
 }
@@ -115,11 +115,19 @@ void LinuxGpu::ListChip(const Card& stCard, u32 uIndex) {
     Add(kPowerTarget, uIndex, strChip + "/power1_cap", strChip + "/power1_cap_default");
 }
 
+/// The driver's own word for the model, else that of the system's list of devices.
+std::string LinuxGpu::ModelName(const std::string& strCard, const std::string& strPciId) {
+    const std::string strOwn = ReadFirstLine(strCard + "/device/product_name");
+    return strOwn.empty() ? m_pciNames.Find(m_strRoot, strPciId) : strOwn;
+}
+
 void LinuxGpu::List(const Numbers& numbers) {
     Clear();
+    m_listHardware.clear();
     for (const Card& stCard : m_listCards) {
         const auto uIndex = numbers.IndexOf("gpu", stCard.strKey);
         if (!uIndex) continue;
+        m_listHardware.push_back({"gpu", *uIndex, stCard.strName});
         if (!stCard.strHwmon.empty()) ListChip(stCard, *uIndex);
         for (const CardFile& st : kCardFiles)
             Add(*st.pQuantity, *uIndex, stCard.strFolder + st.szFile, stCard.strFolder + st.szWhole);

@@ -114,7 +114,7 @@ NvmlGpu::Card NvmlGpu::Describe(NvmlCalls::Device hDevice, unsigned uPlace) cons
     const auto stPci = AskRecord<NvmlCalls::PciInfo>(m_stCalls.fnGetPciInfo, hDevice);
     const auto stMemory = AskRecord<NvmlCalls::Memory>(m_stCalls.fnGetMemory, hDevice);
     return {hDevice, stPci ? BusKey(*stPci) : "nvml" + std::to_string(uPlace),
-            std::string("NVML") + (bNamed ? ", " : "") + szName, stMemory ? stMemory->uTotal : 0};
+            std::string("NVML") + (bNamed ? ", " : "") + szName, szName, stMemory ? stMemory->uTotal : 0};
 }
 
 void NvmlGpu::Probe(Numbers& numbers) {
@@ -150,10 +150,12 @@ void NvmlGpu::ListFans(const Card& stCard, u32 uIndex) {
 
 void NvmlGpu::List(const Numbers& numbers) {
     m_listReadings.clear();
+    m_listHardware.clear();
     m_listChannels.clear();
     for (const Card& stCard : m_listCards) {
         const auto uIndex = numbers.IndexOf("gpu", stCard.strKey);
         if (!uIndex) continue;
+        m_listHardware.push_back({"gpu", *uIndex, stCard.strName});
         for (const Row& st : kRows) Add(stCard, st.eWhat, 0, st.szBase, st.szUnit, *uIndex);
         ListFans(stCard, *uIndex);
     }

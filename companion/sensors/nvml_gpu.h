@@ -77,6 +77,7 @@ class NvmlGpu : public Source {
         NvmlCalls::Device hDevice = nullptr;
         std::string strKey;
         std::string strTitle;
+        std::string strName;
         u64 uMemory = 0;
     };
     struct Channel {

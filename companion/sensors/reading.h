@@ -14,6 +14,13 @@ struct Reading {
     std::optional<i32> iValue; ///< empty: not to be had at present
 };
 
+/// A piece of hardware whose index stands in data names.
+struct Hardware {
+    const char* szKind; ///< "gpu", "cpu"; a literal
+    u32 uIndex = 0;
+    std::string strName; ///< as its maker calls it; empty where nothing tells
+};
+
 /// "BASE#INDEX".
 std::string FullName(const std::string& strBase, u32 uIndex);
 

@@ -23,9 +23,12 @@ class Source {
     virtual void Read() = 0;
 
     const std::vector<Reading>& Readings() const { return m_listReadings; }
+    /// What List found of cards and processors.
+    const std::vector<Hardware>& Machine() const { return m_listHardware; }
 
   protected:
     std::vector<Reading> m_listReadings;
+    std::vector<Hardware> m_listHardware;
 };
 
 using Sources = std::vector<std::unique_ptr<Source>>;

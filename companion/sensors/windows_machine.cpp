@@ -17,6 +17,7 @@ void WindowsCpu::Probe(Numbers& numbers) { numbers.Propose("cpu", "0"); }
 
 void WindowsCpu::List(const Numbers&) {
     m_listReadings.clear();
+    m_listHardware = {{"cpu", 0, platform::tool::ProcessorName()}};
     m_listReadings.push_back({FullName("CPU_USAGE", 0), "%", "GetSystemTimes", m_iLoad});
     if (PowerClock())
         m_listReadings.push_back({FullName("CPU_CLK", 0), "MHz", "CallNtPowerInformation", {}});

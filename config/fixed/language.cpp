@@ -4,7 +4,6 @@
 #include "config/fixed/attribute_value.h"
 #include "config/fixed/name_maps.h"
 #include "config/fixed/template_records.h"
-#include "config/profile/profile_card_rows.h"
 #include "config/profile/profile_document.h"
 #include "config/settings/setting_binding.h"
 #include "config/settings/settings.h"
@@ -12,6 +11,7 @@
 #include "draw/data_path.h"
 #include "platform/folders.h"
 #include "platform/utf.h"
+#include "shared/info_rows.h"
 
 #include <algorithm>
 #include <map>

@@ -1,7 +1,7 @@
 #include "config/fixed/style_items.h"
 
 #include "config/fixed/group_order.h"
-#include "config/profile/profile_card_rows.h"
+#include "shared/info_rows.h"
 
 namespace {
 

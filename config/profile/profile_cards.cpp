@@ -198,6 +198,13 @@ class CSensorRows {
 
 } // namespace
 
+const char* g_fnProgramRowElement(u32 uRow) {
+    static constexpr const char* aszElements[ROW_COUNT] = {
+        "FPS",    "FPSAvg",     "FPSMax",    "FPSMin",     "FPS50P",     "FPS1P",
+        "FPS01P", "FrameCount", "Frametime", "SystemTime", "Resolution", "PoweredByOrvinDeck"};
+    return aszElements[uRow];
+}
+
 u32 g_fnReadCardDisplayNum(const XMLElement* pInfo) {
     return std::min(g_fnReadXmlDecimal(pInfo, "CardDisplayNum", "1"), g_uDisplayMax);
 }

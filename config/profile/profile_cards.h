@@ -2,9 +2,9 @@
 // Which rows of the info block a profile shows: of the program, of each card and CPU, of sensors. The readers
 // fill records of the caller's, so that a layout and the companion's questions don't meet; "Info" may be
 // null, which reads as one without children.
-#include "config/profile/profile_card_rows.h"
 #include "config/settings/sensor_table.h"
 #include "platform/types.h"
+#include "shared/info_rows.h"
 
 #include <map>
 #include <string>

@@ -1,4 +1,5 @@
 #include "platform/tool_machine.h"
+#include "platform/win32/tool.h"
 #include "platform/win32/windows_api.h"
 #include <algorithm>
 #include <powrprof.h>
@@ -42,6 +43,17 @@ u32 NominalClock() {
     const LSTATUS iStatus = RegGetValueW(HKEY_LOCAL_MACHINE, kProcessorKey, L"~MHz", RRF_RT_REG_DWORD,
                                          nullptr, &uMegahertz, &uBytes);
     return iStatus == ERROR_SUCCESS ? uMegahertz : 0;
+}
+
+std::string ProcessorName() {
+    wchar_t wzName[256] = {};
+    DWORD uBytes = sizeof(wzName) - sizeof(wchar_t);
+    const LSTATUS iStatus = RegGetValueW(HKEY_LOCAL_MACHINE, kProcessorKey, L"ProcessorNameString",
+                                         RRF_RT_REG_SZ, nullptr, wzName, &uBytes);
+    std::string strName = iStatus == ERROR_SUCCESS ? FromWide(wzName) : std::string();
+    strName.erase(0, strName.find_first_not_of(' '));
+    strName.erase(strName.find_last_not_of(' ') + 1);
+    return strName;
 }
 
 bool ReadMemorySize(u64& uFree, u64& uAll) {

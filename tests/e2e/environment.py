@@ -254,10 +254,24 @@ class WinePrograms(Programs):
             raise AssertionError(f"the settings cannot be imported: {output}")
         self.settings_taken = True
 
+    def start(self, command, **more):
+        self.settings_taken = self.settings_taken or "feed" in command  # a killed one leaves what it made known
+        return super().start(command, **more)
+
     def close(self):
         if self.settings_taken:
             self.run([*self.wrapper, "reg", "delete", STORE_KEYS[1], "/f"])
         super().close()
+
+    def set(self, key, *lines):
+        """Adds a key of numbers below the root to the registry, until these programs are closed."""
+        self.settings_taken = True
+        for line in lines:
+            name, value = (part.strip() for part in line.split("="))
+            code, output = self.run([*self.wrapper, "reg", "add", rf"{STORE_KEYS[1]}\{key}", "/v", name, "/t", "REG_DWORD",
+                                     "/d", value, "/f"])
+            if code:
+                raise AssertionError(f"cannot be set: {output}")
 
     def wine(self, *command, **more):
         return self.start([*self.wrapper, *command], **more)

@@ -1,5 +1,5 @@
 #include "tools/profile/settings.h"
-#include "config/profile/profile_card_rows.h"
+#include "shared/info_rows.h"
 #include "config/settings/settings_sensors.h"
 #include "platform/headless/test_controls.h"
 #include "platform/profile_sensors.h"

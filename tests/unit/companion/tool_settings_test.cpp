@@ -15,7 +15,7 @@ Setting Number(u32 u) { return {"", "Two", u, "", false}; }
 
 TEST(ToolSettings, AValueTakesThePlaceOfTheOneThatIsThere) {
     EXPECT_EQ(WithSetting(c_szFile, "a\\b", Number(7)),
-              "; mine\n[A\\B]\none = 1\nTwo = 7\n; about two\n\n[C]\nz = 3\n");
+              "; mine\n[A\\B]\none = 1\n; about two\nTwo = 7\n\n[C]\nz = 3\n");
 }
 
 TEST(ToolSettings, ANewValueStandsAtTheEndOfItsSection) {
@@ -34,7 +34,7 @@ TEST(ToolSettings, ATextOfDigitsStaysAText) {
 
 TEST(ToolSettings, LaterLinesOfThatNameGoToo) {
     EXPECT_EQ(WithSetting("[D]\ntwo = 1\nx\n[E]\n[d]\nTWO=2\r\n", "D", Number(7)),
-              "[D]\nx\n[E]\n[d]\nTwo = 7\n");
+              "[D]\nTwo = 7\nx\n[E]\n[d]\n");
 }
 
 TEST(ToolSettings, ARemovedValueLeavesTheRest) {

@@ -87,3 +87,17 @@ TEST_F(UserData, APlaceThatCannotBeMadeIsToldOf) {
     EXPECT_FALSE(st);
     EXPECT_NE(st.strError.find("cannot make"), std::string::npos);
 }
+
+TEST_F(UserData, SettingsThatSayWhatTheInstalledOnesSayAreALinkAgain) {
+    Link();
+    const fs::path pathFile = User() / "Settings" / "settings.ini";
+    fs::remove(pathFile);
+    Write(pathFile, "own");
+    RelinkSettings(Installed(), User());
+    EXPECT_FALSE(fs::is_symlink(pathFile));
+    EXPECT_EQ(Read(pathFile), "own");
+    Write(pathFile, "installed");
+    RelinkSettings(Installed(), User());
+    EXPECT_TRUE(fs::is_symlink(pathFile));
+    EXPECT_EQ(Read(Installed() / "Settings" / "settings.ini"), "installed");
+}

@@ -3,10 +3,10 @@
 
 #include "base/log.h"
 #include "config/fixed/style_items.h"
-#include "config/profile/profile_card_rows.h"
 #include "config/settings/setting_binding.h"
 #include "config/settings/settings_sensors.h"
 #include "settings_fixture.h"
+#include "shared/info_rows.h"
 #include "template_fixture.h"
 
 #include <algorithm>

@@ -46,7 +46,7 @@ TEST_F(ToolSettingsFile, TheFileIsLikeNewWhenAllIsTakenBack) {
     const std::string strOwn = "; mine\n[SOFTWARE\\Zarn\\ORVIN-OSD\\Camera]\nCapMode = 1\n";
     Write(strOwn);
     settings_round_trip::Run();
-    EXPECT_EQ(Text(), strOwn + "\n");
+    EXPECT_EQ(Text(), strOwn);
 }
 
 TEST_F(ToolSettingsFile, TheSecondRootIsWrittenWhereThereIsOne) {

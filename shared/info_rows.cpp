@@ -1,6 +1,4 @@
-#include "config/profile/profile_card_rows.h"
-
-#include "config/profile/profile_cards.h"
+#include "shared/info_rows.h"
 
 const stInfoRow g_aCardRows[g_uCardRows] = {
     {"GPUClock", u"GPU Clock", "GPU_CLK"},
@@ -49,10 +47,3 @@ const stInfoRow g_aCpuRows[g_uCpuRows] = {
     {"CPUTemperature", u"CPU Temperature", "CPU_TEMP"},
     {"CPUUsage", u"CPU Usage", "CPU_USAGE"},
 };
-
-const char* g_fnProgramRowElement(u32 uRow) {
-    static constexpr const char* aszElements[ROW_COUNT] = {
-        "FPS",    "FPSAvg",     "FPSMax",    "FPSMin",     "FPS50P",     "FPS1P",
-        "FPS01P", "FrameCount", "Frametime", "SystemTime", "Resolution", "PoweredByOrvinDeck"};
-    return aszElements[uRow];
-}
