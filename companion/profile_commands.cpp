@@ -116,9 +116,22 @@ Result DoNew(const Options& stOptions) {
     std::filesystem::path pathData;
     const Result stFound = FindDataFolder(st.strData, pathData);
     if (!stFound) return stFound;
-    const Result stCopied = CopyProfile(pathData, st.strProfile, st.strFrom);
+    const std::string strFrom = st.strStyle == "classic" ? "Classic"
+                                : st.strStyle == "rv5"   ? "RV5"
+                                : st.strStyle.empty()    ? st.strFrom
+                                                         : "Default";
+    const Result stCopied = CopyProfile(pathData, st.strProfile, strFrom);
     if (stCopied) std::printf("%s\n", Printable(TextOfPath(ProfileFolder(pathData, st.strProfile))).c_str());
     return stCopied;
+}
+
+/// Programs see another language with their next layout, so they build one.
+Result DoLanguage(const Options& stOptions, const std::vector<std::string>& listWords, int& iExitCode) {
+    const Result stDone = platform::tool::RunBeside(kTool, listWords, iExitCode);
+    ControlLibrary stLibrary;
+    if (stDone && iExitCode == kOk && LoadControlLibrary(stOptions.strLibrary, stLibrary))
+        ReloadAll(stLibrary);
+    return stDone;
 }
 
 } // namespace
@@ -226,6 +239,9 @@ Result PerformProfile(const Options& stOptions, const std::vector<std::string>& 
         return DoFor(stOptions);
     case ProfileVerb::New:
         return DoNew(stOptions);
+    case ProfileVerb::LanguageUse:
+    case ProfileVerb::LanguageOff:
+        return DoLanguage(stOptions, listWords, iExitCode);
     default:
         return platform::tool::RunBeside(kTool, listWords, iExitCode);
     }

@@ -82,7 +82,12 @@ void AddChoosing(CLI::App* pGroup, Options& st) {
     CLI::App* pNew =
         AddCommand(pGroup, st, {ProfileVerb::New, "new", "make a profile by copying another one's folder"});
     AddName(pNew, st)->required();
-    pNew->add_option("--from", stProfile.strFrom, "the profile to copy")->required()->type_name("NAME|PATH");
+    CLI::Option* pFrom = pNew->add_option("--from", stProfile.strFrom, "the profile to copy");
+    pFrom->type_name("NAME|PATH");
+    pNew->add_option("--style", stProfile.strStyle, "copy the shipped profile of a style instead")
+        ->type_name("classic|rv5|custom")
+        ->check(CLI::IsMember({"classic", "rv5", "custom"}))
+        ->excludes(pFrom);
 }
 
 void AddRender(CLI::App* pGroup, Options& st) {
@@ -135,6 +140,44 @@ void AddCheck(CLI::App* pGroup, Options& st) {
     AddLibrary(pCheck, st);
 }
 
+void AddRows(CLI::App& app, Options& st) {
+    ProfileOptions& stProfile = st.stProfile;
+    CLI::App* pRows = app.add_subcommand(
+        "rows",
+        "list the rows of a profile of the Classic or RV5 style: which are on, which this machine has, "
+        "which have a value now, and where they stand");
+    pRows->callback([&st] {
+        st.eVerb = Verb::Profile;
+        st.stProfile.eVerb = ProfileVerb::Rows;
+    });
+    pRows
+        ->add_option("profile", stProfile.strProfile,
+                     "name of a profile or path; default: that of all programs")
+        ->type_name("NAME|PATH");
+    pRows->add_option("--data", stProfile.strData, "another data folder; default: the one of this machine")
+        ->type_name("FOLDER");
+    pRows->add_flag("--json", stProfile.bJson, "as JSON");
+    AddLibrary(pRows, st);
+}
+
+void AddLanguage(CLI::App& app, Options& st) {
+    ProfileOptions& stProfile = st.stProfile;
+    CLI::App* pGroup =
+        AddGroup(app, st, "language", "the language of captions in the Classic and RV5 styles");
+    CLI::App* pList = AddCommand(pGroup, st,
+                                 {ProfileVerb::LanguageList, "list",
+                                  "list the languages, and whether their letters can be drawn here"});
+    pList->add_flag("--json", stProfile.bJson, "as JSON");
+    CLI::App* pUse = AddCommand(
+        pGroup, st,
+        {ProfileVerb::LanguageUse, "use", "show captions in a language, in all programs from now on"});
+    pUse->add_option("name", stProfile.strProfile, "a language of the list")->required()->type_name("NAME");
+    AddLibrary(pUse, st);
+    CLI::App* pOff =
+        AddCommand(pGroup, st, {ProfileVerb::LanguageOff, "off", "show the built-in captions again"});
+    AddLibrary(pOff, st);
+}
+
 void AddFontCache(CLI::App& app, Options& st) {
     ProfileOptions& stProfile = st.stProfile;
     CLI::App* pGroup =
@@ -163,6 +206,8 @@ void AddProfileVerbs(CLI::App& app, Options& st) {
     AddChoosing(pGroup, st);
     AddCheck(pGroup, st);
     AddRender(pGroup, st);
+    AddRows(app, st);
+    AddLanguage(app, st);
     AddFontCache(app, st);
 }
 
@@ -183,6 +228,8 @@ bool ParseSize(const std::string& strText, u32& uWidth, u32& uHeight) {
 }
 
 Result CheckProfileOptions(const ProfileOptions& st) {
+    if (st.eVerb == ProfileVerb::New && st.strFrom.empty() && st.strStyle.empty())
+        return Result::Usage("profile new: --from or --style is required");
     const bool bByName = st.eVerb == ProfileVerb::Use || st.eVerb == ProfileVerb::New ||
                          (st.eVerb == ProfileVerb::For && !st.bGlobal);
     if (st.eVerb == ProfileVerb::For && !st.bGlobal && st.strProfile.empty())

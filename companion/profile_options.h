@@ -1,5 +1,5 @@
 #pragma once
-// The commands about profiles and font cache files: 'profile ...' and 'fontcache ...'.
+// The commands about profiles, their rows and languages, and font cache files.
 #include "companion/result.h"
 #include "platform/types.h"
 #include <string>
@@ -13,7 +13,22 @@ namespace companion {
 
 struct Options;
 
-enum class ProfileVerb { None, List, Use, For, New, Check, Render, FontWrite, FontList, FontCheck };
+enum class ProfileVerb {
+    None,
+    List,
+    Use,
+    For,
+    New,
+    Check,
+    Render,
+    FontWrite,
+    FontList,
+    FontCheck,
+    Rows,
+    LanguageList,
+    LanguageUse,
+    LanguageOff
+};
 
 constexpr u32 g_uSmallestPicture = 16; ///< pixels a side
 constexpr u32 g_uLargestPicture = 8192;
@@ -25,7 +40,8 @@ struct ProfileOptions {
     std::string strProfile; ///< name of a profile or path; for FontCheck the path of a file
     std::string strProgram; ///< process name or id
     std::string strFrom;
-    std::string strData; ///< data folder; empty: the one of this machine
+    std::string strStyle; ///< of a shipped profile to copy
+    std::string strData;  ///< data folder; empty: the one of this machine
     std::string strOutput;
     std::string strBackground = "dark";
     std::string strValues = "sample";

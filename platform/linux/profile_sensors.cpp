@@ -2,6 +2,6 @@
 
 namespace platform::tool {
 
-void TakeSensorsOfSystem() {}
+bool TakeMachineOfSystem() { return false; }
 
 } // namespace platform::tool

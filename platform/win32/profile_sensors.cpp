@@ -1,15 +1,18 @@
-// Sensor definitions out of the registry.
+// What the registry says of the machine.
 #include "platform/profile_sensors.h"
 #include "platform/headless/test_controls.h"
+#include <algorithm>
 #include <windows.h>
 
 namespace platform::tool {
 namespace {
 
 constexpr const wchar_t* kRoots[] = {L"SOFTWARE\\WOW6432Node\\Zarn\\ORVIN-OSD", L"SOFTWARE\\Zarn\\ORVIN-OSD"};
-constexpr const wchar_t* kBelow = L"Information Option\\Config\\Sensor";
-constexpr const char16_t* kTarget = u"SOFTWARE\\Zarn\\ORVIN-OSD\\Information Option\\Config\\Sensor\\";
-constexpr DWORD kMostSensors = 4096, kMostValues = 64;
+constexpr const wchar_t* kBelow = L"Information Option";
+constexpr const char16_t* kTarget = u"SOFTWARE\\Zarn\\ORVIN-OSD\\Information Option";
+constexpr const char16_t* kLanguage = u"LanguageXMLFileName";
+constexpr DWORD kMostKeys = 4096, kMostValues = 64;
+constexpr u32 kDeepest = 8;
 
 class Key {
   public:
@@ -29,41 +32,53 @@ class Key {
 
 std::u16string Units(const wchar_t* wz) { return {wz, wz + lstrlenW(wz)}; }
 
-void TakeSensor(HKEY hSensor, const std::u16string& wstrPath) {
+/// A value of a key. Of the topmost one only the language counts.
+void TakeValue(HKEY hKey, DWORD u, const std::u16string& wstrPath, bool& bHardware) {
+    wchar_t wzName[256], wzText[256] = L"";
+    DWORD uUnits = 256, uType = 0, uBytes = sizeof wzText - sizeof(wchar_t);
+    if (RegEnumValueW(hKey, u, wzName, &uUnits, nullptr, &uType, reinterpret_cast<BYTE*>(wzText), &uBytes) !=
+        ERROR_SUCCESS)
+        return;
+    const std::u16string wstrName = Units(wzName);
+    if (wstrPath == kTarget && wstrName != kLanguage) return;
+    bHardware |= wstrName == u"IsSupport";
+    DWORD uNumber = 0, uNumberBytes = sizeof uNumber;
+    if (uType == REG_SZ)
+        headless::SetSettingsText(wstrPath.c_str(), wstrName.c_str(), Units(wzText).c_str());
+    else if (uType == REG_DWORD &&
+             RegQueryValueExW(hKey, wzName, nullptr, nullptr, reinterpret_cast<BYTE*>(&uNumber),
+                              &uNumberBytes) == ERROR_SUCCESS)
+        headless::SetSettingsNumber(wstrPath.c_str(), wstrName.c_str(), uNumber);
+}
+
+/// A key with all below it.
+void TakeKey(HKEY hKey, const std::u16string& wstrPath, u32 uDepth, DWORD& uKeysLeft, bool& bHardware) {
     headless::AddSettingsKey(wstrPath.c_str());
-    for (DWORD u = 0; u < kMostValues; ++u) {
-        wchar_t wzName[256], wzText[256] = L"";
-        DWORD uUnits = 256, uType = 0, uBytes = sizeof wzText - sizeof(wchar_t);
-        BYTE* const pBytes = reinterpret_cast<BYTE*>(wzText);
-        const LONG iCode = RegEnumValueW(hSensor, u, wzName, &uUnits, nullptr, &uType, pBytes, &uBytes);
-        if (iCode == ERROR_NO_MORE_ITEMS) return;
-        if (iCode != ERROR_SUCCESS) continue;
-        DWORD uNumber = 0, uNumberBytes = sizeof uNumber;
-        if (uType == REG_SZ)
-            headless::SetSettingsText(wstrPath.c_str(), Units(wzName).c_str(), Units(wzText).c_str());
-        else if (uType == REG_DWORD &&
-                 RegQueryValueExW(hSensor, wzName, nullptr, nullptr, reinterpret_cast<BYTE*>(&uNumber),
-                                  &uNumberBytes) == ERROR_SUCCESS)
-            headless::SetSettingsNumber(wstrPath.c_str(), Units(wzName).c_str(), uNumber);
+    DWORD uValues = 0;
+    RegQueryInfoKeyW(hKey, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &uValues, nullptr, nullptr,
+                     nullptr, nullptr);
+    for (DWORD u = 0; u < std::min(uValues, kMostValues); ++u) TakeValue(hKey, u, wstrPath, bHardware);
+    for (DWORD u = 0; uDepth < kDeepest && uKeysLeft > 0; ++u, --uKeysLeft) {
+        wchar_t wzName[256];
+        DWORD uUnits = 256;
+        if (RegEnumKeyExW(hKey, u, wzName, &uUnits, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS)
+            return;
+        const Key below(hKey, wzName);
+        if (below.Get())
+            TakeKey(below.Get(), wstrPath + u'\\' + Units(wzName), uDepth + 1, uKeysLeft, bHardware);
     }
 }
 
 } // namespace
 
-void TakeSensorsOfSystem() {
+bool TakeMachineOfSystem() {
     // As the overlay looks: where the first key exists, the second one does not count.
     const Key wow(HKEY_LOCAL_MACHINE, kRoots[0]), plain(HKEY_LOCAL_MACHINE, kRoots[1]);
-    const Key sensors(wow.Get() ? wow.Get() : plain.Get(), kBelow);
-    if (!sensors.Get()) return;
-    for (DWORD u = 0; u < kMostSensors; ++u) {
-        wchar_t wzName[256];
-        DWORD uUnits = 256;
-        if (RegEnumKeyExW(sensors.Get(), u, wzName, &uUnits, nullptr, nullptr, nullptr, nullptr) !=
-            ERROR_SUCCESS)
-            return;
-        const Key sensor(sensors.Get(), wzName);
-        if (sensor.Get()) TakeSensor(sensor.Get(), kTarget + Units(wzName));
-    }
+    const Key info(wow.Get() ? wow.Get() : plain.Get(), kBelow);
+    bool bHardware = false;
+    DWORD uKeysLeft = kMostKeys;
+    if (info.Get()) TakeKey(info.Get(), kTarget, 0, uKeysLeft, bHardware);
+    return bHardware;
 }
 
 } // namespace platform::tool

@@ -13,9 +13,11 @@ struct Action {
 };
 
 constexpr Action kActions[] = {
-    {ProfileVerb::List, ListProfiles},      {ProfileVerb::Check, CheckProfileCommand},
-    {ProfileVerb::Render, RenderCommand},   {ProfileVerb::FontWrite, WriteFontCache},
-    {ProfileVerb::FontList, ListFontCache}, {ProfileVerb::FontCheck, CheckFontCache},
+    {ProfileVerb::List, ListProfiles},       {ProfileVerb::Check, CheckProfileCommand},
+    {ProfileVerb::Render, RenderCommand},    {ProfileVerb::FontWrite, WriteFontCache},
+    {ProfileVerb::FontList, ListFontCache},  {ProfileVerb::FontCheck, CheckFontCache},
+    {ProfileVerb::Rows, ListRows},           {ProfileVerb::LanguageList, ListLanguages},
+    {ProfileVerb::LanguageUse, UseLanguage}, {ProfileVerb::LanguageOff, LeaveLanguage},
 };
 
 Result Perform(const Options& stOptions, int& iExitCode) {

@@ -17,5 +17,9 @@ Result RenderCommand(const Options& stOptions, int& iExitCode);
 Result WriteFontCache(const Options& stOptions, int& iExitCode);
 Result ListFontCache(const Options& stOptions, int& iExitCode);
 Result CheckFontCache(const Options& stOptions, int& iExitCode);
+Result ListRows(const Options& stOptions, int& iExitCode);
+Result ListLanguages(const Options& stOptions, int& iExitCode);
+Result UseLanguage(const Options& stOptions, int& iExitCode);
+Result LeaveLanguage(const Options& stOptions, int& iExitCode);
 
 } // namespace companion

@@ -1,9 +1,9 @@
 #include "tools/profile/settings.h"
-#include "shared/info_rows.h"
 #include "config/settings/settings_sensors.h"
 #include "platform/headless/test_controls.h"
 #include "platform/profile_sensors.h"
 #include "platform/settings_tree.h"
+#include "shared/info_rows.h"
 #include <cstring>
 #include <system_error>
 
@@ -12,10 +12,9 @@ namespace fs = std::filesystem;
 namespace companion {
 namespace {
 
-constexpr const char16_t* kSensors = u"SOFTWARE\\Zarn\\ORVIN-OSD\\Information Option\\Config\\Sensor";
-
 /// The pace of shipped settings, milliseconds.
 constexpr const char16_t* kPace = u"SOFTWARE\\Zarn\\ORVIN-OSD\\Information Option";
+constexpr const char16_t* kLanguage = u"LanguageXMLFileName";
 constexpr u32 kFramePace = 100, kSensorPace = 500;
 
 void TakeKey(const std::u16string& wstrPath, const platform::SettingsNode& node) {
@@ -25,27 +24,25 @@ void TakeKey(const std::u16string& wstrPath, const platform::SettingsNode& node)
                                              value.m_vecBytes);
 }
 
-void TakeSensorsOfFile(const platform::CSettingsTree& tree) {
-    const platform::SettingsNode* const pSensors = tree.FindKey(kSensors);
-    if (!pSensors) return;
-    for (const auto& [wstrName, node] : pSensors->m_mapSubkeys)
-        TakeKey(std::u16string(kSensors) + u'\\' + wstrName, node);
-}
-
-/// A key with all below it.
-void TakeTree(const std::u16string& wstrPath, const platform::SettingsNode& node) {
+/// A key with all below it. True if a card, CPU or sensor says there what it has.
+bool TakeTree(const std::u16string& wstrPath, const platform::SettingsNode& node) {
     TakeKey(wstrPath, node);
-    for (const auto& [wstrName, child] : node.m_mapSubkeys) TakeTree(wstrPath + u'\\' + wstrName, child);
+    bool bHardware = node.m_mapValues.contains(u"IsSupport");
+    for (const auto& [wstrName, child] : node.m_mapSubkeys)
+        bHardware |= TakeTree(wstrPath + u'\\' + wstrName, child);
+    return bHardware;
 }
 
-/// What cards, CPUs and sensors of a machine report. False if the file says nothing of cards.
-bool TakeHardwareOfFile(const platform::CSettingsTree& tree) {
-    if (!tree.FindKey((std::u16string(kPace) + u"\\Card").c_str())) return false;
-    for (const char16_t* wzKey : {u"\\Card", u"\\CPU", u"\\Sensor"}) {
-        const std::u16string wstrPath = std::u16string(kPace) + wzKey;
-        if (const platform::SettingsNode* p = tree.FindKey(wstrPath.c_str())) TakeTree(wstrPath, *p);
-    }
-    return true;
+/// Hardware, sensors and languages of a machine. False if the file says nothing of its hardware.
+bool TakeMachineOfFile(const platform::CSettingsTree& tree) {
+    const platform::SettingsNode* const pInfo = tree.FindKey(kPace);
+    if (!pInfo) return false;
+    if (const auto it = pInfo->m_mapValues.find(kLanguage); it != pInfo->m_mapValues.end())
+        platform::headless::SetSettingsBytes(kPace, kLanguage, it->second.m_eType, it->second.m_vecBytes);
+    bool bHardware = false;
+    for (const auto& [wstrName, node] : pInfo->m_mapSubkeys)
+        bHardware |= TakeTree(std::u16string(kPace) + u'\\' + wstrName, node);
+    return bHardware;
 }
 
 void Support(const std::u16string& wstrPath) {
@@ -68,7 +65,7 @@ void TakeSampleHardware() {
 
 } // namespace
 
-void TakeMachineSettings(const fs::path& pathData, bool bNamed) {
+bool TakeMachineSettings(const fs::path& pathData, bool bNamed) {
     std::error_code error;
     const fs::path pathWhole = fs::absolute(pathData, error).lexically_normal();
     const fs::path pathFolder =
@@ -79,13 +76,12 @@ void TakeMachineSettings(const fs::path& pathData, bool bNamed) {
     platform::headless::SetSettingsNumber(kPace, u"UpdateStatisticInterval", kSensorPace);
     bool bHardware = false;
     if (fs::is_regular_file(pathFile, error)) {
-        const auto tree = platform::CSettingsTree::Load(pathFile.u16string().c_str());
-        TakeSensorsOfFile(tree);
-        bHardware = TakeHardwareOfFile(tree);
+        bHardware = TakeMachineOfFile(platform::CSettingsTree::Load(pathFile.u16string().c_str()));
     } else if (!bNamed) {
-        platform::tool::TakeSensorsOfSystem();
+        bHardware = platform::tool::TakeMachineOfSystem();
     }
     if (!bHardware) TakeSampleHardware();
+    return bHardware;
 }
 
 std::vector<std::string> DefinedSensors() {

@@ -86,6 +86,7 @@ Result Stage::Prepare(const fs::path& pathData, const ProfilePlace& stProfile, F
     const auto fnPart = [&](const fs::path& path) { return bFonts || !IsFontFile(path); };
     const auto fnMissing = [&](const fs::path& path) { return IsMissing(pathStage / path.filename()); };
     stResult = CopyFiles(pathData, pathStage, false, fnAll);
+    if (stResult) stResult = CopyFiles(pathData / "Languages", pathStage / "Languages", false, fnAll);
     const fs::path pathOwn = PathOfText(platform::tool::OwnFolder());
     for (const char* szFolder : {"shaders", "data"}) {
         for (const fs::path& pathBeside : {pathOwn / szFolder, pathOwn.parent_path() / szFolder})

@@ -31,12 +31,23 @@ TEST(CompanionProfileOptions, EachCommandHasItsVerb) {
     EXPECT_EQ(Accepted({"profile", "new", "B", "--from", "A"}).eVerb, ProfileVerb::New);
     EXPECT_EQ(Accepted({"profile", "check", "A"}).eVerb, ProfileVerb::Check);
     EXPECT_EQ(Accepted({"profile", "render", "A", "-o", "a.png"}).eVerb, ProfileVerb::Render);
+    EXPECT_EQ(Accepted({"profile", "new", "B", "--style", "rv5"}).strStyle, "rv5");
+    EXPECT_EQ(Accepted({"rows"}).eVerb, ProfileVerb::Rows);
+    EXPECT_EQ(Accepted({"rows", "A", "--json"}).strProfile, "A");
+    EXPECT_EQ(Accepted({"language", "list"}).eVerb, ProfileVerb::LanguageList);
+    EXPECT_EQ(Accepted({"language", "use", "German"}).eVerb, ProfileVerb::LanguageUse);
+    EXPECT_EQ(Accepted({"language", "off"}).eVerb, ProfileVerb::LanguageOff);
     EXPECT_EQ(Accepted({"fontcache", "write", "A"}).eVerb, ProfileVerb::FontWrite);
     EXPECT_EQ(Accepted({"fontcache", "list"}).eVerb, ProfileVerb::FontList);
     EXPECT_EQ(Accepted({"fontcache", "check", "2-Arial.fnt"}).eVerb, ProfileVerb::FontCheck);
 }
 
 TEST(CompanionProfileOptions, WhatIsRequired) {
+    Refused({"language"});
+    Refused({"language", "use"});
+    Refused({"profile", "new", "B"});
+    Refused({"profile", "new", "B", "--style", "other"});
+    Refused({"profile", "new", "B", "--style", "rv5", "--from", "A"});
     Refused({"profile"});
     Refused({"profile", "paint"});
     Refused({"profile", "use"});
@@ -114,8 +125,10 @@ TEST(CompanionProfileOptions, SizesAtTheirBounds) {
 }
 
 TEST(CompanionProfileOptions, TheToolDoesWhatNeedsTheOverlaysCode) {
-    for (const ProfileVerb eVerb : {ProfileVerb::List, ProfileVerb::Check, ProfileVerb::Render,
-                                    ProfileVerb::FontWrite, ProfileVerb::FontList, ProfileVerb::FontCheck})
+    for (const ProfileVerb eVerb :
+         {ProfileVerb::List, ProfileVerb::Check, ProfileVerb::Render, ProfileVerb::FontWrite,
+          ProfileVerb::FontList, ProfileVerb::FontCheck, ProfileVerb::Rows, ProfileVerb::LanguageList,
+          ProfileVerb::LanguageUse, ProfileVerb::LanguageOff})
         EXPECT_TRUE(IsToolVerb(eVerb));
     for (const ProfileVerb eVerb : {ProfileVerb::None, ProfileVerb::Use, ProfileVerb::For, ProfileVerb::New})
         EXPECT_FALSE(IsToolVerb(eVerb));
