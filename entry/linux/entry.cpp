@@ -6,6 +6,7 @@
 #include "platform/linux/host_gl.h"
 #include "platform/linux/identity.h"
 #include "platform/linux/thread_sleep.h"
+#include "platform/linux/watched_end.h"
 #include "platform/process.h"
 #include "shared/process_records.h"
 #include <cerrno>
@@ -60,6 +61,7 @@ void platform::host::OnLibraryUnload() noexcept {
     // A picture that is being written gets whole, and its library is not ended under it.
     g_fnWaitForShots(c_uPatienceForShots);
     OnProcessEnd();
+    host::LeaveWatchedBlocks();
     errno = iError;
 }
 

@@ -123,11 +123,13 @@ inline int OpenBlockFile(const char* szPath, u64 uBytes, BlockByte eRole) noexce
     return -1;
 }
 
-/// The last one out takes the name away.
+/// The last one out takes the name away. Under the guard.
+inline void UnlinkUnlessHeld(int iFile, const char* szPath) noexcept {
+    if (IsFileAt(iFile, szPath) && !IsByteHeld(iFile, BLOCK_WATCHED, g_uBlockRoles)) unlink(szPath);
+}
+
 inline void CloseBlockFile(int iFile, const char* szPath) noexcept {
-    if (LockGuard(iFile)) {
-        if (IsFileAt(iFile, szPath) && !IsByteHeld(iFile, BLOCK_WATCHED, g_uBlockRoles)) unlink(szPath);
-    }
+    if (LockGuard(iFile)) UnlinkUnlessHeld(iFile, szPath);
     close(iFile);
 }
 

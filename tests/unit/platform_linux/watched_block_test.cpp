@@ -2,6 +2,7 @@
 // the file as they see it.
 #include "child.h"
 #include "platform/linux/block_file.h"
+#include "platform/linux/watched_end.h"
 #include "platform/watched_block.h"
 #include <filesystem>
 #include <fstream>
@@ -187,6 +188,28 @@ TEST_F(WatchedBlock, ACopyOfTheProcessLeavesTheNameToTheFirst) {
               }),
               0);
     EXPECT_TRUE(Exists());
+    CloseWatchedBlock(hBlock);
+    EXPECT_FALSE(Exists());
+}
+
+TEST_F(WatchedBlock, GoesWithAProcessThatEndsWithoutClosingIt) {
+    EXPECT_EQ(RunInChild([&] {
+                  void* const hBlock = Open();
+                  host::LeaveWatchedBlocks();
+                  u8 u = 1;
+                  const bool bRead = ReadWatchedBlock(hBlock, &u, 1); // another thread may not have noticed
+                  CloseWatchedBlock(hBlock);
+                  return bRead && !Exists() ? 0 : 1;
+              }),
+              0);
+    void* const hBlock = Open();
+    EXPECT_EQ(RunInChild([&] {
+                  Open();
+                  host::LeaveWatchedBlocks();
+                  return Exists() ? 0 : 1;
+              }),
+              0);
+    EXPECT_TRUE(Exists()) << "this process has it";
     CloseWatchedBlock(hBlock);
     EXPECT_FALSE(Exists());
 }
