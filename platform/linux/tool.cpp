@@ -93,7 +93,15 @@ Result Preload(const std::string& strLibrary) {
 
 } // namespace
 
-std::vector<std::string> Arguments(int argc, char** argv) { return {argv + (argc > 0 ? 1 : 0), argv + argc}; }
+std::vector<std::string> Arguments(int argc, char** argv) {
+    // Whoever starts us may have closed the three standard files. The next file that is opened would be one
+    // of them, and what is printed would go into the segment.
+    int iFile = 0;
+    while ((iFile = open("/dev/null", O_RDWR)) >= 0 && iFile <= STDERR_FILENO) {
+    }
+    if (iFile >= 0) close(iFile);
+    return {argv + (argc > 0 ? 1 : 0), argv + argc};
+}
 
 std::string OwnFolder() { return FolderPart(ReadLink("/proc/self/exe")); }
 std::string OwnName() { return FilePart(ReadLink("/proc/self/exe")); }
