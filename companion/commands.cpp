@@ -11,7 +11,9 @@
 #include "companion/user_data.h"
 #include "companion/utf.h"
 #include "companion/values.h"
+#include "companion/video.h"
 #include "platform/tool.h"
+#include "platform/tool_input.h"
 #include "shared/commands.h"
 #include <algorithm>
 #include <cstdio>
@@ -222,6 +224,29 @@ Result DoSetup(Context& st) {
 
 Result DoShot(Context& st) { return TakeShots(st.stLibrary, st.stOptions); }
 
+/// Settings are read when a layout is built. Programs that were not told see them with their next one.
+void ReloadIfPossible(Context& st) {
+    if (LoadControlLibrary(st.stOptions.strLibrary, st.stLibrary)) ReloadAll(st.stLibrary);
+}
+
+Result DoVideo(Context& st) {
+    const VideoOptions& stVideo = st.stOptions.stVideo;
+    if (stVideo.bList) {
+        PrintVideoSources(st.stOptions.bJson);
+        return {};
+    }
+    if (stVideo.bSetup || stVideo.bDisable) {
+        const Result stSet = stVideo.bDisable ? DisableVideo(stVideo.uSource) : SetUpVideo(stVideo);
+        if (!stSet) return stSet;
+        ReloadIfPossible(st);
+    }
+    const bool bOnlySettings = stVideo.bSetup && !stVideo.bTestPattern &&
+                               platform::tool::IsInputTerminal(); // nothing comes from there
+    return stVideo.bDisable || bOnlySettings ? Result{} : WriteVideo(stVideo);
+}
+
+Result DoControl(Context& st) { return SendControl(st.stOptions.stVideo); }
+
 struct Action {
     Verb eVerb;
     bool bLoadsLibrary; ///< the library is loaded before the action runs
@@ -251,6 +276,8 @@ constexpr Action kActions[] = {
     {Verb::Profile, false, DoProfile},
     {Verb::Setup, false, DoSetup},
     {Verb::Shot, true, DoShot},
+    {Verb::Video, false, DoVideo},
+    {Verb::Control, false, DoControl},
 };
 
 Result Perform(Context& st) {

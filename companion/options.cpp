@@ -21,14 +21,26 @@ constexpr const char* kFooter =
     "Exit codes: 0 done, 1 failed, 2 wrong usage, 3 nothing found to act on. 'run' "
     "leaves with the program's own code.\nMore: orvin-osd COMMAND --help";
 
-CLI::App* AddVerb(CLI::App& app, Options& st, Verb eVerb, const char* szName, const char* szHelp) {
-    CLI::App* pVerb = app.add_subcommand(szName, szHelp);
+void AddLibrary(CLI::App* pVerb, Options& st) {
     pVerb
         ->add_option("--library", st.strLibrary,
                      "the overlay's library; default: the one beside this program")
         ->type_name("PATH");
+}
+
+CLI::App* AddVerb(CLI::App& app, Options& st, Verb eVerb, const char* szName, const char* szHelp) {
+    CLI::App* pVerb = app.add_subcommand(szName, szHelp);
+    AddLibrary(pVerb, st);
     pVerb->callback([&st, eVerb] { st.eVerb = eVerb; });
     return pVerb;
+}
+
+void AddVideo(CLI::App& app, Options& st) {
+    const auto [pVideo, pControl] = AddVideoVerbs(app, st.stVideo);
+    AddLibrary(pVideo, st); // which programs are told by
+    pVideo->add_flag("--json", st.bJson, "with list: as JSON");
+    pVideo->callback([&st] { st.eVerb = Verb::Video; });
+    pControl->callback([&st] { st.eVerb = Verb::Control; });
 }
 
 void AddForce(CLI::App* pVerb, Options& st) {
@@ -250,6 +262,8 @@ Result CheckOptions(Options& st) {
         return CheckFilter(st.strFilterProfile);
     }
     if (st.eVerb == Verb::Profile) return CheckProfileOptions(st.stProfile);
+    if (st.eVerb == Verb::Video) return CheckVideoOptions(st.stVideo);
+    if (st.eVerb == Verb::Control) return CheckControlOptions(st.stVideo);
     return {};
 }
 
@@ -279,6 +293,7 @@ void Describe(CLI::App& app, Options& st) {
     AddShot(app, st);
     AddValues(app, st);
     AddProfileVerbs(app, st);
+    AddVideo(app, st);
     AddSetup(app, st);
 }
 

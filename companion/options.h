@@ -1,6 +1,7 @@
 #pragma once
 // The command line.
 #include "companion/profile_options.h"
+#include "companion/video_options.h"
 #include "platform/types.h"
 #include <array>
 #include <optional>
@@ -32,6 +33,8 @@ enum class Verb {
     Top,
     Setup,
     Shot,
+    Video,
+    Control,
     Profile ///< which command about profiles: stProfile.eVerb
 };
 
@@ -72,6 +75,7 @@ struct Options {
     std::optional<u8> uByte;
     std::vector<u32> listPositions;
     ProfileOptions stProfile;
+    VideoOptions stVideo;
 };
 
 /// Outcome of parsing: options, or a text to print and the exit code to leave with.

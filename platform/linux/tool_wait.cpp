@@ -1,5 +1,7 @@
-// Linux: being asked to stop, the terminal, and the driver's library.
+// Linux: being asked to stop, standard input, the terminal, and the driver's library.
 #include "platform/tool.h"
+#include "platform/tool_input.h"
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstring>
@@ -41,6 +43,24 @@ bool WaitForStop(u32 uMilliseconds) {
         if (poll(&stPipe, 1, static_cast<int>(iLeft)) > 0) return true; // the byte stays: later waits end too
     }
     return false;
+}
+
+bool IsInputTerminal() { return isatty(STDIN_FILENO) != 0; }
+
+u32 ReadInput(void* pTo, u32 uBytes) {
+    u32 uDone = 0;
+    while (uDone < uBytes) {
+        // A read alone would not end when the signal comes just ahead of it.
+        pollfd ast[] = {{STDIN_FILENO, POLLIN, 0}, {g_aiStopPipe[0], POLLIN, 0}};
+        if (poll(ast, 2, -1) < 0 && errno != EINTR) break;
+        if (ast[1].revents != 0) break;
+        if (ast[0].revents == 0) continue;
+        const ssize_t iGot = read(STDIN_FILENO, static_cast<u8*>(pTo) + uDone, uBytes - uDone);
+        if (iGot < 0 && (errno == EINTR || errno == EAGAIN)) continue;
+        if (iGot <= 0) break;
+        uDone += static_cast<u32>(iGot);
+    }
+    return uDone;
 }
 
 bool IsTerminal() { return isatty(STDOUT_FILENO) != 0; }
