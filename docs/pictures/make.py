@@ -3,13 +3,14 @@
 
 usage: make.py [--companion PATH] [NAME ...]
 
-Each folder profiles/NAME becomes NAME.png; without names all of them. The companion is looked for in the build folder
+Each folder profiles/NAME becomes NAME.png; without names all of them. A settings.ini in it is added to the shipped one. The companion is looked for in the build folder
 of the working copy. Pictures that grow beyond 30 KB fail: they belong to the manual, not to a gallery.
 """
 import argparse
 import re
 import subprocess
 import sys
+import tempfile
 from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
@@ -35,12 +36,24 @@ def size_of(profile):
     return "x".join(match.groups()) if match else USUAL_SIZE
 
 
+def data_folder(profile, folder):
+    """The shipped data beside settings of the profile's own."""
+    if not (profile / "settings.ini").exists():
+        return ROOT / "data"
+    (folder / "data").symlink_to(ROOT / "data")
+    (folder / "Settings").mkdir()
+    parts = [path.read_text() for path in (ROOT / "Settings/settings.ini", profile / "settings.ini")]
+    (folder / "Settings/settings.ini").write_text("\n".join(parts))
+    return folder / "data"
+
+
 def make(companion, name):
     """True if the picture was made and is small enough."""
     profile, picture = HERE / "profiles" / name, HERE / f"{name}.png"
-    words = [companion, "profile", "render", profile, "-o", picture, "--data", ROOT / "data"]
-    words += ["--size", size_of(profile), "--background", BACKGROUNDS.get(name, DARK)]
-    done = subprocess.run([str(word) for word in words], check=False)
+    with tempfile.TemporaryDirectory() as folder:
+        words = [companion, "profile", "render", profile, "-o", picture, "--data", data_folder(profile, Path(folder))]
+        words += ["--size", size_of(profile), "--background", BACKGROUNDS.get(name, DARK)]
+        done = subprocess.run([str(word) for word in words], check=False)
     if done.returncode != 0:
         return False
     size = picture.stat().st_size

@@ -1,9 +1,12 @@
 #include "tools/profile/renderer.h"
 #include "base/layout_style.h"
 #include "companion/profile_folder.h"
+#include "companion/test_pattern.h"
 #include "companion/utf.h"
 #include "config/profile/profile_document.h"
 #include "config/profile/profile_names.h"
+#include "config/settings/settings.h"
+#include "controls/osd_manager.h"
 #include "draw/backdrop.h"
 #include "draw/canvas.h"
 #include "draw/own_context.h"
@@ -21,6 +24,7 @@
 #include "platform/profile_context.h"
 #include "platform/shared_block.h"
 #include "shared/api_code.h"
+#include "shared/frame_sources.h"
 #include "shared/process_records.h"
 #include "tools/profile/log_catcher.h"
 #include "tools/profile/settings.h"
@@ -166,6 +170,21 @@ void Program::SwapOnce(bool bShown) {
     }
 }
 
+/// No program writes frames here. Each source shows a still picture from its first frame on.
+void ShowTestPattern() {
+    constexpr u32 kFrame = 30; ///< the line stands at a quarter of the width
+    for (u32 u = 0; g_ppVideoBox && u < g_uVideoSources; ++u) {
+        const stVideoSource& st = g_stSettings.aVideoSource[u];
+        std::string strName;
+        for (const char16_t* p = st.wzFileMappingName; *p; ++p)
+            strName += *p < 0x80 ? static_cast<char>(*p) : '?';
+        u32 uBytes = 0; // a name may be that of another block
+        u8* const pBlock = headless::MappingContents(strName.c_str(), &uBytes);
+        if (g_ppVideoBox[u] && uBytes >= g_uFrameBlockBytes)
+            DrawTestPattern(pBlock, st.uBufferSizeW, st.uBufferSizeH, kFrame);
+    }
+}
+
 double MillisecondsOf(const std::function<void()>& fnWork) {
     glFinish();
     const auto start = std::chrono::steady_clock::now();
@@ -181,6 +200,7 @@ Result Program::Build(RenderTimes& stTimes) {
         m_log.Take();
         stTimes.dFirstFrame = MillisecondsOf([this] { Swap(); });
     }
+    ShowTestPattern();
     return g_bInitGL ? Result{} : NoLayout();
 }
 

@@ -1,8 +1,10 @@
 #include "tools/profile/settings.h"
+#include "config/settings/settings.h"
 #include "config/settings/settings_sensors.h"
 #include "platform/headless/test_controls.h"
 #include "platform/profile_sensors.h"
 #include "platform/settings_tree.h"
+#include "platform/tool_settings.h"
 #include "shared/info_rows.h"
 #include <cstring>
 #include <system_error>
@@ -45,6 +47,38 @@ bool TakeMachineOfFile(const platform::CSettingsTree& tree) {
     return bHardware;
 }
 
+constexpr const char16_t* kVideo = u"SOFTWARE\\Zarn\\ORVIN-OSD\\Video";
+
+void TakeVideoOfFile(const platform::CSettingsTree& tree) {
+    if (const platform::SettingsNode* p = tree.FindKey(kVideo)) TakeTree(kVideo, *p);
+}
+
+std::u16string WideText(const std::string& str) {
+    char16_t wz[g_uSettingText];
+    g_fnDecodeUtf8(str.c_str(), wz, g_uSettingText);
+    return wz;
+}
+
+void TakeSettingOfSystem(const std::string& strKey, const char* szName) {
+    const platform::tool::Setting st = platform::tool::CurrentSetting(strKey, szName);
+    const std::u16string wstrPath = u"SOFTWARE\\Zarn\\ORVIN-OSD\\" + WideText(strKey);
+    if (st.bRemoved) return;
+    if (st.uNumber)
+        platform::headless::SetSettingsNumber(wstrPath.c_str(), WideText(szName).c_str(), *st.uNumber);
+    else
+        platform::headless::SetSettingsText(wstrPath.c_str(), WideText(szName).c_str(),
+                                            WideText(st.strText).c_str());
+}
+
+void TakeVideoOfSystem() {
+    TakeSettingOfSystem("Video", "Enable");
+    for (u32 u = 0; u < g_uVideoSources; ++u)
+        for (const char* szName :
+             {"Enable", "FileMappingName", "FrameSize: W", "FrameSize: H", "BufferSize: W", "BufferSize: H",
+              "Update: I", "Update: F", "Anchor", "Position: X", "Position: Y", "Alpha"})
+            TakeSettingOfSystem("Video\\" + std::to_string(u), szName);
+}
+
 void Support(const std::u16string& wstrPath) {
     platform::headless::SetSettingsNumber((std::u16string(kPace) + u'\\' + wstrPath).c_str(), u"IsSupport",
                                           1);
@@ -56,11 +90,7 @@ void TakeSampleHardware() {
     platform::headless::SetSettingsNumber((std::u16string(kPace) + u"\\Card").c_str(), u"Card Num", 1);
     for (const stInfoRow& row : g_aCardRows) Support(std::u16string(u"Card\\0\\") + row.wzRow);
     for (const stInfoRow& row : g_aCpuRows) Support(std::u16string(u"CPU\\") + row.wzRow);
-    for (const std::string& strName : DefinedSensors()) {
-        char16_t wzName[g_uSettingText];
-        g_fnDecodeUtf8(strName.c_str(), wzName, g_uSettingText);
-        Support(std::u16string(u"Sensor\\0\\") + wzName);
-    }
+    for (const std::string& strName : DefinedSensors()) Support(u"Sensor\\0\\" + WideText(strName));
 }
 
 } // namespace
@@ -76,8 +106,11 @@ bool TakeMachineSettings(const fs::path& pathData, bool bNamed) {
     platform::headless::SetSettingsNumber(kPace, u"UpdateStatisticInterval", kSensorPace);
     bool bHardware = false;
     if (fs::is_regular_file(pathFile, error)) {
-        bHardware = TakeMachineOfFile(platform::CSettingsTree::Load(pathFile.u16string().c_str()));
+        const auto tree = platform::CSettingsTree::Load(pathFile.u16string().c_str());
+        TakeVideoOfFile(tree);
+        bHardware = TakeMachineOfFile(tree);
     } else if (!bNamed) {
+        TakeVideoOfSystem();
         bHardware = platform::tool::TakeMachineOfSystem();
     }
     if (!bHardware) TakeSampleHardware();

@@ -9,6 +9,7 @@
 #include "tools/profile/check/item_values.h"
 #include "tools/profile/check/layout.h"
 #include "tools/profile/check/readers.h"
+#include "tools/profile/check/video.h"
 #include "tools/profile/check/writing.h"
 
 #include <tinyxml2.h>
@@ -105,6 +106,7 @@ bool FindProfileFaults(const CheckOptions& stOptions, Findings& findings) {
         return false;
     }
     CheckFolder({stFound.pathFolder, pathData}, stOptions, findings);
+    CheckVideoSources(findings);
     findings.Sort();
     return true;
 }
