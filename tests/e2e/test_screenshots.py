@@ -6,7 +6,7 @@ import unittest
 
 from PIL import Image, ImageChops
 
-from e2e.environment import LINUX, Display, LinuxPrograms, screenshot, wait_until
+from e2e.environment import LINUX, WIN64, Display, LinuxPrograms, WinePrograms, screenshot, wait_until
 
 SETTINGS = r"SOFTWARE\Zarn\ORVIN-OSD"
 MANY = "100000000"
@@ -155,6 +155,57 @@ class LinuxScreenshots(unittest.TestCase):
         for path in self.out.iterdir():
             self.assertRegex(path.name, re.compile(r"^Screenshot\(\d+\)-\d{8}-\d{4}-\d{4}\.png$"))
             self.assertEqual(pixels(path).size, (640, 480))
+
+
+class WineScreenshots(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        display = Display()
+        cls.display = display.__enter__()
+        cls.addClassCleanup(display.__exit__)
+
+    def setUp(self):
+        self.programs = WinePrograms(self.display, care=True)
+        self.addCleanup(self.programs.close)
+        self.folder = self.programs.folder
+        self.out = self.folder / "out"
+        self.out.mkdir()
+
+    def begin(self):
+        """The picture that a program's window shows, read from the screen, and the program's own below the overlay."""
+        self.programs.show("Shapes")
+        shown, own = self.folder / "shown.ppm", self.folder / "own.ppm"
+        process = self.programs.with_overlay([WIN64 / "host_wgl.exe", "--frames", MANY, "--fps-cap", "60", "--await-detour",
+                                              "--dump-ppm", f"{shown}@200", "--dump-before", own])
+        self.programs.wait_for_overlay(process)
+        size = len(b"P6\n640 480\n255\n") + 640 * 480 * 3
+        wait_until(lambda: all(path.exists() and path.stat().st_size == size for path in (own, shown)))
+        return pixels(shown), pixels(own)
+
+    def shoot(self, *more):
+        code, output = self.programs.ask("shot", "--folder", self.out, *more)
+        self.assertEqual(code, 0, output)
+        return [self.out / re.split(r"[/\\]", line.strip())[-1] for line in output.splitlines()]
+
+    def test_each_type_and_mode_is_the_windows_picture(self):
+        shown, own = self.begin()
+        self.assertNotEqual(shown.tobytes(), own.tobytes())
+        for mode, picture in (((), shown), (("--without-overlay",), own)):
+            for kind in ("png", "bmp", "jpg"):
+                with self.subTest(kind=kind, mode=mode):
+                    file, = self.shoot("--type", kind, *mode)
+                    self.assertEqual(file.suffix, f".{kind}")
+                    if kind == "jpg":
+                        self.assertLess(mean_difference(pixels(file), picture), 4)
+                    else:
+                        self.assertEqual(pixels(file).tobytes(), picture.tobytes())
+        files = self.shoot("--type", "all")
+        self.assertEqual(sorted(path.suffix for path in files), [".bmp", ".jpg", ".png"])
+        for file in files:
+            self.assertLess(mean_difference(pixels(file), shown), 4)
+        code, output = self.programs.ask("shot", "--folder", self.out, "--type", "heic")
+        self.assertEqual((code, "HEIC" in output), (1, True), output)
+        self.assertEqual(len(list(self.out.iterdir())), 9)
 
 
 if __name__ == "__main__":
