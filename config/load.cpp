@@ -28,7 +28,7 @@
 #include "draw/canvas.h"
 #include "draw/data_path.h"
 #include "draw/draw_keys.h"
-#include "font/font_unicode.h"
+#include "font/kept_glyphs.h"
 #include "platform/clock.h"
 #include "shared/process_records.h"
 
@@ -78,6 +78,7 @@ bool CreateLayout() {
 void RestFonts() {
     for (u32 u = 0; g_ppFont && u < g_uFontEntries; ++u)
         if (g_ppFont[u]) g_ppFont[u]->m_fnPackAtlas();
+    g_fnDropKeptGlyphs();
 }
 
 bool Load() {
@@ -109,6 +110,11 @@ bool g_fnLoadConfiguration() {
         g_fnLog("g_fnLoadConfiguration() - exception");
     }
     return false;
+}
+
+void g_fnKeepFontGlyphs() noexcept {
+    for (u32 u = 0; g_ppFont && u < g_uFontEntries; ++u)
+        if (g_ppFont[u]) g_fnKeepGlyphs(*g_ppFont[u]);
 }
 
 void g_fnClearConfiguration() {
@@ -157,6 +163,7 @@ static void ResetProfile() {
 
 void g_fnResetConfiguration() {
     g_fnClearConfiguration();
+    g_fnDropKeptGlyphs();
     g_fnForgetFailedLoad();
     ResetSettings();
     ResetTables();

@@ -7,6 +7,9 @@
 /// then stays for the caller to release. Nothing is thrown.
 bool g_fnLoadConfiguration();
 
+/// Leaves the glyphs of the layout's fonts to the next load, ahead of their end.
+void g_fnKeepFontGlyphs() noexcept;
+
 /// Forgets what the former configuration set: items, ids, documents, blur diameters, the wish for a backdrop.
 void g_fnClearConfiguration();
 

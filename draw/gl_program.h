@@ -33,6 +33,8 @@ class GLProgram {
     void m_fnStopUsing() const;
 
     u32 m_fnGetObject() const noexcept { return m_uObject; }
+    /// Leaves the object to its context, whose end takes it along.
+    void m_fnForget() noexcept { m_uObject = 0; }
 
   private:
     void Link(const std::vector<GLShader>& shaders);

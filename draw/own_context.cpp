@@ -1,5 +1,6 @@
 #include "draw/own_context.h"
 
+#include "draw/kept_programs.h"
 #include "draw/left_names.h"
 
 std::atomic<platform::ContextHandle> g_hGLRC = nullptr;
@@ -35,4 +36,5 @@ bool g_fnIsContextGone() noexcept { return g_bContextGone; }
 void g_fnNoteContextGone(platform::ContextHandle hContext) noexcept {
     if (g_hGLRC && (!hContext || hContext == g_hGLRC)) g_bContextGone = true;
     g_fnForgetLeftNames(hContext);
+    g_fnForgetKeptPrograms(hContext);
 }

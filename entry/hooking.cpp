@@ -1,8 +1,10 @@
 #include "entry/hooking.h"
 #include "base/log.h"
 #include "base/numbers.h"
+#include "draw/kept_programs.h"
 #include "draw/left_names.h"
 #include "draw/own_context.h"
+#include "font/kept_glyphs.h"
 #include "frame/api_claim.h"
 #include "frame/frame_driver.h"
 #include "frame/frame_trace.h"
@@ -250,6 +252,8 @@ i32 UnHook_openGL(u32 deInitCase) noexcept {
     CMiniHook* pMiniHook = g_pMiniHook;
     if (pMiniHook && g_pHookTarget) pMiniHook->RemoveHook(g_pHookTarget);
     g_fnTavo_GL_Release();
+    g_fnDeleteKeptPrograms();
+    g_fnDropKeptGlyphs();
     g_fnForgetLeftNames(nullptr); // nobody sees the end of their contexts now
     g_bHooked = false;
     g_hOpenGL = nullptr;

@@ -1,5 +1,5 @@
 // Records and cells: who has one, what is known of it, who gets the next.
-#include "font/font_unicode.h"
+#include "font/kept_glyphs.h"
 #include "platform/pages.h"
 
 #include <algorithm>
@@ -74,7 +74,7 @@ void CFontUniCode::m_fnAddChar(u32 uCode, f32* pX, f32* pY, f32* pZ) {
     st.m_uCharAge = m_uCharAge;
     PlaceRecord(static_cast<u32>(iIndex), pX, pY, pZ);
     if (iFound >= 0) return;
-    m_fnRasterizeChar(uCode);
+    if (!g_fnTakeKeptGlyph(*this, uCode, st)) m_fnRasterizeChar(uCode);
     m_fnPutCharBuffInCell(uCode, pX, pY, pZ);
 }
 

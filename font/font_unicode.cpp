@@ -2,6 +2,7 @@
 #include "font/font_unicode.h"
 
 #include "base/numbers.h"
+#include "font/kept_glyphs.h"
 #include "platform/pages.h"
 
 #include <algorithm>
@@ -9,6 +10,7 @@
 #include <cstring>
 #include <limits>
 #include <new>
+#include <utility>
 
 std::map<std::u16string, i32> g_mapFontScalePercent;
 
@@ -75,6 +77,12 @@ u8* CFontUniCode::m_fnTakeAtlas() noexcept {
     if (m_packedAtlas.IsEmpty()) return m_pAtlas;
     if (AllocZeroed(m_pAtlas, m_uAtlasBytes, m_uAtlasBytes)) m_packedAtlas.Give(m_pAtlas);
     return m_pAtlas;
+}
+
+bool CFontUniCode::m_fnGivePackedAtlas(CPackedPixels& packed) noexcept {
+    m_fnPackAtlas();
+    packed = std::move(m_packedAtlas);
+    return !packed.IsEmpty();
 }
 
 void CFontUniCode::m_fnSetLayout(u32 uWidth, u32 uHeight, u32 uLayers) {
@@ -166,9 +174,9 @@ bool CFontUniCode::m_fnCreateGdiFont(platform::GlyphFont** ppFont, u32 uSize, co
     m_fDpiScaleX = static_cast<f32>(iDpiX) / 96.0f;
     m_fDpiScaleY = static_cast<f32>(iDpiY) / 96.0f;
     const i32 iPoints = g_fnTruncate<i32>(static_cast<f32>(uSize) / m_fDpiScaleY);
-    // A font out of a file has its glyphs; it may never draw one.
+    // A font out of a file has its glyphs, and so has one that comes again; it may never draw one.
     const platform::stGlyphFontRequest stRequest = {uSize, MulDiv(iPoints, iDpiY, 72), m_iFontWeight, wzName,
-                                                    m_bFromFile};
+                                                    m_bFromFile || g_fnIsKindKept(*this)};
     FreeFont(*ppFont);
     *ppFont = platform::CreateGlyphFont(m_hDC, stRequest);
     return *ppFont != nullptr;
@@ -191,7 +199,7 @@ bool CFontUniCode::m_fnInitialize(bool bFromFile) {
     bool bDone = m_fnCreateTexture();
     if (bFromFile) {
         bDone = CreateNamedFont(*this, &m_hFontCalib, m_uCalibSize);
-    } else {
+    } else if (!g_fnTakeKeptMeasures(*this)) {
         m_fnAddSpaces();
         m_fnMeasureDescent();
         m_fnCalibrate();

@@ -154,6 +154,8 @@ class CFontUniCode {
     /// ahead of each use of m_pAtlas; null without memory.
     void m_fnPackAtlas() noexcept;
     u8* m_fnTakeAtlas() noexcept;
+    /// Hands the packed atlas over and loses it. False if it cannot be packed.
+    bool m_fnGivePackedAtlas(CPackedPixels& packed) noexcept;
 
     u32 m_uLayoutW = 8, m_uLayoutH = 8; ///< cells
     u32 m_uLayoutD = 0;

@@ -2,6 +2,7 @@
 
 #include "base/host_care.h"
 #include "config/load.h"
+#include "font/kept_glyphs.h"
 #include "platform/glyph_rasterizer.h"
 
 static bool g_bPrepared = false;
@@ -9,8 +10,8 @@ static bool g_bPrepared = false;
 bool g_fnIsBuildPrepared() noexcept {
     if (!g_stHostCare.bOuterGuard || g_bPrepared) return true;
     g_bPrepared = true;
-    // Fonts out of files open the system's only for what they lack.
-    return g_fnHasFontFiles() || !platform::HoldGlyphSystem();
+    // Fonts out of files open the system's only for what they lack, and so do those that come again.
+    return g_fnHasFontFiles() || g_fnHasKeptGlyphs() || !platform::HoldGlyphSystem();
 }
 
 void g_fnEndPreparation() noexcept {

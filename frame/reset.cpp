@@ -10,6 +10,7 @@
 #include "draw/backdrop.h"
 #include "draw/canvas.h"
 #include "draw/first_draws.h"
+#include "draw/kept_programs.h"
 #include "draw/left_names.h"
 #include "draw/own_context.h"
 #include "frame/api_claim.h"
@@ -98,6 +99,7 @@ static void ResetUpdate() {
 }
 
 void g_fnResetFrame() {
+    g_fnForgetKeptPrograms(nullptr);
     ResetContext();
     ResetSwap();
     ResetLimiter();

@@ -219,6 +219,7 @@ void g_fnReleaseResources() noexcept {
     DestroyBatchers();
     FreeFrameSamples();
     g_fnFreeShutter();
+    g_fnKeepFontGlyphs();
     g_fnClearConfiguration();
     g_fnDestroyManagers();
     g_fnCloseControlBlock();

@@ -3,7 +3,7 @@
 // stream, in the order of drawing; each list is one draw. Controls are asked again only when they have
 // changed.
 #include "batch/draw_basic.h"
-#include "draw/gl_program.h"
+#include "draw/kept_programs.h"
 #include "merged/merged_stream.h"
 #include "merged/mesh_merged.h"
 
@@ -51,8 +51,8 @@ class CDrawBasic_Merged final : public CDrawBasic_Base, private CMergedSink {
     void Draw(const stRun& run, bool& bBackdropBound);
     void DrawPictures(const stRun& run);
 
-    std::unique_ptr<GLProgram> m_pProgramColor, m_pProgramTexture;
-    std::unique_ptr<GLProgram> m_pProgramBlur[g_uMaxBlurDiameter + 1];
+    KeptProgram m_pProgramColor, m_pProgramTexture;
+    KeptProgram m_pProgramBlur[g_uMaxBlurDiameter + 1];
     CMergedStream m_stream{g_uMergedShapeFloats};
     std::vector<stEntry> m_aEntries;
     std::vector<stRun> m_aRuns;

@@ -22,7 +22,7 @@ bool CDrawText_Merged::m_fnInitialize() {
 
 /// Built when first asked for: few profiles change between the two.
 const GLProgram& CDrawText_Merged::ProgramInUse() {
-    std::unique_ptr<GLProgram>& pProgram = g_bTextGlow ? m_pProgramGlow : m_pProgramText;
+    KeptProgram& pProgram = g_bTextGlow ? m_pProgramGlow : m_pProgramText;
     if (!pProgram)
         pProgram = g_fnBuildMergedProgram("DrawMerged_GL_T.vs",
                                           g_bTextGlow ? "DrawMerged_GL_TG.fs" : "DrawMerged_GL_T.fs");

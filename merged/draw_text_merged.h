@@ -2,7 +2,7 @@
 // The text batcher of the merged flavour. The quads of all fonts lie in one stream, in the order of drawing;
 // each font is one draw. Controls are asked again only when they have changed.
 #include "batch/draw_text.h"
-#include "draw/gl_program.h"
+#include "draw/kept_programs.h"
 #include "merged/merged_stream.h"
 #include "merged/mesh_merged.h"
 
@@ -46,7 +46,7 @@ class CDrawText_Merged final : public CDrawText_Base, private CMergedSink {
     void Update();
     const GLProgram& ProgramInUse();
 
-    std::unique_ptr<GLProgram> m_pProgramText, m_pProgramGlow;
+    KeptProgram m_pProgramText, m_pProgramGlow;
     CMergedStream m_stream{g_uMergedTextFloats};
     std::vector<stEntry> m_aEntries;
     std::vector<stRun> m_aRuns;

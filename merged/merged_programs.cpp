@@ -6,8 +6,12 @@
 #include "draw/data_shader.h"
 #include "draw/matrix.h"
 #include "platform/gl_api.h"
+#include "platform/input_file.h"
 
 #include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
 
 static constexpr const char* g_aszFiles[] = {
     "DrawMerged_GL_C.vs",  "DrawMerged_GL_C.fs", "DrawMerged_GL_Tex.vs", "DrawMerged_GL_Tex.fs",
@@ -29,18 +33,43 @@ bool g_fnCanDrawMerged() {
     return true;
 }
 
-std::unique_ptr<GLProgram> g_fnBuildMergedProgram(const char* szVertexFile, const char* szFragmentFile,
-                                                  const ShaderDefines* pDefines) {
+/// All that decides over a program. Files that cannot be read say nothing: compiling tells the reason.
+static std::string SourcesOf(const char* szVertexFile, const char* szFragmentFile,
+                             const ShaderDefines* pDefines) {
+    std::string strAll;
+    for (const char* szFile : {szVertexFile, szFragmentFile}) {
+        char szPath[g_uDataPathCapacity];
+        std::string strText;
+        if (!g_fnResolveDataPath(szPath, szFile) ||
+            !platform::ReadWholeFile(platform::OpenInput(szPath), g_uShaderBytesMax, strText))
+            return {};
+        strAll += strText + '\0';
+    }
+    if (pDefines)
+        for (const auto& [strName, strValue] : *pDefines) strAll += strName + '=' + strValue + '\0';
+    return strAll;
+}
+
+static KeptProgram Compile(const char* szVertexFile, const char* szFragmentFile,
+                           const ShaderDefines* pDefines, std::string strSources) {
     std::vector<GLShader> shaders;
     shaders.push_back(g_fnDataShader(szVertexFile, GL_VERTEX_SHADER));
     shaders.push_back(g_fnDataShader(szFragmentFile, GL_FRAGMENT_SHADER, pDefines));
-    auto pProgram = std::make_unique<GLProgram>(shaders);
+    KeptProgram pProgram = g_fnMakeKept(std::make_unique<GLProgram>(shaders), std::move(strSources));
     f32 mView[16];
     g_fnMakeIdentity(mView);
     mView[14] = -1.0f;
     pProgram->m_fnUse();
     pProgram->m_fnSetUniformMatrix4fv("mView", mView, false);
     pProgram->m_fnSetUniform1i("tex", 0);
+    return pProgram;
+}
+
+KeptProgram g_fnBuildMergedProgram(const char* szVertexFile, const char* szFragmentFile,
+                                   const ShaderDefines* pDefines) {
+    std::string strSources = SourcesOf(szVertexFile, szFragmentFile, pDefines);
+    KeptProgram pProgram = g_fnTakeKeptProgram(strSources);
+    if (!pProgram) pProgram = Compile(szVertexFile, szFragmentFile, pDefines, std::move(strSources));
     g_fnSetMergedProjection(*pProgram);
     return pProgram;
 }
