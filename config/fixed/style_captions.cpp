@@ -7,6 +7,7 @@
 #include "config/settings/settings_sensors.h"
 
 #include <cstring>
+#include <map>
 #include <string_view>
 
 #include <tinyxml2.h>
@@ -48,7 +49,7 @@ std::u16string_view WithoutBlanks(std::u16string_view wz) {
 }
 
 /// A sensor's unit as the style writes it. Reference files put blanks around units so that numbers line up: a
-/// row with that unit shows how.
+/// row with that unit, or the extension's own, shows how. One that none has stands off its number.
 std::u16string UnitOf(const stStyleItems& style, const stSensorDefinition& st) {
     std::u16string wzUnit = st.wzUnit;
     bool bFound = wzUnit.empty();
@@ -58,16 +59,16 @@ std::u16string UnitOf(const stStyleItems& style, const stSensorDefinition& st) {
         bFound = p && p->wzText.starts_with(u' ') && WithoutBlanks(p->wzText) == st.wzUnit;
         if (bFound) wzUnit = p->wzText;
     });
-    return wzUnit;
+    return bFound ? wzUnit : u' ' + wzUnit;
 }
 
-void PrepareItem(const stStyleItems& style, const stStyleItem& item, u32 uRow, stSensorDefinition& st) {
+void PrepareItem(const stStyleItem& item, u32 uRow, const std::u16string& wzUnit, stSensorDefinition& st) {
     CopyTemplates(item, uRow);
     if (item.eKind == eItem::Number) st.iValueNumberId = static_cast<i32>(item.uBID);
     if (item.eKind != eItem::Text) return;
     const bool bTitle = item.szRole == std::string_view("TITLE");
     (bTitle ? st.iTitleTextId : st.iUnitTextId) = static_cast<i32>(item.uBID);
-    g_fnSetItemText(item.uBID, bTitle ? TitleOf(st) : UnitOf(style, st));
+    g_fnSetItemText(item.uBID, bTitle ? TitleOf(st) : wzUnit);
 }
 
 // --- the profile's own words -------------------------------------------------------------------------------
@@ -132,11 +133,14 @@ void g_fnApplyFixedCaptions() {
 void g_fnPrepareSensorRows(const stStyleItems& style) {
     for (auto& [strName, st] : g_stSensors.mapByName)
         st.iTitleTextId = st.iValueNumberId = st.iUnitTextId = -1;
+    // The first sensor stands in the extension's own items: what those show is looked at ahead of it.
+    std::map<std::string_view, std::u16string> mapUnits;
+    for (const auto& [strName, st] : g_stSensors.mapByName) mapUnits[strName] = UnitOf(style, st);
     for (const stSensorRow& row : g_stDisplay.listSensorRows) {
         const auto it = g_stSensors.mapByName.find(row.szBaseName);
         if (it == g_stSensors.mapByName.end()) continue;
         g_fnForEachSensorItem(style, row.szBaseName, row.uOrdinal, [&](const stStyleItem& item) {
-            PrepareItem(style, item, row.uOrdinal, it->second);
+            PrepareItem(item, row.uOrdinal, mapUnits[it->first], it->second);
         });
     }
 }

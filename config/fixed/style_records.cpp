@@ -91,6 +91,9 @@ Counts CountTitles(const Occurrences& list) {
     return counts;
 }
 
+/// Lines of further cards and CPUs are numbered even where there is but one.
+bool IsFurther(std::string_view szWord) { return szWord == "GPU_SECOND" || szWord == "CPU_SECOND"; }
+
 std::u16string Numbered(const char16_t* wzTitle, u32 uNumber) {
     std::u16string wzText(wzTitle);
     wzText += u" #";
@@ -159,7 +162,8 @@ stStyleTexts g_fnMakeStyleTexts(const stStyleItems& style, const stClassicGrid* 
         stTextInit st;
         if (!g_fnMakeTextInit(instance, g_fnTextColorsOf(uStyleID), g_stLooks.bTextShadow, st)) continue;
         if (!TakeSettings(item.szWord, st)) Place(pGrid, item, uStyleID, st);
-        if (const auto it = counts.find(instance.uBID); it != counts.end() && it->second > 1)
+        const auto it = counts.find(instance.uBID);
+        if (it != counts.end() && (it->second > 1 || IsFurther(item.szWord)))
             st.wzText = texts.ownTexts.emplace_back(Numbered(st.wzText, instance.uDataIndex)).c_str();
         texts.records.push_back(st);
     }

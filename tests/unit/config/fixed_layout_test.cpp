@@ -321,6 +321,34 @@ TEST_F(FixedLayout, SensorRowsStandLastWithTheirOwnWords) {
     }
 }
 
+TEST_F(FixedLayout, AUnitIsWrittenAsARowOrTheExtensionShowsAndElseStandsOffItsNumber) {
+    const auto Define = [](const std::u16string& wstrName, const char16_t* wzUnit) {
+        const std::u16string wstrKey = std::u16string(c_wzOption) + u"Config\\Sensor\\" + wstrName;
+        headless::SetSettingsText(wstrKey.c_str(), u"Unit", wzUnit);
+        Support(u"Sensor\\0\\" + wstrName);
+    };
+    Define(u"A_LEVEL", u"dB");
+    Define(u"B_TEMP", u"\u00B0C");
+    stWish st;
+    // The first one stands in the extension's own items.
+    st.strMore = "<Sensor Title='Group#0' IsShow='1'><A_LEVEL IsShow='1'/><B_TEMP IsShow='1'/></Sensor>";
+    ASSERT_TRUE(Build(st));
+    EXPECT_EQ(TextOf(RowText("GROUP_EXTENSION_FIRST", "UNIT")), u" dB");
+    const u32 uUnit = g_fnItemBID(g_stClassicItems, eItem::Text, "GROUP_EXTENSION_FIRST", "UNIT");
+    EXPECT_EQ(TextOf(g_fnFindCtrlById(g_fnMakeLB_ID(0, uUnit + 1), g_fnKind<KIND_TEXTBOX>())),
+              u" \u00B0C    ");
+}
+
+TEST_F(FixedLayout, TheOnlyFurtherCardIsNumberedToo) {
+    stWish st;
+    st.uCards = 2;
+    st.uCpus = 2;
+    ASSERT_TRUE(Build(st));
+    EXPECT_EQ(TextOf(RowText("GPU_FIRST", "TITLE", 0)), u"GPU");
+    EXPECT_EQ(TextOf(RowText("GPU_SECOND", "TITLE", 1)), u"GPU #1");
+    EXPECT_EQ(TextOf(RowText("CPU_SECOND", "TITLE", 1)), u"CPU #1");
+}
+
 // --- RV5 ---------------------------------------------------------------------------------------------------
 
 TEST_F(FixedLayout, RV5HasARowForEveryValueOfEveryCard) {
