@@ -58,6 +58,7 @@ else()
   # printed in a host.
   function(orvin_join_archives target functions)
     cmake_parse_arguments(PARSE_ARGV 2 join "" "" "OBJECTS;ARCHIVES;RENAMES")
+    find_program(ORVIN_LD NAMES ld.bfd ld REQUIRED) # CMAKE_LINKER is lld with clang, which joins no archives
     set(functions ${CMAKE_SOURCE_DIR}/third_party/${functions})
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${functions})
     file(STRINGS ${functions} roots)
@@ -74,7 +75,7 @@ else()
     set(object ${CMAKE_BINARY_DIR}/joined/${target}.o)
     file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/joined)
     add_custom_command(OUTPUT ${object}
-      COMMAND ${CMAKE_LINKER} -r -o ${object}.all ${roots} ${join_OBJECTS} --start-group ${archives} --end-group
+      COMMAND ${ORVIN_LD} -r -o ${object}.all ${roots} ${join_OBJECTS} --start-group ${archives} --end-group
       COMMAND ${CMAKE_OBJCOPY} --keep-global-symbols=${functions} ${renames} ${object}.all ${object}
       DEPENDS ${functions} ${archives} ${join_OBJECTS} COMMENT "Joining ${join_ARCHIVES}"
       COMMAND_EXPAND_LISTS VERBATIM)
