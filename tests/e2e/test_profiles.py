@@ -71,7 +71,8 @@ class Profiles(AuthorCase):
     def test_list_names_the_shipped_profiles_and_their_style(self):
         rows = {row["name"]: row for row in json.loads(self.ask("profile", "list", "--json"))}
         for name in SHIPPED:
-            self.assertEqual(rows[name]["style"], name if name in ("Classic", "RV5") else "Custom")
+            built_in = {"Classic": "Classic", "RV5": "RV5", "Player": "RV5", "Reviewer": "RV5"}
+            self.assertEqual(rows[name]["style"], built_in.get(name, "Custom"))
             self.assertEqual(rows[name]["shownIn"], [])
         self.write_profile("Broken", "<OSD")
         self.assertRegex(self.ask("profile", "list"), r"(?m)^Broken +unreadable$")

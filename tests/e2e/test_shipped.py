@@ -13,7 +13,7 @@ SIZE = (1280, 720)
 EARLY = 12
 VALUES = {"CPU_USAGE#0": 38, "GPU_USAGE#0": 86, "CPU_TEMP#0": 61, "GPU_TEMP#0": 74}
 INK = 190  # brighter than any ground
-BUILT_IN = ("Classic", "RV5")  # layouts that stand in OSD_Ref.xml
+BUILT_IN = ("Classic", "Player", "RV5", "Reviewer")  # layouts that stand in OSD_Ref.xml
 CLOCK = "Streamer"  # shows the time of day, which is never the same twice
 
 

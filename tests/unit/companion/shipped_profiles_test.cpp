@@ -30,7 +30,7 @@ TEST(ShippedProfilesCheck, FindsNothingButAFaceThatAnotherOneStandsInFor) {
                          found.strText.starts_with("the face \"Consolas\" is not installed here")))
                 << companion::FindingsAsText(st.strProfile, findings, false);
     }
-    EXPECT_EQ(uProfiles, 9u);
+    EXPECT_EQ(uProfiles, 11u);
 }
 
 TEST(ShippedProfilesCheck, NoWritingIsSmallerThanElevenPixelsOnFourHundredAndEightyRows) {

@@ -68,7 +68,7 @@ class ProfileLayouts : public CustomTest {
 
 TEST_F(ProfileLayouts, AllAreBuiltAtEveryShapeInsideThePicture) {
     const std::set<std::string> setNames = All();
-    ASSERT_EQ(setNames.size(), 18u);
+    ASSERT_EQ(setNames.size(), 20u);
     for (const std::string& strName : setNames)
         for (const u32 uWidth : g_auCanvasWidths) {
             SCOPED_TRACE(strName + " " + std::to_string(uWidth));

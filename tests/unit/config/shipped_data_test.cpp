@@ -156,7 +156,7 @@ std::vector<fs::path> Profiles() {
     std::vector<fs::path> vecPaths;
     for (const char* szFolder : {"data/Profiles", "tests/profiles"})
         for (const auto& entry : fs::directory_iterator(g_source / szFolder))
-            if (const auto name = entry.path().filename(); name != "Classic" && name != "RV5")
+            if (Bytes(entry.path() / "OSD.xml").find("<CustomLayout>") != std::string::npos)
                 vecPaths.push_back(entry.path());
     return vecPaths;
 }
@@ -235,7 +235,7 @@ TEST_F(ShippedProfiles, AreTheSetThatTheManualNames) {
     for (const auto& entry : fs::directory_iterator(g_source / "data/Profiles"))
         setNames.insert(entry.path().filename().string());
     EXPECT_EQ(setNames, (std::set<std::string>{"Classic", "Default", "Emblem", "FPS", "Full", "Gauges",
-                                               "Graphs", "RV5", "Streamer"}));
+                                               "Graphs", "Player", "RV5", "Reviewer", "Streamer"}));
 }
 
 } // namespace
