@@ -156,6 +156,14 @@ void AddRows(CLI::App& app, Options& st) {
         ->type_name("NAME|PATH");
     pRows->add_option("--data", stProfile.strData, "another data folder; default: the one of this machine")
         ->type_name("FOLDER");
+    const auto fnSize = [&stProfile](const std::string& str) {
+        if (!ParseSize(str, stProfile.uWidth, stProfile.uHeight))
+            throw CLI::ValidationError("--size", "is written as 1280x720, each side from 16 to 8192");
+    };
+    pRows
+        ->add_option_function<std::string>("--size", fnSize,
+                                           "picture that the boxes of --json are for; default 1920x1080")
+        ->type_name("WxH");
     pRows->add_flag("--json", stProfile.bJson, "as JSON");
     AddLibrary(pRows, st);
 }

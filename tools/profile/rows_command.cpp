@@ -13,12 +13,20 @@
 #include "config/settings/setting_binding.h"
 #include "config/settings/settings.h"
 #include "config/settings/settings_sensors.h"
+#include "controls/control_ids.h"
+#include "controls/control_kinds.h"
+#include "controls/num_box.h"
+#include "controls/osd_manager.h"
+#include "controls/panel.h"
+#include "controls/text_box.h"
+#include "draw/canvas.h"
 #include "platform/utf.h"
 #include "shared/own_names.h"
 #include "tools/profile/program.h"
 #include "tools/profile/renderer.h"
 #include "tools/profile/settings.h"
 #include "tools/profile/stage.h"
+#include "tools/profile/values.h"
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -30,6 +38,8 @@ namespace companion {
 namespace {
 
 using tinyxml2::XMLElement;
+
+constexpr double kSampleSeconds = 1.2; ///< all intervals of the settings are over once
 
 const stStyleItems& Style() { return g_uLayoutStyle == STYLE_RV5 ? g_stRV5Items : g_stClassicItems; }
 
@@ -55,6 +65,42 @@ std::string CaptionOf(const stDisplayRow& row, u32 uPosition) {
         std::string(row.szWord).substr(0, 3) + (uPosition == 0 ? "_FIRST" : "_SECOND");
     if (row.eOf == eRowOf::Card || row.eOf == eRowOf::Cpu) return Text(strBlock, "TITLE");
     return Text(row.szWord, "UNIT");
+}
+
+nlohmann::ordered_json JsonOf(const f32 (&afBox)[4]) { return {afBox[0], afBox[1], afBox[2], afBox[3]}; }
+
+void TakeBox(CControl& control, f32 (&afBox)[4]) {
+    control.m_fnGetPosition(&afBox[0], &afBox[1], nullptr);
+    control.m_fnGetSize(&afBox[2], &afBox[3]);
+}
+
+/// The boxes of a word at an instance: what is written in them by now.
+std::vector<RowBox> BoxesOf(const std::string& strWord, u32 uInstance) {
+    std::vector<RowBox> list;
+    const auto Add = [&](const char* szPart, CControl* p) {
+        RowBox st{szPart, {}};
+        if (p) TakeBox(*p, st.afBox);
+        if (p && st.afBox[2] > 0 && st.afBox[3] > 0) list.push_back(st);
+    };
+    const auto Id = [&](eItem eKind, const char* szRole) {
+        return g_fnMakeLB_ID(uInstance, g_fnItemBID(Style(), eKind, strWord, szRole));
+    };
+    Add("title", g_fnFindCtrlById(Id(eItem::Text, "TITLE"), g_fnKind<KIND_TEXTBOX>()));
+    for (const char* szRole : {"VALUE", "VALUE1", "VALUE2", "VALUE3"}) {
+        Add("value", g_fnFindCtrlById(Id(eItem::Number, szRole), g_fnKind<KIND_NUMBOX>()));
+        Add("value", g_fnFindCtrlById(Id(eItem::Text, szRole), g_fnKind<KIND_TEXTBOX>()));
+    }
+    Add("unit", g_fnFindCtrlById(Id(eItem::Text, "UNIT"), g_fnKind<KIND_TEXTBOX>()));
+    return list;
+}
+
+/// In the grid the first three rows of a card or CPU have words of their own.
+std::string WordOf(const stDisplayRow& row, u32 uPosition) {
+    const std::string strWord = row.szWord;
+    const bool bBlock = g_uLayoutStyle != STYLE_RV5 &&
+                        ((row.eOf == eRowOf::Card && row.uIndex < 3) || row.eOf == eRowOf::Cpu);
+    return bBlock ? strWord.substr(0, 3) + (uPosition == 0 ? "_FIRST" : "_SECOND") + strWord.substr(3)
+                  : strWord;
 }
 
 /// The grid's first lines have an order of their own: figures, first card, first CPU, then all others. Below
@@ -104,6 +150,9 @@ class Rows {
     }
     i32 RankOf(std::string_view szWord) const;
     bool IsPublished(const std::string& strData) const { return m_setPublished.contains(strData); }
+    void AddBoxes(const stDisplayRow& row, u32 uPosition) {
+        m_list.back().st.listBoxes = BoxesOf(WordOf(row, uPosition), uPosition);
+    }
     void AddProgram(const stDisplayRow& row);
     void AddCards(const stDisplayRow& row);
     void AddCpus(const stDisplayRow& row);
@@ -132,6 +181,7 @@ void Rows::AddProgram(const stDisplayRow& row) {
     Add({row.szElement, "program", bOwn ? *itOwn : "", CaptionOf(row, 0),
          g_stInfoBlock.auProgramRow[row.uIndex] != 0, true, true},
         RankOf(row, 0), 0);
+    AddBoxes(row, 0);
 }
 
 void Rows::AddCards(const stDisplayRow& row) {
@@ -143,6 +193,7 @@ void Rows::AddCards(const stDisplayRow& row) {
              st.aShow[uCard].abRow[row.uIndex] != 0, st.aSupport[u].abRow[row.uIndex] != 0,
              IsPublished(strData)},
             RankOf(row, u), static_cast<i32>(u));
+        AddBoxes(row, u);
     }
 }
 
@@ -153,6 +204,7 @@ void Rows::AddCpus(const stDisplayRow& row) {
         Add({row.szElement, "CPU " + std::to_string(u), strData, CaptionOf(row, u),
              st.aShow[u].abRow[row.uIndex] != 0, st.stSupport.abRow[row.uIndex] != 0, IsPublished(strData)},
             RankOf(row, u), static_cast<i32>(u));
+        AddBoxes(row, u);
     }
 }
 
@@ -212,6 +264,14 @@ std::vector<RowState> Rows::Take() {
     return listRows;
 }
 
+nlohmann::ordered_json BoxesJson(const RowState& st) {
+    auto json = nlohmann::ordered_json::array();
+    if (st.uPlace == 0) return json;
+    for (const RowBox& stBox : st.listBoxes)
+        json.push_back({{"part", stBox.szPart}, {"box", JsonOf(stBox.afBox)}});
+    return json;
+}
+
 std::string Mark(bool b) { return b ? "yes" : "-"; }
 
 std::set<std::string> PublishedNames(const std::string& strLibrary) {
@@ -262,8 +322,14 @@ std::string RowJson(const std::string& strProfile, const std::vector<RowState>& 
              {"supported", st.bSupported},
              {"published", st.bPublished},
              {"place", st.uPlace > 0 ? nlohmann::ordered_json(st.uPlace) : nlohmann::ordered_json()},
-             {"caption", st.strCaption}});
-    const nlohmann::ordered_json whole = {{"profile", strProfile}, {"rows", json}};
+             {"caption", st.strCaption},
+             {"boxes", BoxesJson(st)}});
+    f32 afGround[4] = {};
+    if (g_ppStylePanel[0]) TakeBox(*g_ppStylePanel[0], afGround);
+    const nlohmann::ordered_json whole = {{"profile", strProfile},
+                                          {"canvas", {g_uCanvasW, g_uCanvasH}},
+                                          {"ground", JsonOf(afGround)},
+                                          {"rows", json}};
     return PrintableJson(whole.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)) + "\n";
 }
 
@@ -271,18 +337,21 @@ Result ListRows(const Options& stOptions, int&) {
     std::filesystem::path pathData;
     ProfilePlace stProfile;
     Stage stage;
+    ValueSource values; // so that boxes are as wide as values are
     const std::string strProfile = ChosenProfile(stOptions);
     Result stResult = FindDataFolder(stOptions.stProfile.strData, pathData);
     if (stResult) stResult = FindProfile(pathData, strProfile, stProfile);
     if (stResult) stResult = stage.Prepare(pathData, stProfile);
+    if (stResult) stResult = values.Open("sample", stOptions.strLibrary);
     if (!stResult) return stResult;
     RenderPlan stPlan;
-    stPlan.background = Picture(640, 360);
+    stPlan.background = Picture(stOptions.stProfile.uWidth, stOptions.stProfile.uHeight);
     stPlan.pathCommon = stage.CommonFolder();
     stPlan.pathSettings = pathData;
     stPlan.bSettingsNamed = !stOptions.stProfile.strData.empty();
     stPlan.strProfile = stProfile.strName;
-    stPlan.uFrames = 1;
+    stPlan.pValues = &values;
+    stPlan.dSeconds = kSampleSeconds;
     if (!TakeMachineSettings(pathData, stPlan.bSettingsNamed))
         std::fprintf(stderr,
                      "orvin-osd: nothing is known of this machine's hardware while no feed runs; a card "
