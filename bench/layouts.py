@@ -1,4 +1,6 @@
 """Profiles that are made for the measurements, beside those of tests/profiles."""
+import importlib.util
+import pathlib
 
 ROW = """<?xml version="1.0" encoding="UTF-8"?>
 <OSD LayoutStyle="2"><CustomLayout><Settings><Camera TextShadow="1"/><Info>
@@ -21,6 +23,8 @@ NUMBER = ('<NumBox IsShow="1" Name="{name}" FrameAnchor="1" FrameAnchorX="{x}" F
 FACES = ("DejaVu Sans", "DejaVu Serif", "DejaVu Sans Mono")
 VALUES = ("FPS", "GPU_CLK#0", "FRAME_TIME", "GPU_TEMP#0")
 
+# The built-in styles with every row, which need a machine that has them.
+BUILT_IN = {"ClassicAll": "Classic", "RV5All": "RV5"}
 # What a person calls a small and a full display: one panel, 8 or 37 boxes, and a graph.
 WITH_GRAPH = {"A": "Boxes8", "B": "Boxes37"}
 DIAMETERS = (10, 30, 60, 100)
@@ -68,6 +72,22 @@ def write_pictures(profiles):
     frames[0].save(profiles / PICTURES[1] / "frames.gif", save_all=True, append_images=frames[1:], duration=40)
 
 
+def sheets():
+    """What makes the pictures of the built-in styles."""
+    root = pathlib.Path(__file__).resolve().parent.parent
+    spec = importlib.util.spec_from_file_location("styles", root / "docs/pictures/styles.py")
+    module = importlib.util.module_from_spec(spec)
+    spec.loader.exec_module(module)
+    return module
+
+
+def write_built_in(profiles):
+    """The built-in styles with all rows of one card and one CPU."""
+    for name, style in BUILT_IN.items():
+        (profiles / name).mkdir()
+        (profiles / name / "OSD.xml").write_text(sheets().profile(style, "all", 1, 1, 100))
+
+
 def write(profiles):
     """Into the folder of the profiles, where those of tests/profiles stand already."""
     texts = {f"Glass{d}": glass(d) for d in DIAMETERS} | {"Flat": glass(None), "Items4096": many()}
@@ -77,3 +97,4 @@ def write(profiles):
     for name, text in texts.items():
         (profiles / name).mkdir()
         (profiles / name / "OSD.xml").write_text(text)
+    write_built_in(profiles)

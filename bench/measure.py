@@ -32,6 +32,7 @@ MODES = {"bare": (False, "Empty", True), "off": (True, "Panels20", False), "Empt
 MADE = [*layouts.WITH_GRAPH, *layouts.GLASS, "Items4096"]
 MODES |= {name: (True, name, True) for name in MADE}
 MODES |= {name: (True, name, True) for name in layouts.PICTURES}
+MODES |= {name: (True, name, True) for name in layouts.BUILT_IN}
 SHIPPED = sorted(path.name for path in (ROOT / "data/Profiles").iterdir())
 MODES |= {name: (True, name, True) for name in SHIPPED}
 # One text in each of as many faces as fonts fit: their atlases are what takes memory.
@@ -118,6 +119,20 @@ class Bench:
         for name, value in PUBLISHED.items():
             self.ask("set", name, str(value))
         return self
+
+    @contextlib.contextmanager
+    def machine_of(self, mode):
+        """For a built-in style with every row: settings of a machine that has them, with values."""
+        if mode not in layouts.BUILT_IN:
+            yield
+            return
+        settings = (self.folder / DATA).parent / "Settings"
+        settings.mkdir(exist_ok=True)
+        (settings / "settings.ini").write_text(layouts.sheets().machine(1))
+        try:
+            yield
+        finally:
+            (settings / "settings.ini").unlink()
 
     @contextlib.contextmanager
     def changing_values(self):
