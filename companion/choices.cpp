@@ -3,10 +3,10 @@
 #include "companion/profile_folder.h"
 #include "companion/segment_view.h"
 #include "companion/utf.h"
+#include "companion/whole_file.h"
 #include "platform/tool.h"
 #include <algorithm>
 #include <cstdio>
-#include <fstream>
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <system_error>
@@ -22,6 +22,7 @@ constexpr u64 kMostBytes = 1024 * 1024;
 constexpr const char* kFile = "choices.json";
 constexpr const char* kProfile = "profile";
 constexpr const char* kPrograms = "programs";
+constexpr const char* kSettings = "settings";
 
 fs::path ChoicesFile() {
     const fs::path path = ConfigFolder();
@@ -41,20 +42,9 @@ void TakePrograms(const Json& js, Choices& stChoices) {
             stChoices.mapPrograms[PlainProgramName(strProgram)] = strName;
 }
 
-Result WriteWhole(const fs::path& path, const std::string& strText) {
-    std::error_code error;
-    fs::create_directories(path.parent_path(), error);
-    fs::path pathNew = path;
-    pathNew += ".new-" + std::to_string(platform::tool::OwnProcessId());
-    {
-        std::ofstream file(pathNew, std::ios::binary | std::ios::trunc);
-        if (!(file << strText).flush()) error = std::make_error_code(std::errc::io_error);
-    }
-    if (!error) fs::rename(pathNew, path, error);
-    if (!error) return {};
-    std::error_code ignored;
-    fs::remove(pathNew, ignored);
-    return Result::Fail("cannot write " + TextOfPath(path) + ": " + error.message());
+void TakeSettings(const Json& js, Choices& stChoices) {
+    for (const auto& [strName, jsValue] : js.items())
+        if (jsValue.is_string()) stChoices.mapSettings[strName] = jsValue.get<std::string>();
 }
 
 /// Reads, changes and writes the file.
@@ -104,6 +94,7 @@ std::string ChoicesText(const Choices& stChoices) {
     Json js = Json::object();
     if (!stChoices.strProfile.empty()) js[kProfile] = stChoices.strProfile;
     if (!stChoices.mapPrograms.empty()) js[kPrograms] = stChoices.mapPrograms;
+    if (!stChoices.mapSettings.empty()) js[kSettings] = stChoices.mapSettings;
     return js.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
@@ -113,6 +104,7 @@ bool ParseChoices(const std::string& strText, Choices& stChoices) {
     Choices st;
     if (js.contains(kProfile)) st.strProfile = NameIn(js[kProfile]);
     if (js.contains(kPrograms) && js[kPrograms].is_object()) TakePrograms(js[kPrograms], st);
+    if (js.contains(kSettings) && js[kSettings].is_object()) TakeSettings(js[kSettings], st);
     stChoices = std::move(st);
     return true;
 }
@@ -151,6 +143,15 @@ Result RememberFor(const std::string& strProgram, const std::string& strProfile)
             st.mapPrograms.erase(PlainProgramName(strProgram));
         else
             st.mapPrograms[PlainProgramName(strProgram)] = strProfile;
+    });
+}
+
+Result RememberSetting(const std::string& strName, const std::string& strValue) {
+    return Remember([&](Choices& st) {
+        if (strValue.empty())
+            st.mapSettings.erase(strName);
+        else
+            st.mapSettings[strName] = strValue;
     });
 }
 

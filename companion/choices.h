@@ -1,5 +1,6 @@
 #pragma once
-// What a user has chosen to last: the profile of all programs, and those of single ones. It lies in a small
+// What a user has chosen to last: the profile of all programs, those of single ones, and settings of this
+// program. It lies in a small
 // file of the companion, one a user, and is brought into the shared segment whenever programs are entered or
 // fed.
 #include "companion/control_library.h"
@@ -10,8 +11,9 @@
 namespace companion {
 
 struct Choices {
-    std::string strProfile;                         ///< of all programs; empty: none chosen
-    std::map<std::string, std::string> mapPrograms; ///< profiles by PlainProgramName
+    std::string strProfile;                              ///< of all programs; empty: none chosen
+    std::map<std::string, std::string> mapPrograms;      ///< profiles by PlainProgramName
+    std::map<std::string, std::string> mapSettings = {}; ///< settings of the companion by their names
 };
 
 /// File name of a program by which its choice is found: without folder and ".exe", ASCII letters small.
@@ -33,6 +35,8 @@ Result WriteChoices(const Choices& stChoices);
 /// Remembers a profile of all programs, or of those of a file name; an empty profile forgets it.
 Result RememberForAll(const std::string& strProfile);
 Result RememberFor(const std::string& strProgram, const std::string& strProfile);
+/// Remembers a setting; an empty value forgets it.
+Result RememberSetting(const std::string& strName, const std::string& strValue);
 
 /// Sets the remembered profile of all programs, where none is set since the segment came to be, and gives
 /// each running program that has a remembered profile of its own, and no other, that one. A file that cannot

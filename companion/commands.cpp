@@ -1,5 +1,6 @@
 #include "companion/commands.h"
 #include "companion/choices.h"
+#include "companion/config.h"
 #include "companion/feed_state.h"
 #include "companion/profile_commands.h"
 #include "companion/readiness.h"
@@ -247,6 +248,10 @@ Result DoVideo(Context& st) {
 
 Result DoControl(Context& st) { return SendControl(st.stOptions.stVideo); }
 
+Result DoConfig(Context& st) {
+    return Config(st.stOptions, [&] { ReloadIfPossible(st); });
+}
+
 struct Action {
     Verb eVerb;
     bool bLoadsLibrary; ///< the library is loaded before the action runs
@@ -278,6 +283,7 @@ constexpr Action kActions[] = {
     {Verb::Shot, true, DoShot},
     {Verb::Video, false, DoVideo},
     {Verb::Control, false, DoControl},
+    {Verb::Config, false, DoConfig},
 };
 
 Result Perform(Context& st) {

@@ -114,6 +114,7 @@ std::string CommandPage(const CLI::App& app, const CLI::App& root, const std::st
             << Synopsis(strCommand + " " + p->get_name(), *p) << '\n';
         WriteOptions(out, *p);
     }
+    if (app.get_footer() != root.get_footer()) WriteFooter(out, app);
     out << ".SH SEE ALSO\n.BR " << Roff(root.get_name()) << " (1)\n";
     return out.str();
 }

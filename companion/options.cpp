@@ -1,4 +1,5 @@
 #include "companion/options.h"
+#include "companion/config.h"
 #include "companion/manual.h"
 #include "companion/profile_folder.h"
 #include "companion/result.h"
@@ -204,6 +205,17 @@ void AddShot(CLI::App& app, Options& st) {
         ->check(CLI::Range(1, 3600));
 }
 
+void AddConfig(CLI::App& app, Options& st) {
+    CLI::App* pConfig = AddVerb(app, st, Verb::Config, "config",
+                                "show the settings of the overlay, or one of them, or change it; programs "
+                                "that carry the overlay obey at once");
+    pConfig->footer(SettingsHelp());
+    pConfig->add_option("name", st.strTarget, "name of a setting")->type_name("NAME");
+    auto* pValue = pConfig->add_option("value", st.strValue, "what it is to be")->type_name("VALUE");
+    pConfig->add_flag("--default", st.bDefault, "what is shipped")->excludes(pValue);
+    pConfig->add_flag("--json", st.bJson, "as JSON");
+}
+
 /// The words behind "--" of a run command belong to the program untouched; they leave listArguments.
 std::optional<std::vector<std::string>> SplitProgram(std::vector<std::string>& listArguments) {
     if (listArguments.empty() || listArguments.front() != "run") return std::nullopt;
@@ -258,6 +270,7 @@ Result CheckOptions(Options& st) {
         if (!strFault.empty()) return Result::Usage("set: the name " + st.strTarget + " " + strFault);
     }
     if (st.eVerb == Verb::Shot) st.uShotType = ShotTypeOf(st.strShotType);
+    if (st.eVerb == Verb::Config) return CheckConfigOptions(st);
     if (st.eVerb == Verb::Send) {
         return CheckFilter(st.strFilterProfile);
     }
@@ -294,6 +307,7 @@ void Describe(CLI::App& app, Options& st) {
     AddValues(app, st);
     AddProfileVerbs(app, st);
     AddVideo(app, st);
+    AddConfig(app, st);
     AddSetup(app, st);
 }
 

@@ -35,6 +35,7 @@ enum class Verb {
     Shot,
     Video,
     Control,
+    Config,
     Profile ///< which command about profiles: stProfile.eVerb
 };
 
@@ -58,6 +59,8 @@ struct Options {
     bool bOnce = false;
     bool bRemove = false;
     bool bForce = false;
+    bool bDefault = false;
+    std::optional<std::string> strValue; ///< of a setting
     bool bWithoutOverlay = false;
     std::string strFolder;   ///< of screenshots; empty: that of the settings
     std::string strShotType; ///< word of a type

@@ -98,6 +98,24 @@ Result CheckSetting(const Setting& st) {
     return {};
 }
 
+std::optional<std::string> ValueInFile(std::string_view strFile, std::string_view strSection,
+                                       std::string_view strName) {
+    bool bInside = false;
+    for (const Line& line : LinesOf(strFile)) {
+        if (bInside && line.bHeader) return std::nullopt;
+        bInside = bInside || (line.bHeader && EqualWithoutCase(line.strSection, strSection));
+        if (!bInside || !IsValueOf(line, strSection, strName)) continue;
+        const std::size_t uEqual = line.strText.find('=');
+        if (uEqual == line.strText.npos) return std::nullopt;
+        std::string_view strValue = Trimmed(line.strText.substr(uEqual + 1));
+        const bool bQuoted = strValue.size() > 1 && strValue.front() == strValue.back() &&
+                             (strValue.front() == '"' || strValue.front() == '\'');
+        if (bQuoted) strValue = strValue.substr(1, strValue.size() - 2);
+        return std::string(strValue);
+    }
+    return std::nullopt;
+}
+
 /// A value keeps its line; a new one comes behind the last line that says something of its section. Lines
 /// that hide behind the first of their name go.
 std::string WithSetting(std::string strFile, const std::string& strPath, const Setting& stSetting) {

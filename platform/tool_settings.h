@@ -1,6 +1,7 @@
 #pragma once
 // The machine-wide settings that overlays read, for tools that show and change them. Keys are below the
-// overlay's own, parts separated by backslashes; keys and names are compared without case. All text is UTF-8.
+// overlay's own, or, where they begin with a backslash, below the one that holds it, beside the overlay's;
+// parts are separated by backslashes; keys and names are compared without case. All text is UTF-8.
 #include "platform/tool_result.h"
 #include "platform/types.h"
 #include <memory>
@@ -57,6 +58,10 @@ class TemporarySettings {
 
 /// The file with or without that value; what else it says stays.
 std::string WithSetting(std::string strFile, const std::string& strPath, const Setting& stSetting);
+/// What a file says of a name in a section, by the rules of settings files that are not the store: the first
+/// section of a name and its first line of that name count. Nothing where it says nothing.
+std::optional<std::string> ValueInFile(std::string_view strFile, std::string_view strSection,
+                                       std::string_view strName);
 /// The file without that section and those below it. Comments at a section's end stay.
 std::string WithoutSettingKey(const std::string& strFile, const std::string& strPath);
 

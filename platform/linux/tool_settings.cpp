@@ -37,7 +37,9 @@ std::string FromUtf16(std::u16string_view wstr) {
 const char* RootOf(const CSettingsTree& tree) { return tree.FindKey(ToUtf16(kWowRoot)) ? kWowRoot : kRoot; }
 
 std::string PathIn(const CSettingsTree& tree, const std::string& strKey) {
-    return std::string(RootOf(tree)) + "\\" + strKey;
+    const std::string strRoot = RootOf(tree);
+    if (strKey.starts_with('\\')) return strRoot.substr(0, strRoot.rfind('\\')) + strKey;
+    return strRoot + "\\" + strKey;
 }
 
 const SettingsNode* FindKey(const CSettingsTree& tree, const std::string& strKey) {

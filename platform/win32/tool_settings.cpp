@@ -36,7 +36,9 @@ HKEY OpenToRead(const std::wstring& wstrPath) {
 /// The overlay looks below the first root where it exists.
 std::wstring PathOf(const std::string& strKey) {
     const Key wow(OpenToRead(kWowRoot));
-    return std::wstring(wow.Get() ? kWowRoot : kRoot) + L"\\" + ToWide(strKey);
+    const std::wstring wstrRoot = wow.Get() ? kWowRoot : kRoot;
+    if (strKey.starts_with('\\')) return wstrRoot.substr(0, wstrRoot.rfind(L'\\')) + ToWide(strKey);
+    return wstrRoot + L"\\" + ToWide(strKey);
 }
 
 Result CannotWrite(const std::wstring& wstrPath, LSTATUS iStatus) {

@@ -1,0 +1,13 @@
+#pragma once
+// Files that are replaced whole or not at all.
+#include "companion/result.h"
+#include <filesystem>
+#include <string>
+
+namespace companion {
+
+/// Writes beside the file and then takes its place, that of a link too; makes its folder. A full disk leaves
+/// what was there.
+Result WriteWhole(const std::filesystem::path& path, const std::string& strText);
+
+} // namespace companion
