@@ -1,6 +1,6 @@
 #include "companion/choices.h"
-#include "companion/profile_commands.h"
 #include "companion/profile_folder.h"
+#include "companion/programs.h"
 #include "companion/segment_view.h"
 #include "companion/utf.h"
 #include "companion/whole_file.h"

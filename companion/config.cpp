@@ -239,16 +239,6 @@ std::optional<StoredValue> ValueOfIni(const std::string& strFile, const SettingR
     return st;
 }
 
-Result CheckConfigOptions(const Options& st) {
-    if (st.strTarget.empty())
-        return st.bDefault ? Result::Usage("config: --default needs the NAME of a setting") : Result{};
-    const SettingRow* const pRow = FindSetting(st.strTarget);
-    if (!pRow) return Result::Usage("config: there is no setting " + st.strTarget);
-    StoredValue stValue;
-    if (st.bJson && (st.strValue || st.bDefault)) return Result::Usage("config: --json is for showing");
-    return st.strValue ? ParseSetting(*pRow, *st.strValue, stValue) : Result{};
-}
-
 Result Config(const Options& st, const std::function<void()>& fnReload) {
     if (st.strTarget.empty()) return ShowAll(st.bJson);
     const SettingRow& row = *FindSetting(st.strTarget);

@@ -24,8 +24,6 @@ Result SetSetting(const char* szName, const std::string& strText);
 std::string IniWith(std::string strFile, const SettingRow& row, const StoredValue& stValue);
 std::optional<StoredValue> ValueOfIni(const std::string& strFile, const SettingRow& row);
 
-/// Judges name and value as far as that needs no machine.
-Result CheckConfigOptions(const Options& stOptions);
 /// 'config'. fnReload: has programs show what was changed; called only after a change that they read.
 Result Config(const Options& stOptions, const std::function<void()>& fnReload);
 

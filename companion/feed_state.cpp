@@ -1,5 +1,5 @@
 #include "companion/feed_state.h"
-#include "companion/profile_commands.h"
+#include "companion/programs.h"
 #include "companion/segment_view.h"
 #include "companion/sensors/published.h"
 #include "companion/sensors/publisher.h"

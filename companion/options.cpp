@@ -1,9 +1,9 @@
 #include "companion/options.h"
-#include "companion/config.h"
 #include "companion/manual.h"
 #include "companion/profile_folder.h"
 #include "companion/result.h"
 #include "companion/sensors/publisher.h"
+#include "companion/setting_table.h"
 #include "companion/shot.h"
 #include "companion/utf.h"
 #include "platform/segment.h"
@@ -253,6 +253,17 @@ Result CheckFilter(const std::string& strName) {
 Result CheckProfileName(const std::string& strName) {
     const std::string strFault = strName.empty() ? strName : ProfileNameFault(strName);
     return strFault.empty() ? Result{} : Result::Usage("the profile name " + strFault);
+}
+
+/// Name and value of a setting, as far as that needs no machine.
+Result CheckConfigOptions(const Options& st) {
+    if (st.strTarget.empty())
+        return st.bDefault ? Result::Usage("config: --default needs the NAME of a setting") : Result{};
+    const SettingRow* const pRow = FindSetting(st.strTarget);
+    if (!pRow) return Result::Usage("config: there is no setting " + st.strTarget);
+    StoredValue stValue;
+    if (st.bJson && (st.strValue || st.bDefault)) return Result::Usage("config: --json is for showing");
+    return st.strValue ? ParseSetting(*pRow, *st.strValue, stValue) : Result{};
 }
 
 Result CheckOptions(Options& st) {

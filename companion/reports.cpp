@@ -1,6 +1,7 @@
 #include "companion/reports.h"
 #include "companion/feed_state.h"
 #include "companion/profile_folder.h"
+#include "companion/programs.h"
 #include "companion/segment_json.h"
 #include "companion/shader_check.h"
 #include "companion/table.h"
@@ -85,12 +86,6 @@ std::string MappedText(const ProcessFacts& st, bool bMapped) {
 }
 
 } // namespace
-
-bool IsCompanion(u32 uProcessId) {
-    if (uProcessId == platform::tool::OwnProcessId()) return true;
-    const ProcessFacts st = platform::tool::InspectProcess(uProcessId);
-    return st.bExists && EqualFolded(st.strName, platform::tool::OwnName());
-}
 
 std::string StatusTable(const std::vector<StatusRow>& listRows, bool bQueryFrameTime) {
     const std::vector<Column> listColumns{{"PROCESS"}, {"PID", Align::Right},      {"THREAD", Align::Right},

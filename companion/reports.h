@@ -14,9 +14,6 @@ struct StatusRow {
     ProcessFacts stProcess;
 };
 
-/// True for this program's own records and those of its like.
-bool IsCompanion(u32 uProcessId);
-
 std::string StatusTable(const std::vector<StatusRow>& listRows, bool bQueryFrameTime);
 nlohmann::ordered_json StatusJson(const std::vector<StatusRow>& listRows, const stSharedSegment& stSegment);
 

@@ -1,6 +1,6 @@
 #include "companion/shot.h"
-#include "companion/profile_commands.h"
 #include "companion/profile_folder.h"
+#include "companion/programs.h"
 #include "companion/segment_view.h"
 #include "companion/target.h"
 #include "companion/utf.h"
