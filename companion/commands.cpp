@@ -13,6 +13,7 @@
 #include "companion/utf.h"
 #include "companion/values.h"
 #include "companion/video.h"
+#include "companion/watch.h"
 #include "platform/tool.h"
 #include "platform/tool_input.h"
 #include "shared/commands.h"
@@ -248,6 +249,11 @@ Result DoVideo(Context& st) {
 
 Result DoControl(Context& st) { return SendControl(st.stOptions.stVideo); }
 
+Result DoWatch(Context& st) {
+    WatchPrograms(st.stLibrary);
+    return {};
+}
+
 Result DoConfig(Context& st) {
     return Config(st.stOptions, [&] { ReloadIfPossible(st); });
 }
@@ -284,6 +290,7 @@ constexpr Action kActions[] = {
     {Verb::Video, false, DoVideo},
     {Verb::Control, false, DoControl},
     {Verb::Config, false, DoConfig},
+    {Verb::Watch, true, DoWatch},
 };
 
 Result Perform(Context& st) {

@@ -125,6 +125,10 @@ void AddValues(CLI::App& app, Options& st) {
                 "Ctrl-C; the values then vanish again");
     AddInterval(pFeed, st, "milliseconds between two publications; default 500");
     pFeed->add_flag("--once", st.bOnce, "publish once, leave the values and end");
+    pFeed->add_flag("--watch", st.bWatch, "watch programs too, as 'watch' does");
+    AddVerb(app, st, Verb::Watch, "watch",
+            "watch the programs that carry the overlay until Ctrl-C: frame limits that hold no more are "
+            "revived; profiles that do not load, programs that stand still and feeds that died are told");
     CLI::App* pSensors =
         AddVerb(app, st, Verb::Sensors, "sensors", "list the sensors of this machine with their values");
     pSensors->add_flag("--json", st.bJson, "as JSON");

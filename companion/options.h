@@ -36,6 +36,7 @@ enum class Verb {
     Video,
     Control,
     Config,
+    Watch,
     Profile ///< which command about profiles: stProfile.eVerb
 };
 
@@ -60,6 +61,7 @@ struct Options {
     bool bRemove = false;
     bool bForce = false;
     bool bDefault = false;
+    bool bWatch = false;                 ///< a feed watches programs too
     std::optional<std::string> strValue; ///< of a setting
     bool bWithoutOverlay = false;
     std::string strFolder;   ///< of screenshots; empty: that of the settings

@@ -1,4 +1,6 @@
 #include "companion/top.h"
+#include "companion/frame_time_report.h"
+#include "companion/programs.h"
 #include "companion/segment_view.h"
 #include "companion/table.h"
 #include "platform/tool.h"
@@ -10,22 +12,6 @@ namespace {
 constexpr u32 kTopInterval = 1000; ///< milliseconds
 constexpr const char* kHomeAndClear = "\x1b[H\x1b[J";
 constexpr const char* kNobody = "No running program carries the overlay.\n";
-
-/// Turns the report of frame times on, and back to what it was.
-class FrameTimeReport {
-  public:
-    explicit FrameTimeReport(const ControlLibrary& st)
-        : m_stLibrary(st), m_u8Before(g_fnReadOnce(st.pSegment->bEnableQueryFrameTime)) {}
-    ~FrameTimeReport() { m_stLibrary.fnEnableQueryFrameTime(m_u8Before); }
-    FrameTimeReport(const FrameTimeReport&) = delete;
-    FrameTimeReport& operator=(const FrameTimeReport&) = delete;
-    /// On, also if another companion has turned it off meanwhile.
-    void Keep() { m_stLibrary.fnEnableQueryFrameTime(1); }
-
-  private:
-    const ControlLibrary& m_stLibrary;
-    u8 m_u8Before;
-};
 
 std::vector<StatusRow> Programs(const stSharedSegment& stSegment) {
     std::vector<StatusRow> listRows;

@@ -10,6 +10,7 @@
 #include "companion/table.h"
 #include "companion/user_data.h"
 #include "companion/utf.h"
+#include "companion/watch.h"
 #include "platform/tool.h"
 #include <algorithm>
 #include <chrono>
@@ -90,11 +91,13 @@ class HardwareLoan {
 };
 
 void FeedUntilStopped(const ControlLibrary& stLibrary, sensors::Collector& collector,
-                      sensors::Publisher& publisher, HardwareLoan& loan, u32 uInterval) {
+                      sensors::Publisher& publisher, HardwareLoan& loan, u32 uInterval, bool bWatch) {
+    const auto pWatcher = bWatch ? std::make_unique<Watcher>(stLibrary) : nullptr;
     using Clock = std::chrono::steady_clock;
     auto timeNextProbe = Clock::now() + kProbeInterval;
     while (!platform::tool::WaitForStop(uInterval)) {
         if (platform::tool::SegmentWasCut()) return loan.TakeBack();
+        if (pWatcher) pWatcher->Turn();
         if (Clock::now() >= timeNextProbe) {
             ForgetDead(stLibrary);
             ApplyChoices(stLibrary);
@@ -154,7 +157,7 @@ Result Feed(const ControlLibrary& stLibrary, const Options& stOptions) {
     const u32 uInterval = stOptions.uInterval != 0 ? stOptions.uInterval : kFeedInterval;
     Print("publishing every " + std::to_string(uInterval) + " ms; end with Ctrl-C\n");
     Report(eOutcome, publisher);
-    FeedUntilStopped(stLibrary, collector, publisher, loan, uInterval);
+    FeedUntilStopped(stLibrary, collector, publisher, loan, uInterval, stOptions.bWatch);
     return {};
 }
 
