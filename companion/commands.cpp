@@ -4,6 +4,8 @@
 #include "companion/feed_state.h"
 #include "companion/profile_commands.h"
 #include "companion/readiness.h"
+#include "companion/recording/record.h"
+#include "companion/recording/report.h"
 #include "companion/reports.h"
 #include "companion/segment_view.h"
 #include "companion/shot.h"
@@ -224,6 +226,13 @@ Result DoSetup(Context& st) {
     return st.stOptions.bRemove ? RemoveUserData() : LayOutUserData();
 }
 
+Result DoRecord(Context& st) {
+    ForgetDead(st.stLibrary);
+    return RecordFrames(st.stLibrary, st.stOptions);
+}
+
+Result DoReport(Context& st) { return WriteReport(st.stOptions); }
+
 Result DoShot(Context& st) { return TakeShots(st.stLibrary, st.stOptions); }
 
 /// Settings are read when a layout is built. Programs that were not told see them with their next one.
@@ -291,6 +300,8 @@ constexpr Action kActions[] = {
     {Verb::Control, false, DoControl},
     {Verb::Config, false, DoConfig},
     {Verb::Watch, true, DoWatch},
+    {Verb::Record, true, DoRecord},
+    {Verb::Report, false, DoReport},
 };
 
 Result Perform(Context& st) {

@@ -124,7 +124,14 @@ void AddValues(CLI::App& app, Options& st) {
                 "publish this machine's sensors to every program that carries the overlay, until "
                 "Ctrl-C; the values then vanish again");
     AddInterval(pFeed, st, "milliseconds between two publications; default 500");
-    pFeed->add_flag("--once", st.bOnce, "publish once, leave the values and end");
+    auto* pOnce = pFeed->add_flag("--once", st.bOnce, "publish once, leave the values and end");
+    pFeed
+        ->add_option(
+            "--frames", st.strFrames,
+            "publish lows and stutters of this program's frames too (AVG_FRAME#0, P1_FRAME#0, P01_FRAME#0, "
+            "STUTTER_CNT#0)")
+        ->type_name("PROGRAM|PID")
+        ->excludes(pOnce);
     pFeed->add_flag("--watch", st.bWatch, "watch programs too, as 'watch' does");
     AddVerb(app, st, Verb::Watch, "watch",
             "watch the programs that carry the overlay until Ctrl-C: frame limits that hold no more are "
@@ -220,6 +227,36 @@ void AddConfig(CLI::App& app, Options& st) {
     pConfig->add_flag("--json", st.bJson, "as JSON");
 }
 
+void AddRecording(CLI::App& app, Options& st) {
+    CLI::App* pRecord = AddVerb(
+        app, st, Verb::Record, "record",
+        "write the frame times of a program that carries the overlay, and this machine's sensors, to a "
+        "file, until Ctrl-C or the program's end");
+    pRecord
+        ->add_option("target", st.strTarget,
+                     "file name or process id; not needed while one program carries the overlay")
+        ->type_name("PROGRAM|PID");
+    pRecord->add_option("--seconds", st.uSeconds, "end after so many")
+        ->type_name("S")
+        ->check(CLI::Range(1, 864000));
+    pRecord->add_option("-o,--output", st.strOutput, "default: the program's name and the time, here")
+        ->type_name("FILE");
+    AddInterval(pRecord, st, "milliseconds between two looks at the sensors; default 500");
+    pRecord->add_flag("--force", st.bForce, "write over a file that exists");
+    CLI::App* pReport =
+        AddVerb(app, st, Verb::Report, "report",
+                "make a page, a text or JSON of recordings: averages, lows, stutters, sensors; several "
+                "recordings are compared");
+    pReport->add_option("files", st.listFiles, "recordings")
+        ->required()
+        ->type_name("FILE...")
+        ->expected(1, 12);
+    pReport->add_option("-o,--output", st.strOutput, "the page; default: report.html")->type_name("FILE");
+    auto* pText = pReport->add_flag("--text", st.bText, "as text, on standard output unless -o is given");
+    pReport->add_flag("--json", st.bJson, "as JSON, likewise")->excludes(pText);
+    pReport->add_flag("--force", st.bForce, "write over a file that exists");
+}
+
 /// The words behind "--" of a run command belong to the program untouched; they leave listArguments.
 std::optional<std::vector<std::string>> SplitProgram(std::vector<std::string>& listArguments) {
     if (listArguments.empty() || listArguments.front() != "run") return std::nullopt;
@@ -277,6 +314,9 @@ Result CheckOptions(Options& st) {
             "hook: this puts the library into every program of this session that handles messages; "
             "confirm with --yes");
     }
+    if (!st.strFrames.empty() && st.uInterval > g_uLongestFrameInterval)
+        return Result::Usage("feed: with --frames the interval is at most " +
+                             std::to_string(g_uLongestFrameInterval));
     if (st.eVerb == Verb::ProfileName) {
         return CheckProfileName(st.strTarget);
     }
@@ -319,6 +359,7 @@ void Describe(CLI::App& app, Options& st) {
     AddControls(app, st);
     AddSend(app, st);
     AddShot(app, st);
+    AddRecording(app, st);
     AddValues(app, st);
     AddProfileVerbs(app, st);
     AddVideo(app, st);

@@ -37,11 +37,14 @@ enum class Verb {
     Control,
     Config,
     Watch,
+    Record,
+    Report,
     Profile ///< which command about profiles: stProfile.eVerb
 };
 
 constexpr u32 g_uShortestInterval = 50; ///< milliseconds
 constexpr u32 g_uLongestInterval = 60000;
+constexpr u32 g_uLongestFrameInterval = 5000; ///< where frames are read
 
 /// What was asked for. A field belongs to the verbs that its option is offered for.
 struct Options {
@@ -64,11 +67,15 @@ struct Options {
     bool bWatch = false;                 ///< a feed watches programs too
     std::optional<std::string> strValue; ///< of a setting
     bool bWithoutOverlay = false;
-    std::string strFolder;   ///< of screenshots; empty: that of the settings
-    std::string strShotType; ///< word of a type
-    u32 uShotType = ~0u;     ///< that of the settings, unless a type was named
-    u32 uTimeout = 30;       ///< seconds
-    u32 uInterval = 0;       ///< milliseconds; 0: the command's own default
+    std::string strOutput;              ///< file of a recording or a report
+    std::vector<std::string> listFiles; ///< recordings
+    u32 uSeconds = 0;                   ///< of a recording; 0: until it is stopped
+    std::string strFrames;              ///< program whose frames 'feed' reads; empty: none
+    std::string strFolder;              ///< of screenshots; empty: that of the settings
+    std::string strShotType;            ///< word of a type
+    u32 uShotType = ~0u;                ///< that of the settings, unless a type was named
+    u32 uTimeout = 30;                  ///< seconds
+    u32 uInterval = 0;                  ///< milliseconds; 0: the command's own default
     i32 iValue = 0;
     u32 uCommand = 0;
     u32 uPid = 0;

@@ -4,6 +4,7 @@
 #include "companion/lent_settings.h"
 #include "companion/own_names.h"
 #include "companion/programs.h"
+#include "companion/recording/frame_source.h"
 #include "companion/segment_json.h"
 #include "companion/segment_view.h"
 #include "companion/sensors/collector.h"
@@ -143,10 +144,13 @@ sensors::ValueMap WholeNames(const std::vector<PublishedValue>& listPublished) {
 } // namespace
 
 Result Feed(const ControlLibrary& stLibrary, const Options& stOptions) {
+    sensors::Sources listSources = sensors::SystemSources();
+    if (!stOptions.strFrames.empty())
+        listSources.push_back(std::make_unique<recording::FrameSource>(stLibrary, stOptions.strFrames));
     platform::tool::CatchStop();
     ForgetDead(stLibrary);
     ApplyChoices(stLibrary);
-    sensors::Collector collector(sensors::SystemSources());
+    sensors::Collector collector(std::move(listSources));
     sensors::Publisher publisher(sensors::TargetOf(stLibrary),
                                  stOptions.bOnce ? sensors::Publication{} : sensors::ThisFeed());
     HardwareLoan loan(stLibrary);

@@ -92,7 +92,7 @@ TEST(ProfileManual, HasARowForEachAttribute) {
 
 TEST(ProfileManual, ShowsSmallPicturesThatExist) {
     const std::string strManual = ReadAll(g_pathDocs / "writing-a-profile.md");
-    static const std::regex s_picture("\\]\\((pictures/[a-z-]+\\.png)\\)");
+    static const std::regex s_picture("!\\[[^\\]]*\\]\\((pictures/[a-z-]+\\.png)\\)");
     std::set<std::string> shown;
     for (std::sregex_iterator it(strManual.begin(), strManual.end(), s_picture), end; it != end; ++it)
         shown.insert((*it)[1]);

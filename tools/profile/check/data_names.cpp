@@ -17,9 +17,10 @@ constexpr const char* g_aszBaseNames[] = {
     "FAN1_RPM", "FAN1_DUTY", "FAN2_RPM",  "VRAM_USAGE_P", "VRAM_USAGE_MB", "GPU_VOLTAGE", "POWER_TARGET",
 };
 /// What the companion publishes of which the library knows decimals and divisor only by a sensor definition.
-constexpr const char* g_aszCompanionNames[] = {"RAM_USAGE_MB",     "RAM_USAGE_P", "GPU_POWER",
-                                               "GPU_HOTSPOT_TEMP", "VRAM_TEMP",   "SYS_FAN_RPM",
-                                               "SYS_FAN_DUTY",     "SYS_TEMP",    "DRIVE_TEMP"};
+constexpr const char* g_aszCompanionNames[] = {
+    "RAM_USAGE_MB", "RAM_USAGE_P",  "GPU_POWER",  "GPU_HOTSPOT_TEMP", "VRAM_TEMP",
+    "SYS_FAN_RPM",  "SYS_FAN_DUTY", "SYS_TEMP",   "DRIVE_TEMP",       "AVG_FRAME",
+    "P1_FRAME",     "P01_FRAME",    "STUTTER_CNT"};
 
 template <class List> bool Holds(const List& list, const std::string& strName) {
     return std::any_of(std::begin(list), std::end(list), [&](const char* sz) { return strName == sz; });

@@ -1,0 +1,24 @@
+#pragma once
+// A file that is written to its end, or fails with one line that says why.
+#include "companion/result.h"
+#include <fstream>
+#include <string>
+
+namespace companion::recording {
+
+class OutputFile {
+  public:
+    /// A file that exists is written over only with bForce; what is no file, such as a device, always.
+    Result Open(const std::string& strPath, bool bForce);
+    /// All of it has left this program when this returns.
+    Result Write(const std::string& strText);
+    Result Close();
+
+  private:
+    Result Why() const;
+
+    std::ofstream m_file;
+    std::string m_strPath;
+};
+
+} // namespace companion::recording
