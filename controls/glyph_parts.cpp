@@ -10,7 +10,8 @@ bool CGlyphParts::MakeArrays(u32 uQuads) {
     const u32 uFloats = uQuads * g_uQuadVertices * g_uTextVertexFloats;
     m_pVertices.reset(new (std::nothrow) f32[uFloats]());
     m_pIndices.reset(new (std::nothrow) u32[uQuads * g_uQuadIndices]());
-    m_pVerticesOut.reset(new (std::nothrow) f32[uFloats]());
+    const std::size_t uBytes = std::size_t{uFloats} * sizeof(f32);
+    m_pVerticesOut = {reinterpret_cast<f32*>(platform::AllocatePages(uBytes)), {uBytes}};
     if (!m_pVertices || !m_pIndices || !m_pVerticesOut) return false;
     g_fnWriteQuadIndices(m_pIndices.get(), uQuads);
     return true;

@@ -3,6 +3,7 @@
 #include "draw/entity.h"
 #include "draw/glyph_quads.h"
 #include "draw/mesh.h"
+#include "platform/pages.h"
 
 #include <memory>
 
@@ -12,8 +13,10 @@ class CGlyphParts {
   public:
     std::unique_ptr<f32[]> m_pVertices; ///< quads relative to the control's corner
     std::unique_ptr<u32[]> m_pIndices;
-    std::unique_ptr<f32[]> m_pVerticesOut; ///< those quads at the control's position
-    CFontUniCode* m_pFont = nullptr;       ///< the manager's; also the draw key
+    /// Those quads at the control's position. Few controls ever ask for them, and until then they take no
+    /// memory.
+    std::unique_ptr<f32[], platform::PagesDeleter> m_pVerticesOut;
+    CFontUniCode* m_pFont = nullptr; ///< the manager's; also the draw key
     std::unique_ptr<CMesh_Base> m_pMesh;
 
   protected:

@@ -32,6 +32,22 @@ TEST(PackedPixels, ComeBackToTheLastByte) {
     }
 }
 
+TEST(PackedPixels, FullPixelsTakeABitEach) {
+    Pixels pixels(1024);
+    for (u32 u = 0; u < 1024; u += 3) pixels[u] = 255; // no blank word, so only bits save half
+    EXPECT_EQ(ThereAndBack(pixels), pixels);
+    pixels[3] = 254;
+    EXPECT_EQ(ThereAndBack(pixels, false), Pixels(1024));
+}
+
+TEST(PackedPixels, RunsLongerThanANumberHoldsAreCutInPieces) {
+    for (const u8 u8Ink : {u8{255}, u8{0}}) {
+        Pixels pixels(8 * 200'000, u8Ink);
+        pixels[8 * 70'000] = static_cast<u8>(~u8Ink);
+        EXPECT_EQ(ThereAndBack(pixels), pixels);
+    }
+}
+
 TEST(PackedPixels, InkAtBothEndsComesBack) {
     Pixels pixels(1024);
     pixels.front() = 1;
@@ -41,7 +57,7 @@ TEST(PackedPixels, InkAtBothEndsComesBack) {
 
 TEST(PackedPixels, WhatWouldSaveTooLittleIsLeftAlone) {
     EXPECT_EQ(ThereAndBack(Pixels(1024, 7), false), Pixels(1024));
-    EXPECT_EQ(ThereAndBack(Pixels(8), false), Pixels(8)) << "two words for one";
+    EXPECT_EQ(ThereAndBack(Pixels(8), false), Pixels(8)) << "eight bytes for eight";
     EXPECT_EQ(ThereAndBack(Pixels(1023), false), Pixels(1023)) << "no whole words";
     EXPECT_EQ(ThereAndBack({}, false), Pixels());
 }
