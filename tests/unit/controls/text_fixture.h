@@ -106,7 +106,7 @@ class TextTest : public ManagerTest {
         g_stCreationTable = {};
         ManagerTest::TearDown();
     }
-    static const stTextVertex* Quad(const std::unique_ptr<f32[]>& pVertices, u32 uQuad) {
+    template <class Array> static const stTextVertex* Quad(const Array& pVertices, u32 uQuad) {
         return g_fnVertexAt(pVertices.get(), uQuad * g_uQuadVertices);
     }
     /// Left, top, right, bottom of a quad; its corners must agree.
