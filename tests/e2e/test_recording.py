@@ -296,3 +296,7 @@ class Wine(RecordingCase, unittest.TestCase):
         for row in frames:
             if row["number"] in slept and row["number"] % EVERY in starts:
                 self.assertIn(round(row["time"], 4), found, row)
+
+    @unittest.skip("record gets no answer of host_wgl under Wine: open")
+    def test_a_pattern_is_recorded_and_the_report_agrees_with_an_independent_one(self):
+        """The test of the case above, on this platform."""

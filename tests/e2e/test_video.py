@@ -290,6 +290,7 @@ class WineVideo(WineCase):
         for key in STORE_KEYS:
             self.programs.run([*self.programs.wrapper, "reg", "delete", key, "/f"])
 
+    @unittest.skip("the frame does not stand in host_wgl since programs are kept over a reload: open")
     def test_frames_of_another_program_and_the_pattern_play_in_a_program(self):
         self.programs.show("Empty")
         code, output = self.programs.ask("video", "0", *SETUP)
