@@ -161,6 +161,14 @@ void WriteBashCases(std::ostream& out, const CLI::App& app, const std::string& s
         WriteBashCases(out, *p, strPath.empty() ? p->get_name() : strPath + " " + p->get_name());
 }
 
+/// Commands that have commands of their own, as a pattern of the shell.
+std::string DeepCommands(const CLI::App& app) {
+    std::string strAll;
+    for (const CLI::App* p : Commands(app))
+        if (!Commands(*p).empty()) strAll += (strAll.empty() ? "" : " | ") + p->get_name();
+    return strAll;
+}
+
 /// Words of the command that stands before the cursor; profiles are asked for, and "run" completes what any
 /// shell would.
 std::string Bash(const CLI::App& app) {
@@ -171,7 +179,9 @@ std::string Bash(const CLI::App& app) {
            "    ((COMP_CWORD > 1)) || path=\n"
            "    case $path in\n"
            "        run) if declare -F _command_offset >/dev/null; then _command_offset 2; return; fi ;;\n"
-           "        profile | fontcache) ((COMP_CWORD < 3)) || path=\"$path ${COMP_WORDS[2]}\" ;;\n"
+           "        "
+        << DeepCommands(app)
+        << ") ((COMP_CWORD < 3)) || path=\"$path ${COMP_WORDS[2]}\" ;;\n"
            "    esac\n"
            "    case $path in\n";
     WriteBashCases(out, app, "");
