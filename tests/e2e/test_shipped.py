@@ -106,6 +106,7 @@ class Change(ShippedCase):
                 process = programs.with_overlay([host_of(platform), "--frames", "1000000", "--size", "1280x720",
                                                  "--stop-file", stop, "--fps-cap", "60"])
                 wait_until(lambda: programs.ask("set", "CPU_USAGE#0", "38")[0] == 0)
+                programs.wait_for_overlay(process)
                 for profile in ("Default", "Gauges", "FPS", "Graphs", "Default"):
                     self.turn(programs, profile, bare)
                 stop.touch()
