@@ -2,8 +2,12 @@
 
 #include "draw/data_path.h"
 
-GLShader g_fnDataShader(const char* szName, u32 uStage, const ShaderDefines* pDefines) {
+std::string g_fnReadDataShader(const char* szName) {
     char szPath[g_uDataPathCapacity];
     g_fnResolveDataPath(szPath, szName);
-    return pDefines ? GLShader(szPath, uStage, *pDefines) : GLShader(szPath, uStage);
+    return g_fnReadShaderFile(szPath);
+}
+
+GLShader g_fnDataShader(const char* szName, u32 uStage, const ShaderDefines* pDefines) {
+    return GLShader(g_fnReadDataShader(szName), uStage, pDefines);
 }

@@ -49,7 +49,7 @@ std::string g_fnInsertDefines(std::string_view szSource, const ShaderDefines& de
     return szOut;
 }
 
-static std::string ReadWholeFile(const char* szPath) {
+std::string g_fnReadShaderFile(const char* szPath) {
     g_fnWatchFile(szPath);
     std::string strText;
     if (!platform::ReadWholeFile(platform::OpenInput(szPath), g_uShaderBytesMax, strText))
@@ -68,10 +68,10 @@ static std::string InfoLog(u32 uShader) {
     return szLog;
 }
 
-GLShader::GLShader(const char* szPath, u32 uStage) { Compile(ReadWholeFile(szPath), uStage, nullptr); }
+GLShader::GLShader(const char* szPath, u32 uStage) { Compile(g_fnReadShaderFile(szPath), uStage, nullptr); }
 
 GLShader::GLShader(const char* szPath, u32 uStage, const ShaderDefines& defines) {
-    Compile(ReadWholeFile(szPath), uStage, &defines);
+    Compile(g_fnReadShaderFile(szPath), uStage, &defines);
 }
 
 GLShader::GLShader(const std::string& szSource, u32 uStage, const ShaderDefines* pDefines) {

@@ -19,6 +19,10 @@ constexpr std::size_t g_uShaderLineLimit = 253;
 /// a NUL. A line above g_uShaderLineLimit is fatal to the process.
 std::string g_fnInsertDefines(std::string_view szSource, const ShaderDefines& defines);
 
+/// The text of a shader file, given by its narrow path; its time of change is watched. Throws
+/// std::runtime_error when it cannot be read.
+std::string g_fnReadShaderFile(const char* szPath);
+
 /// Copies share the object; the last one deletes it, in a context that must be current. All failures are
 /// std::runtime_error. Stages are GL_VERTEX_SHADER and GL_FRAGMENT_SHADER.
 class GLShader {

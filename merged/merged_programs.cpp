@@ -6,7 +6,6 @@
 #include "draw/data_shader.h"
 #include "draw/matrix.h"
 #include "platform/gl_api.h"
-#include "platform/input_file.h"
 
 #include <filesystem>
 #include <string>
@@ -33,28 +32,20 @@ bool g_fnCanDrawMerged() {
     return true;
 }
 
-/// All that decides over a program. Files that cannot be read say nothing: compiling tells the reason.
-static std::string SourcesOf(const char* szVertexFile, const char* szFragmentFile,
+/// All that decides over a program.
+static std::string SourcesOf(const std::string& strVertex, const std::string& strFragment,
                              const ShaderDefines* pDefines) {
-    std::string strAll;
-    for (const char* szFile : {szVertexFile, szFragmentFile}) {
-        char szPath[g_uDataPathCapacity];
-        std::string strText;
-        if (!g_fnResolveDataPath(szPath, szFile) ||
-            !platform::ReadWholeFile(platform::OpenInput(szPath), g_uShaderBytesMax, strText))
-            return {};
-        strAll += strText + '\0';
-    }
+    std::string strAll = strVertex + '\0' + strFragment + '\0';
     if (pDefines)
         for (const auto& [strName, strValue] : *pDefines) strAll += strName + '=' + strValue + '\0';
     return strAll;
 }
 
-static KeptProgram Compile(const char* szVertexFile, const char* szFragmentFile,
+static KeptProgram Compile(const std::string& strVertex, const std::string& strFragment,
                            const ShaderDefines* pDefines, std::string strSources) {
     std::vector<GLShader> shaders;
-    shaders.push_back(g_fnDataShader(szVertexFile, GL_VERTEX_SHADER));
-    shaders.push_back(g_fnDataShader(szFragmentFile, GL_FRAGMENT_SHADER, pDefines));
+    shaders.emplace_back(strVertex, GL_VERTEX_SHADER, nullptr);
+    shaders.emplace_back(strFragment, GL_FRAGMENT_SHADER, pDefines);
     KeptProgram pProgram = g_fnMakeKept(std::make_unique<GLProgram>(shaders), std::move(strSources));
     f32 mView[16];
     g_fnMakeIdentity(mView);
@@ -67,9 +58,11 @@ static KeptProgram Compile(const char* szVertexFile, const char* szFragmentFile,
 
 KeptProgram g_fnBuildMergedProgram(const char* szVertexFile, const char* szFragmentFile,
                                    const ShaderDefines* pDefines) {
-    std::string strSources = SourcesOf(szVertexFile, szFragmentFile, pDefines);
+    const std::string strVertex = g_fnReadDataShader(szVertexFile);
+    const std::string strFragment = g_fnReadDataShader(szFragmentFile);
+    std::string strSources = SourcesOf(strVertex, strFragment, pDefines);
     KeptProgram pProgram = g_fnTakeKeptProgram(strSources);
-    if (!pProgram) pProgram = Compile(szVertexFile, szFragmentFile, pDefines, std::move(strSources));
+    if (!pProgram) pProgram = Compile(strVertex, strFragment, pDefines, std::move(strSources));
     g_fnSetMergedProjection(*pProgram);
     return pProgram;
 }
