@@ -86,8 +86,8 @@ void LinuxCpu::Probe(Numbers& numbers) {
     for (const i64 iId : listIds) numbers.Propose("cpu", std::to_string(iId));
 }
 
-/// Model of each package, from the text of cpuinfo.
-void LinuxCpu::FindNames() {
+/// Takes each known processor's value of that name from the text of cpuinfo.
+template <class Take> void LinuxCpu::ForEachInfoValue(std::string_view strName, Take take) {
     auto itProcessor = m_mapProcessors.end();
     std::string_view strLine;
     for (size_t uFrom = 0; TakeLine(m_strText, uFrom, strLine);) {
@@ -95,11 +95,17 @@ void LinuxCpu::FindNames() {
             const auto iNumber = ParseNumber(*strNumber);
             itProcessor = iNumber ? m_mapProcessors.find(static_cast<u64>(*iNumber)) : m_mapProcessors.end();
         }
-        const auto strName = ValueOf(strLine, "model name");
-        if (!strName || itProcessor == m_mapProcessors.end()) continue;
-        std::string& strKept = m_listPackages[itProcessor->second.uPackage].strName;
-        if (strKept.empty()) strKept = strName->substr(0, kLongestName);
+        const auto strValue = ValueOf(strLine, strName);
+        if (strValue && itProcessor != m_mapProcessors.end()) take(itProcessor->second, *strValue);
     }
+}
+
+/// Model of each package.
+void LinuxCpu::FindNames() {
+    ForEachInfoValue("model name", [this](const Processor& st, std::string_view strName) {
+        std::string& strKept = m_listPackages[st.uPackage].strName;
+        if (strKept.empty()) strKept = strName.substr(0, kLongestName);
+    });
 }
 
 void LinuxCpu::List(const Numbers& numbers) {
@@ -171,17 +177,9 @@ void LinuxCpu::KeepClock(const Processor& stProcessor, f64 fMegahertz) {
 
 void LinuxCpu::ReadInfoClocks() {
     ReadText(m_strRoot + "/proc/cpuinfo", m_strText);
-    auto itProcessor = m_mapProcessors.end();
-    std::string_view strLine;
-    for (size_t uFrom = 0; TakeLine(m_strText, uFrom, strLine);) {
-        if (const auto strNumber = ValueOf(strLine, "processor")) {
-            const auto iNumber = ParseNumber(*strNumber);
-            itProcessor = iNumber ? m_mapProcessors.find(static_cast<u64>(*iNumber)) : m_mapProcessors.end();
-        }
-        const auto strClock = ValueOf(strLine, "cpu MHz");
-        if (strClock && itProcessor != m_mapProcessors.end())
-            KeepClock(itProcessor->second, Megahertz(*strClock));
-    }
+    ForEachInfoValue("cpu MHz", [this](const Processor& st, std::string_view strClock) {
+        KeepClock(st, Megahertz(strClock));
+    });
 }
 
 void LinuxCpu::ReadClocks() {

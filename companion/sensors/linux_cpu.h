@@ -34,6 +34,7 @@ class LinuxCpu : public Source {
     void ReadTicks();
     void ShowLoads(bool bReadable);
     void ReadClocks();
+    template <class Take> void ForEachInfoValue(std::string_view strName, Take take);
     void ReadInfoClocks();
     void KeepClock(const Processor& stProcessor, f64 fMegahertz);
     void ShowClocks();
