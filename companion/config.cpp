@@ -23,8 +23,9 @@ constexpr u64 kMostIniBytes = 1024 * 1024;
 constexpr const char* kColorParts[] = {"R", "G", "B"};
 constexpr const char* kCaptions = "language-captions";
 
-Result IniFile(fs::path& path) {
-    const Result stFound = FindDataFolder("", path);
+/// OSD.ini of a data folder; of this machine's where none is named.
+Result IniFile(const std::string& strData, fs::path& path) {
+    const Result stFound = FindDataFolder(strData, path);
     path /= "OSD.ini";
     return stFound;
 }
@@ -50,11 +51,9 @@ std::optional<StoredValue> ReadStore(const SettingRow& row) {
     return StoredValue{st.uNumber, st.strText};
 }
 
-Result WriteIni(const SettingRow& row, const StoredValue& stValue) {
-    fs::path path;
+Result WriteIni(const fs::path& path, const SettingRow& row, const StoredValue& stValue) {
     std::string strText;
-    Result st = IniFile(path);
-    if (st) st = ReadIni(path, strText);
+    const Result st = ReadIni(path, strText);
     if (!st) return st;
     const std::string strNew = IniWith(strText, row, stValue);
     const auto stSeen = ValueOfIni(strNew, row);
@@ -153,7 +152,7 @@ Result ShowOne(const SettingRow& row, bool bJson) {
 
 } // namespace
 
-Result ReadSetting(const SettingRow& row, std::optional<StoredValue>& stOut) {
+Result ReadSetting(const SettingRow& row, std::optional<StoredValue>& stOut, const std::string& strData) {
     stOut.reset();
     if (row.ePlace == SettingPlace::Store) {
         stOut = ReadStore(row);
@@ -169,15 +168,19 @@ Result ReadSetting(const SettingRow& row, std::optional<StoredValue>& stOut) {
     }
     fs::path path;
     std::string strText;
-    Result st = IniFile(path);
+    Result st = IniFile(strData, path);
     if (st) st = ReadIni(path, strText);
     if (st) stOut = ValueOfIni(strText, row);
     return st;
 }
 
-Result WriteSetting(const SettingRow& row, const StoredValue& stValue) {
+Result WriteSetting(const SettingRow& row, const StoredValue& stValue, const std::string& strData) {
     if (row.ePlace == SettingPlace::Store) return WriteStore(row, stValue);
-    if (row.ePlace == SettingPlace::Ini) return WriteIni(row, stValue);
+    if (row.ePlace == SettingPlace::Ini) {
+        fs::path path;
+        const Result stFound = IniFile(strData, path);
+        return stFound ? WriteIni(path, row, stValue) : stFound;
+    }
     const bool bRemoved = !stValue.uNumber && stValue.strText.empty();
     return RememberSetting(row.szName, bRemoved ? std::string() : SettingText(row, stValue));
 }

@@ -8,10 +8,11 @@
 
 namespace companion {
 
-/// What a setting is now; nothing where it is missing. Fails where its place cannot be read.
-Result ReadSetting(const SettingRow& row, std::optional<StoredValue>& stOut);
+/// What a setting is now; nothing where it is missing. Fails where its place cannot be read. strData: the
+/// data folder of settings in OSD.ini; this machine's where it is empty.
+Result ReadSetting(const SettingRow& row, std::optional<StoredValue>& stOut, const std::string& strData = "");
 /// Writes it; an empty value takes it away. Windows: the store and OSD.ini take an administrator.
-Result WriteSetting(const SettingRow& row, const StoredValue& stValue);
+Result WriteSetting(const SettingRow& row, const StoredValue& stValue, const std::string& strData = "");
 /// The value of a setting by name as it is shown, for other commands; its missing value where its place
 /// cannot be read.
 std::string SettingNow(const char* szName);

@@ -1,16 +1,14 @@
 // The language of captions: which there are, which one is chosen, and whether its letters can be drawn.
 #include "tools/profile/language_command.h"
+#include "companion/config.h"
 #include "companion/table.h"
 #include "companion/utf.h"
 #include "config/profile/profile_document.h"
 #include "platform/glyph_rasterizer.h"
-#include "platform/ini_file.h"
-#include "platform/tool_settings.h"
 #include "platform/utf.h"
 #include "tools/profile/program.h"
 #include <algorithm>
 #include <cstdio>
-#include <fstream>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <set>
@@ -22,13 +20,7 @@ namespace fs = std::filesystem;
 namespace companion {
 namespace {
 
-using platform::tool::Setting;
-
 constexpr const char* kFolder = "Languages";
-constexpr const char* kInfoKey = "Information Option";
-constexpr const char* kFileName = "LanguageXMLFileName";
-constexpr const char* kSwitch = "UseLanguageXMLString";
-constexpr u64 kMostIniBytes = 1024 * 1024;
 
 std::u16string ToUtf16(const std::string& str) {
     std::u16string wstr(str.size() + 1, u'\0');
@@ -136,31 +128,22 @@ void ReadLanguage(const fs::path& path, LanguageRow& st) {
     JudgeFace(*pTexts, st);
 }
 
-bool IsSwitchedOn(const fs::path& pathData) {
-    std::string strIni;
-    ReadFile(pathData / "OSD.ini", kMostIniBytes, strIni);
-    const platform::CIniFile file = platform::CIniFile::Parse(strIni);
-    const platform::IniEntry* const pEntry = file.Find(u"Info", u"UseLanguageXMLString");
-    return pEntry && !pEntry->m_wzValue.empty() && pEntry->m_wzValue != u"0";
+/// The two settings of it.
+const SettingRow& File() { return *FindSetting("language"); }
+const SettingRow& Switch() { return *FindSetting("language-captions"); }
+
+/// The file in use; empty: the built-in captions.
+std::string ChosenFile(const std::string& strData) {
+    std::optional<StoredValue> stSwitch, stFile;
+    ReadSetting(Switch(), stSwitch, strData);
+    ReadSetting(File(), stFile, strData);
+    return stSwitch && stSwitch->uNumber.value_or(0) != 0 && stFile ? stFile->strText : "";
 }
 
-Result WriteSwitch(const fs::path& pathData, u32 uValue) {
-    const fs::path path = pathData / "OSD.ini";
-    std::string strIni;
-    ReadFile(path, kMostIniBytes, strIni);
-    const std::string strNew =
-        platform::tool::WithSetting(strIni, "Info", {"Info", kSwitch, uValue, {}, false});
-    if (strNew == strIni) return {};
-    fs::path pathNew = path;
-    pathNew += ".new";
-    std::ofstream file(pathNew, std::ios::binary | std::ios::trunc);
-    file << strNew;
-    file.close();
-    std::error_code error;
-    if (file) fs::rename(pathNew, path, error);
-    if (file && !error) return {};
-    fs::remove(pathNew, error);
-    return Result::Fail("cannot write " + TextOfPath(path));
+/// No file: the built-in captions.
+Result Choose(const std::string& strData, const std::string& strFile) {
+    const Result stDone = WriteSetting(File(), {std::nullopt, strFile});
+    return stDone ? WriteSetting(Switch(), {strFile.empty() ? 0u : 1u, {}}, strData) : stDone;
 }
 
 std::string WarningOf(const LanguageRow& st) {
@@ -223,9 +206,7 @@ Result ListLanguages(const Options& stOptions, int&) {
     fs::path pathData;
     const Result stFound = FindDataFolder(stOptions.stProfile.strData, pathData);
     if (!stFound) return stFound;
-    const std::string strChosen =
-        IsSwitchedOn(pathData) ? platform::tool::SettingText(kInfoKey, kFileName).value_or("") : "";
-    const auto listRows = LanguagesOf(pathData, strChosen);
+    const auto listRows = LanguagesOf(pathData, ChosenFile(stOptions.stProfile.strData));
     if (listRows.empty())
         return Result::NotFound("there are no languages in " + TextOfPath(pathData / kFolder));
     const bool bJson = stOptions.stProfile.bJson;
@@ -245,18 +226,11 @@ Result UseLanguage(const Options& stOptions, int&) {
     if (it == listRows.end())
         return Result::NotFound("there is no language " + strName + "; 'language list' lists them");
     if (!it->bReadable) return Result::Fail("the file of " + it->strName + " is no language file");
-    Result stDone =
-        platform::tool::StoreSettings({{kInfoKey, kFileName, std::nullopt, it->strName + ".xml", false}});
-    if (stDone) stDone = WriteSwitch(pathData, 1);
+    const Result stDone = Choose(stOptions.stProfile.strData, it->strName + ".xml");
     if (stDone && !WarningOf(*it).empty()) std::fprintf(stderr, "orvin-osd: %s\n", WarningOf(*it).c_str());
     return stDone;
 }
 
-Result LeaveLanguage(const Options& stOptions, int&) {
-    fs::path pathData;
-    Result stDone = FindDataFolder(stOptions.stProfile.strData, pathData);
-    if (stDone) stDone = platform::tool::StoreSettings({{kInfoKey, kFileName, std::nullopt, {}, true}});
-    return stDone ? WriteSwitch(pathData, 0) : stDone;
-}
+Result LeaveLanguage(const Options& stOptions, int&) { return Choose(stOptions.stProfile.strData, ""); }
 
 } // namespace companion
