@@ -21,7 +21,9 @@ def mean_difference(one, other):
     return sum(value * count for value, count in enumerate(histogram)) / (one.width * one.height)
 
 
-class LinuxScreenshots(unittest.TestCase):
+class Screenshots:
+    """What both platforms share: programs, of a kind, and a folder for their pictures."""
+
     @classmethod
     def setUpClass(cls):
         display = Display()
@@ -29,10 +31,15 @@ class LinuxScreenshots(unittest.TestCase):
         cls.addClassCleanup(display.__exit__)
 
     def setUp(self):
-        self.programs = LinuxPrograms(self.display, care=True)
+        self.programs = self.KIND(self.display, care=True)
         self.addCleanup(self.programs.close)
-        self.out = self.programs.folder / "out"
+        self.folder = self.programs.folder
+        self.out = self.folder / "out"
         self.out.mkdir()
+
+
+class LinuxScreenshots(Screenshots, unittest.TestCase):
+    KIND = LinuxPrograms
 
     def begin(self, profile="Shapes"):
         """A program whose picture, and the overlay on it, stand still."""
@@ -157,19 +164,8 @@ class LinuxScreenshots(unittest.TestCase):
             self.assertEqual(pixels(path).size, (640, 480))
 
 
-class WineScreenshots(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        display = Display()
-        cls.display = display.__enter__()
-        cls.addClassCleanup(display.__exit__)
-
-    def setUp(self):
-        self.programs = WinePrograms(self.display, care=True)
-        self.addCleanup(self.programs.close)
-        self.folder = self.programs.folder
-        self.out = self.folder / "out"
-        self.out.mkdir()
+class WineScreenshots(Screenshots, unittest.TestCase):
+    KIND = WinePrograms
 
     def begin(self):
         """The picture that a program's window shows, read from the screen, and the program's own below the overlay."""
