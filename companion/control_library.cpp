@@ -10,6 +10,7 @@ namespace {
 template <class T> struct stExport {
     const char* szName;
     T ControlLibrary::*fnMember;
+    constexpr stExport(const char* sz, T ControlLibrary::*fn) : szName(sz), fnMember(fn) {}
 };
 
 constexpr std::tuple g_exports{

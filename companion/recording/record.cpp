@@ -38,7 +38,7 @@ std::string TimeText(const char* szFormat) {
 class Recorder {
   public:
     Recorder(const ControlLibrary& stLibrary, const Options& stOptions, u32 uProcessId)
-        : m_stLibrary(stLibrary), m_stOptions(stOptions), m_uProcessId(uProcessId),
+        : m_stOptions(stOptions), m_uProcessId(uProcessId),
           m_strProgram(platform::tool::InspectProcess(uProcessId).strName),
           m_reader(*stLibrary.pSegment, uProcessId), m_collector(sensors::SystemSources()) {}
 
@@ -61,7 +61,6 @@ class Recorder {
     }
     f64 Now() const { return static_cast<f64>(NowNanoseconds() - m_iBegin) / 1e6; }
 
-    const ControlLibrary& m_stLibrary;
     const Options& m_stOptions;
     const u32 m_uProcessId;
     const std::string m_strProgram;
