@@ -41,6 +41,7 @@ MODES[FACES] = (True, FACES, True)
 # What number boxes show, published once; eight of these names recur in the layouts with boxes.
 PUBLISHED = {"GPU_CLK#0": 1755, "GPU_TEMP#0": 71, "CPU_USAGE#0": 38, "GPU_USAGE#0": 97, "CPU_CLK#0": 4650}
 RAW_DATA, RAW_BANK = 0xBFA0, 16384  # in the shared segment: two banks of values
+TRACE_REQUESTS = 0xB690  # in it: who asks for frames; 16 bytes, then places of 16 bytes
 DRIVERS = {"null": {}, "noop": {"GALLIUM_NOOP": "1", "GALLIUM_THREAD": "0"}, "llvmpipe": {"LP_NUM_THREADS": "0"}}
 
 
@@ -191,12 +192,40 @@ class Bench:
             chosen["LD_PRELOAD"] = ":".join(loads)
         return chosen
 
-    def run(self, command, variables, timeout=600):
-        done = subprocess.run([str(c) for c in command], env={**self.env, **variables}, capture_output=True, text=True,
-                              timeout=timeout, stdin=subprocess.DEVNULL)
-        if done.returncode:
-            raise SystemExit(f"bench: {command} ended with {done.returncode}\n{done.stdout}\n{done.stderr}")
-        return done.stdout, done.stderr
+    def run(self, command, variables, timeout=600, traced=False):
+        """What a program says, on both ways. Traced: its frames are asked for all the time."""
+        with subprocess.Popen([str(c) for c in command], env={**self.env, **variables}, stdin=subprocess.DEVNULL,
+                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True) as program:
+            with self.asking_for_frames(program.pid) if traced else contextlib.nullcontext():
+                said = program.communicate(timeout=timeout)
+        if program.returncode:
+            raise SystemExit(f"bench: {command} ended with {program.returncode}\n{said[0]}\n{said[1]}")
+        return said
+
+    @contextlib.contextmanager
+    def asking_for_frames(self, pid):
+        """What a recording companion writes into the shared segment: its wish, and a beat."""
+        path = next(pathlib.Path("/dev/shm").glob(f"*Shared*{self.folder.name}*"))
+        done = threading.Event()
+
+        def ask():
+            with open(path, "r+b") as file, mmap.mmap(file.fileno(), 0) as segment:
+                struct.pack_into("<III", segment, TRACE_REQUESTS + 16, pid, 1, 0)
+                changes, = struct.unpack_from("<I", segment, TRACE_REQUESTS)
+                struct.pack_into("<I", segment, TRACE_REQUESTS, changes + 1)
+                beat = 1
+                while not done.wait(0.02):
+                    beat += 1
+                    struct.pack_into("<I", segment, TRACE_REQUESTS + 20, beat)
+                struct.pack_into("<III", segment, TRACE_REQUESTS + 16, 0, 0, 0)
+
+        thread = threading.Thread(target=ask)
+        thread.start()
+        try:
+            yield
+        finally:
+            done.set()
+            thread.join()
 
     def counts(self, mode, driver="null", step=SIXTIETH):
         """GL calls by name, window-system calls, allocations, clock reads per frame; threads, private memory in KiB."""
@@ -259,13 +288,26 @@ class Bench:
 
     def instructions(self, mode, driver="null"):
         """Instructions a frame: two runs of different length under callgrind, their difference."""
-        totals = []
-        for frames in (FROM, TO):
-            _, said = self.run(["valgrind", "--tool=callgrind", f"--callgrind-out-file={self.folder}/callgrind",
-                                self.host, "--frames", str(frames)],
-                               self.variables(mode, driver, BENCH_STEP_NS=SIXTIETH))
-            totals.append(int(re.search(r"Collected : (\d+)", said).group(1)))
+        totals = [self.collected(mode, driver, frames)[0] for frames in (FROM, TO)]
         return (totals[1] - totals[0]) / (TO - FROM)
+
+    def instructions_of_trace(self, mode):
+        """Instructions a frame that being recorded takes, and how many of them are spent in reads of the clock."""
+        sums = {traced: [self.collected(mode, "null", frames, traced) for frames in (FROM, TO)]
+                for traced in (False, True)}
+        whole, clock = ([(sums[traced][1][k] - sums[traced][0][k]) / (TO - FROM) for traced in (False, True)]
+                        for k in (0, 1))
+        return {"instructions": whole[1] - whole[0], "in_clock": clock[1] - clock[0]}
+
+    def collected(self, mode, driver, frames, traced=False):
+        """Instructions of a run under callgrind: all of them, and those of reading the clock."""
+        out = self.folder / "callgrind"
+        _, said = self.run(["valgrind", "--tool=callgrind", f"--callgrind-out-file={out}", self.host, "--frames",
+                            str(frames)], self.variables(mode, driver, BENCH_STEP_NS=SIXTIETH), traced=traced)
+        listed = subprocess.run(["callgrind_annotate", "--inclusive=yes", "--threshold=100", "--show-percs=no", out],
+                                capture_output=True, text=True, check=True).stdout
+        clock = [int(line.split()[0].replace(",", "")) for line in listed.splitlines() if ":platform::CounterNow()" in line]
+        return int(re.search(r"Collected : (\d+)", said).group(1)), sum(clock)
 
     def system_calls(self, mode, driver="null", step="0"):
         """System calls a frame, by strace, as the difference of two lengths. With step 0 the clock stands still, so

@@ -69,7 +69,7 @@ static void RunSwapSteps(void* hdc) {
     g_fnNoteDrawn();
     g_fnTavo_FPS_Limiter();
     ReportStatus(uPid, uTid);
-    g_fnEndTracedFrame(uTid);
+    g_fnEndTracedFrame(uTid, hdc);
 }
 
 static bool IsEnabled() { return g_bHooked && g_fnReadOnce(platform::SharedSegment()->bGlobalEnable) != 0; }

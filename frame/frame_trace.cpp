@@ -10,16 +10,16 @@
 #include "platform/swap_gate.h"
 #include "shared/process_records.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
 stFrameTrace g_stFrameTrace;
 
-static constexpr u32 c_uSerialTries = 8;      // blocks of those names may be somebody else's
-static constexpr u64 c_uDescribeEvery = 1024; // frames between two looks at what the head tells
+static constexpr u32 c_uSerialTries = 8; // blocks of those names may be somebody else's
 static constexpr u32 c_uSerialFailed = ~0u;
 
-static stTraceRequests& Requests() { return g_fnTraceRequests(*platform::SharedSegment()); }
+static stTraceRequests& Requests() { return platform::SharedSegment()->TraceRequests; }
 
 static stTraceRequest* FindRequest(u32 uProcessId) {
     for (stTraceRequest& st : Requests().aRequest)
@@ -72,6 +72,9 @@ static void FillHead(stTraceHeader& stHeader, u32 uProcessId, u32 uSerial) {
     std::memcpy(stHeader.acTag, g_szTraceTag, sizeof g_szTraceTag);
 }
 
+/// Ticks up to the next look, no more than a frame's fields can hold.
+static i64 LookSpan(const stFrameTrace& st) { return std::min(st.m_iSilence / 4, i64{g_uTraceLongest}); }
+
 static void Start(stFrameTrace& st, u32 uProcessId) {
     if (!MakeBlock(st, uProcessId)) return;
     st.m_pHeader = static_cast<stTraceHeader*>(st.m_stBlock.m_pView);
@@ -80,45 +83,44 @@ static void Start(stFrameTrace& st, u32 uProcessId) {
     st.m_uOwner = uProcessId;
     st.m_uWritten = 0;
     FillHead(*st.m_pHeader, uProcessId, st.m_uSerial);
-    st.m_iBeat = st.m_pHeader->iStart;
     st.m_iSilence = st.m_pHeader->iFrequency * g_uTraceSilence;
+    st.m_iBeat = st.m_pHeader->iStart;
+    st.m_iLook = st.m_iBeat + LookSpan(st);
 }
 
-/// The places have changed: somebody may ask, or ask once more.
-static void LookForRequest(stFrameTrace& st, u32 uProcessId, u32 uChanges) {
+/// The places have changed: somebody may ask, or ask once more, or nobody any more.
+[[gnu::noinline]] static void LookForRequest(stFrameTrace& st, u32 uProcessId, u32 uChanges) {
     st.m_uSeen = uChanges;
-    st.m_pRequest = FindRequest(uProcessId);
-    if (!st.m_pRequest) return;
-    if (!st.m_pHeader) Start(st, uProcessId);
-    st.m_pRequest->uSerial = st.m_pHeader ? st.m_uSerial : c_uSerialFailed;
+    stTraceRequest* const pRequest = FindRequest(uProcessId);
+    if (pRequest && !st.m_pHeader) Start(st, uProcessId);
+    if (pRequest) pRequest->uSerial = st.m_pHeader ? st.m_uSerial : c_uSerialFailed;
+    st.m_stNobody = {0, st.m_uBeat, 0, 0};
+    st.m_pRequest = pRequest ? pRequest : &st.m_stNobody;
 }
 
 /// Without a word to anybody, in the copy that a fork made.
-static void LetGo(stFrameTrace& st) {
+[[gnu::noinline]] static void LetGo(stFrameTrace& st) {
     platform::CloseOwnBlock(st.m_stBlock);
     st.m_pHeader = nullptr;
     st.m_pFrames = nullptr;
+    st.m_pLast = nullptr;
     st.m_pRequest = nullptr;
-    st.m_uThread.store(0, std::memory_order_relaxed);
+    st.m_pSurface.store(nullptr, std::memory_order_relaxed);
 }
 
+/// Of a span that is not negative: the clock does not run backwards.
 static u32 Ticks(i64 iTicks) {
-    if (iTicks <= 0) return 0;
-    return iTicks < static_cast<i64>(g_uTraceLongest) ? static_cast<u32>(iTicks) : g_uTraceLongest;
-}
-
-static stTraceFrame& FrameAt(const stFrameTrace& st, u64 uIndex) {
-    return st.m_pFrames[uIndex % g_uTraceFrames];
+    return static_cast<u32>(std::min(static_cast<u64>(iTicks), u64{g_uTraceLongest}));
 }
 
 /// Where the library calls the real swap itself it has noted the moment; elsewhere the gate has.
 static void CompleteLast(stFrameTrace& st) {
-    if (st.m_uThread.load(std::memory_order_relaxed) == 0) return;
-    st.m_uThread.store(0, std::memory_order_relaxed);
+    stTraceFrame* const pLast = st.m_pLast;
+    if (!pLast) return;
+    st.m_pLast = nullptr;
     i64 iAfter = st.m_iAfter.load(std::memory_order_relaxed);
-    if (iAfter == 0) iAfter = platform::SwapStamp();
-    stTraceFrame& stFrame = FrameAt(st, st.m_uWritten - 1);
-    if (iAfter > stFrame.iBefore) stFrame.uSwap = Ticks(iAfter - stFrame.iBefore);
+    if (iAfter < pLast->iBefore) iAfter = platform::SwapStamp();
+    if (iAfter > pLast->iBefore) pLast->uSwap = Ticks(iAfter - pLast->iBefore);
 }
 
 void g_fnBeginTracedFrame(u32 uProcessId) noexcept {
@@ -131,46 +133,47 @@ void g_fnBeginTracedFrame(u32 uProcessId) noexcept {
     st.m_iBegin = platform::CounterNow();
 }
 
-void g_fnNoteDrawn() noexcept {
-    if (g_stFrameTrace.m_pHeader) g_stFrameTrace.m_iDrawn = platform::CounterNow();
-}
-
-/// False once nobody has read for a while.
-static bool IsAsked(stFrameTrace& st, i64 iNow) {
-    const u32 uBeat = st.m_pRequest ? g_fnReadOnce(st.m_pRequest->uBeat) : st.m_uBeat;
-    if (uBeat == st.m_uBeat) return iNow - st.m_iBeat < st.m_iSilence;
-    st.m_uBeat = uBeat;
-    st.m_iBeat = iNow;
-    return true;
-}
-
-static void Publish(stFrameTrace& st, i64 iNow, u32 uThreadId) {
-    stTraceFrame& stFrame = FrameAt(st, st.m_uWritten);
-    stFrame.uNumber = ++st.m_uWritten;
-    stFrame.iBefore = iNow;
-    stFrame.uSwap = 0;
-    stFrame.uCost = Ticks(st.m_iDrawn - st.m_iBegin);
-    stFrame.uWait = Ticks(iNow - st.m_iDrawn);
-    stFrame.uThreadId = uThreadId;
+/// The frame becomes visible to readers.
+static void Show(stFrameTrace& st, stTraceFrame& stFrame, const void* pSurface) {
     std::atomic_ref(st.m_pHeader->uWritten).store(st.m_uWritten, std::memory_order_release);
-}
-
-void g_fnEndTracedFrame(u32 uThreadId) noexcept {
-    stFrameTrace& st = g_stFrameTrace;
-    if (!st.m_pHeader) return;
-    const i64 iNow = platform::CounterNow();
-    Publish(st, iNow, uThreadId);
-    if (!IsAsked(st, iNow)) return g_fnEndTrace();
-    if (st.m_uWritten % c_uDescribeEvery == 0) Describe(*st.m_pHeader);
-    st.m_iAfter.store(0, std::memory_order_relaxed);
-    st.m_uThread.store(uThreadId, std::memory_order_relaxed);
+    st.m_pLast = &stFrame;
+    st.m_pSurface.store(pSurface, std::memory_order_relaxed);
     platform::StampSwap();
 }
 
-void g_fnNoteSwapDone() noexcept {
+/// The beat has moved, so who reads is told what the head tells; else nobody may have read for too long. A
+/// frame too long for its fields comes here, too.
+[[gnu::noinline]] static void ShowAndLook(stTraceFrame& stFrame, u32 uBeat, const void* pSurface) {
     stFrameTrace& st = g_stFrameTrace;
-    const u32 uThread = st.m_uThread.load(std::memory_order_relaxed);
-    if (uThread != 0 && uThread == platform::CurrentThreadId())
+    stFrame.uCost = Ticks(st.m_iDrawn - st.m_iBegin);
+    stFrame.uWait = Ticks(stFrame.iBefore - st.m_iDrawn);
+    Show(st, stFrame, pSurface);
+    if (uBeat == st.m_uBeat && stFrame.iBefore - st.m_iBeat >= st.m_iSilence) return g_fnEndTrace();
+    if (uBeat != st.m_uBeat) {
+        st.m_uBeat = uBeat;
+        st.m_iBeat = stFrame.iBefore;
+        Describe(*st.m_pHeader);
+    }
+    st.m_iLook = stFrame.iBefore + LookSpan(st);
+}
+
+void g_fnPublishTracedFrame(i64 iNow, u32 uThreadId, const void* pSurface) noexcept {
+    stFrameTrace& st = g_stFrameTrace;
+    stTraceFrame& stFrame = st.m_pFrames[st.m_uWritten % g_uTraceFrames];
+    stFrame.uNumber = ++st.m_uWritten;
+    stFrame.iBefore = iNow;
+    stFrame.uSwap = 0;
+    stFrame.uCost = static_cast<u32>(st.m_iDrawn - st.m_iBegin);
+    stFrame.uWait = static_cast<u32>(iNow - st.m_iDrawn);
+    stFrame.uThreadId = uThreadId;
+    const u32 uBeat = g_fnReadOnce(st.m_pRequest->uBeat);
+    if (uBeat != st.m_uBeat || iNow >= st.m_iLook) return ShowAndLook(stFrame, uBeat, pSurface);
+    Show(st, stFrame, pSurface);
+}
+
+void g_fnNoteSwapDone(const void* pSurface) noexcept {
+    stFrameTrace& st = g_stFrameTrace;
+    if (pSurface && st.m_pSurface.load(std::memory_order_relaxed) == pSurface)
         st.m_iAfter.store(platform::CounterNow(), std::memory_order_relaxed);
 }
 
@@ -179,6 +182,6 @@ void g_fnEndTrace() noexcept {
     if (!st.m_pHeader) return;
     CompleteLast(st);
     std::atomic_ref(st.m_pHeader->uEnded).store(1, std::memory_order_release);
-    if (st.m_pRequest && g_fnReadOnce(st.m_pRequest->uProcessId) == st.m_uOwner) *st.m_pRequest = {};
+    if (g_fnReadOnce(st.m_pRequest->uProcessId) == st.m_uOwner) *st.m_pRequest = {};
     LetGo(st);
 }

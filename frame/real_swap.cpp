@@ -18,7 +18,7 @@ static i32 RealSwap(void* hdc) {
 i32 g_fnSwapAndDrain(void* hdc) {
     const i32 iResult = RealSwap(hdc);
     const platform::ErrorKeeper keeper; // what the real swap left is the host's
-    g_fnNoteSwapDone();
+    g_fnNoteSwapDone(hdc);
     glGetError();
     return iResult;
 }

@@ -74,6 +74,22 @@ struct stProcessProfile {
     u32 bUseGlobal; ///< not 0: the global profile stays
 };
 
+/// A companion's wish to see the frames of a process (shared/frame_trace.h).
+struct stTraceRequest {
+    u32 uProcessId; ///< 0: the place is free
+    u32 uBeat;      ///< counted up by all who read, faster than g_uTraceSilence
+    u32 uSerial;    ///< written by the instance: which of its blocks; 0: none yet
+    u32 uReserved;
+};
+
+constexpr u32 g_uTraceRequests = 15;
+
+struct stTraceRequests {
+    u32 uChanges; ///< counted up behind each change of the places by a companion
+    u32 auReserved[3];
+    stTraceRequest aRequest[g_uTraceRequests];
+};
+
 struct stSharedSegment {
     u8 aUnused[16];
     u8 bEnableQueryFrameTime;
@@ -96,7 +112,7 @@ struct stSharedSegment {
     /// one with its id (platform::ProcessStamp).
     u32 aCommandStamp[g_uProcessRecordCount];
     u32 aStatusStamp[g_uProcessRecordCount];
-    u8 aPad3[256];
+    stTraceRequests TraceRequests; ///< in another such gap
     stMonitorFilter MonitorFilter;
     u8 aPad4[8];
     char16_t wzGlobalProfile[g_uProfileNameUnits];
@@ -143,6 +159,7 @@ static_assert(offsetof(stSharedSegment, DefaultCommand) == 0x5930);
 static_assert(offsetof(stSharedSegment, uDataBank) == 0x5A10);
 static_assert(offsetof(stSharedSegment, StatusTable) == 0x5A20);
 static_assert(offsetof(stSharedSegment, MonitorPos) == 0xB330);
+static_assert(offsetof(stSharedSegment, TraceRequests) == 0xB690 && sizeof(stTraceRequests) == 256);
 static_assert(offsetof(stSharedSegment, MonitorFilter) == 0xB790);
 static_assert(offsetof(stSharedSegment, wzGlobalProfile) == 0xBBA0);
 static_assert(offsetof(stSharedSegment, RawData) == 0xBFA0);

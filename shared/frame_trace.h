@@ -8,29 +8,6 @@
 #include "platform/segment.h"
 #include <atomic>
 
-/// A companion's wish to see the frames of a process.
-struct stTraceRequest {
-    u32 uProcessId; ///< 0: the place is free
-    u32 uBeat;      ///< counted up by all who read, faster than g_uTraceSilence
-    u32 uSerial;    ///< written by the instance: which of its blocks; 0: none yet
-    u32 uReserved;
-};
-
-constexpr u32 g_uTraceRequests = 15;
-
-struct stTraceRequests {
-    u32 uChanges; ///< counted up behind each change of the places by a companion
-    u32 auReserved[3];
-    stTraceRequest aRequest[g_uTraceRequests];
-};
-// A gap of the segment that nothing else uses.
-static_assert(sizeof(stTraceRequests) == sizeof(stSharedSegment::aPad3));
-static_assert(offsetof(stSharedSegment, aPad3) % alignof(stTraceRequests) == 0);
-
-inline stTraceRequests& g_fnTraceRequests(stSharedSegment& stSegment) noexcept {
-    return *reinterpret_cast<stTraceRequests*>(stSegment.aPad3);
-}
-
 /// Seconds without a beat after which an instance stops recording.
 constexpr u32 g_uTraceSilence = 10;
 

@@ -22,7 +22,7 @@ TraceReader::~TraceReader() { Close(); }
 
 /// The place of this process, else a free one, else one of a process that is gone.
 stTraceRequest* TraceReader::Place() {
-    stTraceRequests& st = g_fnTraceRequests(m_stSegment);
+    stTraceRequests& st = m_stSegment.TraceRequests;
     for (stTraceRequest& stRequest : st.aRequest)
         if (g_fnReadOnce(stRequest.uProcessId) == m_uProcessId) return &stRequest;
     for (stTraceRequest& stRequest : st.aRequest) {
@@ -54,7 +54,7 @@ TraceState TraceReader::Open(u32 uSerial) {
     }
     platform::tool::CloseForeignBlock(m_stBlock);
     // Instances look only when something has changed.
-    if (++m_uPolls % kAskAgain == 0) ++g_fnTraceRequests(m_stSegment).uChanges;
+    if (++m_uPolls % kAskAgain == 0) ++m_stSegment.TraceRequests.uChanges;
     return TraceState::Waiting;
 }
 

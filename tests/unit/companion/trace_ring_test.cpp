@@ -149,7 +149,7 @@ TEST(TraceRing, ACounterThatRunsBackOrFarAheadDoesNoHarm) {
 TEST(TraceReader, AsksInAFreePlaceAndBeatsWithEveryLook) {
     const auto pSegment = std::make_unique<stSharedSegment>();
     const u32 uOwn = platform::tool::OwnProcessId(); // that exists, and answers nothing
-    stTraceRequests& st = g_fnTraceRequests(*pSegment);
+    stTraceRequests& st = pSegment->TraceRequests;
     st.aRequest[0] = {uOwn, 9, 0, 0};
     TraceReader reader(*pSegment, uOwn + 1000000);
     std::vector<stTraceFrame> list;
@@ -165,7 +165,7 @@ TEST(TraceReader, AsksInAFreePlaceAndBeatsWithEveryLook) {
 
 TEST(TraceReader, SharesThePlaceOfItsProcess) {
     const auto pSegment = std::make_unique<stSharedSegment>();
-    stTraceRequests& st = g_fnTraceRequests(*pSegment);
+    stTraceRequests& st = pSegment->TraceRequests;
     st.aRequest[4] = {1000123, 9, 0, 0};
     TraceReader reader(*pSegment, 1000123);
     std::vector<stTraceFrame> list;
@@ -176,7 +176,7 @@ TEST(TraceReader, SharesThePlaceOfItsProcess) {
 
 TEST(TraceReader, SaysThatAProgramHasNoMemoryAndThatAllPlacesAreTaken) {
     const auto pSegment = std::make_unique<stSharedSegment>();
-    stTraceRequests& st = g_fnTraceRequests(*pSegment);
+    stTraceRequests& st = pSegment->TraceRequests;
     st.aRequest[0] = {1000123, 0, ~0u, 0};
     std::vector<stTraceFrame> list;
     EXPECT_EQ(TraceReader(*pSegment, 1000123).Poll(false, list), TraceState::Refused);
@@ -186,7 +186,7 @@ TEST(TraceReader, SaysThatAProgramHasNoMemoryAndThatAllPlacesAreTaken) {
 
 TEST(TraceReader, APlaceOfAProcessThatIsGoneIsFree) {
     const auto pSegment = std::make_unique<stSharedSegment>();
-    stTraceRequests& st = g_fnTraceRequests(*pSegment);
+    stTraceRequests& st = pSegment->TraceRequests;
     for (stTraceRequest& stOne : st.aRequest) stOne.uProcessId = 0x7FFFFFF0;
     std::vector<stTraceFrame> list;
     EXPECT_EQ(TraceReader(*pSegment, 0x7FFFFFF1).Poll(false, list), TraceState::Waiting);

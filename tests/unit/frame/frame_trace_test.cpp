@@ -38,7 +38,7 @@ class FrameTrace : public testing::Test {
         g_fnResetProcess();
         headless::ResetAll();
     }
-    static stTraceRequests& Requests() { return g_fnTraceRequests(*platform::SharedSegment()); }
+    static stTraceRequests& Requests() { return platform::SharedSegment()->TraceRequests; }
     static void Ask(u32 uPlace = 3, u32 uPid = g_uPid) {
         Requests().aRequest[uPlace].uProcessId = uPid;
         ++Requests().aRequest[uPlace].uBeat;
@@ -130,6 +130,21 @@ TEST_F(FrameTrace, TheLimitersWaitIsNoCostOfTheOverlay) {
     EXPECT_GT(Frame(68).uWait, 90 * g_iMillisecond);
     EXPECT_LT(Frame(68).uCost, 100'000u);
     EXPECT_EQ(Header().uLimit, 10u);
+}
+
+TEST_F(FrameTrace, AFrameTooLongForItsFieldsIsTheLongest) {
+    Ask();
+    Swap();
+    headless::SetClockStepPerRead(5000 * g_iMillisecond);
+    ++Requests().aRequest[3].uBeat;
+    Swap(0);
+    headless::SetClockStepPerRead(1000);
+    ++Requests().aRequest[3].uBeat;
+    Swap(0);
+    EXPECT_EQ(Frame(2).uCost, g_uTraceLongest);
+    EXPECT_EQ(Frame(2).uWait, g_uTraceLongest);
+    EXPECT_EQ(Frame(2).uSwap, g_uTraceLongest);
+    EXPECT_EQ(Frame(3).uCost, 1000u);
 }
 
 TEST_F(FrameTrace, FourLooksAtTheClockAFrame) {
