@@ -70,6 +70,15 @@ const stProcessRecord* RecordOf(const stSharedSegment& stSegment, u32 uProcessId
     return uSlot ? &stSegment.CommandTable[*uSlot] : nullptr;
 }
 
+/// A reason that is easily overlooked: a picture takes up to a few dozen megabytes.
+std::string SpaceText(const fs::path& pathFolder) {
+    constexpr u64 kEnough = u64{64} << 20;
+    std::error_code error;
+    const fs::space_info st = fs::space(pathFolder, error);
+    if (error || st.available >= kEnough) return "";
+    return "; the disk there has " + std::to_string(st.available >> 10) + " KB left";
+}
+
 std::string Name(u32 uProcessId) { return "process " + std::to_string(uProcessId); }
 
 /// Sends a command to one process and waits until it has taken it.
@@ -207,7 +216,7 @@ Result ShootOne(const ControlLibrary& stLibrary, const Options& stOptions, const
     if (g_bStopped) return Result::Fail("stopped");
     return Result::Fail("no finished file of " + Name(stTarget.uProcessId) + " appeared in " +
                         TextOfPath(pathFolder) + " within " + std::to_string(stOptions.uTimeout) +
-                        " seconds");
+                        " seconds" + SpaceText(pathFolder));
 }
 
 Result ShootAll(const ControlLibrary& stLibrary, const Options& stOptions, const ShotSettings& stSettings,

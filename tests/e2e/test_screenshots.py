@@ -2,6 +2,7 @@
 import pathlib
 import re
 import signal
+import subprocess
 import unittest
 
 from PIL import Image, ImageChops
@@ -78,6 +79,17 @@ class LinuxScreenshots(Screenshots, unittest.TestCase):
         self.programs.ask("off")
         without = self.window(lambda picture: picture.tobytes() != shown.tobytes())
         self.assertEqual(pixels(bare).tobytes(), without.tobytes())
+
+    def test_heic_is_read_back_by_another_program(self):
+        self.begin()
+        shown = self.window()
+        code, output = self.programs.ask("shot", "--folder", self.out, "--type", "heic")
+        if code and "no encoder for HEIC" in output:
+            self.skipTest("libheif or its encoder is not there")
+        self.assertEqual(code, 0, output)
+        read = self.folder / "read.png"
+        subprocess.run(["convert", f"heic:{output.strip()}", f"png:{read}"], check=True, timeout=120)
+        self.assertLess(mean_difference(pixels(read), shown), 4)
 
     def test_all_types_have_one_name_and_the_settings_come_back(self):
         self.begin()
@@ -163,6 +175,56 @@ class LinuxScreenshots(Screenshots, unittest.TestCase):
             self.assertRegex(path.name, re.compile(r"^Screenshot\(\d+\)-\d{8}-\d{4}-\d{4}\.png$"))
             self.assertEqual(pixels(path).size, (640, 480))
 
+    def test_is_the_window_however_the_program_reads_pixels(self):
+        self.programs.show("Shapes")
+        for switches in ((), ("--profile", "core", "--gl", "3.3")):
+            process = self.programs.with_overlay([LINUX / "host_glx", "--frames", MANY, "--odd-reading", "--print-errors",
+                                                  *switches])
+            self.programs.wait_for_overlay(process)
+            shown = self.window()
+            one, = self.shoot("--type", "png")
+            self.assertEqual(pixels(one).tobytes(), shown.tobytes(), switches)
+            self.programs.end(process)
+            self.assertNotIn("error", process.log.read_text(errors="replace"))
+
+    def test_of_a_window_that_nobody_sees_is_what_it_presents(self):
+        self.programs.show("Shapes")
+        process = self.programs.with_overlay([LINUX / "host_glx", "--frames", MANY, "--hide-from", "30", "--fps-cap", "60"])
+        self.programs.wait_for_overlay(process)
+        wait_until(lambda: screenshot(self.display, self.folder / "root.png").getbbox() is None)
+        one, = self.shoot("--type", "png")
+        hidden = pixels(one)
+        self.programs.end(process)
+        self.begin()
+        self.assertEqual(hidden.tobytes(), self.window().tobytes())
+
+    def test_on_a_full_disk_leaves_no_file_and_the_program_running(self):
+        """The disk is a small one of its own, which the program and the companion see and nobody else."""
+        own = ["unshare", "--user", "--map-root-user", "--mount"]
+        if subprocess.run([*own, "true"], stderr=subprocess.DEVNULL).returncode:
+            self.skipTest("this system lets nobody mount a disk of his own")
+        self.programs.show("Shapes")
+        process = self.programs.with_overlay(
+            [*own, "sh", "-c", 'mount -t tmpfs -o size=16k none "$0" && exec "$@"', self.out, LINUX / "host_glx",
+             "--frames", MANY])
+        self.programs.wait_for_overlay(process)
+        inside = ["nsenter", f"--target={process.pid}", "--user", "--mount", "--preserve-credentials"]
+        for words in (("--type", "bmp"), ("--type", "jpg"), ("--type", "all"), ("--type", "bmp", "--without-overlay")):
+            code, output = self.programs.run([*inside, self.programs.companion, "shot", "--folder", self.out,
+                                              "--timeout", "2", *words])
+            self.assertEqual(code, 1, output)
+            self.assertEqual(len(output.splitlines()), 1, output)
+            self.assertRegex(output, "no finished file of process.* the disk there has .* KB left")
+        code, output = self.programs.run([*inside, "ls", "-A", self.out])
+        self.assertEqual((code, output), (0, ""))
+        self.assertIsNone(process.poll())
+        shown = self.window()
+        self.programs.run([*inside, "mount", "-o", "remount,size=8m", self.out])
+        code, output = self.programs.run([*inside, self.programs.companion, "shot", "--folder", self.out])
+        self.assertEqual(code, 0, output)
+        code, _ = self.programs.run([*inside, "cp", output.strip(), self.folder / "one.png"])
+        self.assertEqual(pixels(self.folder / "one.png").tobytes(), shown.tobytes())
+
 
 class WineScreenshots(Screenshots, unittest.TestCase):
     KIND = WinePrograms
@@ -202,6 +264,23 @@ class WineScreenshots(Screenshots, unittest.TestCase):
         code, output = self.programs.ask("shot", "--folder", self.out, "--type", "heic")
         self.assertEqual((code, "HEIC" in output), (1, True), output)
         self.assertEqual(len(list(self.out.iterdir())), 9)
+
+    def test_of_a_minimised_window_there_is_none_and_the_program_goes_on(self):
+        """Such a window has no area here, so nothing is written."""
+        self.programs.show("Shapes")
+        stop = self.folder / "stop"
+        process = self.programs.with_overlay([WIN64 / "host_wgl.exe", "--frames", MANY, "--fps-cap", "60", "--await-detour",
+                                              "--hide-from", "200", "--stop-file", stop])
+        self.programs.wait_for_overlay(process)
+        def refused():
+            code, output = self.programs.ask("shot", "--folder", self.out, "--timeout", "2")
+            return output if code == 1 else None
+        self.assertIn("no finished file of process", wait_until(refused))
+        before = sorted(self.out.iterdir())  # those of frames ahead of it
+        self.assertEqual(self.programs.ask("shot", "--folder", self.out, "--timeout", "2")[0], 1)
+        self.assertEqual(sorted(self.out.iterdir()), before)
+        stop.touch()
+        self.assertEqual(process.wait(60), 0)
 
 
 if __name__ == "__main__":

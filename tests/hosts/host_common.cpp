@@ -222,6 +222,8 @@ bool CHostLoop::m_fnChangeSurroundings(u32 uFrame) {
         for (u32 i = m_uFirstWindow; i < m_uWindows; ++i)
             m_pSystem->m_fnResize(m_pWindows[i], m_uWidth, m_uHeight);
     }
+    if (m_st.uHideFrom && uFrame == m_st.uHideFrom)
+        for (u32 i = m_uFirstWindow; i < m_uWindows; ++i) m_pSystem->m_fnHide(m_pWindows[i]);
     if (m_st.uRemakeContext && uFrame > 1 && (uFrame - 1) % m_st.uRemakeContext == 0)
         for (u32 i = m_uContexts; i-- > m_uFirstContext;) {
             m_fnDropContext(m_stContexts[i]);
@@ -311,6 +313,7 @@ bool CHostLoop::m_fnFrame(u32 uFrame) {
                   ReadBufferPicture(stContext.stGl, GL_BACK, m_uWidth, m_uHeight)))
         m_fnPrint("dump_before", "failed");
     if (m_st.bOddState) SetOddStates(stContext.stGl);
+    if (m_st.bOddReading) SetOddReading(stContext.stGl);
     if (!m_st.strDrawBuffer.empty()) SetDrawBuffer(stContext.stGl, m_st.strDrawBuffer);
     m_uSwaps += m_fnSwap(uFrame, stContext, pWindow);
     g_uFramesOfAll.store(++m_uFrames, std::memory_order_relaxed);

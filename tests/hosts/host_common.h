@@ -21,6 +21,8 @@ struct stHostOptions {
     u32 uObjects = 0;    ///< buffers, textures and programs of a context that have to outlive its frames
     u32 uCloseFirst = 0; ///< frame ahead of which the first window goes, with its context; 0 never
     bool bResizeStorm = false, bNoPump = false, bOddState = false, bFreshSurface = false, bIdle = false;
+    bool bOddReading = false;
+    u32 uHideFrom = 0; ///< frame ahead of which the windows are minimised or unmapped; 0 never
     bool bSwapCpu = false;
     u32 uSwapCpuFrom = 1;
     bool bEndFontconfig = false;
@@ -61,6 +63,8 @@ class CWindowSystem {
     virtual WindowRef m_fnMakeWindow(u32 uWidth, u32 uHeight) = 0;
     virtual void m_fnDestroyWindow(WindowRef pWindow) = 0;
     virtual void m_fnResize(WindowRef pWindow, u32 uWidth, u32 uHeight) = 0;
+    /// Minimises the window, or takes it off the screen where nothing manages windows.
+    virtual void m_fnHide(WindowRef) {}
     virtual ContextRef m_fnMakeContext(WindowRef pWindow, ContextRef pShare) = 0;
     virtual void m_fnDestroyContext(ContextRef pContext) = 0;
     virtual bool m_fnMakeCurrent(WindowRef pWindow, ContextRef pContext) = 0;

@@ -246,6 +246,21 @@ void SetOddStates(stHostGl& stGl) {
     if (!stGl.bCore) stGl.Color4f(0.9f, 0.8f, 0.7f, 0.6f);
 }
 
+void SetOddReading(stHostGl& stGl) {
+    stGl.ReadBuffer(GL_FRONT);
+    stGl.PixelStorei(GL_PACK_ALIGNMENT, 8);
+    stGl.PixelStorei(GL_PACK_ROW_LENGTH, 701);
+    stGl.PixelStorei(GL_PACK_SKIP_ROWS, 3);
+    stGl.PixelStorei(GL_PACK_SKIP_PIXELS, 5);
+    if (!stGl.GenBuffers) return;
+    if (!stGl.uPackBuffer) {
+        stGl.GenBuffers(1, &stGl.uPackBuffer);
+        stGl.BindBuffer(GL_PIXEL_PACK_BUFFER, stGl.uPackBuffer);
+        stGl.BufferData(GL_PIXEL_PACK_BUFFER, 64, nullptr, GL_STREAM_READ);
+    }
+    stGl.BindBuffer(GL_PIXEL_PACK_BUFFER, stGl.uPackBuffer);
+}
+
 void ClearOddStates(stHostGl& stGl) {
     stGl.Disable(GL_SCISSOR_TEST);
     stGl.Disable(GL_DEPTH_TEST);

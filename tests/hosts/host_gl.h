@@ -82,6 +82,7 @@ struct stHostGl {
 #undef HOST_GL_MEMBER
     bool bCore = false; ///< what the context says it is
     i32 iMajor = 0, iMinor = 0;
+    GLuint uPackBuffer = 0;
 };
 
 /// Looks all entry points up and reads the context's version and profile.
@@ -117,6 +118,8 @@ class CHostObjects {
 /// Sets the states of the "odd" table to values that no careful program leaves behind; the second undoes it.
 void SetOddStates(stHostGl& stGl);
 void ClearOddStates(stHostGl& stGl);
+/// How the program would read pixels; the buffer object is made at the first call.
+void SetOddReading(stHostGl& stGl);
 /// none or front; the back one for any other word.
 void SetDrawBuffer(stHostGl& stGl, const std::string& strName);
 

@@ -27,6 +27,7 @@ class CGlxSystem final : public CWindowSystem {
     void m_fnResize(WindowRef pWindow, u32 uWidth, u32 uHeight) override {
         m_clWindows.m_fnResize(Window(pWindow), uWidth, uHeight);
     }
+    void m_fnHide(WindowRef pWindow) override { m_clWindows.m_fnHide(Window(pWindow)); }
     ContextRef m_fnMakeContext(WindowRef, ContextRef pShare) override;
     void m_fnDestroyContext(ContextRef pContext) override {
         glXDestroyContext(m_clWindows.m_pDisplay, static_cast<GLXContext>(pContext));

@@ -56,6 +56,9 @@ class CWglSystem final : public CWindowSystem {
     WindowRef m_fnMakeWindow(u32 uWidth, u32 uHeight) override;
     void m_fnDestroyWindow(WindowRef pWindow) override;
     void m_fnResize(WindowRef pWindow, u32 uWidth, u32 uHeight) override;
+    void m_fnHide(WindowRef pWindow) override {
+        ShowWindow(static_cast<stWglWindow*>(pWindow)->hWindow, SW_MINIMIZE);
+    }
     ContextRef m_fnMakeContext(WindowRef pWindow, ContextRef pShare) override;
     void m_fnDestroyContext(ContextRef pContext) override { wglDeleteContext(static_cast<HGLRC>(pContext)); }
     bool m_fnMakeCurrent(WindowRef pWindow, ContextRef pContext) override;

@@ -42,6 +42,11 @@ void CX11Windows::m_fnResize(Window uWindow, u32 uWidth, u32 uHeight) {
     XSync(m_pDisplay, False);
 }
 
+void CX11Windows::m_fnHide(Window uWindow) {
+    XUnmapWindow(m_pDisplay, uWindow);
+    XSync(m_pDisplay, False);
+}
+
 void CX11Windows::m_fnPump() {
     XEvent unEvent;
     // What lies in the queue and the socket already: asking the server would cost a round trip a frame.

@@ -14,6 +14,7 @@ class CX11Windows {
     Window m_fnMake(Visual* pVisual, int iDepth, u32 uWidth, u32 uHeight);
     void m_fnDestroy(Window uWindow);
     void m_fnResize(Window uWindow, u32 uWidth, u32 uHeight);
+    void m_fnHide(Window uWindow);
     void m_fnPump();
     stPicture m_fnRead(Window uWindow);
     Display* m_pDisplay = nullptr;
