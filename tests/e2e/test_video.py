@@ -249,6 +249,23 @@ class LinuxVideo(LinuxCase):
     def controls(self):
         return list(pathlib.Path("/dev/shm").glob(f"TavoCtrl*{self.folder.name}*"))
 
+    def test_a_panel_is_held_in_the_colour_that_is_asked_for(self):
+        """The panel behind the watermark; the panels of the next layout have their own colours."""
+        file = self.programs.data / "Profiles/RV5/OSD.xml"
+        file.write_text(file.read_text().replace(
+            '<Watermark IsShow="0"/>', '<Watermark IsShow="1" Text="MARK" FontScale="12" Anchor="5" PanelType="1" '
+            'PanelColorR="250" PanelColorG="120" PanelColorB="10" PanelOpacity="100"/>'))
+        self.programs.show("RV5")
+        process = self.program()
+        look, own, colour = self.folder / "look.png", (250, 120, 10), (16, 200, 48)
+        place = box_of(see(self.display, look, lambda picture: box_of(picture, own)), own)
+        code, output = self.programs.ask("control", "recolour", "0", "#10C830")
+        self.assertEqual(code, 0, output)
+        self.assertEqual(box_of(see(self.display, look, lambda picture: box_of(picture, colour)), colour), place)
+        self.assertEqual(self.programs.ask("control", "rebuild")[0], 0)
+        see(self.display, look, lambda picture: box_of(picture, own) == place)
+        self.end(process)
+
     def test_without_a_program_nobody_is_asked(self):
         for request in (("rebuild",), ("recolour", "0", "#102030"), ("off",)):
             self.assertEqual(self.programs.ask("control", *request)[0], 3)
