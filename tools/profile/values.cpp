@@ -31,7 +31,8 @@ constexpr Movement kMovements[] = {
     {"FAN4_DUTY", 38, 52, 22},          {"GPU_VOLTAGE", 925, 1050, 8},    {"GPU_POWER", 168, 231, 7},
     {"POWER_TARGET", 96, 100, 50},      {"GPU_HOTSPOT_TEMP", 69, 82, 30}, {"VRAM_TEMP", 70, 80, 34},
     {"SYS_FAN_RPM", 780, 1040, 28},     {"SYS_FAN_DUTY", 34, 46, 28},     {"SYS_TEMP", 37, 42, 45},
-    {"DRIVE_TEMP", 41, 47, 60},         {"POWER_DETECTOR", 0, 1, 20},
+    {"DRIVE_TEMP", 41, 47, 60},         {"POWER_DETECTOR", 0, 1, 20},     {"AVG_FRAME", 1180, 1240, 40},
+    {"P1_FRAME", 860, 930, 35},         {"P01_FRAME", 610, 690, 35},      {"STUTTER_CNT", 2, 9, 60},
 };
 
 u32 Hash(std::string_view strText) {
