@@ -181,6 +181,8 @@ void g_fnNoteFailedLoad(i64 iStart) noexcept {
     std::copy_n(g_wzProfileName, g_uProfileNameUnits, g_stFailedLoad.wzProfile);
 }
 
+bool g_fnHasLoadFailed() noexcept { return g_stFailedLoad.bFailed; }
+
 void g_fnForgetFailedLoad() noexcept { g_stFailedLoad.bFailed = false; }
 
 bool g_fnIsLoadDue() noexcept {

@@ -22,6 +22,8 @@ extern stPreviewSize g_stPreview;
 
 /// Takes note that a load that began at iStart (performance-counter ticks) came to nothing.
 void g_fnNoteFailedLoad(i64 iStart) noexcept;
+/// Whether the last load or build came to nothing.
+bool g_fnHasLoadFailed() noexcept;
 /// The next build is the first again: it need not wait.
 void g_fnForgetFailedLoad() noexcept;
 /// False while another try is not due: the load failed, the profile of this process has the same name since,

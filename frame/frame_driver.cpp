@@ -31,7 +31,7 @@
 #include <optional>
 
 std::atomic<bool> g_bPipelineIdle = true;
-u32 g_uCallCount = 0;
+u32 g_uCallCount = 0, g_uSurfacesTaken = 0;
 
 static void TakeCommand(u32 uPid, u32 uTid) {
     u8 bChanged = 0;
@@ -112,6 +112,7 @@ static bool AcceptDeviceContext(platform::SurfaceHandle hdc) {
         return false;
     }
     g_hDC = hdc;
+    ++g_uSurfacesTaken;
     return true;
 }
 

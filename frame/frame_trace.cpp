@@ -1,8 +1,13 @@
 #include "frame/frame_trace.h"
 
+#include "config/load.h"
 #include "config/settings/limiter_settings.h"
 #include "draw/canvas.h"
 #include "frame/api_claim.h"
+#include "frame/context_state.h"
+#include "frame/frame_driver.h"
+#include "frame/resources.h"
+#include "frame/surface_owner.h"
 #include "platform/clock.h"
 #include "platform/gl_api.h"
 #include "platform/process.h"
@@ -27,8 +32,18 @@ static stTraceRequest* FindRequest(u32 uProcessId) {
     return nullptr;
 }
 
+static eTraceOverlay OverlayState() {
+    if (g_iInitFailCount >= g_uInitFailLimit) return TRACE_OVERLAY_GAVE_UP;
+    if (g_bInitGL) return TRACE_OVERLAY_DRAWS;
+    if (g_fnHaveBatchersFailed()) return TRACE_OVERLAY_SHADERS_FAILED;
+    return g_fnHasLoadFailed() ? TRACE_OVERLAY_LAYOUT_FAILED : TRACE_OVERLAY_BUILDS;
+}
+
 /// The part of the head that may change.
 static void Describe(stTraceHeader& stHeader) {
+    stHeader.uOverlay = OverlayState();
+    stHeader.uPassed = g_uPassedSwaps.load(std::memory_order_relaxed);
+    stHeader.uSurfaces = g_uSurfacesTaken;
     stHeader.uWidth = g_uWidth;
     stHeader.uHeight = g_uHeight;
     stHeader.uLimit = EnableFPSLimiter ? FPS_Target : 0;

@@ -55,7 +55,8 @@ static void ResetSwap() {
     g_bHooked = false;
     pOrg_GL_wglSwapBuffers = g_pTrampoline = nullptr;
     g_bPipelineIdle = true;
-    g_uCallCount = g_uApiCode = 0;
+    g_uCallCount = g_uSurfacesTaken = g_uApiCode = 0;
+    g_uPassedSwaps = 0;
     g_fnCloseApiMapping();
     g_fnEndTrace();
     g_fnRenew(g_stFrameTrace);

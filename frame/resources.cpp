@@ -119,6 +119,8 @@ static bool MakeBasicBatcher() {
 /// Set by a build whose batchers failed, for want of readable shaders.
 static bool g_bBatchersFailed = false;
 
+bool g_fnHaveBatchersFailed() noexcept { return g_bBatchersFailed; }
+
 template <class Batcher> static bool TryBatcher(Batcher* (*fnCreate)()) {
     if (!fnCreate) return true;
     const std::unique_ptr<Batcher> pBatcher(fnCreate());

@@ -10,6 +10,8 @@ extern i64 g_iStartTime;
 bool g_fnInitGL_Resource() noexcept;
 /// Makes manager, layout and batchers of the current slot. False on failure; the next frame tries again.
 bool g_fnTavo_Init_Resource();
+/// Whether the last build came to nothing for want of shaders that can be used.
+bool g_fnHaveBatchersFailed() noexcept;
 /// After an exception out of the build: what it left is released, and the next try waits as after any
 /// failure.
 void g_fnAbandonBuild() noexcept;

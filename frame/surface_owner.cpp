@@ -19,11 +19,19 @@ bool g_fnIsOwnSurface(platform::SurfaceHandle hdc) noexcept {
     return hWindow && hWindow == g_hOwnerWindow;
 }
 
-bool g_fnIsForeignSwap(platform::SurfaceHandle hdc) noexcept {
+std::atomic<u32> g_uPassedSwaps = 0;
+
+static bool IsForeign(platform::SurfaceHandle hdc) noexcept {
     if (!g_hOwner || g_fnIsContextGone()) return false;
     const platform::ErrorKeeper keeper;
     if (platform::CurrentContext() == g_hGLRC && g_fnIsOwnSurface(hdc)) return false;
     return platform::CounterNow() - g_iOwnerSwap < platform::CounterFrequency();
+}
+
+bool g_fnIsForeignSwap(platform::SurfaceHandle hdc) noexcept {
+    if (!IsForeign(hdc)) return false;
+    g_uPassedSwaps.fetch_add(1, std::memory_order_relaxed);
+    return true;
 }
 
 void g_fnKeepSurface() noexcept {

@@ -4,6 +4,10 @@
 // until the owner has not swapped for a second or its context is gone; then the next swap takes the overlay
 // over. Without the key nobody owns it.
 #include "platform/surface.h"
+#include <atomic>
+
+/// Swaps that passed so, all threads together; for those who ask what happens in this process.
+extern std::atomic<u32> g_uPassedSwaps;
 
 /// Whether a swap is to pass untouched. From any thread, without the pipeline's turn, which belongs to the
 /// owner.

@@ -29,6 +29,16 @@ struct stTraceFrame {
 constexpr u32 g_uTraceLongest = 0xFFFFFFFF;
 static_assert(sizeof(stTraceFrame) == 32);
 
+/// What has become of the overlay in a process, as far as a head tells.
+enum eTraceOverlay : u32 {
+    TRACE_OVERLAY_UNTOLD,
+    TRACE_OVERLAY_BUILDS,        ///< not built yet, and no try has failed
+    TRACE_OVERLAY_DRAWS,         ///< built
+    TRACE_OVERLAY_GAVE_UP,       ///< the context is of no use, and no other try is made in it
+    TRACE_OVERLAY_LAYOUT_FAILED, ///< the last build: the profile, or what it names
+    TRACE_OVERLAY_SHADERS_FAILED ///< the last build: shader files
+};
+
 /// The head of a block. Texts end at their fields.
 struct stTraceHeader {
     char acTag[8]; ///< g_szTraceTag, written last
@@ -47,7 +57,10 @@ struct stTraceHeader {
     char szRenderer[g_uTraceTextBytes];
     char szVersion[g_uTraceTextBytes];
     char16_t wzProfile[g_uProfileNameUnits];
-    u8 aPad[2232];
+    u32 uOverlay;  ///< eTraceOverlay
+    u32 uPassed;   ///< swaps of other surfaces that passed untouched, since the process began
+    u32 uSurfaces; ///< times that the overlay came to another surface or context, likewise
+    u8 aPad[2220];
     /// Frames that are whole, but for the last one's uSwap. Frame N lies at place (N - 1) mod uFrames.
     alignas(8) u64 uWritten;
 };

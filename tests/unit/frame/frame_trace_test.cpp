@@ -1,5 +1,6 @@
 // Frame times for a companion that asks: who is answered, what is written, and that nothing happens unasked.
 #include "base/host_care.h"
+#include "config/load.h"
 #include "config/settings/limiter_settings.h"
 #include "entry/hooking.h"
 #include "entry/reset_process.h"
@@ -7,8 +8,10 @@
 #include "frame/frame_driver.h"
 #include "frame/frame_trace.h"
 #include "frame/real_swap.h"
+#include "frame/surface_owner.h"
 #include "platform/headless/test_controls.h"
 #include "platform/shared_block.h"
+#include "shared/api_code.h"
 #include "shared/process_records.h"
 #include <cstring>
 #include <gtest/gtest.h>
@@ -100,6 +103,42 @@ TEST_F(FrameTrace, AnswersWithABlockThatDescribesItself) {
     EXPECT_EQ(st.uEnded, 0u);
     EXPECT_TRUE(std::u16string(st.wzProfile) == u"Default");
     EXPECT_EQ(st.uWritten, 1u);
+}
+
+TEST_F(FrameTrace, EachBeatTellsWhatHasBecomeOfTheOverlay) {
+    const auto fnAsk = [] {
+        ++Requests().aRequest[3].uBeat;
+        Swap();
+        return Header().uOverlay;
+    };
+    Ask();
+    Swap();
+    EXPECT_EQ(Header().uOverlay, TRACE_OVERLAY_GAVE_UP);
+    g_iInitFailCount = 0;
+    g_uApiCode = 1; // nothing is drawn for that either
+    Swap();
+    EXPECT_EQ(Header().uOverlay, TRACE_OVERLAY_GAVE_UP) << "nobody asked again";
+    EXPECT_EQ(fnAsk(), TRACE_OVERLAY_BUILDS);
+    g_fnNoteFailedLoad(0);
+    EXPECT_EQ(fnAsk(), TRACE_OVERLAY_LAYOUT_FAILED);
+    g_bInitGL = true;
+    EXPECT_EQ(fnAsk(), TRACE_OVERLAY_DRAWS);
+    g_bInitGL = false;
+}
+
+TEST_F(FrameTrace, SwapsOfOtherSurfacesAreCounted) {
+    Ask();
+    Swap();
+    EXPECT_EQ(Header().uPassed, 0u);
+    g_stHostCare.bStayWithSurface = true;
+    g_hDC = Surface();
+    g_fnKeepSurface();
+    for (u32 u = 0; u < 3; ++u) GL_wglSwapBuffers(reinterpret_cast<void*>(0x5000));
+    EXPECT_EQ(Header().uWritten, 1u) << "they pass untouched";
+    g_fnLeaveSurface();
+    ++Requests().aRequest[3].uBeat;
+    Swap();
+    EXPECT_EQ(Header().uPassed, 3u);
 }
 
 TEST_F(FrameTrace, AFrameHasItsMomentItsCostAndTheSwapBehindIt) {
