@@ -185,6 +185,10 @@ Result DoDump(Context& st) {
 
 Result DoDoctor(Context& st) {
     u32 uProcessId = 0;
+    if (st.stOptions.strTarget.empty()) {
+        st.iExitCode = PrintCheckup(st.stLibrary, st.stOptions);
+        return {};
+    }
     const Result stResult = ResolveTarget(st.stOptions.strTarget, uProcessId);
     if (!stResult) return stResult;
     st.iExitCode = PrintDiagnosis(st.stLibrary, uProcessId, st.stOptions);

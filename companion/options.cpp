@@ -83,10 +83,11 @@ void AddReports(CLI::App& app, Options& st) {
     pDump->add_flag("--text", st.bText, "as indented text (the default)")->excludes(pJson);
     pDump->add_flag("--all", st.bAll, "free slots too");
     pDump->add_flag("--raw", st.bRaw, "the opaque areas as hexadecimal bytes");
-    CLI::App* pDoctor =
-        AddVerb(app, st, Verb::Doctor, "doctor",
-                "tell what state the overlay is in inside a program; exit code 0 only if it runs");
-    pDoctor->add_option("target", st.strTarget, "process id or name")->required()->type_name("PID|NAME");
+    CLI::App* pDoctor = AddVerb(
+        app, st, Verb::Doctor, "doctor",
+        "tell what state the overlay is in inside a program, why, and what to do; without one, what is "
+        "amiss on this machine and in each program that carries it; exit code 0 only if all is well");
+    pDoctor->add_option("target", st.strTarget, "process id or name")->type_name("PID|NAME");
     pDoctor->add_flag("--json", st.bJson, "as JSON");
 }
 

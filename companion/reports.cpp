@@ -1,13 +1,14 @@
 #include "companion/reports.h"
+#include "companion/evidence.h"
 #include "companion/feed_state.h"
-#include "companion/profile_folder.h"
+#include "companion/machine_check.h"
 #include "companion/programs.h"
 #include "companion/segment_json.h"
-#include "companion/shader_check.h"
 #include "companion/table.h"
 #include "companion/utf.h"
 #include "platform/tool.h"
 #include "platform/tool_bytes.h"
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <nlohmann/json.hpp>
@@ -16,9 +17,6 @@ namespace companion {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-constexpr u32 kProbeStep = 10;   ///< milliseconds
-constexpr u32 kProbeSteps = 100; ///< a second in all: slow programs count as alive too
 
 std::string NameText(const ProcessFacts& st) {
     if (!st.bExists) return "(gone)";
@@ -42,30 +40,6 @@ std::vector<StatusRow> CollectRows(const stSharedSegment& stSegment, bool bAll) 
     return listRows;
 }
 
-/// Sets the API code of a status record to "not seen" through the library, as it does for each query, and
-/// watches whether the process writes its own code again: only a passing frame does that.
-bool ProbeFrames(const ControlLibrary& stLibrary, u32 uProcessId) {
-    const auto pBefore = Snapshot(stLibrary.pSegment);
-    const auto uSlot = FindRecord(pBefore->StatusTable, uProcessId);
-    if (!uSlot) return false;
-    const stProcessRecord& stLive = stLibrary.pSegment->StatusTable[*uSlot];
-    if (stLibrary.fnRearmApiCode(g_fnReadOnce(stLive.uThreadId)) == 0) return false;
-    for (u32 i = 0; i < kProbeSteps; ++i) {
-        platform::tool::SleepMilliseconds(kProbeStep);
-        if (g_fnReadOnce(stLive.Command.uApiCode) != g_uApiCodeUnseen) return true;
-    }
-    return false;
-}
-
-Evidence CollectEvidence(const ControlLibrary& stLibrary, u32 uProcessId) {
-    Evidence stEvidence;
-    stEvidence.stProcess = platform::tool::InspectProcess(uProcessId);
-    stEvidence.eClaim = platform::tool::ReadApiClaim(uProcessId);
-    stEvidence.bFramesSeen = stEvidence.stProcess.bExists && ProbeFrames(stLibrary, uProcessId);
-    AddSegmentEvidence(*Snapshot(stLibrary.pSegment), uProcessId, stEvidence);
-    return stEvidence;
-}
-
 const char* YesNo(bool bValue) { return bValue ? "yes" : "no"; }
 
 std::string RecordText(const Evidence& st) {
@@ -74,9 +48,9 @@ std::string RecordText(const Evidence& st) {
     return st.bStatusRecord ? "status only" : "none";
 }
 
-std::string OverlayText(const ProcessFacts& st) {
+std::string OverlayText(const std::vector<std::string>& listNames) {
     std::string strText;
-    for (const std::string& strName : st.listOverlays)
+    for (const std::string& strName : listNames)
         strText += (strText.empty() ? "" : ", ") + Printable(strName);
     return strText.empty() ? "none" : strText;
 }
@@ -125,6 +99,20 @@ Json StatusJson(const std::vector<StatusRow>& listRows, const stSharedSegment& s
             {"instances", jsRows}};
 }
 
+std::string RemarkText(const Remark& st) {
+    std::string strOut = "found         " + Printable(st.strSeen) + "\n";
+    if (!st.strWhy.empty()) strOut += "why           " + Printable(st.strWhy) + "\n";
+    if (!st.strNext.empty()) strOut += "next          " + Printable(st.strNext) + "\n";
+    return strOut;
+}
+
+Json RemarksJson(const std::vector<Remark>& listRemarks) {
+    Json jsAll = Json::array();
+    for (const Remark& st : listRemarks)
+        jsAll.push_back({{"found", st.strSeen}, {"why", st.strWhy}, {"next", st.strNext}});
+    return jsAll;
+}
+
 std::string DiagnosisText(u32 uProcessId, const Evidence& st, const Diagnosis& stDiagnosis) {
     std::string strOut =
         "process       " + std::to_string(uProcessId) + " " + Printable(NameText(st.stProcess)) + "\n";
@@ -132,7 +120,7 @@ std::string DiagnosisText(u32 uProcessId, const Evidence& st, const Diagnosis& s
         strOut += "library       " + MappedText(st.stProcess, st.stProcess.bLibraryMapped) + "\n";
         strOut += "OpenGL        " + MappedText(st.stProcess, st.stProcess.bGlMapped) + "\n";
         strOut += std::string("detour        ") + DetourName(st.stProcess.eDetour) + "\n";
-        strOut += "overlays      " + OverlayText(st.stProcess) + "\n";
+        strOut += "overlays      " + OverlayText(st.stModules.listOverlays) + "\n";
         strOut += std::string("claimed by    ") + ClaimName(st.eClaim) + "\n";
         strOut += std::string("frames seen   ") + YesNo(st.bFramesSeen) + "\n";
     }
@@ -140,10 +128,10 @@ std::string DiagnosisText(u32 uProcessId, const Evidence& st, const Diagnosis& s
     if (st.bStatusRecord) strOut += "API reported  " + ApiName(st.uApiCode) + "\n";
     if (st.bStatusRecord && st.bQueryFrameTime)
         strOut += "frame time    " + FrameTimeText(st.fFrameTime) + " ms\n";
-    strOut +=
-        std::string("state         ") + StateName(stDiagnosis.eState) + ": " + stDiagnosis.strSummary + "\n";
-    for (const std::string& strNote : stDiagnosis.listNotes)
-        strOut += "note          " + Printable(strNote) + "\n";
+    if (st.stTrace.bAnswered) strOut += "OpenGL there  " + Printable(st.stTrace.stHead.strVersion) + "\n";
+    strOut += std::string("state         ") + StateName(stDiagnosis.eState) + "\n";
+    strOut += RemarkText(stDiagnosis.stState);
+    for (const Remark& stNote : stDiagnosis.listNotes) strOut += "\n" + RemarkText(stNote);
     return strOut;
 }
 
@@ -156,6 +144,11 @@ Json DiagnosisJson(u32 uProcessId, const Evidence& st, const Diagnosis& stDiagno
             {"openglMapped", st.stProcess.bGlMapped},
             {"detour", DetourName(st.stProcess.eDetour)},
             {"foreignOverlays", st.stProcess.listOverlays},
+            {"others", st.stModules.listOverlays},
+            {"bits", st.stTraits.b32Bit ? 32 : 64},
+            {"sandbox", st.stTraits.strSandbox},
+            {"profile", st.strProfile},
+            {"glVersion", st.stTrace.bAnswered ? Json(st.stTrace.stHead.strVersion) : Json(nullptr)},
             {"commandRecord", st.bCommandRecord},
             {"statusRecord", st.bStatusRecord},
             {"commandWaiting", st.bCommandWaiting},
@@ -164,8 +157,10 @@ Json DiagnosisJson(u32 uProcessId, const Evidence& st, const Diagnosis& stDiagno
             {"framesSeen", st.bFramesSeen},
             {"apiCode", st.bStatusRecord ? Json(st.uApiCode) : Json(nullptr)},
             {"state", StateName(stDiagnosis.eState)},
-            {"summary", stDiagnosis.strSummary},
-            {"notes", stDiagnosis.listNotes}};
+            {"summary", stDiagnosis.stState.strSeen},
+            {"why", stDiagnosis.stState.strWhy},
+            {"next", stDiagnosis.stState.strNext},
+            {"notes", RemarksJson(stDiagnosis.listNotes)}};
 }
 
 void PrintStatus(const ControlLibrary& stLibrary, const Options& stOptions) {
@@ -188,13 +183,51 @@ void PrintDump(const ControlLibrary& stLibrary, const Options& stOptions) {
     Print(stOptions.bJson ? JsonToText(jsTree) : TreeToText(jsTree));
 }
 
+std::string ChecksText(const std::vector<MachineCheck>& listChecks) {
+    std::string strOut;
+    for (const MachineCheck& st : listChecks) {
+        std::string strName = st.strName;
+        strName.resize(std::max<size_t>(strName.size() + 1, 14), ' ');
+        if (st.listRemarks.empty()) strOut += strName + Printable(st.strState) + "\n";
+        for (const Remark& stRemark : st.listRemarks)
+            strOut += strName + (st.bFault ? "at fault\n" : "worth a look\n") + RemarkText(stRemark);
+    }
+    return strOut;
+}
+
+Json ChecksJson(const std::vector<MachineCheck>& listChecks) {
+    Json jsAll = Json::array();
+    for (const MachineCheck& st : listChecks)
+        jsAll.push_back({{"name", st.strName},
+                         {"state", st.strState},
+                         {"fault", st.bFault},
+                         {"findings", RemarksJson(st.listRemarks)}});
+    return jsAll;
+}
+
+int PrintCheckup(const ControlLibrary& stLibrary, const Options& stOptions) {
+    const std::vector<MachineCheck> listChecks = CheckMachine(stLibrary);
+    bool bGood =
+        std::none_of(listChecks.begin(), listChecks.end(), [](const MachineCheck& st) { return st.bFault; });
+    Json jsPrograms = Json::array();
+    std::string strPrograms;
+    for (const Instance& stInstance : Programs(stLibrary)) {
+        const Evidence stEvidence = CollectEvidence(stLibrary, stInstance.uProcessId);
+        const Diagnosis st = Diagnose(stEvidence);
+        bGood = bGood && st.eState == PipelineState::Running;
+        jsPrograms.push_back(DiagnosisJson(stInstance.uProcessId, stEvidence, st));
+        strPrograms += "\n" + DiagnosisText(stInstance.uProcessId, stEvidence, st);
+    }
+    if (strPrograms.empty()) strPrograms = "programs      none carries the overlay\n";
+    Print(stOptions.bJson ? JsonToText({{"machine", ChecksJson(listChecks)}, {"programs", jsPrograms}})
+                          : ChecksText(listChecks) + strPrograms);
+    return bGood ? kOk : kFailed;
+}
+
 int PrintDiagnosis(const ControlLibrary& stLibrary, u32 uProcessId, const Options& stOptions) {
     const Evidence stEvidence = CollectEvidence(stLibrary, uProcessId);
     Diagnosis stDiagnosis = Diagnose(stEvidence);
-    if (!stLibrary.strSegmentNote.empty()) stDiagnosis.listNotes.push_back(stLibrary.strSegmentNote);
-    if (std::filesystem::path pathData; FindDataFolder("", pathData))
-        for (std::string& strFault : ShaderFaults(pathData))
-            stDiagnosis.listNotes.push_back(std::move(strFault));
+    for (Remark& st : BasicRemarks(stLibrary)) stDiagnosis.listNotes.push_back(std::move(st));
     Print(stOptions.bJson ? JsonToText(DiagnosisJson(uProcessId, stEvidence, stDiagnosis))
                           : DiagnosisText(uProcessId, stEvidence, stDiagnosis));
     if (stDiagnosis.eState == PipelineState::NoProcess) return kNotFound;

@@ -101,6 +101,9 @@ struct EnteringLibrary {
     void* hModule = nullptr;
     void* fnHookCallback = nullptr; ///< of message hooks
 };
+/// Success if programs can be started with the library of that file, as far as its own files matter; else the
+/// reason why not.
+Result CanRunWithOverlay(const std::string& strLibrary);
 /// True if Run needs the library loaded into this program.
 bool RunNeedsLibrary();
 /// Runs a program with the overlay, unless it is to be bare; iExitCode receives the program's exit code. May

@@ -38,7 +38,10 @@ std::optional<TraceHead> ReadTraceHead(const u8* pBlock, size_t uBytes) {
                      {},
                      {},
                      {},
-                     {}};
+                     {},
+                     st.uOverlay,
+                     st.uPassed,
+                     st.uSurfaces};
     stHead.strVendor = Text(st.szVendor);
     stHead.strRenderer = Text(st.szRenderer);
     stHead.strVersion = Text(st.szVersion);

@@ -18,6 +18,8 @@ struct TraceHead {
     u32 uLimit = 0;
     bool bEnded = false;
     std::string strVendor, strRenderer, strVersion, strProfile;
+    u32 uOverlay = 0;               ///< eTraceOverlay; of later versions, more
+    u32 uPassed = 0, uSurfaces = 0; ///< as in stTraceHeader
 };
 
 /// None for what is no such block, or one that does not fit into its bytes.

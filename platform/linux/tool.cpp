@@ -75,16 +75,19 @@ bool PreloadsCleanly(const std::string& strPath) {
     return strPath.find_first_of(" :\t") == std::string::npos;
 }
 
-/// Puts the preload part ahead of what the programs to come preload already.
-Result Preload(const std::string& strLibrary) {
+std::string PreloadPart(const std::string& strLibrary) {
     const std::string strFolder = FolderPart(strLibrary);
     char* szFolder = realpath(strFolder.c_str(), nullptr);
     const std::string strPreload = JoinPath(szFolder != nullptr ? szFolder : strFolder, kPreloadName);
     std::free(szFolder);
-    if (!FileExists(strPreload)) return Result::NotFound("the preload part is not at " + strPreload);
-    if (!PreloadsCleanly(strPreload)) {
-        return Result::Fail("a path with blanks or colons cannot be preloaded: " + strPreload);
-    }
+    return strPreload;
+}
+
+/// Puts the preload part ahead of what the programs to come preload already.
+Result Preload(const std::string& strLibrary) {
+    const Result stCan = CanRunWithOverlay(strLibrary);
+    if (!stCan) return stCan;
+    const std::string strPreload = PreloadPart(strLibrary);
     const char* szBefore = std::getenv("LD_PRELOAD");
     const bool bBefore = szBefore != nullptr && *szBefore != '\0';
     setenv("LD_PRELOAD", (strPreload + (bBefore ? ":" + std::string(szBefore) : "")).c_str(), 1);
@@ -188,6 +191,13 @@ ApiClaim ReadApiClaim(u32 uProcessId) {
     char szTag[4] = {};
     if (pread(file.Get(), szTag, 3, 0) != 3) return ApiClaim::Unreadable;
     return ClaimOfTag(szTag);
+}
+
+Result CanRunWithOverlay(const std::string& strLibrary) {
+    const std::string strPreload = PreloadPart(strLibrary);
+    if (!FileExists(strPreload)) return Result::NotFound("the preload part is not at " + strPreload);
+    if (PreloadsCleanly(strPreload)) return {};
+    return Result::Fail("a path with blanks or colons cannot be preloaded: " + strPreload);
 }
 
 bool RunNeedsLibrary() { return false; }

@@ -313,6 +313,8 @@ ApiClaim ReadApiClaim(u32 uProcessId) {
     return eClaim;
 }
 
+Result CanRunWithOverlay(const std::string&) { return {}; }
+
 bool RunNeedsLibrary() { return true; }
 
 Result Run(const RunRequest& stRequest, const EnteringLibrary& stLibrary, int& iExitCode) {
