@@ -8,7 +8,7 @@
 /// Cleared by the one swap that runs the pipeline and set again on its every way out. A swap that comes in
 /// between, on another thread or inside the pipeline, goes straight through.
 extern std::atomic<bool> g_bPipelineIdle;
-extern u32 g_uCallCount;    ///< pipeline entries
+extern u32 g_uCallCount;     ///< pipeline entries
 extern u32 g_uSurfacesTaken; ///< times that the overlay came to another surface or context
 
 extern "C" {
