@@ -2,6 +2,7 @@
 #include "companion/choices.h"
 #include "companion/config.h"
 #include "companion/feed_state.h"
+#include "companion/keys/keys.h"
 #include "companion/profile_commands.h"
 #include "companion/readiness.h"
 #include "companion/recording/record.h"
@@ -271,6 +272,17 @@ Result DoConfig(Context& st) {
     return Config(st.stOptions, [&] { ReloadIfPossible(st); });
 }
 
+/// The list needs no library.
+Result DoKeys(Context& st) {
+    if (st.stOptions.bList) return keys::PrintKeys(st.stOptions.bJson);
+    if (st.stOptions.strTarget.empty() && !keys::CanListen()) return keys::TellWhyNot();
+    const Result stLoaded = LoadControlLibrary(st.stOptions.strLibrary, st.stLibrary);
+    if (!stLoaded) return stLoaded;
+    BringUpToDate(st.stLibrary);
+    return st.stOptions.strTarget.empty() ? keys::Listen(st.stOptions.strLibrary)
+                                          : keys::Do(st.stLibrary, st.stOptions);
+}
+
 struct Action {
     Verb eVerb;
     bool bLoadsLibrary; ///< the library is loaded before the action runs
@@ -306,6 +318,7 @@ constexpr Action kActions[] = {
     {Verb::Watch, true, DoWatch},
     {Verb::Record, true, DoRecord},
     {Verb::Report, false, DoReport},
+    {Verb::Keys, false, DoKeys},
 };
 
 Result Perform(Context& st) {

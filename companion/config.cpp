@@ -70,9 +70,19 @@ Result WriteStore(const SettingRow& row, const StoredValue& stValue) {
         {{row.szKey, row.szValue, stValue.uNumber, stValue.strText, bRemoved}});
 }
 
+/// Two actions cannot have the same keys.
+Result CheckKeys(const SettingRow& row, const StoredValue& st) {
+    if (st.strText == "none") return {};
+    for (const SettingRow& other : SettingRows())
+        if (&other != &row && other.eKind == SettingKind::Keys && SettingNow(other.szName) == st.strText)
+            return Result::Usage("config: " + st.strText + " belongs to " + other.szName);
+    return {};
+}
+
 /// What a text means on this machine: folders and files by their whole path, a language by its file.
 Result Complete(const SettingRow& row, StoredValue& st) {
     if (st.strText.empty()) return {};
+    if (row.eKind == SettingKind::Keys) return CheckKeys(row, st);
     std::error_code error;
     if (row.eKind == SettingKind::Folder || row.eKind == SettingKind::File) {
         const fs::path path = fs::absolute(PathOfText(st.strText), error).lexically_normal();

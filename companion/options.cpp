@@ -1,4 +1,5 @@
 #include "companion/options.h"
+#include "companion/keys/actions.h"
 #include "companion/manual.h"
 #include "companion/profile_folder.h"
 #include "companion/result.h"
@@ -134,6 +135,7 @@ void AddValues(CLI::App& app, Options& st) {
         ->type_name("PROGRAM|PID")
         ->excludes(pOnce);
     pFeed->add_flag("--watch", st.bWatch, "watch programs too, as 'watch' does");
+    pFeed->add_flag("--keys", st.bKeys, "listen to keys too, as 'keys' does")->excludes(pOnce);
     AddVerb(app, st, Verb::Watch, "watch",
             "watch the programs that carry the overlay until Ctrl-C: frame limits that hold no more are "
             "revived; profiles that do not load, programs that stand still and feeds that died are told");
@@ -228,6 +230,25 @@ void AddConfig(CLI::App& app, Options& st) {
     pConfig->add_flag("--json", st.bJson, "as JSON");
 }
 
+void AddKeys(CLI::App& app, Options& st) {
+    CLI::App* pKeys =
+        AddVerb(app, st, Verb::Keys, "keys",
+                "listen to keys until Ctrl-C, whatever program has the keyboard: overlay, next profile, "
+                "screenshot, recording and frame limit; 'config' has the combinations");
+    auto* pList = pKeys->add_flag("--list", st.bList, "show the keys and the commands that do the same");
+    pKeys->add_flag("--json", st.bJson, "with --list: as JSON")->needs(pList);
+    CLI::App* pDo = pKeys->add_subcommand("do", "do what a key does, to be bound where a desktop has its own "
+                                                "settings of keys");
+    AddLibrary(pDo, st);
+    const std::string strNames = keys::ActionNames();
+    pDo->add_option("action", st.strTarget, "switches and 'record' go over to the other state")
+        ->required()
+        ->type_name(strNames)
+        ->check([](const std::string& str) {
+            return keys::FindAction(str) ? std::string() : "do: there is no action " + str;
+        });
+}
+
 void AddRecording(CLI::App& app, Options& st) {
     CLI::App* pRecord = AddVerb(
         app, st, Verb::Record, "record",
@@ -242,6 +263,7 @@ void AddRecording(CLI::App& app, Options& st) {
         ->check(CLI::Range(1, 864000));
     pRecord->add_option("-o,--output", st.strOutput, "default: the program's name and the time, here")
         ->type_name("FILE");
+    pRecord->add_option("--while", st.strWhile, "end when this file is taken away")->type_name("FILE");
     AddInterval(pRecord, st, "milliseconds between two looks at the sensors; default 500");
     pRecord->add_flag("--force", st.bForce, "write over a file that exists");
     CLI::App* pReport =
@@ -365,6 +387,7 @@ void Describe(CLI::App& app, Options& st) {
     AddProfileVerbs(app, st);
     AddVideo(app, st);
     AddConfig(app, st);
+    AddKeys(app, st);
     AddSetup(app, st);
 }
 

@@ -39,6 +39,7 @@ enum class Verb {
     Watch,
     Record,
     Report,
+    Keys,
     Profile ///< which command about profiles: stProfile.eVerb
 };
 
@@ -69,6 +70,9 @@ struct Options {
     bool bWithoutOverlay = false;
     std::string strOutput;              ///< file of a recording or a report
     std::vector<std::string> listFiles; ///< recordings
+    bool bKeys = false;                 ///< a feed listens to keys too
+    bool bList = false;                 ///< keys and their commands, instead of listening
+    std::string strWhile;               ///< a recording goes on while there is this file; empty: no such
     u32 uSeconds = 0;                   ///< of a recording; 0: until it is stopped
     std::string strFrames;              ///< program whose frames 'feed' reads; empty: none
     std::string strFolder;              ///< of screenshots; empty: that of the settings

@@ -1,4 +1,5 @@
 #include "companion/setting_table.h"
+#include "companion/keys/combination.h"
 #include "companion/utf.h"
 #include <algorithm>
 #include <charconv>
@@ -23,6 +24,10 @@ using enum SettingKind;
 
 constexpr SettingRow Care(const char* szName, const char* szValue, const char* szHelp) {
     return {szName, Ini, "HostCare", szValue, Switch, "off", "on", szHelp};
+}
+
+constexpr SettingRow Shortcut(const char* szName, const char* szKeys, const char* szHelp) {
+    return {szName, Companion, "", szName, Keys, szKeys, nullptr, szHelp};
 }
 
 constexpr SettingRow g_aRows[] = {
@@ -84,6 +89,14 @@ constexpr SettingRow g_aRows[] = {
     Care("care-failure", "RestoreAfterFailure", "a profile that cannot be built leaves the picture alone"),
     Care("care-draw", "MergedDraw", "everything is drawn from few OpenGL calls"),
     Care("care-shots", "CarefulShots", "screenshots take what the window shows and hold no frame up"),
+    Shortcut("key-overlay", "Ctrl+Shift+F10", "keys that switch the overlay on or off"),
+    Shortcut("key-profile", "Ctrl+Shift+F7", "keys that show the next profile"),
+    Shortcut("key-shot", "Ctrl+Shift+F8", "keys that take a screenshot"),
+    Shortcut("key-record", "Ctrl+Shift+F9", "keys that begin or end a recording"),
+    Shortcut("key-limit", "Ctrl+Shift+F6", "keys that switch the frame limit on or off"),
+    {"feed-keys", Companion, "", "feed-keys", Switch, "off", nullptr, "'feed' listens to the keys too"},
+    {"record-folder", Companion, "", "record-folder", Folder, "none", nullptr,
+     "folder of recordings begun by a key; none: 'recordings' beside the companion's settings"},
 };
 
 struct Word {
@@ -145,6 +158,14 @@ Result ParseText(const SettingRow& row, const std::string& strText, StoredValue&
     return {};
 }
 
+Result ParseKeys(const SettingRow& row, const std::string& strText, StoredValue& st) {
+    keys::KeyCombination stKeys;
+    const bool bKeys = keys::ParseCombination(strText, stKeys);
+    if (!bKeys && strText != "none") return Refuse(row, Printable(strText));
+    st.strText = bKeys ? keys::CombinationText(stKeys) : strText;
+    return {};
+}
+
 std::string NumberText(const SettingRow& row, u32 uNumber) {
     return row.iMin < 0 ? std::to_string(static_cast<i32>(uNumber)) : std::to_string(uNumber);
 }
@@ -189,6 +210,8 @@ std::string RangeText(const SettingRow& row) {
         return "a file" + strNone;
     case Language:
         return "a language file" + strNone;
+    case Keys:
+        return "keys such as Ctrl+Shift+F10, none";
     case Switch:
     case Words:
         break;
@@ -208,6 +231,8 @@ Result ParseSetting(const SettingRow& row, const std::string& strText, StoredVal
         return ParseNumber(row, strText, stOut);
     case Color:
         return ParseColor(row, strText, stOut);
+    case Keys:
+        return ParseKeys(row, strText, stOut);
     default:
         return ParseText(row, strText, stOut);
     }

@@ -17,14 +17,15 @@ enum class SettingPlace : u8 {
 };
 
 enum class SettingKind : u8 {
-    Switch,  ///< on or off
-    Number,  ///< iMin to iMax
-    Words,   ///< one of szWords
-    Color,   ///< #RRGGBB: three values, szValue with R, G and B behind it
-    Text,    ///< up to 127 units
-    Folder,  ///< the same, a folder that exists
-    File,    ///< the same, a file that exists
-    Language ///< a language file; setting it switches captions on
+    Switch,   ///< on or off
+    Number,   ///< iMin to iMax
+    Words,    ///< one of szWords
+    Color,    ///< #RRGGBB: three values, szValue with R, G and B behind it
+    Text,     ///< up to 127 units
+    Folder,   ///< the same, a folder that exists
+    File,     ///< the same, a file that exists
+    Language, ///< a language file; setting it switches captions on
+    Keys      ///< a combination of keys, or "none"
 };
 
 struct SettingRow {

@@ -1,6 +1,8 @@
 #include "companion/values.h"
 #include "companion/choices.h"
+#include "companion/config.h"
 #include "companion/hardware_settings.h"
+#include "companion/keys/keys.h"
 #include "companion/lent_settings.h"
 #include "companion/own_names.h"
 #include "companion/programs.h"
@@ -113,6 +115,17 @@ void FeedUntilStopped(const ControlLibrary& stLibrary, sensors::Collector& colle
     loan.TakeBack();
 }
 
+/// Keys beside a feed that was asked for them; one that cannot have them feeds all the same.
+std::unique_ptr<keys::KeyService> KeysBeside(const Options& stOptions) {
+    if (!stOptions.bKeys && !SwitchedOn("feed-keys")) return nullptr;
+    auto pService = std::make_unique<keys::KeyService>(stOptions.strLibrary, true);
+    const Result st = pService->Start();
+    if (!st)
+        std::fprintf(stderr, "orvin-osd: %s ('orvin-osd keys --list' shows commands to bind instead)\n",
+                     Printable(st.strError).c_str());
+    return st ? std::move(pService) : nullptr;
+}
+
 /// The published value that strName leads to; null if there is none.
 const PublishedValue* Find(const std::vector<PublishedValue>& listPublished, const std::string& strName) {
     const auto it = std::find_if(listPublished.begin(), listPublished.end(), [&](const PublishedValue& st) {
@@ -161,6 +174,7 @@ Result Feed(const ControlLibrary& stLibrary, const Options& stOptions) {
     const u32 uInterval = stOptions.uInterval != 0 ? stOptions.uInterval : kFeedInterval;
     Print("publishing every " + std::to_string(uInterval) + " ms; end with Ctrl-C\n");
     Report(eOutcome, publisher);
+    const auto pKeys = KeysBeside(stOptions);
     FeedUntilStopped(stLibrary, collector, publisher, loan, uInterval, stOptions.bWatch);
     return {};
 }

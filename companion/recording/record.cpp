@@ -56,6 +56,7 @@ class Recorder {
     void TakeFrame(const stTraceFrame& stFrame);
     void TakeSensors();
     std::string EndReason();
+    bool IsStopped();
     f64 Milliseconds(i64 iTicks) const {
         return static_cast<f64>(iTicks) * 1000.0 / static_cast<f64>(m_reader.Head().iFrequency);
     }
@@ -76,6 +77,7 @@ class Recorder {
     u64 m_uLastNumber = 0; ///< of the last frame; 0: the next one has no neighbour
     i64 m_iLastTicks = 0;
     f64 m_fSilentSince = -1.0;
+    u32 m_uMissing = 0; ///< looks in which the file was missing that this goes on by
     TraceState m_eState = TraceState::Waiting;
 };
 
@@ -90,7 +92,7 @@ std::string PlainPart(const std::string& strProgram) {
 
 std::string Recorder::OutputPath() const {
     if (!m_stOptions.strOutput.empty()) return m_stOptions.strOutput;
-    return PlainPart(m_strProgram) + TimeText("-%Y%m%d-%H%M%S.csv");
+    return RecordingName(m_strProgram) + ".csv";
 }
 
 Head Recorder::MakeHead() const {
@@ -115,6 +117,15 @@ void Recorder::Announce() const {
     std::fflush(stdout);
 }
 
+/// One look alone may fall between a file and the one that takes its place.
+bool Recorder::IsStopped() {
+    std::error_code error;
+    const bool bThere = m_stOptions.strWhile.empty() ||
+                        std::filesystem::exists(PathOfText(m_stOptions.strWhile), error) || error;
+    m_uMissing = bThere ? 0 : m_uMissing + 1;
+    return m_uMissing > 1 || platform::tool::WaitForStop(kPause);
+}
+
 Result Recorder::AwaitAnswer() {
     std::vector<stTraceFrame> listNone;
     for (u32 u = 0; u < kAnswerSeconds * 1000 / kPause; ++u) {
@@ -126,7 +137,7 @@ Result Recorder::AwaitAnswer() {
         if (m_eState == TraceState::Full)
             return Result::Fail("other companions record " + std::to_string(g_uTraceRequests) +
                                 " programs already");
-        if (platform::tool::WaitForStop(kPause)) return Result::Fail("stopped");
+        if (IsStopped()) return Result::Fail("stopped");
         if (platform::tool::IsProcessGone(m_uProcessId, 0)) return Result::Fail(m_strProgram + " has ended");
     }
     return Result::Fail(m_strProgram +
@@ -201,7 +212,7 @@ std::string Recorder::EndReason() {
 Result Recorder::Turn(bool& bGoOn) {
     TakeFrames(false);
     TakeSensors();
-    const std::string strWhy = platform::tool::WaitForStop(kPause) ? "stopped" : EndReason();
+    const std::string strWhy = IsStopped() ? "stopped" : EndReason();
     if (!strWhy.empty()) {
         bGoOn = false;
         TakeFrames(true);
@@ -229,6 +240,10 @@ Result Recorder::Run() {
 }
 
 } // namespace
+
+std::string RecordingName(const std::string& strProgram) {
+    return PlainPart(strProgram) + TimeText("-%Y%m%d-%H%M%S");
+}
 
 Result FindCarrier(const ControlLibrary& stLibrary, const std::string& strTarget, u32& uProcessId) {
     const auto listPrograms = Programs(stLibrary);
