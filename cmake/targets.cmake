@@ -113,6 +113,15 @@ function(orvin_link_core target backend)
   endif()
 endfunction()
 
+# orvin_version_resource(target file type description): what Windows shows of a product's file; nothing elsewhere.
+function(orvin_version_resource target file_name file_type description)
+  if(WIN32)
+    set(resource ${CMAKE_BINARY_DIR}/versions/${target}.rc)
+    configure_file(${CMAKE_SOURCE_DIR}/platform/win32/version.rc.in ${resource} @ONLY)
+    target_sources(${target} PRIVATE ${resource})
+  endif()
+endfunction()
+
 # orvin_define_folders(SOURCES...): ORVIN_SOURCE_DIR and ORVIN_BINARY_DIR for the sources that name them. The others
 # compile to one cached object in every checkout.
 function(orvin_define_folders)
