@@ -3,6 +3,7 @@
 #include "companion/config.h"
 #include "companion/feed_state.h"
 #include "companion/keys/keys.h"
+#include "companion/problem_report.h"
 #include "companion/profile_commands.h"
 #include "companion/readiness.h"
 #include "companion/recording/record.h"
@@ -238,6 +239,8 @@ Result DoRecord(Context& st) {
 
 Result DoReport(Context& st) { return WriteReport(st.stOptions); }
 
+Result DoReportProblem(Context& st) { return ReportProblem(st.stLibrary, st.stOptions); }
+
 Result DoShot(Context& st) { return TakeShots(st.stLibrary, st.stOptions); }
 
 /// Settings are read when a layout is built. Programs that were not told see them with their next one.
@@ -319,6 +322,7 @@ constexpr Action kActions[] = {
     {Verb::Record, true, DoRecord},
     {Verb::Report, false, DoReport},
     {Verb::Keys, false, DoKeys},
+    {Verb::ReportProblem, true, DoReportProblem},
 };
 
 Result Perform(Context& st) {

@@ -11,7 +11,6 @@ constexpr u32 kProbeStep = 10;   ///< milliseconds
 constexpr u32 kProbeSteps = 100; ///< a second in all: slow programs count as alive too
 constexpr u32 kTraceStep = 20;   ///< milliseconds
 constexpr u32 kAnswerTime = 1000;
-constexpr u32 kLookTime = 600;   ///< long enough for windows that take turns
 constexpr u32 kMovesTime = 4000; ///< at most, for an overlay that has moved once: each build takes its time
 
 /// Sets the API code of a status record to "not seen" through the library, as it does for each query, and
@@ -79,7 +78,7 @@ TraceFacts WatchTrace(const ControlLibrary& stLibrary, u32 uProcessId, u32 uMill
     return st;
 }
 
-Evidence CollectEvidence(const ControlLibrary& stLibrary, u32 uProcessId) {
+Evidence CollectEvidence(const ControlLibrary& stLibrary, u32 uProcessId, u32 uLook) {
     Evidence st;
     st.uProcessId = uProcessId;
     st.stProcess = platform::tool::InspectProcess(uProcessId);
@@ -91,7 +90,7 @@ Evidence CollectEvidence(const ControlLibrary& stLibrary, u32 uProcessId) {
         st.bFramesSeen = ProbeFrames(stLibrary, uProcessId);
     }
     AddSegmentEvidence(*Snapshot(stLibrary.pSegment), uProcessId, st);
-    if (st.bFramesSeen) st.stTrace = WatchTrace(stLibrary, uProcessId, kLookTime);
+    if (st.bFramesSeen) st.stTrace = WatchTrace(stLibrary, uProcessId, uLook);
     st.strProfile = ProfileShown(stLibrary, st);
     return st;
 }

@@ -280,6 +280,18 @@ void AddRecording(CLI::App& app, Options& st) {
     pReport->add_flag("--force", st.bForce, "write over a file that exists");
 }
 
+void AddReportProblem(CLI::App& app, Options& st) {
+    CLI::App* pReport = AddVerb(app, st, Verb::ReportProblem, "report-problem",
+                                "write down what is known of a program with a problem: versions, OpenGL, "
+                                "doctor's findings, settings, "
+                                "profile, cost; shown first, kept if you say so, sent nowhere");
+    pReport->add_option("target", st.strTarget, "process name or id")->required()->type_name("PROGRAM|PID");
+    pReport->add_flag("--yes", st.bYes, "keep it without showing it and asking");
+    pReport->add_option("-o,--output", st.strOutput, "file; default: the program's name and the time, here")
+        ->type_name("FILE");
+    pReport->add_flag("--force", st.bForce, "write over a file that exists");
+}
+
 /// The words behind "--" of a run command belong to the program untouched; they leave listArguments.
 std::optional<std::vector<std::string>> SplitProgram(std::vector<std::string>& listArguments) {
     if (listArguments.empty() || listArguments.front() != "run") return std::nullopt;
@@ -383,6 +395,7 @@ void Describe(CLI::App& app, Options& st) {
     AddSend(app, st);
     AddShot(app, st);
     AddRecording(app, st);
+    AddReportProblem(app, st);
     AddValues(app, st);
     AddProfileVerbs(app, st);
     AddVideo(app, st);

@@ -40,6 +40,7 @@ enum class Verb {
     Record,
     Report,
     Keys,
+    ReportProblem,
     Profile ///< which command about profiles: stProfile.eVerb
 };
 

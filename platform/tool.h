@@ -112,8 +112,11 @@ Result Run(const RunRequest& stRequest, const EnteringLibrary& stLibrary, int& i
 
 /// Runs a program that stands beside this one, by its name without an extension, to its end, with this one's
 /// input and output; iExitCode receives its exit code. A stop that is asked for reaches it, and this program
-/// outlives it.
-Result RunBeside(const std::string& strName, const std::vector<std::string>& listArguments, int& iExitCode);
+/// outlives it. With pOutput, what it prints goes there, up to a MiB of it.
+Result RunBeside(const std::string& strName, const std::vector<std::string>& listArguments, int& iExitCode,
+                 std::string* pOutput = nullptr);
+/// What RunBeside keeps of an output, bytes.
+constexpr size_t g_uMostOutput = 1024 * 1024;
 
 /// Lets the library into a running program; with bStay until it ends or Ctrl-C, else until it is mapped.
 Result Attach(u32 uProcessId, bool bStay, const EnteringLibrary& stLibrary);

@@ -1,7 +1,10 @@
 // Linux: the machine in words, from the files that say it.
 #include "platform/tool_about.h"
+#include <cstdlib>
 #include <fstream>
+#include <pwd.h>
 #include <sys/utsname.h>
+#include <unistd.h>
 
 namespace platform::tool {
 namespace {
@@ -27,6 +30,25 @@ std::string SystemText() {
     if (uname(&st) != 0) return strName;
     if (!strName.empty()) strName += ", ";
     return strName + st.sysname + " " + st.release;
+}
+
+std::string HomeFolder() {
+    const char* const szHome = secure_getenv("HOME");
+    const passwd* const pUser = getpwuid(getuid());
+    std::string strHome = szHome && *szHome ? szHome : pUser && pUser->pw_dir ? pUser->pw_dir : "";
+    while (strHome.size() > 1 && strHome.back() == '/') strHome.pop_back();
+    return strHome == "/" ? "" : strHome;
+}
+
+std::vector<std::string> PersonNames() {
+    std::vector<std::string> listNames;
+    const passwd* const pUser = getpwuid(getuid());
+    const std::string strFull = pUser && pUser->pw_gecos ? pUser->pw_gecos : "";
+    listNames.push_back(strFull.substr(0, strFull.find(',')));
+    if (pUser && pUser->pw_name) listNames.emplace_back(pUser->pw_name);
+    for (const char* const szVariable : {"USER", "LOGNAME"})
+        if (const char* const szName = secure_getenv(szVariable)) listNames.emplace_back(szName);
+    return listNames;
 }
 
 std::string ProcessorText() { return Behind("/proc/cpuinfo", "model name", ':'); }

@@ -1,6 +1,6 @@
 // Windows: the machine in words.
 #include "platform/tool_about.h"
-#include "platform/win32/windows_api.h"
+#include "platform/win32/tool.h"
 
 namespace platform::tool {
 namespace {
@@ -22,6 +22,19 @@ std::string SystemText() {
     std::string str =
         "Windows " + std::to_string(st.dwMajorVersion) + "." + std::to_string(st.dwMinorVersion);
     return str.append(".").append(std::to_string(st.dwBuildNumber));
+}
+
+std::string HomeFolder() {
+    wchar_t wzPath[MAX_PATH] = {};
+    const DWORD uLength = GetEnvironmentVariableW(L"USERPROFILE", wzPath, MAX_PATH);
+    return uLength > 0 && uLength < MAX_PATH ? FromWide(wzPath) : std::string();
+}
+
+std::vector<std::string> PersonNames() {
+    wchar_t wzName[257] = {};
+    const DWORD uLength = GetEnvironmentVariableW(L"USERNAME", wzName, 257);
+    if (uLength > 0 && uLength < 257) return {FromWide(wzName)};
+    return {};
 }
 
 std::string ProcessorText() {

@@ -2,6 +2,7 @@
 #include "platform/tool.h"
 #include "platform/win32/data_folder.h"
 #include "platform/win32/tool.h"
+#include <memory>
 
 namespace platform::tool {
 namespace {
@@ -29,6 +30,25 @@ HANDLE MakeJob() {
     return hJob;
 }
 
+/// Reads until the other end is closed; what is too much is dropped, so that the writer never waits.
+void ReadAll(HANDLE hFrom, std::string& strAll) {
+    char acPiece[4096];
+    DWORD uRead = 0;
+    while (ReadFile(hFrom, acPiece, sizeof acPiece, &uRead, nullptr) && uRead > 0)
+        strAll.append(acPiece, uRead < g_uMostOutput - strAll.size() ? uRead : g_uMostOutput - strAll.size());
+}
+
+/// A pipe whose end for writing is a program's output and errors.
+bool MakeOutput(HANDLE& hRead, HANDLE& hWrite, STARTUPINFOW& stStart) {
+    SECURITY_ATTRIBUTES stInherit{sizeof(stInherit), nullptr, TRUE};
+    if (!CreatePipe(&hRead, &hWrite, &stInherit, 0)) return false;
+    SetHandleInformation(hRead, HANDLE_FLAG_INHERIT, 0);
+    stStart.dwFlags = STARTF_USESTDHANDLES;
+    stStart.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
+    stStart.hStdOutput = stStart.hStdError = hWrite;
+    return true;
+}
+
 } // namespace
 
 std::string CommonDataFolder() {
@@ -53,7 +73,8 @@ std::string TempFolder() {
     return FromWide(uShort > 0 && uShort < MAX_PATH ? wzShort : wzPath);
 }
 
-Result RunBeside(const std::string& strName, const std::vector<std::string>& listArguments, int& iExitCode) {
+Result RunBeside(const std::string& strName, const std::vector<std::string>& listArguments, int& iExitCode,
+                 std::string* pOutput) {
     const std::string strFile = JoinPath(OwnFolder(), strName + ".exe");
     if (!FileExists(strFile)) return Result::NotFound("there is no " + strFile);
     std::wstring wzLine = QuotedWord(ToWide(strFile));
@@ -62,6 +83,11 @@ Result RunBeside(const std::string& strName, const std::vector<std::string>& lis
     const OwnedHandle job(MakeJob());
     STARTUPINFOW stStart{};
     stStart.cb = sizeof(stStart);
+    HANDLE hRead = nullptr, hWrite = nullptr;
+    if (pOutput && !MakeOutput(hRead, hWrite, stStart))
+        return Result::Fail("cannot make a pipe: " + ErrorText(GetLastError()));
+    const OwnedHandle read(hRead);
+    auto pWrite = std::make_unique<OwnedHandle>(hWrite);
     PROCESS_INFORMATION stProcess{};
     if (!CreateProcessW(ToWide(strFile).c_str(), wzLine.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED,
                         nullptr, nullptr, &stStart, &stProcess))
@@ -69,6 +95,8 @@ Result RunBeside(const std::string& strName, const std::vector<std::string>& lis
     const OwnedHandle process(stProcess.hProcess), thread(stProcess.hThread);
     AssignProcessToJobObject(job.Get(), process.Get());
     ResumeThread(thread.Get());
+    pWrite.reset(); // the last end for writing is the program's
+    if (pOutput) ReadAll(read.Get(), *pOutput);
     WaitForSingleObject(process.Get(), INFINITE);
     DWORD uCode = 0;
     GetExitCodeProcess(process.Get(), &uCode);
