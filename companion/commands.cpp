@@ -18,6 +18,7 @@
 #include "companion/values.h"
 #include "companion/video.h"
 #include "companion/watch.h"
+#include "companion/whole_file.h"
 #include "platform/tool.h"
 #include "platform/tool_input.h"
 #include "shared/commands.h"
@@ -337,13 +338,19 @@ Result Perform(Context& st) {
     return it->fnDo(st);
 }
 
+int Tell(const Result& st, int iExitCode) {
+    if (st) return iExitCode;
+    std::fprintf(stderr, "orvin-osd: %s\n", Printable(st.strError).c_str());
+    return st.iCode;
+}
+
 } // namespace
 
 int Main(const std::vector<std::string>& listArguments) {
     const Parsed stParsed = ParseArguments(listArguments);
     if (stParsed.bLeave && stParsed.iExitCode == kOk) {
         std::fputs(stParsed.strText.c_str(), stdout);
-        return kOk;
+        return Tell(NeedWholeOutput(), kOk);
     }
     if (stParsed.bLeave) {
         std::fprintf(stderr, "orvin-osd: %s (see orvin-osd --help)\n", Printable(stParsed.strText).c_str());
@@ -357,9 +364,8 @@ int Main(const std::vector<std::string>& listArguments) {
     Result stResult = Perform(st);
     if (platform::tool::SegmentWasCut())
         stResult = Result::Fail("somebody has shortened " + st.stLibrary.strSegmentPlace);
-    if (stResult) return st.iExitCode;
-    std::fprintf(stderr, "orvin-osd: %s\n", Printable(stResult.strError).c_str());
-    return stResult.iCode;
+    if (stResult) stResult = NeedWholeOutput();
+    return Tell(stResult, st.iExitCode);
 }
 
 } // namespace companion

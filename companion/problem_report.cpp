@@ -205,9 +205,6 @@ Result Keep(const Options& stOptions, const std::string& strText, const std::str
     if (!st) return st;
     st = file.Write(strText);
     if (st) st = file.Close();
-    std::error_code error;
-    const std::filesystem::path path = PathOfText(strPath);
-    if (!st && std::filesystem::is_regular_file(path, error)) std::filesystem::remove(path, error);
     if (st) std::printf("%s\n", Printable(strPath).c_str());
     return st;
 }

@@ -2,6 +2,7 @@
 #include "companion/profile_folder.h"
 #include "platform/tool.h"
 #include <cerrno>
+#include <cstdio>
 #include <fstream>
 #include <system_error>
 
@@ -26,6 +27,13 @@ Result WriteWhole(const fs::path& path, const std::string& strText) {
     std::error_code ignored;
     fs::remove(pathNew, ignored);
     return Result::Fail("cannot write " + TextOfPath(path) + ": " + error.message());
+}
+
+Result NeedWholeOutput() {
+    errno = 0;
+    if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return {};
+    const std::string strWhy = errno != 0 ? ": " + std::generic_category().message(errno) : "";
+    return Result::Fail("cannot write the output" + strWhy);
 }
 
 } // namespace companion

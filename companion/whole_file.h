@@ -10,4 +10,7 @@ namespace companion {
 /// what was there.
 Result WriteWhole(const std::filesystem::path& path, const std::string& strText);
 
+/// What was printed has to have left this program, or whoever reads it takes a piece for the whole.
+Result NeedWholeOutput();
+
 } // namespace companion

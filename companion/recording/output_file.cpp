@@ -20,7 +20,20 @@ Result OutputFile::Open(const std::string& strPath, bool bForce) {
 Result OutputFile::Write(const std::string& strText) {
     errno = 0;
     m_file.write(strText.data(), static_cast<std::streamsize>(strText.size()));
-    return m_file.flush() ? Result{} : Why();
+    if (!m_file.flush()) return Abandon();
+    m_bBegun = true;
+    return {};
+}
+
+Result OutputFile::Abandon() {
+    const Result st = Why();
+    const std::filesystem::path path = PathOfText(m_strPath);
+    std::error_code error;
+    if (!m_bBegun && std::filesystem::is_regular_file(path, error)) {
+        m_file.close();
+        std::filesystem::remove(path, error);
+    }
+    return st;
 }
 
 Result OutputFile::Close() {

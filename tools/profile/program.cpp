@@ -1,5 +1,6 @@
 #include "tools/profile/program.h"
 #include "companion/utf.h"
+#include "companion/whole_file.h"
 #include <algorithm>
 #include <cstdio>
 #include <iterator>
@@ -37,8 +38,9 @@ int ToolMain(const std::vector<std::string>& listArguments) {
         return kOk;
     }
     int iExitCode = kOk;
-    const Result stResult = stParsed.bLeave ? Result{stParsed.iExitCode, stParsed.strText}
-                                            : Perform(stParsed.stOptions, iExitCode);
+    Result stResult = stParsed.bLeave ? Result{stParsed.iExitCode, stParsed.strText}
+                                      : Perform(stParsed.stOptions, iExitCode);
+    if (stResult) stResult = NeedWholeOutput();
     if (stResult) return iExitCode;
     // Named after the program that people run.
     if (!stResult.strError.empty())
