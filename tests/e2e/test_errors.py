@@ -41,6 +41,7 @@ WRONG = {
     "set": (["GPU_CLK#0", "2147483648"], "value"),
     "top": (["--interval", "60001"], "--interval"),
     "doctor": (["1", "2"], "not expected: 2"),
+    "keys": (["--no-such"], "not expected: --no-such"),
     "video": (["8"], "0 to 7"),
     "control": (["recolour", "1"], "required"),
     "setup": (["--yes"], "not expected: --yes"),
