@@ -35,15 +35,18 @@ static constexpr std::array<u8, 256> g_auGain = MakeGainTable();
 void CFontUniCode::ReadCanvas(const u8* pTable) {
     if (!m_pCanvas || !m_pDib) return;
     constexpr u64 uRun = 64; // most of a cell is blank, so pixels are looked at by runs first
-    const u64 uPixels = static_cast<u64>(m_iCanvasW) * static_cast<u64>(m_iCanvasH);
-    std::memset(m_pCanvas, 0, uPixels);
-    platform::ReadGlyphBitmap(m_hDC, m_iCharBuffW, m_iCharBuffH, m_pDib);
+    std::memset(m_pCanvas + m_uInkFirst, 0, m_uInkEnd - m_uInkFirst);
+    const auto [iTop, iEnd] = platform::ReadGlyphBitmap(m_hDC, m_iCharBuffW, m_iCharBuffH, m_pDib);
     // KEEP(profiles): pixels are taken one after the other, without regard to the padding of rows: a cell
     // width that four does not divide gives slanted glyphs.
-    for (u64 uFirst = 0; uFirst < uPixels; uFirst += uRun) {
-        const u64 uEnd = std::min(uFirst + uRun, uPixels);
-        if (platform::IsBlank(m_pDib + uFirst * 3, (uEnd - uFirst) * 3)) continue;
-        for (u64 i = uFirst; i < uEnd; ++i) m_pCanvas[i] = pTable ? pTable[m_pDib[i * 3]] : m_pDib[i * 3];
+    const u64 uPixels = static_cast<u64>(m_iCanvasW) * static_cast<u64>(m_iCanvasH);
+    const u64 uPitch = (static_cast<u64>(m_iCharBuffW) * 3 + 3) / 4 * 4;
+    m_uInkFirst = std::min((static_cast<u64>(iTop) * uPitch + 2) / 3, uPixels);
+    m_uInkEnd = std::min((static_cast<u64>(iEnd) * uPitch + 2) / 3, uPixels);
+    for (u64 uFirst = m_uInkFirst; uFirst < m_uInkEnd; uFirst += uRun) {
+        const u64 uLast = std::min(uFirst + uRun, m_uInkEnd);
+        if (platform::IsBlank(m_pDib + uFirst * 3, (uLast - uFirst) * 3)) continue;
+        for (u64 i = uFirst; i < uLast; ++i) m_pCanvas[i] = pTable ? pTable[m_pDib[i * 3]] : m_pDib[i * 3];
     }
 }
 
@@ -104,12 +107,34 @@ void CFontUniCode::m_fnMeasureSpace(f32* pOut) {
     *pOut = static_cast<f32>(iGap) / static_cast<f32>(m_uFontSize);
 }
 
+/// First place that is not 0, by words; uCount if there is none.
+static i32 SkipZeros(const u8* p, i32 iCount) {
+    i32 i = 0;
+    for (u64 u = 0; i + 8 <= iCount; i += 8) {
+        std::memcpy(&u, p + i, sizeof u);
+        if (u) break;
+    }
+    while (i < iCount && p[i] == 0) ++i;
+    return i;
+}
+
+/// The place behind the last one that is not 0.
+static i32 SkipZerosFromEnd(const u8* p, i32 iCount) {
+    for (u64 u = 0; iCount >= 8; iCount -= 8) {
+        std::memcpy(&u, p + iCount - 8, sizeof u);
+        if (u) break;
+    }
+    while (iCount > 0 && p[iCount - 1] == 0) --iCount;
+    return iCount;
+}
+
 void CFontUniCode::m_fnInkBox(i32* piLeft, i32* piTop, i32* piW, i32* piH) {
     i32 iLeft = m_iCanvasW - 1, iTop = m_iCanvasH - 1, iRight = 0, iBottom = 0;
     for (i32 y = 0; m_pCanvas && y < m_iCanvasH; ++y) {
         const u8* const pRow = m_pCanvas + static_cast<i64>(y) * m_iCanvasW;
-        i32 iFirst = 0, iLast = m_iCanvasW - 1;
-        if (platform::IsBlank(pRow, static_cast<u64>(m_iCanvasW))) continue;
+        i32 iFirst = SkipZeros(pRow, m_iCanvasW);
+        if (iFirst == m_iCanvasW) continue;
+        i32 iLast = SkipZerosFromEnd(pRow, m_iCanvasW) - 1;
         while (iFirst <= iLast && pRow[iFirst] <= m_u8Threshold) ++iFirst;
         while (iLast > iFirst && pRow[iLast] <= m_u8Threshold) --iLast;
         if (iFirst > iLast) continue;

@@ -55,6 +55,7 @@ void CFontUniCode::DropBuffers() noexcept {
     m_packedAtlas.Drop();
     m_uAtlasRows = 0;
     Free(m_pCanvas, m_uCellBytes);
+    m_uInkFirst = m_uInkEnd = 0;
     Free(m_pCharBuff, m_uCellBytes);
     Free(m_pDib, m_uDibBytes);
 }

@@ -190,7 +190,8 @@ class CFontUniCode {
     bool m_bAutoUpload = true;                    ///< upload after each glyph
     bool m_bDirty = false;                        ///< a glyph came in since the last upload
     bool m_bFromFile = false;
-    u32 m_uAtlasRows = 0; ///< rows of the atlas, from the top, that may hold more than zeros
+    u32 m_uAtlasRows = 0;               ///< rows of the atlas, from the top, that may hold more than zeros
+    u64 m_uInkFirst = 0, m_uInkEnd = 0; ///< pixels of the canvas that may, up to the second one
 
   private:
     void DropBuffers() noexcept;

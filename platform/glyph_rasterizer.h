@@ -38,9 +38,14 @@ GlyphBitmap* CreateGlyphBitmap(GlyphDevice* pDevice, i32 iWidth, i32 iHeight) no
 void DestroyGlyphBitmap(GlyphBitmap* pBitmap) noexcept;
 /// Paints the whole bitmap black.
 void ClearGlyphBitmap(GlyphDevice* pDevice) noexcept;
+/// Rows from one up to another, which is not among them.
+struct stGlyphRows {
+    i32 m_iTop, m_iEnd;
+};
 /// Reads iWidth * iHeight pixels from the top left, top row first: three equal bytes a pixel, 0 or 255, each
-/// row padded to a multiple of four bytes. pRows holds (iWidth * 3 + 3) / 4 * 4 * iHeight bytes.
-void ReadGlyphBitmap(GlyphDevice* pDevice, i32 iWidth, i32 iHeight, u8* pRows) noexcept;
+/// row padded to a multiple of four bytes. pRows holds (iWidth * 3 + 3) / 4 * 4 * iHeight bytes. Gives the
+/// rows that it wrote; all others are black and left alone.
+stGlyphRows ReadGlyphBitmap(GlyphDevice* pDevice, i32 iWidth, i32 iHeight, u8* pRows) noexcept;
 
 /// Nothing is going to be drawn for a while: memory that the next glyph can take again is given back. The
 /// bitmap becomes black, the font stays as good as open.

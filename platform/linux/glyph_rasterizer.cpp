@@ -33,7 +33,8 @@ struct stFontSystem {
 struct GlyphBitmap {
     i32 m_iWidth, m_iHeight;
     u8* m_pPixels;                    ///< 0 or 255, rows packed
-    i32 m_iInkTop = 0, m_iInkEnd = 0; ///< rows that were drawn into
+    i32 m_iInkTop = 0, m_iInkEnd = 0; ///< rows that were drawn into; the ends are not among them
+    i32 m_iInkLeft = 0, m_iInkRight = 0;
 };
 
 struct GlyphDevice {
@@ -92,7 +93,7 @@ void ClearGlyphBitmap(GlyphDevice* pDevice) noexcept {
     if (st.m_iInkTop >= st.m_iInkEnd) return;
     std::fill_n(st.m_pPixels + static_cast<i64>(st.m_iInkTop) * st.m_iWidth,
                 static_cast<i64>(st.m_iInkEnd - st.m_iInkTop) * st.m_iWidth, u8{0});
-    st.m_iInkTop = st.m_iInkEnd = 0;
+    st.m_iInkTop = st.m_iInkEnd = st.m_iInkLeft = st.m_iInkRight = 0;
 }
 
 void RestGlyphDevice(GlyphDevice* pDevice) noexcept {
@@ -101,19 +102,20 @@ void RestGlyphDevice(GlyphDevice* pDevice) noexcept {
         ForgetPages(pDevice->m_pBitmap->m_pPixels, PixelsOf(*pDevice->m_pBitmap));
 }
 
-void ReadGlyphBitmap(GlyphDevice* pDevice, i32 iWidth, i32 iHeight, u8* pRows) noexcept {
-    if (!pDevice || !pDevice->m_pBitmap) return;
+stGlyphRows ReadGlyphBitmap(GlyphDevice* pDevice, i32 iWidth, i32 iHeight, u8* pRows) noexcept {
+    if (!pDevice || !pDevice->m_pBitmap) return {0, 0};
     const GlyphBitmap& st = *pDevice->m_pBitmap;
     const i64 iPitch = (static_cast<i64>(iWidth) * 3 + 3) / 4 * 4;
-    for (i32 y = 0; y < std::min(iHeight, st.m_iHeight); ++y) {
+    const i32 iPixels = std::min(iWidth, st.m_iWidth), iRight = std::min(iPixels, st.m_iInkRight);
+    const stGlyphRows stRows{st.m_iInkTop, std::max(st.m_iInkTop, std::min(st.m_iInkEnd, iHeight))};
+    for (i32 y = stRows.m_iTop; y < stRows.m_iEnd; ++y) {
         u8* const pRow = pRows + y * iPitch;
-        const i32 iPixels = std::min(iWidth, st.m_iWidth);
-        std::fill_n(pRow, iPixels * 3, u8{0});
-        if (y < st.m_iInkTop || y >= st.m_iInkEnd) continue;
         const u8* const pFrom = st.m_pPixels + static_cast<i64>(y) * st.m_iWidth;
-        for (i32 x = 0; x < iPixels; ++x)
-            if (pFrom[x]) pRow[x * 3] = pRow[x * 3 + 1] = pRow[x * 3 + 2] = pFrom[x];
+        std::fill_n(pRow, iPixels * 3, u8{0});
+        for (i32 x = st.m_iInkLeft; x < iRight; ++x)
+            pRow[x * 3] = pRow[x * 3 + 1] = pRow[x * 3 + 2] = pFrom[x];
     }
+    return stRows;
 }
 
 /// A face at the font's size; null if its file cannot be opened or has no outlines.
@@ -268,21 +270,32 @@ static u32 NextCode(const char16_t*& wz, u32& uUnits) {
     return 0x10000 + ((c - 0xD800) << 10) + (*wz++ - 0xDC00u);
 }
 
+/// Where a bitmap has been drawn into, with a box that is not empty.
+static void AddInk(GlyphBitmap& st, i32 iLeft, i32 iTop, i32 iRight, i32 iEnd) {
+    const bool bFirst = st.m_iInkTop >= st.m_iInkEnd;
+    st.m_iInkLeft = bFirst ? iLeft : std::min(st.m_iInkLeft, iLeft);
+    st.m_iInkTop = bFirst ? iTop : std::min(st.m_iInkTop, iTop);
+    st.m_iInkRight = std::max(st.m_iInkRight, iRight);
+    st.m_iInkEnd = std::max(st.m_iInkEnd, iEnd);
+}
+
 /// Blends a two-level glyph in, clipped at the bitmap.
 static void Blit(GlyphBitmap& to, const FT_Bitmap& from, i32 iLeft, i32 iTop) {
     if (from.pixel_mode != FT_PIXEL_MODE_MONO || from.pitch < 0) return;
     const i32 iWidth = static_cast<i32>(from.width), iHeight = static_cast<i32>(from.rows);
     const i32 iEndX = std::min(iWidth, to.m_iWidth - iLeft), iEndY = std::min(iHeight, to.m_iHeight - iTop);
-    const i32 iFirstY = std::max(0, -iTop);
-    if (iFirstY >= iEndY) return;
-    const bool bFirst = to.m_iInkTop >= to.m_iInkEnd;
-    to.m_iInkTop = bFirst ? iTop + iFirstY : std::min(to.m_iInkTop, iTop + iFirstY);
-    to.m_iInkEnd = std::max(to.m_iInkEnd, iTop + iEndY);
+    const i32 iFirstX = std::max(0, -iLeft), iFirstY = std::max(0, -iTop);
+    if (iFirstY >= iEndY || iFirstX >= iEndX) return;
+    AddInk(to, iLeft + iFirstX, iTop + iFirstY, iLeft + iEndX, iTop + iEndY);
     for (i32 y = iFirstY; y < iEndY; ++y) {
         const u8* const pRow = from.buffer + static_cast<i64>(y) * from.pitch;
-        u8* const pTo = to.m_pPixels + static_cast<i64>(iTop + y) * to.m_iWidth;
-        for (i32 x = std::max(0, -iLeft); x < iEndX; ++x)
-            if (pRow[x >> 3] >> (7 - (x & 7)) & 1) pTo[iLeft + x] = 255;
+        u8* const pTo = to.m_pPixels + static_cast<i64>(iTop + y) * to.m_iWidth + iLeft;
+        for (i32 x = iFirstX; x < iEndX; ++x) {
+            if (pRow[x >> 3] == 0)
+                x |= 7; // most of a row is blank
+            else if (pRow[x >> 3] >> (7 - (x & 7)) & 1)
+                pTo[x] = 255;
+        }
     }
 }
 

@@ -108,8 +108,8 @@ void ClearGlyphBitmap(GlyphDevice* pDevice) noexcept {
     FillRect(pDevice->m_hDC, &stAll, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
 }
 
-void ReadGlyphBitmap(GlyphDevice* pDevice, i32 iWidth, i32 iHeight, u8* pRows) noexcept {
-    if (!pDevice || !pDevice->m_pBitmap) return;
+stGlyphRows ReadGlyphBitmap(GlyphDevice* pDevice, i32 iWidth, i32 iHeight, u8* pRows) noexcept {
+    if (!pDevice || !pDevice->m_pBitmap) return {0, 0};
     BITMAPINFO stInfo = {};
     stInfo.bmiHeader.biSize = sizeof stInfo.bmiHeader;
     stInfo.bmiHeader.biWidth = iWidth;
@@ -122,6 +122,7 @@ void ReadGlyphBitmap(GlyphDevice* pDevice, i32 iWidth, i32 iHeight, u8* pRows) n
     GetDIBits(pDevice->m_hDC, pDevice->m_pBitmap->m_hBitmap, 0, static_cast<UINT>(iHeight), pRows, &stInfo,
               DIB_RGB_COLORS);
     SelectObject(pDevice->m_hDC, pDevice->m_pBitmap->m_hBitmap);
+    return {0, iHeight};
 }
 
 /// What a nominal size gives, to be taken over but for the fields of the request.

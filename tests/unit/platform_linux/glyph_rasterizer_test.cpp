@@ -150,6 +150,25 @@ TEST_F(Glyphs, RowsArePaddedToFourBytes) {
     DestroyGlyphBitmap(pBitmap);
 }
 
+TEST_F(Glyphs, OnlyRowsThatMayBeWhiteAreWritten) {
+    GlyphFont* const pFont = Font(u"DejaVu Sans");
+    const auto whole = Picture(pFont, u"-g");
+    std::vector<u8> rows(128 * 3 * 100, 7);
+    const stGlyphRows st = ReadGlyphBitmap(m_pDevice, 128, 100, rows.data());
+    EXPECT_GT(st.m_iTop, 40);
+    EXPECT_LT(st.m_iEnd, 100);
+    for (i32 y = 0; y < 100; ++y)
+        for (i32 x = 0; x < 128; ++x) {
+            const bool bWritten = y >= st.m_iTop && y < st.m_iEnd;
+            EXPECT_EQ(rows[static_cast<u64>(y * 128 + x) * 3],
+                      bWritten ? whole[static_cast<u64>(y * 128 + x)] : 7);
+        }
+    ReadGlyphBitmap(m_pDevice, 128, st.m_iTop, rows.data());
+    ClearGlyphBitmap(m_pDevice);
+    const stGlyphRows stCleared = ReadGlyphBitmap(m_pDevice, 128, 100, rows.data());
+    EXPECT_EQ(stCleared.m_iTop, stCleared.m_iEnd);
+}
+
 TEST_F(Glyphs, SidesBelow1GiveNoBitmap) {
     EXPECT_EQ(CreateGlyphBitmap(m_pDevice, 0, 4), nullptr);
     EXPECT_EQ(CreateGlyphBitmap(m_pDevice, 4, -1), nullptr);
@@ -276,8 +295,9 @@ TEST_F(Glyphs, AfterARestEverythingIsDrawnAsBefore) {
     RestGlyphDevice(m_pDevice);
     RestGlyphFont(pFont);
     std::vector<u8> rows(128 * 3 * 100, 7);
-    ReadGlyphBitmap(m_pDevice, 128, 100, rows.data());
-    EXPECT_EQ(std::count(rows.begin(), rows.end(), 0), static_cast<i64>(rows.size()));
+    const stGlyphRows stBlack = ReadGlyphBitmap(m_pDevice, 128, 100, rows.data());
+    EXPECT_EQ(stBlack.m_iTop, stBlack.m_iEnd);
+    EXPECT_EQ(std::count(rows.begin(), rows.end(), 7), static_cast<i64>(rows.size()));
     EXPECT_EQ(Extent(pFont, strText), iExtent);
     RestGlyphFont(pFont);
     EXPECT_EQ(Picture(pFont, strText), before);
