@@ -77,7 +77,7 @@ bool CreateLayout() {
 /// Texts that come later may still add a glyph.
 void RestFonts() {
     for (u32 u = 0; g_ppFont && u < g_uFontEntries; ++u)
-        if (g_ppFont[u]) g_ppFont[u]->m_fnPackAtlas();
+        if (g_ppFont[u] && g_ppFont[u]->m_vecWaiting.empty()) g_ppFont[u]->m_fnPackAtlas();
     g_fnDropKeptGlyphs();
 }
 

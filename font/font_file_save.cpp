@@ -71,6 +71,8 @@ u32 CFontUniCode::m_fnGetFileSize() {
 
 bool CFontUniCode::m_fnSaveToStream(std::FILE* pFile) {
     const u64 uBytes = FileBytes(*this);
+    u32 uMost = ~0u;
+    m_fnDrawSomeWaiting(&uMost);
     if (!pFile || !m_pChars || !m_fnTakeAtlas() || uBytes > g_uFontFileBytesMost) return false;
     const std::unique_ptr<u8[]> pBytes(new (std::nothrow) u8[uBytes]());
     if (!pBytes) return false;

@@ -1,5 +1,6 @@
 // Records and cells: who has one, what is known of it, who gets the next.
 #include "font/kept_glyphs.h"
+#include "font/waiting_glyphs.h"
 #include "platform/pages.h"
 
 #include <algorithm>
@@ -74,7 +75,9 @@ void CFontUniCode::m_fnAddChar(u32 uCode, f32* pX, f32* pY, f32* pZ) {
     st.m_uCharAge = m_uCharAge;
     PlaceRecord(static_cast<u32>(iIndex), pX, pY, pZ);
     if (iFound >= 0) return;
-    if (!g_fnTakeKeptGlyph(*this, uCode, st)) m_fnRasterizeChar(uCode);
+    const bool bKept = g_fnTakeKeptGlyph(*this, uCode, st);
+    if (!bKept && m_bMayWait) return m_vecWaiting.push_back(uCode);
+    if (!bKept) m_fnRasterizeChar(uCode);
     m_fnPutCharBuffInCell(uCode, pX, pY, pZ);
 }
 
@@ -109,6 +112,7 @@ bool CFontUniCode::m_fnPutCharBuffInCell(u32, f32* pX, f32* pY, f32*) {
 void CFontUniCode::m_fnGetCharSize(u32 uCode, f32* pW, f32* pH) {
     const i32 iIndex = m_fnFindChar(uCode);
     if (iIndex >= 0) {
+        m_fnDrawWaiting(uCode);
         Put(pW, m_pChars[iIndex].m_fWScale);
         Put(pH, m_pChars[iIndex].m_fHScale);
         return;
@@ -128,6 +132,7 @@ bool CFontUniCode::m_fnGetCharInfo(u32 uCode, f32* pX, f32* pY, f32* pZ, f32* pX
         iIndex = m_fnFindChar(uCode);
     }
     if (iIndex < 0) return false;
+    m_fnDrawWaiting(uCode);
     const stFontChar& st = m_pChars[iIndex];
     Put(pX, st.m_fTexX);
     Put(pY, st.m_fTexY);
@@ -158,9 +163,12 @@ bool g_fnIsBlankCode(u32 uCode) {
 /// Adds codes in order at the cost of one upload.
 template <typename T> static void AddBatch(CFontUniCode* pFont, const T& codes) {
     pFont->m_bAutoUpload = false;
+    pFont->m_bMayWait = g_fnMayGlyphsWait();
     for (const u32 uCode : codes)
         if (!g_fnIsBlankCode(uCode)) g_fnFontAddChar(pFont, uCode);
+    pFont->m_bMayWait = false;
     pFont->m_bAutoUpload = true;
+    if (!pFont->m_vecWaiting.empty()) return g_fnNoteWaitingGlyphs();
     if (!pFont->m_bDirty) return;
     pFont->m_fnUploadAtlas();
     pFont->m_bDirty = false;
@@ -203,5 +211,6 @@ bool g_fnFontRemoveChar(CFontUniCode* pFont, u32 uCode) {
     if (iIndex < 0) return false;
     pFont->m_pChars[iIndex].m_u32_Char_UTF32_LE = 0;
     pFont->m_mapCharIndex.erase(uCode);
+    std::erase(pFont->m_vecWaiting, uCode);
     return true;
 }

@@ -46,6 +46,7 @@ void CFontUniCode::m_fnRelease() {
 /// All that depends on the sizes, glyphs included.
 void CFontUniCode::DropBuffers() noexcept {
     m_mapCharIndex.clear();
+    m_vecWaiting.clear();
     Free(m_pChars, m_uRecordBytes);
     platform::DestroyGlyphDevice(m_hDC);
     m_hDC = nullptr;

@@ -10,6 +10,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <vector>
 
 /// What is known of one glyph. Lengths are in multiples of the font's nominal size. Also a record of font
 /// cache files.
@@ -157,6 +158,12 @@ class CFontUniCode {
     /// Hands the packed atlas over and loses it. False if it cannot be packed.
     bool m_fnGivePackedAtlas(CPackedPixels& packed) noexcept;
 
+    /// Draws the glyph of a code that waits for it (font/waiting_glyphs.h).
+    void m_fnDrawWaiting(u32 uCode);
+    bool m_fnIsWaiting(u32 uCode) const noexcept;
+    /// Draws up to *puMost glyphs that wait, and takes them off it.
+    void m_fnDrawSomeWaiting(u32* puMost);
+
     u32 m_uLayoutW = 8, m_uLayoutH = 8; ///< cells
     u32 m_uLayoutD = 0;
     u32 m_uNum_Characters = 64;                   ///< cells of the grid
@@ -190,6 +197,8 @@ class CFontUniCode {
     bool m_bAutoUpload = true;                    ///< upload after each glyph
     bool m_bDirty = false;                        ///< a glyph came in since the last upload
     bool m_bFromFile = false;
+    bool m_bMayWait = false;            ///< a batch runs whose glyphs may be drawn later
+    std::vector<u32> m_vecWaiting;      ///< codes that have a record and a cell, but are not drawn yet
     u32 m_uAtlasRows = 0;               ///< rows of the atlas, from the top, that may hold more than zeros
     u64 m_uInkFirst = 0, m_uInkEnd = 0; ///< pixels of the canvas that may, up to the second one
 

@@ -73,7 +73,7 @@ std::map<u32, stGlyph> GlyphsOf(const CFontUniCode& font) {
     std::map<u32, stGlyph> map;
     for (const auto& [uCode, uIndex] : font.m_mapCharIndex) {
         const stFontChar& st = font.m_pChars[uIndex];
-        if (uIndex < font.m_uNum_Characters && st.m_u32_Char_UTF32_LE == uCode)
+        if (uIndex < font.m_uNum_Characters && st.m_u32_Char_UTF32_LE == uCode && !font.m_fnIsWaiting(uCode))
             map[uCode] = {uIndex, st.m_fYOffset, st.m_fWScale, st.m_fHScale};
     }
     return map;

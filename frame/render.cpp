@@ -14,6 +14,7 @@
 #include "draw/first_draws.h"
 #include "draw/left_names.h"
 #include "draw/pixel_guard.h"
+#include "font/waiting_glyphs.h"
 #include "frame/build_ahead.h"
 #include "frame/context_state.h"
 #include "frame/outer_guard.h"
@@ -181,7 +182,9 @@ static void DrawOverlay() {
     g_fnBeginDraws();
     Resize();
     ShotBeforeDrawing();
+    g_fnLeaveUploads();
     g_fnUpdate_Tavo();
+    g_fnTendGlyphs(g_ppFont, g_uFontEntries);
     CopyBackdrop();
     // Basic shapes go below text.
     if (g_pDrawBasic) static_cast<CDraw_Base*>(g_pDrawBasic)->m_fnRender();

@@ -13,6 +13,7 @@
 #include "draw/kept_programs.h"
 #include "draw/left_names.h"
 #include "draw/own_context.h"
+#include "font/waiting_glyphs.h"
 #include "frame/api_claim.h"
 #include "frame/context_state.h"
 #include "frame/frame_driver.h"
@@ -41,6 +42,7 @@ static void ResetContext() {
     g_fnForgetLeftNames(nullptr);
     g_fnForgetOuterGuard();
     g_fnForgetFirstDraws();
+    g_fnResetWaitingGlyphs();
     g_fnLeaveSurface();
     g_hDC = nullptr;
     hFocusWindow = nullptr;
