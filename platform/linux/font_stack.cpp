@@ -19,15 +19,21 @@ void* RunCall(void* pCall) {
     return nullptr;
 }
 
-bool HasRoom() noexcept {
+/// Lowest address of this thread's stack; 0 if nobody knows. For the main thread a list of the process is
+/// read.
+std::uintptr_t LowestOfStack() noexcept {
     pthread_attr_t stAttributes;
-    if (pthread_getattr_np(pthread_self(), &stAttributes) != 0) return true;
+    if (pthread_getattr_np(pthread_self(), &stAttributes) != 0) return 0;
     void* pLowest = nullptr;
     std::size_t uBytes = 0;
     const bool bKnown = pthread_attr_getstack(&stAttributes, &pLowest, &uBytes) == 0;
     pthread_attr_destroy(&stAttributes);
-    const auto uHere = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-    return !bKnown || uHere - reinterpret_cast<std::uintptr_t>(pLowest) >= g_uWanted;
+    return bKnown ? reinterpret_cast<std::uintptr_t>(pLowest) : 0;
+}
+
+bool HasRoom() noexcept {
+    static thread_local const std::uintptr_t s_uLowest = LowestOfStack();
+    return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)) - s_uLowest >= g_uWanted;
 }
 
 /// With every signal blocked: the host's handlers expect the host's threads.
