@@ -1,6 +1,7 @@
 #include "platform/linux/image_reader.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <gif_lib.h>
 #include <vector>
@@ -20,14 +21,18 @@ struct stPass {
 };
 constexpr stPass g_astInterlaced[] = {{0, 8}, {4, 8}, {2, 4}, {1, 2}}, g_astPlain[] = {{0, 1}};
 
-/// The colour of an index: black beyond the table, and clear for the one transparent index.
-void WriteColor(const ColorMapObject* pTable, int iIndex, int iTransparent, u8* pPixel) {
-    GifColorType st = {};
-    if (pTable && iIndex < pTable->ColorCount) st = pTable->Colors[iIndex];
-    pPixel[0] = st.Red;
-    pPixel[1] = st.Green;
-    pPixel[2] = st.Blue;
-    pPixel[3] = iIndex == iTransparent ? 0 : 255;
+using Colors = std::array<std::array<u8, 4>, 256>;
+
+/// The colours of all indexes: black beyond the table, and clear for the one transparent index.
+Colors ColorsOf(const ColorMapObject* pTable, int iTransparent) {
+    Colors colors;
+    for (int i = 0; i < 256; ++i) {
+        GifColorType st = {};
+        if (pTable && i < pTable->ColorCount) st = pTable->Colors[i];
+        colors[static_cast<u32>(i)] = {st.Red, st.Green, st.Blue,
+                                       static_cast<u8>(i == iTransparent ? 0 : 255)};
+    }
+    return colors;
 }
 
 void Keep(stImageBytes& st, const u8* pBytes, u32 uBytes) {
@@ -176,15 +181,16 @@ bool CGifReader::CopyFrame(u32 uFrame, u8* pPixels, std::size_t uStride) {
 
 bool CGifReader::CopyRows(const stGifFrame& st, u8* pPixels, std::size_t uStride) {
     const ColorMapObject* const pTable = m_pGif->Image.ColorMap ? m_pGif->Image.ColorMap : m_pGif->SColorMap;
-    const int iTransparent = st.m_bControl ? st.m_stControl.TransparentColor : NO_TRANSPARENT_COLOR;
+    const Colors colors =
+        ColorsOf(pTable, st.m_bControl ? st.m_stControl.TransparentColor : NO_TRANSPARENT_COLOR);
     std::vector<GifPixelType> vecRow(st.m_uWidth);
     const bool bInterlaced = m_pGif->Image.Interlace;
     const stPass* const pPasses = bInterlaced ? g_astInterlaced : g_astPlain;
     for (u32 uPass = 0; uPass < (bInterlaced ? std::size(g_astInterlaced) : 1); ++uPass)
         for (u32 y = pPasses[uPass].m_uFirst; y < st.m_uHeight; y += pPasses[uPass].m_uStep) {
             if (DGifGetLine(m_pGif, vecRow.data(), static_cast<int>(st.m_uWidth)) == GIF_ERROR) return false;
-            for (u32 x = 0; x < st.m_uWidth; ++x)
-                WriteColor(pTable, vecRow[x], iTransparent, pPixels + y * uStride + x * 4ul);
+            u8* const pRow = pPixels + y * uStride;
+            for (u32 x = 0; x < st.m_uWidth; ++x) std::memcpy(pRow + x * 4ul, colors[vecRow[x]].data(), 4);
         }
     return true;
 }
