@@ -14,7 +14,7 @@ from PIL import Image, ImageDraw
 HERE = pathlib.Path(__file__).resolve().parent
 FOLDER = HERE.parent.parent / "data/Profiles/Emblem"
 SIDE, FINE = 128, 4  # pixels of the emblem, and how many times finer it is drawn
-RING, TICKS, DELAY = 160, 24, 6  # pixels of the ring, its ticks, hundredths of a second each frame
+RING, TICKS, DELAY = 128, 24, 6  # pixels of the ring, its ticks, hundredths of a second each frame
 TEAL, DEEP = (64, 214, 196), (18, 92, 104)
 
 
