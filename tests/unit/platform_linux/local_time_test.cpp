@@ -35,7 +35,7 @@ TEST(LocalTime, UnixMillisecondsAreThoseOfTheWallClock) {
     const i64 iBefore = static_cast<i64>(time(nullptr)) * 1000;
     const i64 iNow = platform::UnixMilliseconds();
     EXPECT_GE(iNow, iBefore);
-    EXPECT_LT(iNow, (static_cast<i64>(time(nullptr)) + 1) * 1000);
+    EXPECT_LT(iNow, (static_cast<i64>(time(nullptr)) + 2) * 1000); // time() runs some milliseconds late
 }
 
 } // namespace
