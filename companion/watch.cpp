@@ -115,6 +115,7 @@ void Watcher::LookAtProfile(u32 uId) {
     if (strStamp == st.strProfile) return;
     st.strProfile = strStamp;
     const Result stGood = NeedGoodProfile(strProfile, "", true);
+    if (platform::tool::WaitForStop(0)) return; // the stop ended the check, too
     if (stGood && !st.strFault.empty()) Tell(uId, "the profile " + strProfile + " loads now");
     if (!stGood && st.strFault != stGood.strError)
         Tell(uId, stGood.strError + "; 'orvin-osd profile check " + strProfile + "' tells why");

@@ -13,23 +13,31 @@ namespace platform::tool {
 namespace {
 
 volatile sig_atomic_t g_iChild = 0;
+volatile sig_atomic_t g_iPassed = 0; ///< the last signal that was passed on
 
 /// A key press reaches the whole group; a signal sent to this process alone has to be passed on.
 void PassOn(int iSignal) {
+    g_iPassed = iSignal;
     if (g_iChild > 0) kill(static_cast<pid_t>(g_iChild), iSignal);
 }
 
-/// The signals that ask to stop go to the child for as long as this lives.
+/// The signals that ask to stop go to the child for as long as this lives. Behind it they reach the handler
+/// that this program had set for them, if any: what it does with a child in between must not lose a stop.
 class StopsPassedOn {
   public:
     StopsPassedOn() {
+        g_iPassed = 0;
         struct sigaction stAction {};
         stAction.sa_handler = PassOn;
         for (int i = 0; i < s_iCount; ++i) sigaction(s_aiSignals[i], &stAction, &m_astOld[i]);
     }
     ~StopsPassedOn() {
         g_iChild = 0;
-        for (int i = 0; i < s_iCount; ++i) sigaction(s_aiSignals[i], &m_astOld[i], nullptr);
+        for (int i = 0; i < s_iCount; ++i) {
+            sigaction(s_aiSignals[i], &m_astOld[i], nullptr);
+            const auto fnOld = m_astOld[i].sa_handler;
+            if (g_iPassed == s_aiSignals[i] && fnOld != SIG_DFL && fnOld != SIG_IGN) raise(s_aiSignals[i]);
+        }
     }
     StopsPassedOn(const StopsPassedOn&) = delete;
     StopsPassedOn& operator=(const StopsPassedOn&) = delete;

@@ -46,18 +46,17 @@ WRONG = {
     "control": (["recolour", "1"], "required"),
     "setup": (["--yes"], "not expected: --yes"),
 }
-# What prints, with a file of the test's own in {}.
+# What prints; {} is the test's own folder, {pid} a program with the overlay.
 PRINTS = (["--help"], ["--version"], ["status"], ["status", "--json"], ["dump"], ["doctor"], ["sensors"], ["names"],
-          ["config"], ["config", "limit"], ["video", "list"], ["top", "--once"], ["report", "{}", "--text"],
+          ["config"], ["config", "limit"], ["video", "list"], ["top", "--once"], ["report", "{}/rec.csv", "--text"],
           ["profile", "list"], ["profile", "check", "Default"], ["rows", "Classic"], ["language", "list"],
-          ["report-problem", "host_glx"])
+          ["report-problem", "{pid}"])
 # What writes files, where the file is to be, and whether the command is given the path.
 WRITES = (["config", "limit-rate", "77"], ["config", "warning-time", "77"], ["profile", "new", "Fresh", "--from", "FPS"],
           ["profile", "use", "FPS"], ["profile", "render", "FPS", "--size", "64x64", "--seconds", "1", "-o", "{}/new.png"],
           ["record", "{pid}", "--seconds", "1", "-o", "{}/new.csv"], ["report", "{}/rec.csv", "-o", "{}/new.html"],
           ["report-problem", "{pid}", "--yes", "-o", "{}/new.txt"])
-STAYS = (["feed"], ["feed", "--watch"], ["watch"], ["top"], ["record", "-o", "{}/stopped.csv"],
-         ["video", "0", "--test-pattern"])
+STAYS = (["feed"], ["feed", "--watch"], ["watch"], ["top"], ["record", "{pid}", "-o", "{}/stopped.csv"])
 
 
 def without_room():
@@ -116,7 +115,7 @@ class Errors(unittest.TestCase):
         recording = self.programs.folder / "rec.csv"
         self.assertEqual(self.ask("record", process.pid, "--seconds", "1", "-o", recording)[0], 0)
         for words in PRINTS:
-            words = [word.replace("{}", str(recording)) for word in words]
+            words = self.filled(words, process)
             with self.subTest(words=words), open("/dev/full", "w") as full:
                 code, _, errors = self.ask(*words, stdout=full)
                 self.assertEqual(code, 1, errors)
