@@ -424,6 +424,7 @@ Parsed ParseArguments(std::vector<std::string> listArguments) {
     const auto listTail = SplitProgram(listArguments);
     Parsed stParsed;
     CLI::App app(kDescription, "orvin-osd");
+    app.option_defaults()->disable_flag_override(); // no "--yes=5x"
     Describe(app, stParsed.stOptions);
     if (listArguments.size() == 2 && listArguments.front() == "--generate")
         return Generate(app, listArguments.back());

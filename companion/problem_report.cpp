@@ -171,14 +171,6 @@ void Replace(std::string& strText, const std::string& strPiece, const std::strin
     }
 }
 
-std::string PlainPart(const std::string& strProgram) {
-    std::string str = strProgram.empty() ? "program" : strProgram;
-    for (char& c : str)
-        if (static_cast<unsigned char>(c) < 32 || std::string("<>:\"/\\|?* ").find(c) != std::string::npos)
-            c = '-';
-    return str;
-}
-
 /// What a person types, up to the end of the line; nothing where a stop is asked for.
 std::string TypedLine() {
     std::string strLine;
@@ -228,8 +220,8 @@ Result ReportProblem(const ControlLibrary& stLibrary, const Options& stOptions) 
         return Result::NotFound("no program runs under the number " + std::to_string(uProcessId));
     const std::string strText = WithoutPerson(ReportText(stLibrary, uProcessId, st),
                                               platform::tool::HomeFolder(), platform::tool::PersonNames());
-    const std::string strPath = stOptions.strOutput.empty() ? PlainPart(st.stProcess.strName) + "-problem" +
-                                                                  TimeText("-%Y%m%d-%H%M%S.txt")
+    const std::string strPath = stOptions.strOutput.empty() ? recording::PlainFileName(st.stProcess.strName) +
+                                                                  "-problem" + TimeText("-%Y%m%d-%H%M%S.txt")
                                                             : stOptions.strOutput;
     return IsToBeKept(stOptions, strText, strPath) ? Keep(stOptions, strText, strPath) : Result{};
 }

@@ -47,4 +47,12 @@ Result OutputFile::Why() const {
     return Result::Fail("cannot write " + Printable(m_strPath) + strWhy);
 }
 
+std::string PlainFileName(const std::string& strProgram) {
+    std::string str = strProgram.empty() ? "program" : strProgram;
+    for (char& c : str)
+        if (static_cast<unsigned char>(c) < 32 || std::string("<>:\"/\\|?* ").find(c) != std::string::npos)
+            c = '-';
+    return str;
+}
+
 } // namespace companion::recording

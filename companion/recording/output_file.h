@@ -24,4 +24,7 @@ class OutputFile {
     bool m_bBegun = false; ///< a piece has been written
 };
 
+/// A program's name as a part of a file's; "program" where it has none.
+std::string PlainFileName(const std::string& strProgram);
+
 } // namespace companion::recording

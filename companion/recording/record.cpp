@@ -81,15 +81,6 @@ class Recorder {
     TraceState m_eState = TraceState::Waiting;
 };
 
-/// The file's own part of a program's name.
-std::string PlainPart(const std::string& strProgram) {
-    std::string str = strProgram.empty() ? "program" : strProgram;
-    for (char& c : str)
-        if (static_cast<unsigned char>(c) < 32 || std::string("<>:\"/\\|?* ").find(c) != std::string::npos)
-            c = '-';
-    return str;
-}
-
 std::string Recorder::OutputPath() const {
     if (!m_stOptions.strOutput.empty()) return m_stOptions.strOutput;
     return RecordingName(m_strProgram) + ".csv";
@@ -242,7 +233,7 @@ Result Recorder::Run() {
 } // namespace
 
 std::string RecordingName(const std::string& strProgram) {
-    return PlainPart(strProgram) + TimeText("-%Y%m%d-%H%M%S");
+    return PlainFileName(strProgram) + TimeText("-%Y%m%d-%H%M%S");
 }
 
 Result FindCarrier(const ControlLibrary& stLibrary, const std::string& strTarget, u32& uProcessId) {
