@@ -55,8 +55,12 @@ PRINTS = (["--help"], ["--version"], ["status"], ["status", "--json"], ["dump"],
 WRITES = (["config", "limit-rate", "77"], ["config", "warning-time", "77"], ["profile", "new", "Fresh", "--from", "FPS"],
           ["profile", "use", "FPS"], ["profile", "render", "FPS", "--size", "64x64", "--seconds", "1", "-o", "{}/new.png"],
           ["record", "{pid}", "--seconds", "1", "-o", "{}/new.csv"], ["report", "{}/rec.csv", "-o", "{}/new.html"],
-          ["report-problem", "{pid}", "--yes", "-o", "{}/new.txt"])
-STAYS = (["feed"], ["feed", "--watch"], ["watch"], ["top"], ["record", "{pid}", "-o", "{}/stopped.csv"])
+          ["report-problem", "{pid}", "--yes", "-o", "{}/new.txt"], ["fontcache", "write", "FPS"],
+          ["language", "use", "German"], ["language", "off"], ["shot", "{pid}", "--folder", "{}"],
+          ["video", "0", "--setup"])
+STAYS = (["feed"], ["feed", "--watch"], ["feed", "--keys"], ["watch"], ["top"], ["keys"],
+         ["record", "{pid}", "-o", "{}/stopped.csv"],
+         ["profile", "render", "FPS", "--watch", "--size", "64x64", "-o", "{}/watched.png"])
 
 
 def without_room():
