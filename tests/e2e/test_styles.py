@@ -13,6 +13,7 @@ from e2e.environment import LINUX, ROOT
 SLACK = 1.5  # canvas units: boxes are cut to whole units one by one
 MACHINES = ((1, 1), (2, 1), (2, 2), (3, 2), (4, 1), (4, 2))
 CELL = 0.75  # width of a digit's cell, in text sizes
+SENSORS = 9  # of the shipped profiles, all defined by the shipped settings
 DIGITS = 3  # of a load or temperature; their boxes have room for more
 
 
@@ -94,6 +95,14 @@ class Geometry(unittest.TestCase):
         rows_a_column = height / pitch
         return width > layout["canvas"][0] and len(shown) > 2 * rows_a_column and top + height > layout["canvas"][1] * 0.75
 
+    def sensors(self, layout):
+        """Rows of sensors have all of their parts, so that the other checks see them."""
+        rows = [row for row in layout["rows"] if row["of"].startswith("sensor")]
+        self.assertEqual(len(rows), SENSORS)
+        for row in rows:
+            self.assertEqual([part["part"] for part in row["boxes"]], ["title", "value", "unit"], row)
+            self.assertTrue(row["place"])
+
     def columns(self, layout):
         """Numbers of a list end where the others of their column do; those of figures are larger."""
         ends = {}
@@ -110,13 +119,17 @@ class Geometry(unittest.TestCase):
             cards, cpus = MACHINES[number % len(MACHINES)]
             rows = ("all", "three")[number // 2 % 2]
             with self.subTest(style=style, size=size, scale=scale, rows=rows, cards=cards, cpus=cpus):
-                self.hold(self.layout(style, rows, cards, cpus, scale, size))
+                layout = self.layout(style, rows, cards, cpus, scale, size)
+                self.hold(layout)
+                if rows == "all":
+                    self.sensors(layout)
 
     def test_every_machine(self):
         for style, (cards, cpus), scale in itertools.product(self.sheets.STYLES, MACHINES, (100, 150)):
             with self.subTest(style=style, scale=scale, cards=cards, cpus=cpus):
                 layout = self.layout(style, "all", cards, cpus, scale, "1080p")
                 self.hold(layout)
+                self.sensors(layout)
                 if style == "RV5" and scale == 100:
                     self.columns(layout)
 

@@ -74,23 +74,39 @@ void TakeBox(CControl& control, f32 (&afBox)[4]) {
     control.m_fnGetSize(&afBox[2], &afBox[3]);
 }
 
-/// The boxes of a word at an instance: what is written in them by now.
+/// Adds the box of a control, if there is one and something is written in it by now.
+void AddBox(std::vector<RowBox>& list, const char* szPart, CControl* p) {
+    RowBox st{szPart, {}};
+    if (p) TakeBox(*p, st.afBox);
+    if (p && st.afBox[2] > 0 && st.afBox[3] > 0) list.push_back(st);
+}
+
+/// The boxes of a word at an instance.
 std::vector<RowBox> BoxesOf(const std::string& strWord, u32 uInstance) {
     std::vector<RowBox> list;
-    const auto Add = [&](const char* szPart, CControl* p) {
-        RowBox st{szPart, {}};
-        if (p) TakeBox(*p, st.afBox);
-        if (p && st.afBox[2] > 0 && st.afBox[3] > 0) list.push_back(st);
-    };
     const auto Id = [&](eItem eKind, const char* szRole) {
         return g_fnMakeLB_ID(uInstance, g_fnItemBID(Style(), eKind, strWord, szRole));
     };
-    Add("title", g_fnFindCtrlById(Id(eItem::Text, "TITLE"), g_fnKind<KIND_TEXTBOX>()));
+    AddBox(list, "title", g_fnFindCtrlById(Id(eItem::Text, "TITLE"), g_fnKind<KIND_TEXTBOX>()));
     for (const char* szRole : {"VALUE", "VALUE1", "VALUE2", "VALUE3"}) {
-        Add("value", g_fnFindCtrlById(Id(eItem::Number, szRole), g_fnKind<KIND_NUMBOX>()));
-        Add("value", g_fnFindCtrlById(Id(eItem::Text, szRole), g_fnKind<KIND_TEXTBOX>()));
+        AddBox(list, "value", g_fnFindCtrlById(Id(eItem::Number, szRole), g_fnKind<KIND_NUMBOX>()));
+        AddBox(list, "value", g_fnFindCtrlById(Id(eItem::Text, szRole), g_fnKind<KIND_TEXTBOX>()));
     }
-    Add("unit", g_fnFindCtrlById(Id(eItem::Text, "UNIT"), g_fnKind<KIND_TEXTBOX>()));
+    AddBox(list, "unit", g_fnFindCtrlById(Id(eItem::Text, "UNIT"), g_fnKind<KIND_TEXTBOX>()));
+    return list;
+}
+
+/// The boxes of a sensor in a group. Its items have names only while the layout is built, so they go by
+/// number.
+std::vector<RowBox> BoxesOf(const stSensorDefinition& st, u32 uGroup) {
+    std::vector<RowBox> list;
+    const auto Add = [&](const char* szPart, i32 iItem, const auto& kind) {
+        if (iItem >= 0)
+            AddBox(list, szPart, g_fnFindCtrlById(g_fnMakeLB_ID(uGroup, static_cast<u32>(iItem)), kind));
+    };
+    Add("title", st.iTitleTextId, g_fnKind<KIND_TEXTBOX>());
+    Add("value", st.iValueNumberId, g_fnKind<KIND_NUMBOX>());
+    Add("unit", st.iUnitTextId, g_fnKind<KIND_TEXTBOX>());
     return list;
 }
 
@@ -234,6 +250,7 @@ void Rows::AddSensorsOf(const XMLElement& sensor) {
              bOn && g_fnReadXmlDecimal(p, "IsShow") != 0, g_fnIsSensorSupported(uGroup, strName.c_str()),
              IsPublished(strData)},
             RankOf(g_szExtensionWord), static_cast<i32>(m_list.size()));
+        m_list.back().st.listBoxes = BoxesOf(st, uGroup);
     }
 }
 
