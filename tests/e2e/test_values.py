@@ -14,7 +14,7 @@ FRAME = 12  # behind those over which the drawing is spread
 INK = 140  # of a digit; grounds and shadows are darker
 GLYPH = (16, 24)  # what letters are brought to before they are compared
 NUMBERS = (0, 7, 42, 100, 1234, 65, 89, 3, 5678, 90)
-DECIMALS = {"VRAM_VOLTAGE": 2}  # as the settings say; values are published without a point
+DECIMALS = {"VRAM_VOLTAGE": 2, "GPU_VOLTAGE": 1}  # as the settings say; values are published without a point
 
 
 def face():
@@ -116,6 +116,15 @@ class Values(unittest.TestCase):
             return ImageStat.Stat(ImageChops.difference(glyph, picture)).mean[0] + 100 * abs(glyph.shape - shape(box))
         return min(self.glyphs, key=unlike)
 
+    def place(self, name, value, box):
+        """The box of a number: numbers with decimals aren't padded, so that one of another length than the sample's
+        has a box of another width. It stands with its unit in the middle of a panel: both its ends move alike."""
+        x, y, width, height = box
+        if name.split("#")[0] not in DECIMALS:
+            return box
+        own = len(self.written(name, value)) * CELL * height
+        return [x + (width - own) / 2, y, own, height]
+
     def read(self, picture, box):
         """The number in a box, cell by cell."""
         x, y, width, height = box
@@ -139,16 +148,18 @@ class Values(unittest.TestCase):
         return values
 
     def hold(self, places, values, picture):
-        read = {name: self.read(picture, box) for name, box in places.items()}
+        read = {name: self.read(picture, self.place(name, values[name], box)) for name, box in places.items()}
         expected = {name: self.written(name, values[name]) for name in places}
         self.assertEqual(read, expected)
 
     def judge(self, style):
         self.choose(style)
         places = self.places()
-        self.assertEqual(len(places), 41)  # rows of a card and a CPU
+        self.assertEqual(len(places), 50)  # rows of a card, a CPU and sensors
         for turn in range(3):
             values = self.fitting(places, turn)
+            if turn == 0:
+                values["GPU_VOLTAGE#0"] = 7  # 0.7, shorter than the sample's text
             self.publish(values)
             self.hold(places, values, self.picture())
 
