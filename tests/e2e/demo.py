@@ -5,6 +5,7 @@ sensors, and leaves the pictures in out/demo.
 A picture is taken as soon as what it is to show is seen, however long that takes: the profile's ground, its values, and
 graphs that have filled. With a display present (DISPLAY set) the window is also shown there for some seconds a profile.
 """
+import json
 import os
 import pathlib
 import sys
@@ -13,7 +14,7 @@ import time
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent))
 from e2e.environment import (LINUX, ROOT, SHIPPED, WIN64, Display, LinuxPrograms, WinePrograms,  # noqa: E402
                              glfw_examples, see, wait_until)
-from e2e.panels import named_boxes, value_places  # noqa: E402
+from e2e.panels import is_custom, named_boxes, value_places  # noqa: E402
 from e2e.pictures import differing_inside, holds_color, ink_box  # noqa: E402
 
 OUT = ROOT / "out/demo"
@@ -57,9 +58,37 @@ def is_complete(picture, bare, profile, names):
     return True
 
 
+def style_boxes(programs, profile, width, height):
+    """Pixel boxes of a built-in style: of the ground, and of what shows a caption or a published value."""
+    code, output = programs.ask("rows", profile, "--json", "--size", f"{width}x{height}")
+    listed = json.loads(output[output.index("{"):])
+    shown = [row for row in listed["rows"] if row["place"]]
+    parts = [part["box"] for row in shown for part in row["boxes"]
+             if part["part"] == "title" or (part["part"] == "value" and row["published"])]
+    scale = height / listed["canvas"][1]
+    ground, *boxes = [tuple(round(v * scale) for v in (x, y, x + w, y + h)) for x, y, w, h in [listed["ground"], *parts]]
+    if code or not boxes:
+        raise SystemExit(f"orvin-osd rows {profile}: exit code {code}, {len(boxes)} boxes")
+    return ground, boxes
+
+
+def is_style_complete(picture, bare, ground, boxes):
+    return differing_inside(picture, bare, ground) > 0.8 and all(ink_box(picture, box, INK) for box in boxes)
+
+
 def shows_strip(picture, bare):
     """Whether the Default profile stands in a window that lies and is large as its program wants."""
     return STRIP in picture.getdata() and STRIP not in bare.getdata()
+
+
+def condition(programs, profile, bare, names, whole):
+    """What a picture has to show."""
+    if not whole:
+        return lambda picture: shows_strip(picture, bare)
+    if is_custom(profile):
+        return lambda picture: is_complete(picture, bare, profile, names)
+    ground, boxes = style_boxes(programs, profile, *bare.size)
+    return lambda picture: is_style_complete(picture, bare, ground, boxes)
 
 
 def tour(programs, display, program, name, profiles=SHIPPED, pictures=True, whole=True):
@@ -74,8 +103,7 @@ def tour(programs, display, program, name, profiles=SHIPPED, pictures=True, whol
         ask(programs, "reload")
         if pictures:
             path = OUT / f"{name}-{profile}.png"
-            see(display, path, lambda picture: (is_complete(picture, bare, profile, names) if whole else
-                                                shows_strip(picture, bare)))
+            see(display, path, condition(programs, profile, bare, names, whole))
             print(f"out/demo/{name}-{profile}.png", flush=True)
         else:
             time.sleep(SECONDS_TO_LOOK_AT)

@@ -18,6 +18,11 @@ def folder_of(profile):
     return next(folder / profile for folder in folders if (folder / profile).is_dir())
 
 
+def is_custom(profile):
+    """Whether a profile lays its items out itself."""
+    return xml.etree.ElementTree.parse(folder_of(profile) / "OSD.xml").find("CustomLayout/Settings/Info") is not None
+
+
 def rows(profile):
     """Attributes of each panel of a profile that hangs in no other item."""
     path = folder_of(profile) / "OSD.xml"
