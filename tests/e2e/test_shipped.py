@@ -3,8 +3,9 @@ import unittest
 
 from PIL import Image, ImageChops
 
+from e2e.demo import condition
 from e2e.environment import LINUX, SHIPPED, WIN64, Display, LinuxPrograms, WinePrograms, see, see_still, wait_until
-from e2e.panels import named_boxes
+from e2e.panels import is_custom, named_boxes
 from e2e.pictures import colourful, difference_box, differing_inside, differing_outside, ink_box
 
 SIZE = (1280, 720)
@@ -144,6 +145,19 @@ class Moving(ShippedCase):
         _, late = self.pictures(programs, LinuxPrograms, "Graphs", frame=200)
         block = next(iter(named_boxes("Graphs", *SIZE).values()))
         self.assertGreater(differing_inside(early, late, block), 0.02)
+
+
+class Demo(ShippedCase):
+    """The demo draws each of them, and has to know what to wait for."""
+
+    def test_what_its_pictures_have_to_show_is_known_of_each_profile(self):
+        programs = self.programs(LinuxPrograms)
+        programs.take_settings()
+        bare = Image.new("RGB", SIZE)
+        for profile in SHIPPED:
+            with self.subTest(profile=profile):
+                self.assertEqual(is_custom(profile), profile not in BUILT_IN)
+                self.assertFalse(condition(programs, profile, bare, [], True)(bare), "an overlay is to be seen")
 
 
 if __name__ == "__main__":
