@@ -221,6 +221,44 @@ TEST_F(FixedLayout, ADetailRowWithoutSupportLeavesNoGap) {
     EXPECT_EQ(Top(RowPanel("VRAM_USAGE_MB", "TITLE")), Top(RowPanel("VRAM_CLK", "TITLE")) + 15);
 }
 
+// --- the shipped groups, worked out by hand ----------------------------------------------------------------
+// C, R and A stand in the file's groups, T and N as items alone; there is no I and no T without an item.
+
+TEST_F(FixedLayout, ClassicsGroupsPutTheDetailsWhereTheyAreWorkedOut) {
+    stWish st;
+    st.strCard = "<GPUClock IsShow='1'/><VRAMClock IsShow='1'/><VRAMUsageP IsShow='1'/>";
+    ASSERT_TRUE(Build(st));
+    // The first block has three wide lines: 3 * 24 + 4 = 76. A title's margin is 8 and 6, its panel 200
+    // by 15.
+    EXPECT_EQ(At(RowPanel("VRAM_CLK", "TITLE")), (Place{8, 76 + 6}));
+    EXPECT_EQ(At(RowPanel("VRAM_USAGE_P", "TITLE")), (Place{8, 76 + 6 + 15})) << "C: below";
+    EXPECT_EQ(At(RowPanel("VRAM_CLK", "DATA")), (Place{8 + 200, 76 + 6})) << "R: the first one anchors";
+    st.uCards = 2;
+    ASSERT_TRUE(Build(st));
+    // The second block has one line: 15 + 4 = 19.
+    EXPECT_EQ(At(RowPanel("GPU_SECOND", "INFO", 1))[1], Top(RowPanel("FPS", "INFO")) + 76) << "A: from 1";
+    EXPECT_EQ(At(RowPanel("VRAM_CLK", "TITLE")), (Place{8, 76 + 19 + 6}));
+    EXPECT_EQ(At(RowPanel("VRAM_CLK", "DATA", 0)), (Place{8 + 200, 76 + 19 + 6})) << "A: round 0";
+    EXPECT_EQ(At(RowPanel("VRAM_CLK", "DATA", 1)), (Place{8 + 200 + 78, 76 + 19 + 6})) << "A in R: beside";
+}
+
+TEST_F(FixedLayout, RV5sGroupsPutTheRowsWhereTheyAreWorkedOut) {
+    stWish st;
+    st.uStyle = 1;
+    ASSERT_TRUE(Build(st));
+    // Titles begin at 14 and 8. Those of figures are 38 high, all others 24; values stand 168 further right.
+    EXPECT_EQ(At(RowPanel("FPS", "TITLE")), (Place{14, 8}));
+    EXPECT_EQ(At(RowPanel("FRAME_TIME", "TITLE")), (Place{14, 8 + 38})) << "C: below";
+    EXPECT_EQ(At(RowPanel("SYSTEM_TIME", "TITLE")), (Place{14, 8 + 2 * 38}));
+    EXPECT_EQ(At(RowPanel("GPU_CLK", "TITLE")), (Place{14, 8 + 2 * 38 + 24})) << "A of one round";
+    EXPECT_EQ(At(RowPanel("GPU_CLK", "VALUE")), (Place{14 + 168, 8 + 2 * 38 + 24}));
+    EXPECT_EQ(At(RowPanel("CPU_CLK", "TITLE")), (Place{14, 8 + 2 * 38 + 2 * 24}));
+    st.uCards = 2;
+    ASSERT_TRUE(Build(st));
+    EXPECT_EQ(At(RowPanel("GPU_CLK", "TITLE", 1)), (Place{14, 8 + 2 * 38 + 2 * 24})) << "A in C: below";
+    EXPECT_EQ(At(RowPanel("CPU_CLK", "TITLE")), (Place{14, 8 + 2 * 38 + 3 * 24}));
+}
+
 // --- order and words ---------------------------------------------------------------------------------------
 
 TEST_F(FixedLayout, RowsTakeTheProfilesOrderAndTiesTheTables) {
