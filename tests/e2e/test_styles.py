@@ -1,8 +1,10 @@
 """The two built-in styles, every row with every size: nothing overlaps, nothing is cut off, columns are columns."""
+import concurrent.futures
 import importlib.util
 import itertools
 import json
 import pathlib
+import re
 import shutil
 import subprocess
 import tempfile
@@ -15,6 +17,8 @@ MACHINES = ((1, 1), (2, 1), (2, 2), (3, 2), (4, 1), (4, 2))
 CELL = 0.75  # width of a digit's cell, in text sizes
 SENSORS = 9  # of the shipped profiles, all defined by the shipped settings
 DIGITS = 3  # of a load or temperature; their boxes have room for more
+LANGUAGES = sorted(path.stem for path in (ROOT / "data/Languages").iterdir())
+LONGEST = ("German", "Russian")  # captions, which are looked at in every size; those of the others grow alike
 
 
 def sheets():
@@ -38,18 +42,23 @@ class Geometry(unittest.TestCase):
         cls.sheets = sheets()
         cls.folder = pathlib.Path(tempfile.mkdtemp(prefix="orvin-styles."))
         cls.addClassCleanup(shutil.rmtree, cls.folder)
-        cls.data = cls.folder / "Data"
-        shutil.copytree(ROOT / "data", cls.data)
-        shutil.copytree(ROOT / "shaders", cls.data, dirs_exist_ok=True)
-        (cls.folder / "Settings").mkdir()
-        (cls.data / "Profiles/Drawn").mkdir()
+        cls.lay_out_data(cls.folder)
+
+    @staticmethod
+    def lay_out_data(folder):
+        shutil.copytree(ROOT / "data", folder / "Data")
+        shutil.copytree(ROOT / "shaders", folder / "Data", dirs_exist_ok=True)
+        (folder / "Settings").mkdir()
+        (folder / "Data/Profiles/Drawn").mkdir()
 
     def layout(self, style, rows, cards, cpus, scale, size):
         (self.folder / "Settings/settings.ini").write_text(self.sheets.machine(cards))
-        text = self.sheets.profile(style, rows, cards, cpus, scale)
-        (self.data / "Profiles/Drawn/OSD.xml").write_text(text)
+        return self.ask(self.folder, self.sheets.profile(style, rows, cards, cpus, scale), size)
+
+    def ask(self, folder, profile, size):
+        (folder / "Data/Profiles/Drawn/OSD.xml").write_text(profile)
         width, height = self.sheets.SIZES[size]
-        done = subprocess.run([LINUX / "orvin-osd", "rows", "Drawn", "--json", "--data", self.data, "--size",
+        done = subprocess.run([LINUX / "orvin-osd", "rows", "Drawn", "--json", "--data", folder / "Data", "--size",
                                f"{width}x{height}"], capture_output=True, text=True, timeout=300, check=False)
         self.assertEqual(done.returncode, 0, done.stderr)
         return json.loads(done.stdout)
@@ -132,6 +141,34 @@ class Geometry(unittest.TestCase):
                 self.sensors(layout)
                 if style == "RV5" and scale == 100:
                     self.columns(layout)
+
+    def test_every_language(self):
+        with concurrent.futures.ThreadPoolExecutor(max_workers=2) as pool:
+            for language, layouts in zip(LANGUAGES, pool.map(self.in_language, LANGUAGES)):
+                captions = self.captions(language)
+                for (style, scale), layout in layouts.items():
+                    with self.subTest(language=language, style=style, scale=scale):
+                        self.hold(layout)
+                        shown = {row["caption"] for row in layout["rows"]}
+                        self.assertIn(captions["PowerTarget"], shown, "the language is not the one that was chosen")
+
+    def in_language(self, language):
+        """Every row of both styles with the captions of a language."""
+        folder = self.folder / language
+        folder.mkdir()
+        self.lay_out_data(folder)
+        choice = f"[{self.sheets.KEY}]\nLanguageXMLFileName = {language}.xml\n"
+        (folder / "Settings/settings.ini").write_text(self.sheets.machine(1) + choice)
+        settings = folder / "Data/OSD.ini"
+        settings.write_text(settings.read_text().replace("UseLanguageXMLString = 0", "UseLanguageXMLString = 1"))
+        scales = self.sheets.SCALES if language in LONGEST else self.sheets.SCALES[-1:]
+        return {(style, scale): self.ask(folder, self.sheets.profile(style, "all", 1, 1, scale), "1080p")
+                for style, scale in itertools.product(self.sheets.STYLES, scales)}
+
+    @staticmethod
+    def captions(language):
+        text = (ROOT / f"data/Languages/{language}.xml").read_text()
+        return dict(re.findall(r'<(\S+) En="([^"]*)"', text))
 
 
 if __name__ == "__main__":
