@@ -6,7 +6,7 @@ import signal
 import subprocess
 import unittest
 
-from e2e.environment import LINUX, ROOT, Display, LinuxPrograms, wait_until
+from e2e.environment import LINUX, ROOT, Display, LinuxPrograms, WinePrograms, wait_until
 
 MANY = ["9"] * 30
 # Each command of the companion: a command line of it that is wrong, and what the one line says. The words of an option that
@@ -179,3 +179,35 @@ class Errors(unittest.TestCase):
         with open(f"/proc/{pid}/status") as file:
             caught = next(line for line in file if line.startswith("SigCgt"))
         return int(caught.split()[1], 16) >> (signal.SIGINT - 1) & 1
+
+
+class WindowsErrors(unittest.TestCase):
+    """Output and errors come by one file there."""
+
+    def setUp(self):
+        screen = Display()
+        self.programs = WinePrograms(screen.__enter__())
+        self.addCleanup(screen.__exit__)
+        self.addCleanup(self.programs.close)
+
+    def test_wrong_words(self):
+        for command, (words, part) in WRONG.items():
+            with self.subTest(command=command):
+                code, output = self.programs.ask(command, *words)
+                self.assertEqual(code, 2, output)
+                self.assertRegex(output, r"\Aorvin-(osd|profile): [^\r\n]+\r?\n\Z")
+                self.assertIn(part, output)
+
+    def test_no_room_where_nobody_can_write(self):
+        """A folder below a file."""
+        (self.programs.folder / "file").write_text("x")
+        below = "Z:" + str(self.programs.folder / "file").replace("/", "\\")
+        recording = self.programs.folder / "rec.csv"
+        recording.write_text("# orvin-osd recording 1\n")
+        for words in (["report", "Z:" + str(recording).replace("/", "\\"), "-o", below + "\\a.html"],
+                      ["profile", "render", "FPS", "--size", "64x64", "--seconds", "1", "-o", below + "\\a.png"]):
+            with self.subTest(words=words):
+                code, output = self.programs.ask(*words)
+                self.assertEqual(code, 1, output)
+                self.assertRegex(output, r"\Aorvin-(osd|profile): [^\r\n]+\r?\n\Z")
+        self.assertEqual((self.programs.folder / "file").read_text(), "x")
