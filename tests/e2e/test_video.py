@@ -1,8 +1,11 @@
 """Video boxes and the control block on real programs: the companion writes, programs show."""
 import json
+import mmap
 import os
 import pathlib
+import random
 import signal
+import struct
 import subprocess
 import unittest
 
@@ -183,6 +186,28 @@ class LinuxVideo(LinuxCase):
                 self.assertIsNone(process.poll())
         self.programs.end(writer)
         self.blocks()[0].unlink()
+        self.end(process)
+
+    def test_a_writer_that_scribbles_into_frames_while_they_are_shown_harms_nobody(self):
+        """Half-written frames, heads of any size and moment: two patterns and random bytes without any order."""
+        self.programs.show("Empty")
+        self.assertEqual(self.programs.ask("video", "0", *SETUP)[0], 0)
+        process = self.program()
+        wait_until(self.blocks)
+        noise, path = random.Random(7), self.blocks()[0]
+        with open(path, "r+b") as file, mmap.mmap(file.fileno(), 0) as block:
+            ticks = self.swaps(process)
+            while self.swaps(process) < ticks + 100:
+                for _ in range(50):
+                    struct.pack_into("<4I", block, 0, *(noise.choice((0, 1, 320, 180, 4096, noise.getrandbits(32)))
+                                                        for _ in range(4)))
+                    struct.pack_into("<I", block, 4 * noise.randrange(16), noise.getrandbits(32))
+                    place = noise.randrange(len(block) - 4096)
+                    block[place:place + 4096] = noise.randbytes(4096)
+                self.assertIsNone(process.poll())
+        writer = self.video("0", "--test-pattern")  # and in the end all is well again
+        see(self.display, self.folder / "look.png", shows_bars)
+        self.programs.end(writer)
         self.end(process)
 
     def swaps(self, process):
