@@ -46,11 +46,19 @@ MachineCheck CheckLibrary(const ControlLibrary&) {
                               "Install the package anew, into a folder without blanks and colons."});
 }
 
+/// What nothing can be said of while the folder itself is missing, which is told once.
+constexpr const char* kNotLooked = "not looked at without a data folder";
+
+bool IsDataThere(Result& stFound, fs::path& pathData) {
+    std::error_code error;
+    stFound = FindDataFolder("", pathData);
+    return stFound && fs::is_directory(pathData, error);
+}
+
 MachineCheck CheckData(const ControlLibrary&) {
     fs::path pathData;
-    const Result stFound = FindDataFolder("", pathData);
-    std::error_code error;
-    if (stFound && fs::is_directory(pathData, error)) return Sound("data folder", TextOfPath(pathData));
+    Result stFound;
+    if (IsDataThere(stFound, pathData)) return Sound("data folder", TextOfPath(pathData));
     return Faulty("data folder", {stFound ? "There is no data folder " + TextOfPath(pathData) + "."
                                           : "The system tells no place for the data folder.",
                                   "It has not been laid out for this user, or was removed.", Remedy()});
@@ -59,7 +67,8 @@ MachineCheck CheckData(const ControlLibrary&) {
 MachineCheck CheckShaders(const ControlLibrary&) {
     MachineCheck st = Sound("shaders");
     fs::path pathData;
-    if (!FindDataFolder("", pathData)) return st;
+    Result stFound;
+    if (!IsDataThere(stFound, pathData)) return Sound("shaders", kNotLooked);
     for (const std::string& strFault : ShaderFaults(pathData))
         st.listRemarks.push_back({"The " + strFault + ".",
                                   "Without its shader files the overlay cannot draw, and stays away.",
@@ -96,6 +105,9 @@ Remark ProfileRemark(const std::string& strProfile, const Result& stGood, const 
 
 MachineCheck CheckProfile(const ControlLibrary& stLibrary) {
     const std::string strProfile = ProfileFor(stLibrary, "");
+    fs::path pathData;
+    Result stFound;
+    if (!IsDataThere(stFound, pathData)) return Sound("profile", kNotLooked);
     const Result stGood = NeedGoodProfile(strProfile, "", true);
     return stGood ? Sound("profile", strProfile) : Faulty("profile", ProfileRemark(strProfile, stGood, ""));
 }
