@@ -21,7 +21,8 @@ class OpenCount:
         os.close(self.descriptor)
 
     def count(self):
-        """Opens since the last call. The system merges equal events in a row; the closings in between keep them apart."""
+        """Opens since the last call. The system merges equal events in a row; the closings in between keep them apart
+        as long as one program alone opens the file."""
         try:
             events = os.read(self.descriptor, 1 << 16)
         except BlockingIOError:

@@ -1,9 +1,11 @@
 """Video boxes and the control block on real programs: the companion writes, programs show."""
+import contextlib
 import json
 import mmap
 import os
 import pathlib
 import random
+import shutil
 import signal
 import struct
 import subprocess
@@ -11,7 +13,7 @@ import unittest
 
 from PIL import Image, ImageChops
 
-from e2e.environment import LINUX, STORE_KEYS, WIN64, see, wait_until
+from e2e.environment import DATA, LINUX, STORE_KEYS, WIN64, see, wait_until
 from e2e.open_count import OpenCount
 from e2e.test_linux import LinuxCase
 from e2e.test_wine import WineCase
@@ -223,52 +225,73 @@ class LinuxVideo(LinuxCase):
             self.host("--frames", "30")
             path.rmdir() if path.is_dir() and not path.is_symlink() else path.unlink()
 
-    def builds(self):
-        """Counts builds of the overlay: each reads this file once."""
-        return OpenCount(self.programs.data / "OSD_Ref.xml")
+    def counted_program(self):
+        """A program with a copy of the data of its own. Its `opens` counts its builds: each reads one file once, and two
+        programs that open a file at one moment would be counted as one."""
+        own = self.folder / f"data{len(self.programs.started)}"
+        shutil.copytree(self.programs.data, own / DATA)
+        opens = self.enterContext(OpenCount(own / DATA / "OSD_Ref.xml"))
+        process = self.program(ORVIN_OSD_APPDATA=str(own))
+        process.opens = opens
+        self.hosts.append(process)
 
-    def wait_for_builds(self, opens, number):
-        """Until there were that many, and no more while the programs that are there go on drawing."""
-        count = 0
+    @contextlib.contextmanager
+    def stopped_program(self):
+        """Holds the block: a request goes with it when all its other users rebuild at one moment."""
+        self.counted_program()
+        self.wait_for_builds(1)
+        process = self.hosts.pop()
+        os.kill(process.pid, signal.SIGSTOP)
+        try:
+            yield
+        finally:
+            os.kill(process.pid, signal.SIGCONT)
+            self.end(process)
+
+    def wait_for_builds(self, *numbers):
+        """Until the programs have built that often since the last wait, and no more while they go on drawing."""
+        counts = [0] * len(numbers)
 
         def enough():
-            nonlocal count
-            count += opens.count()
-            return count >= number
+            for place, process in enumerate(self.hosts):
+                counts[place] += process.opens.count()
+            return all(count >= number for count, number in zip(counts, numbers))
         wait_until(enough)
         for process in self.hosts:
             ticks = self.swaps(process)
             wait_until(lambda p=process, t=ticks: self.swaps(p) > t + 5)
-        self.assertEqual(count + opens.count(), number)
+        enough()
+        self.assertEqual(counts, list(numbers))
 
     def test_one_request_rebuilds_two_programs_once_each(self):
         self.programs.show("Empty")
         self.hosts = []
-        with self.builds() as opens:
-            for _ in range(2):
-                self.hosts.append(self.program())
-                self.wait_for_builds(opens, 1)
+        with self.stopped_program():
+            self.counted_program()
+            self.wait_for_builds(1)
+            self.counted_program()
+            self.wait_for_builds(0, 1)
             self.assertEqual(self.programs.ask("control", "rebuild")[0], 0)
-            self.wait_for_builds(opens, 2)
+            self.wait_for_builds(1, 1)
             # One that starts now finds the request and builds once more.
-            self.hosts.append(self.program())
-            self.wait_for_builds(opens, 2)
-            self.assertEqual(self.programs.ask("control", "off")[0], 0)
-            self.wait_for_builds(opens, 0)
-            for process in self.hosts:
-                self.end(process)
+            self.counted_program()
+            self.wait_for_builds(0, 0, 2)
+        self.assertEqual(self.programs.ask("control", "off")[0], 0)
+        self.wait_for_builds(0, 0, 0)
+        for process in self.hosts:
+            self.end(process)
         self.assertEqual(self.controls(), [])
 
     def test_one_program_alone_rebuilds_at_each_request(self):
         """Its block goes and comes with each build."""
         self.programs.show("Empty")
-        with self.builds() as opens:
-            self.hosts = [self.program()]
-            self.wait_for_builds(opens, 1)
-            for _ in range(3):
-                self.assertEqual(self.programs.ask("control", "rebuild")[0], 0)
-                self.wait_for_builds(opens, 1)
-            self.end(self.hosts[0])
+        self.hosts = []
+        self.counted_program()
+        self.wait_for_builds(1)
+        for _ in range(3):
+            self.assertEqual(self.programs.ask("control", "rebuild")[0], 0)
+            self.wait_for_builds(1)
+        self.end(self.hosts[0])
         self.assertEqual(self.controls(), [])
 
     def controls(self):
