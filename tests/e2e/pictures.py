@@ -50,6 +50,11 @@ def ink_box(picture, box, level=120):
     return found and (found[0] + box[0], found[1] + box[1], found[2] + box[0], found[3] + box[1])
 
 
+def shows_shapes(picture):
+    """Whether the profile Shapes stands on a window of 640x480: the edge of its first panel."""
+    return holds_color(picture, (8, 8, 16, 44), (64, 176, 255))
+
+
 def holds_color(picture, box, color):
     """Whether a pixel of the region has exactly this colour."""
     return color in picture.crop(box).getdata()

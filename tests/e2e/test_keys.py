@@ -7,16 +7,24 @@ import unittest
 
 from PIL import Image
 
-from e2e.environment import (DATA, LINUX, STORE_KEYS, WIN64, Display, LinuxPrograms, WinePrograms, screenshot, see,
-                             wait_until)
+from e2e.environment import (DATA, LINUX, STORE_KEYS, WIN64, Display, LinuxPrograms, WinePrograms, see,
+                             see_still, wait_until)
+from e2e.pictures import shows_shapes
 from e2e.test_recording import read_recording
 
 ACTIONS = ("overlay", "profile", "shot", "record", "limit")
 COMMANDS = [f"orvin-osd keys do {name}" for name in ACTIONS]
+WINDOW = (0, 0, 640, 480)  # of the host on the display
 MANY = "100000000"
 
 
 class KeysCase:
+    @classmethod
+    def setUpClass(cls):
+        screen = Display()
+        cls.display = screen.__enter__()
+        cls.addClassCleanup(screen.__exit__)
+
     def ask(self, *words, code=0):
         result, output = self.programs.ask(*words)
         self.assertEqual(result, code, output)
@@ -42,16 +50,10 @@ class KeysCase:
         self.assertIsNone(process.poll(), self.text(process))
         return process
 
-    def window(self, condition=lambda picture: True):
+    def window(self, condition=shows_shapes):
         """The host's picture; two looks in a row are equal."""
-        former = [None]
-
-        def look():
-            picture = screenshot(self.display, self.programs.folder / "root.png").crop((0, 0, 640, 480))
-            still = former[0] is not None and former[0].tobytes() == picture.tobytes() and condition(picture)
-            former[0] = picture
-            return picture if still else None
-        return wait_until(look)
+        return see_still(self.display, self.programs.folder / "root.png",
+                         lambda picture: condition(picture.crop(WINDOW))).crop(WINDOW)
 
     def hold_each_action(self, process):
         """Each key pressed, and its effect seen."""
@@ -106,12 +108,6 @@ class KeysCase:
 class Linux(KeysCase, unittest.TestCase):
     name = "host_glx"
     local = staticmethod(pathlib.Path)
-
-    @classmethod
-    def setUpClass(cls):
-        screen = Display()
-        cls.display = screen.__enter__()
-        cls.addClassCleanup(screen.__exit__)
 
     def setUp(self):
         self.programs = LinuxPrograms(self.display, care=True)
@@ -297,12 +293,6 @@ class Linux(KeysCase, unittest.TestCase):
 class Windows(KeysCase, unittest.TestCase):
     """Wine hears of keys while one of its windows has the keyboard, which a click gives it."""
     name = "host_wgl.exe"
-
-    @classmethod
-    def setUpClass(cls):
-        screen = Display()
-        cls.display = screen.__enter__()
-        cls.addClassCleanup(screen.__exit__)
 
     def setUp(self):
         self.programs = WinePrograms(self.display, care=True)

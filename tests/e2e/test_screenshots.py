@@ -7,9 +7,12 @@ import unittest
 
 from PIL import Image, ImageChops
 
-from e2e.environment import LINUX, WIN64, Display, LinuxPrograms, WinePrograms, screenshot, wait_until
+from e2e.environment import (LINUX, WIN64, Display, LinuxPrograms, WinePrograms, screenshot, see_still,
+                             wait_until)
+from e2e.pictures import shows_shapes
 
 SETTINGS = r"SOFTWARE\Zarn\ORVIN-OSD"
+WINDOW = (0, 0, 640, 480)  # of the host on the display
 MANY = "100000000"
 
 
@@ -54,16 +57,10 @@ class LinuxScreenshots(Screenshots, unittest.TestCase):
         self.assertEqual(code, 0, output)
         return [pathlib.Path(line) for line in output.splitlines()]
 
-    def window(self, condition=lambda picture: True):
+    def window(self, condition=shows_shapes):
         """The window without the shutter: two looks in a row are equal."""
-        former = [None]
-
-        def look():
-            picture = screenshot(self.display, self.programs.folder / "root.png").crop((0, 0, 640, 480))
-            still = former[0] is not None and former[0].tobytes() == picture.tobytes() and condition(picture)
-            former[0] = picture
-            return picture if still else None
-        return wait_until(look)
+        return see_still(self.display, self.programs.folder / "root.png",
+                         lambda picture: condition(picture.crop(WINDOW))).crop(WINDOW)
 
     def test_is_the_window_with_and_without_the_overlay(self):
         self.begin()
