@@ -1,11 +1,9 @@
 // Linux: this program once more.
 #include "platform/tool_again.h"
-#include "platform/tool.h"
-#include <cerrno>
+#include "platform/linux/tool_child.h"
 #include <cstring>
 #include <fcntl.h>
 #include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace platform::tool {
@@ -52,14 +50,7 @@ class Manner {
 Result RunAgain(const std::vector<std::string>& listArguments, int& iExitCode) {
     pid_t iChild = 0;
     const Result st = Manner().Start(listArguments, iChild);
-    if (!st) return st;
-    int iStatus = 0;
-    pid_t iEnded;
-    do iEnded = waitpid(iChild, &iStatus, 0);
-    while (iEnded < 0 && errno == EINTR);
-    if (iEnded != iChild) return Result::Fail(std::string("cannot wait: ") + std::strerror(errno));
-    iExitCode = WIFEXITED(iStatus) ? WEXITSTATUS(iStatus) : 128 + WTERMSIG(iStatus);
-    return {};
+    return st ? WaitForEnd(iChild, iExitCode) : st;
 }
 
 Result StartApart(const std::vector<std::string>& listArguments, const std::string& strOutput,

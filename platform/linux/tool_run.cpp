@@ -1,5 +1,5 @@
 // Linux: a program beside this one, run to its end.
-#include "platform/tool.h"
+#include "platform/linux/tool_child.h"
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
@@ -48,16 +48,6 @@ class StopsPassedOn {
     struct sigaction m_astOld[s_iCount];
 };
 
-Result WaitForEnd(pid_t iChild, int& iExitCode) {
-    int iStatus = 0;
-    pid_t iEnded;
-    do iEnded = waitpid(iChild, &iStatus, 0);
-    while (iEnded < 0 && errno == EINTR);
-    if (iEnded != iChild) return Result::Fail(std::string("cannot wait: ") + std::strerror(errno));
-    iExitCode = WIFEXITED(iStatus) ? WEXITSTATUS(iStatus) : 128 + WTERMSIG(iStatus);
-    return {};
-}
-
 /// A pipe for what a program prints, and the wish of the program to come to print there.
 class Output {
   public:
@@ -95,6 +85,16 @@ class Output {
 };
 
 } // namespace
+
+Result WaitForEnd(pid_t iChild, int& iExitCode) {
+    int iStatus = 0;
+    pid_t iEnded;
+    do iEnded = waitpid(iChild, &iStatus, 0);
+    while (iEnded < 0 && errno == EINTR);
+    if (iEnded != iChild) return Result::Fail(std::string("cannot wait: ") + std::strerror(errno));
+    iExitCode = WIFEXITED(iStatus) ? WEXITSTATUS(iStatus) : 128 + WTERMSIG(iStatus);
+    return {};
+}
 
 Result RunBeside(const std::string& strName, const std::vector<std::string>& listArguments, int& iExitCode,
                  std::string* pOutput) {
