@@ -107,7 +107,7 @@ void CFontUniCode::m_fnMeasureSpace(f32* pOut) {
     *pOut = static_cast<f32>(iGap) / static_cast<f32>(m_uFontSize);
 }
 
-/// First place that is not 0, by words; uCount if there is none.
+/// First place that is not 0, by words; iCount if there is none.
 static i32 SkipZeros(const u8* p, i32 iCount) {
     i32 i = 0;
     for (u64 u = 0; i + 8 <= iCount; i += 8) {

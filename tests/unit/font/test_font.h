@@ -2,6 +2,7 @@
 // A font that counts what leaves it, and may be given a picture in place of drawn text.
 #include "font/font_unicode.h"
 
+#include <cstring>
 #include <functional>
 #include <memory>
 #include <string>
@@ -50,4 +51,12 @@ inline std::unique_ptr<CTestFont> ReadyFont(u32 uLayout, u32 uCell, const char16
     pFont->m_aDrawn.clear();
     pFont->m_aDrawnWith.clear();
     return pFont;
+}
+
+/// Whether two fonts of one size have the same cells, records and codes.
+inline bool AreAlike(CTestFont& a, CTestFont& b) {
+    const std::size_t uBytes = std::size_t{a.m_uTexW} * a.m_uTexH;
+    const std::size_t uRecords = (a.m_uNum_Characters + 2) * sizeof(stFontChar);
+    return std::memcmp(a.m_fnTakeAtlas(), b.m_fnTakeAtlas(), uBytes) == 0 &&
+           std::memcmp(a.m_pChars, b.m_pChars, uRecords) == 0 && a.m_mapCharIndex == b.m_mapCharIndex;
 }

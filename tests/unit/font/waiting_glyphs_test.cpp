@@ -36,12 +36,6 @@ struct WaitingGlyphs : ::testing::Test {
         g_stHostCare.bOuterGuard = true;
         return pFont;
     }
-    static bool AreAlike(CTestFont& a, CTestFont& b) {
-        const std::size_t uBytes = std::size_t{a.m_uTexW} * a.m_uTexH;
-        const std::size_t uRecords = (a.m_uNum_Characters + 2) * sizeof(stFontChar);
-        return std::memcmp(a.m_fnTakeAtlas(), b.m_fnTakeAtlas(), uBytes) == 0 &&
-               std::memcmp(a.m_pChars, b.m_pChars, uRecords) == 0 && a.m_mapCharIndex == b.m_mapCharIndex;
-    }
 };
 
 } // namespace
