@@ -136,26 +136,37 @@ class Bench:
             (settings / "settings.ini").unlink()
 
     @contextlib.contextmanager
-    def changing_values(self):
-        """Writes other values into the published data all the time, as a companion would."""
+    def writing(self, work):
+        """Runs work(segment, done) beside what is measured, with the shared segment's bytes, until done is set."""
         path = next(pathlib.Path("/dev/shm").glob(f"*Shared*{self.folder.name}*"))
         done = threading.Event()
 
-        def churn():
-            noise = random.Random(1)
+        def run():
             with open(path, "r+b") as file, mmap.mmap(file.fileno(), 0) as segment:
-                while not done.wait(0.0005):
-                    for bank in (RAW_DATA, RAW_DATA + RAW_BANK):
-                        for place in range(len(PUBLISHED)):
-                            struct.pack_into("<i", segment, bank + 4 * place, noise.randrange(10000))
+                work(segment, done)
 
-        thread = threading.Thread(target=churn)
+        thread = threading.Thread(target=run)
         thread.start()
         try:
             yield
         finally:
             done.set()
             thread.join()
+
+    @contextlib.contextmanager
+    def changing_values(self):
+        """Writes other values into the published data all the time, as a companion would."""
+        def churn(segment, done):
+            noise = random.Random(1)
+            while not done.wait(0.0005):
+                for bank in (RAW_DATA, RAW_DATA + RAW_BANK):
+                    for place in range(len(PUBLISHED)):
+                        struct.pack_into("<i", segment, bank + 4 * place, noise.randrange(10000))
+
+        try:
+            with self.writing(churn):
+                yield
+        finally:
             for name, value in PUBLISHED.items():
                 self.ask("set", name, str(value))
 
@@ -205,27 +216,18 @@ class Bench:
     @contextlib.contextmanager
     def asking_for_frames(self, pid):
         """What a recording companion writes into the shared segment: its wish, and a beat."""
-        path = next(pathlib.Path("/dev/shm").glob(f"*Shared*{self.folder.name}*"))
-        done = threading.Event()
+        def ask(segment, done):
+            struct.pack_into("<III", segment, TRACE_REQUESTS + 16, pid, 1, 0)
+            changes, = struct.unpack_from("<I", segment, TRACE_REQUESTS)
+            struct.pack_into("<I", segment, TRACE_REQUESTS, changes + 1)
+            beat = 1
+            while not done.wait(0.02):
+                beat += 1
+                struct.pack_into("<I", segment, TRACE_REQUESTS + 20, beat)
+            struct.pack_into("<III", segment, TRACE_REQUESTS + 16, 0, 0, 0)
 
-        def ask():
-            with open(path, "r+b") as file, mmap.mmap(file.fileno(), 0) as segment:
-                struct.pack_into("<III", segment, TRACE_REQUESTS + 16, pid, 1, 0)
-                changes, = struct.unpack_from("<I", segment, TRACE_REQUESTS)
-                struct.pack_into("<I", segment, TRACE_REQUESTS, changes + 1)
-                beat = 1
-                while not done.wait(0.02):
-                    beat += 1
-                    struct.pack_into("<I", segment, TRACE_REQUESTS + 20, beat)
-                struct.pack_into("<III", segment, TRACE_REQUESTS + 16, 0, 0, 0)
-
-        thread = threading.Thread(target=ask)
-        thread.start()
-        try:
+        with self.writing(ask):
             yield
-        finally:
-            done.set()
-            thread.join()
 
     def counts(self, mode, driver="null", step=SIXTIETH):
         """GL calls by name, window-system calls, allocations, clock reads per frame; threads, private memory in KiB."""
