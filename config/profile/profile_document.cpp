@@ -28,6 +28,7 @@ namespace {
 constexpr const char* c_aszLayouts[g_uLayoutStyles] = {"ClassicLayout", "ORVINLayout", "CustomLayout"};
 
 std::unique_ptr<XMLDocument> g_pProfileDocument, g_pReferenceDocument;
+std::unique_ptr<XMLDocument> g_pReferenceAhead; ///< parsed for the next read
 
 void SetCode(i32* piCode, i32 iCode) {
     if (piCode) *piCode = iCode;
@@ -85,13 +86,20 @@ void ShrinkReference() {
         throw i32{PROFILE_NOT_PARSED};
 }
 
+std::unique_ptr<XMLDocument> OpenReference() {
+    char16_t wzPath[g_uDataPathCapacity];
+    g_fnResolveDataPath(wzPath, u"OSD_Ref.xml");
+    if (!g_pReferenceAhead) return OpenOrThrow(wzPath);
+    g_fnWatchFile(wzPath);
+    return std::move(g_pReferenceAhead);
+}
+
 void OpenBoth() {
     char16_t wzPath[g_uDataPathCapacity];
     if (!g_wzProfileName[0]) g_fnSetProfileName(u"Default");
     g_fnResolveProfileDocument(g_wzProfileName, wzPath);
     g_pProfileDocument = OpenOrThrow(wzPath);
-    g_fnResolveDataPath(wzPath, u"OSD_Ref.xml");
-    g_pReferenceDocument = OpenOrThrow(wzPath);
+    g_pReferenceDocument = OpenReference();
     ShrinkReference();
 }
 
@@ -178,6 +186,13 @@ bool g_fnRead_OSD_Profile() {
         return false;
     }
 }
+
+void g_fnReadReferenceAhead() noexcept try {
+    g_pReferenceAhead = OpenReference();
+} catch (...) { // the next read meets it again and says so
+}
+
+void g_fnDropReferenceAhead() noexcept { g_pReferenceAhead.reset(); }
 
 void g_fnClearProfileDocuments() {
     g_stProfile.pRoot = g_stProfile.pLayout = g_stProfile.pSettings = nullptr;

@@ -82,6 +82,10 @@ extern stProfile g_stProfile;
 /// Reads both documents of g_wzProfileName ("Default" where that is empty), sets the handles, g_uLayoutStyle
 /// and the routine. False, with all handles null and the style untouched, if any step fails.
 bool g_fnRead_OSD_Profile();
+/// Parses OSD_Ref.xml for the next read, which takes it as it is.
+void g_fnReadReferenceAhead() noexcept;
+/// Drops what no read has taken.
+void g_fnDropReferenceAhead() noexcept;
 /// Drops both documents and every handle.
 void g_fnClearProfileDocuments();
 /// "Group" of OSD_Ref.xml, whose rows take the profile's order; null for Custom.

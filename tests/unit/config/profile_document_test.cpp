@@ -115,6 +115,32 @@ TEST_F(ProfileDocument, CustomNeedsTheReferenceToOpenAndNothingInIt) {
     ExpectFailure(PROFILE_NOT_OPENED);
 }
 
+TEST_F(ProfileDocument, AReferenceReadAheadIsTakenByTheNextReadAlone) {
+    Document(Layout(0, ""));
+    Reference("<OSD><ClassicLayout><Group/><Template/></ClassicLayout><Preset Mine='1'/></OSD>");
+    g_fnReadReferenceAhead();
+    Reference("<OSD><ClassicLayout><Group/><Template/></ClassicLayout></OSD>");
+    ASSERT_TRUE(g_fnRead_OSD_Profile());
+    EXPECT_NE(g_stProfile.pPreset, nullptr);
+    ASSERT_TRUE(g_fnRead_OSD_Profile());
+    EXPECT_EQ(g_stProfile.pPreset, nullptr);
+    g_fnReadReferenceAhead();
+    g_fnDropReferenceAhead();
+    m_folder.Remove("OSD_Ref.xml");
+    ExpectFailure(PROFILE_NOT_OPENED);
+}
+
+TEST_F(ProfileDocument, AReferenceReadAheadInVainIsReadOnceMore) {
+    Document(Layout(0, ""));
+    Reference("<OSD>");
+    g_fnReadReferenceAhead();
+    ExpectFailure(PROFILE_NOT_PARSED);
+    Reference("<OSD>");
+    g_fnReadReferenceAhead();
+    Reference();
+    EXPECT_TRUE(g_fnRead_OSD_Profile());
+}
+
 TEST_F(ProfileDocument, CodesOfTheProfilesDocument) {
     Reference();
     ExpectFailure(0);
