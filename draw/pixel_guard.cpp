@@ -3,17 +3,31 @@
 #include "platform/types.h"
 
 #include <iterator>
+#include <span>
 
 namespace {
 
-struct stUnpackRow {
+struct stStoreRow {
     GLenum eName;
     GLint iNeeded;
 };
-constexpr stUnpackRow g_astUnpack[] = {
+constexpr stStoreRow g_astUnpack[] = {
     {GL_UNPACK_SWAP_BYTES, 0},   {GL_UNPACK_LSB_FIRST, 0},   {GL_UNPACK_ROW_LENGTH, 0},
     {GL_UNPACK_IMAGE_HEIGHT, 0}, {GL_UNPACK_SKIP_PIXELS, 0}, {GL_UNPACK_SKIP_ROWS, 0},
     {GL_UNPACK_SKIP_IMAGES, 0},  {GL_UNPACK_ALIGNMENT, 1},
+};
+constexpr stStoreRow g_astPack[] = {
+    {GL_PACK_SWAP_BYTES, 0},  {GL_PACK_LSB_FIRST, 0}, {GL_PACK_ROW_LENGTH, 0},
+    {GL_PACK_SKIP_PIXELS, 0}, {GL_PACK_SKIP_ROWS, 0}, {GL_PACK_ALIGNMENT, 4},
+};
+
+/// How pixels lie in memory on their way to the driver, or back.
+struct stStore {
+    GLenum eBinding, eTarget; ///< of the buffer that stands for the memory
+    std::span<const stStoreRow> rows;
+    bool bSet = false; ///< saved and set this frame
+    GLint iBuffer = 0;
+    GLint aiValue[std::size(g_astUnpack)] = {};
 };
 
 /// They change the pixels of uploads and of copies into textures alike.
@@ -29,9 +43,10 @@ constexpr stTransferRow g_astTransfer[] = {
 
 struct stPixels {
     bool bActive = false, bCompatibility = false;
-    bool bUnpack = false, bTransfer = false, bRead = false; ///< saved and set this frame
-    GLint iUnpackBuffer = 0, iReadFramebuffer = 0, iReadBuffer = 0;
-    GLint aiUnpack[std::size(g_astUnpack)] = {};
+    bool bTransfer = false, bRead = false; ///< saved and set this frame
+    GLint iReadFramebuffer = 0, iReadBuffer = 0;
+    stStore stUnpack{GL_PIXEL_UNPACK_BUFFER_BINDING, GL_PIXEL_UNPACK_BUFFER, g_astUnpack};
+    stStore stPack{GL_PIXEL_PACK_BUFFER_BINDING, GL_PIXEL_PACK_BUFFER, g_astPack};
     GLfloat afTransfer[std::size(g_astTransfer)] = {};
 };
 stPixels g_stPixels;
@@ -59,23 +74,23 @@ void EndTransfer() {
             glPixelTransferf(g_astTransfer[i].eName, g_stPixels.afTransfer[i]);
 }
 
-void BeginUnpack() {
-    stPixels& st = g_stPixels;
-    st.bUnpack = true;
-    st.iUnpackBuffer = Ask(GL_PIXEL_UNPACK_BUFFER_BINDING);
-    if (st.iUnpackBuffer != 0) glBindBuffer(GL_PIXEL_UNPACK_BUFFER, 0);
-    for (std::size_t i = 0; i < std::size(g_astUnpack); ++i) {
-        st.aiUnpack[i] = Ask(g_astUnpack[i].eName);
-        if (st.aiUnpack[i] != g_astUnpack[i].iNeeded)
-            glPixelStorei(g_astUnpack[i].eName, g_astUnpack[i].iNeeded);
+void BeginStore(stStore& st) {
+    if (st.bSet) return;
+    st.bSet = true;
+    st.iBuffer = Ask(st.eBinding);
+    if (st.iBuffer != 0) glBindBuffer(st.eTarget, 0);
+    for (std::size_t i = 0; i < st.rows.size(); ++i) {
+        st.aiValue[i] = Ask(st.rows[i].eName);
+        if (st.aiValue[i] != st.rows[i].iNeeded) glPixelStorei(st.rows[i].eName, st.rows[i].iNeeded);
     }
 }
 
-void EndUnpack() {
-    const stPixels& st = g_stPixels;
-    if (st.iUnpackBuffer != 0) glBindBuffer(GL_PIXEL_UNPACK_BUFFER, static_cast<GLuint>(st.iUnpackBuffer));
-    for (std::size_t i = 0; i < std::size(g_astUnpack); ++i)
-        if (st.aiUnpack[i] != g_astUnpack[i].iNeeded) glPixelStorei(g_astUnpack[i].eName, st.aiUnpack[i]);
+void EndStore(stStore& st) {
+    if (!st.bSet) return;
+    st.bSet = false;
+    if (st.iBuffer != 0) glBindBuffer(st.eTarget, static_cast<GLuint>(st.iBuffer));
+    for (std::size_t i = 0; i < st.rows.size(); ++i)
+        if (st.aiValue[i] != st.rows[i].iNeeded) glPixelStorei(st.rows[i].eName, st.aiValue[i]);
 }
 
 /// The read buffer belongs to the framebuffer, so it is asked for while that is bound. Without a second
@@ -106,19 +121,27 @@ void g_fnBeginGuardPixels(bool bCompatibility) noexcept {
 void g_fnEndGuardPixels() noexcept {
     stPixels& st = g_stPixels;
     if (st.bTransfer) EndTransfer();
-    if (st.bUnpack) EndUnpack();
+    EndStore(st.stUnpack);
+    EndStore(st.stPack);
     if (st.bRead) EndRead();
-    st.bActive = st.bTransfer = st.bUnpack = st.bRead = false;
+    st.bActive = st.bTransfer = st.bRead = false;
 }
 
 void g_fnGuardUpload() noexcept {
     if (!g_stPixels.bActive) return;
     BeginTransfer();
-    if (!g_stPixels.bUnpack) BeginUnpack();
+    BeginStore(g_stPixels.stUnpack);
 }
 
 void g_fnGuardRead() noexcept {
     if (!g_stPixels.bActive) return;
     BeginTransfer();
     if (!g_stPixels.bRead) BeginRead();
+}
+
+bool g_fnGuardReadToMemory() noexcept {
+    if (!g_stPixels.bActive) return false;
+    g_fnGuardRead();
+    BeginStore(g_stPixels.stPack);
+    return true;
 }

@@ -1,6 +1,8 @@
 // The guard of key OuterGuard: under each odd state of a program the overlay looks as it does under the
 // default one, it draws nothing where the drawing would reach the program, and it raises no errors and no
 // messages.
+#include "draw/backdrop.h"
+#include "draw/canvas.h"
 #include "draw/first_draws.h"
 #include "frame/context_state.h"
 #include "frame/frame_driver.h"
@@ -8,9 +10,11 @@
 #include "frame/release.h"
 #include "platform/gl_api.h"
 #include "platform/glyph_rasterizer.h"
+#include "platform/headless/test_controls.h"
 #include "tests/gl/frame_fixture.h"
 #include "tests/support/gl_recorder.h"
 
+#include <cstring>
 #include <functional>
 #include <vector>
 
@@ -168,9 +172,15 @@ std::string FirstDraw(const std::vector<std::string>& vecCalls) {
     return "none";
 }
 
-/// What changes pixels on their way into textures: set while fonts are made, and while the frame is copied.
+/// What changes pixels on their way into textures and out of the frame: set while fonts are made, and while
+/// the frame is copied.
 std::vector<stOddState> PixelStates() {
     return {
+        {"pixel pack buffer", false, [](bool b) { glBindBuffer(GL_PIXEL_PACK_BUFFER, b ? g_uBuffer : 0); }},
+        PixelStore("row length of reads", GL_PACK_ROW_LENGTH, 3, 0),
+        PixelStore("skipped pixels of reads", GL_PACK_SKIP_PIXELS, 2, 0),
+        PixelStore("skipped rows of reads", GL_PACK_SKIP_ROWS, 2, 0),
+        PixelStore("alignment of reads", GL_PACK_ALIGNMENT, 8, 4),
         {"pixel unpack buffer", false,
          [](bool b) { glBindBuffer(GL_PIXEL_UNPACK_BUFFER, b ? g_uBuffer : 0); }},
         PixelStore("swapped bytes", GL_UNPACK_SWAP_BYTES, 1, 0),
@@ -224,6 +234,7 @@ class OuterGuard : public FrameFixture {
         glClear(GL_COLOR_BUFFER_BIT);
     }
     static bool IsWhole() { return g_bInitGL && !g_fnAreDrawsSpread(); }
+    std::vector<std::string> m_vecCalls; ///< of the frame that was recorded last
     void OneFrame(const std::function<void(bool)>& fnSet) {
         Clear();
         fnSet(true);
@@ -297,6 +308,59 @@ TEST_F(OuterGuard, FontsAreMadeTheSameUnderEachOddStateInCompatibility) {
 
 TEST_F(OuterGuard, CopiesOfTheFrameAreTheSameUnderOddTransfers) {
     CompareBuilding(Options(false), u"Frosted20");
+}
+
+TEST_F(OuterGuard, CopiesOfTheFrameAreTheSameUnderOddReads) { CompareBuilding(Options(true), u"Frosted20"); }
+
+/// The texture behind frosted panels, of a frame of many colours.
+class BackdropCopies : public OuterGuard {
+  protected:
+    static void PaintStairs() {
+        glEnable(GL_SCISSOR_TEST);
+        for (GLint i = 0; i < 40; ++i) {
+            glScissor(3 * i, 2 * i, 160, 120);
+            glClearColor(0.02f * static_cast<float>(i), 0.1f, 0.01f * static_cast<float>(i * i % 90), 0.5f);
+            glClear(GL_COLOR_BUFFER_BIT);
+        }
+        glDisable(GL_SCISSOR_TEST);
+    }
+    Pixels Copy() {
+        PaintStairs();
+        m_vecCalls = RecordSwap();
+        Pixels vec(std::size_t{4} * g_uWidth * g_uHeight);
+        glBindTexture(GL_TEXTURE_2D, g_uCopyTexture);
+        glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, vec.data());
+        glBindTexture(GL_TEXTURE_2D, 0);
+        return vec;
+    }
+    void Resize(u32 uWidth, u32 uHeight) {
+        platform::headless::SetClientSize(uWidth, uHeight);
+        for (int i = 0; i < 60 && g_uWidth != uWidth; ++i) Swap();
+        ASSERT_EQ(g_uWidth, uWidth);
+    }
+    /// Of two sizes.
+    std::vector<Pixels> Copies(std::size_t uReads, std::size_t uCopies) {
+        std::vector<Pixels> list;
+        Frame();
+        for (const u32 uWidth : {97u, 80u}) {
+            Resize(uWidth, uWidth / 2);
+            list.push_back(Copy());
+            EXPECT_EQ(CountCalls(m_vecCalls, "glReadPixels"), uReads);
+            EXPECT_EQ(CountCalls(m_vecCalls, "glCopyTexImage2D"), uCopies);
+        }
+        return list;
+    }
+};
+
+/// On a driver that draws on the processor; the others copy in both cases.
+TEST_F(BackdropCopies, GoThroughMemoryOnTheProcessorAndAreWhatTheDriverCopies) {
+    ASSERT_TRUE(Build(Options(true), u"Frosted20"));
+    const char* const szDriver = reinterpret_cast<const char*>(glGetString(GL_RENDERER));
+    const bool bProcessor = std::strstr(szDriver, "llvmpipe") != nullptr;
+    const std::vector<Pixels> listThrough = Copies(bProcessor, !bProcessor);
+    SetCare({});
+    g_fnTavo_GL_Release();
+    EXPECT_TRUE(Copies(0, 1) == listThrough);
 }
 
 TEST_F(OuterGuard, DrawsNothingIntoActiveTransformFeedback) {
