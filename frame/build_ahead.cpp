@@ -9,14 +9,14 @@
 static bool g_bPrepared = false;
 
 /// Fonts out of files open the system's only for what they lack, and so do those that come again.
-static bool HoldFonts() noexcept {
-    return !g_fnHasFontFiles() && !g_fnHasKeptGlyphs() && platform::HoldGlyphSystem();
+static void HoldFonts() noexcept {
+    if (!g_fnHasFontFiles() && !g_fnHasKeptGlyphs()) platform::HoldGlyphSystem();
 }
 
 bool g_fnIsBuildPrepared() noexcept {
     if (!g_stHostCare.bOuterGuard || g_bPrepared) return true;
     g_bPrepared = true;
-    if (!HoldFonts()) return true;
+    HoldFonts();
     g_fnReadReferenceAhead();
     return false;
 }

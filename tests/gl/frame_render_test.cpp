@@ -9,7 +9,6 @@
 #include "draw/canvas.h"
 #include "draw/creation_table.h"
 #include "draw/first_draws.h"
-#include "font/kept_glyphs.h"
 #include "frame/context_state.h"
 #include "frame/frame_driver.h"
 #include "frame/parts.h"
@@ -91,7 +90,7 @@ TEST_F(FrameRender, AProgramThatDrawsRarelyDoesNotWaitForThePicture) {
         Swap();
     }
     EXPECT_TRUE(g_fnAreDrawsSpread())
-        << "fonts, build, and the first frame that shows how far they lie apart";
+        << "files, build, and the first frame that shows how far they lie apart";
     Clear();
     Swap();
     EXPECT_FALSE(g_fnAreDrawsSpread());
@@ -105,12 +104,15 @@ TEST_F(FrameRender, AProgramThatDrawsRarelyDoesNotWaitForThePicture) {
     g_stHostCare = stHostCare();
 }
 
-TEST_F(FrameRender, AProfileWithFontFilesIsBuiltWithoutAFrameAhead) {
+TEST_F(FrameRender, AProfileWithFontFilesOpensNoFontsAheadOfTheBuild) {
     SetCare({"OuterGuard"});
     ASSERT_TRUE(Begin(true));
     std::ofstream(std::filesystem::path(m_strFolder) /
                   "ZARN/Orvin Deck/ORVIN-OSD/Data/Profiles/Bench/Some face.fnt")
         << "no font file";
+    Swap();
+    EXPECT_FALSE(g_bInitGL);
+    EXPECT_TRUE(platform::HoldGlyphSystem()) << "nobody has opened it";
     Swap();
     EXPECT_TRUE(g_bInitGL);
     g_fnTavo_GL_Release();
@@ -123,9 +125,8 @@ TEST_F(FrameRender, BehindABuildWithTheOuterGuardEachFrameDrawsOneKindMoreUntilT
         UseShaders(true);
         SetCare(listKeys);
         ASSERT_TRUE(Begin(true, u"Bench"));
-        // Fonts, build, copy of the frame: nothing to be seen. Then frosted panels, flat ones, and text. The
-        // second time the fonts have their glyphs already.
-        const std::size_t uHidden = g_fnHasKeptGlyphs() ? 2 : 3, uFrames = 10;
+        // Files, build, copy of the frame: nothing to be seen. Then frosted panels, flat ones, and text.
+        const std::size_t uHidden = 3, uFrames = 10;
         std::vector<std::vector<u8>> listPictures;
         for (std::size_t i = 0; i < uFrames; ++i) {
             Clear();
