@@ -33,11 +33,27 @@ TEST(ShippedProfilesCheck, FindsNothingButAFaceThatAnotherOneStandsInFor) {
     EXPECT_EQ(uProfiles, 11u);
 }
 
+static std::string TextOf(const fs::path& file) {
+    std::ifstream stream(file);
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+/// Its point takes a digit's cell, which only a face of one width fills.
+TEST(ShippedProfilesCheck, ANumberWithDecimalsIsWrittenInAFaceOfOneWidth) {
+    static const std::regex s_numBox("<NumBox [^>]*DataFullName=\"FRAME_TIME\"[^>]*>");
+    unsigned uBoxes = 0;
+    for (const auto& entry : fs::directory_iterator(fs::path(ORVIN_SOURCE_DIR) / "data/Profiles")) {
+        const std::string str = TextOf(entry.path() / "OSD.xml");
+        for (std::sregex_iterator it(str.begin(), str.end(), s_numBox), end; it != end; ++it, ++uBoxes)
+            EXPECT_NE(it->str().find("FontName=\"Consolas\""), std::string::npos) << entry.path();
+    }
+    EXPECT_EQ(uBoxes, 4u);
+}
+
 TEST(ShippedProfilesCheck, NoWritingIsSmallerThanElevenPixelsOnFourHundredAndEightyRows) {
     const fs::path data = fs::path(ORVIN_SOURCE_DIR) / "data";
     for (const auto& entry : fs::directory_iterator(data / "Profiles")) {
-        std::ifstream file(entry.path() / "OSD.xml");
-        const std::string str{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+        const std::string str = TextOf(entry.path() / "OSD.xml");
         static const std::regex s_size("TextSize=\"(\\d+)\"");
         unsigned uSizes = 0;
         for (std::sregex_iterator it(str.begin(), str.end(), s_size), end; it != end; ++it, ++uSizes)
