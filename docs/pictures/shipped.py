@@ -19,7 +19,7 @@ MOST_BYTES = 150 * 1024
 VIEWS = {"Default": ("bright", (0, 0, 640, 300)), "FPS": ("dark", (1280, 0, 1920, 300)),
          "Gauges": ("bright", (1280, 0, 1920, 640)), "Graphs": ("dark", (0, 0, 640, 640)),
          "Emblem": ("bright", (1280, 0, 1920, 300)),
-         "Player": ("bright", (1280, 0, 1920, 300)), "Reviewer": ("dark", (0, 0, 640, 900)),
+         "Player": ("bright", (1280, 0, 1920, 300)), "Reviewer": ("dark", (0, 0, 380, 900)),
          "Full": ("dark", (0, 0, 640, 690)), "Streamer": ("bright", (640, 390, 1280, 1080))}
 
 
