@@ -135,7 +135,7 @@ def e2e():
     build("win64")
     prepare()
     code, output = run(["/usr/bin/python3", "-m", "unittest", "discover", "-v", "-s", "tests/e2e", "-t", "tests",
-                        "-p", "test_*.py"], STATE / "e2e.log")
+                        "-p", "test_*.py"], STATE / "e2e.log", timeout=3600)
     ran = re.search(r"Ran (\d+) tests?", output)
     bad = re.search(r"FAILED \((.*)\)", output)
     failed = sum(int(n) for n in re.findall(r"(?:failures|errors)=(\d+)", bad.group(1))) if bad else int(code != 0)
