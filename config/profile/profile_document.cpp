@@ -182,6 +182,7 @@ bool g_fnRead_OSD_Profile() {
         return true;
     } catch (i32 iCode) {
         g_fnClearProfileDocuments();
+        g_fnDropReferenceAhead(); // the next try comes after a repair
         g_stProfile.iError = iCode;
         return false;
     }

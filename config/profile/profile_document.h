@@ -82,7 +82,8 @@ extern stProfile g_stProfile;
 /// Reads both documents of g_wzProfileName ("Default" where that is empty), sets the handles, g_uLayoutStyle
 /// and the routine. False, with all handles null and the style untouched, if any step fails.
 bool g_fnRead_OSD_Profile();
-/// Parses OSD_Ref.xml for the next read, which takes it as it is.
+/// Parses OSD_Ref.xml for the next read, which takes it as it is, or drops it where the profile's own
+/// document is at fault.
 void g_fnReadReferenceAhead() noexcept;
 /// Drops what no read has taken.
 void g_fnDropReferenceAhead() noexcept;

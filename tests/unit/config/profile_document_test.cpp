@@ -130,6 +130,17 @@ TEST_F(ProfileDocument, AReferenceReadAheadIsTakenByTheNextReadAlone) {
     ExpectFailure(PROFILE_NOT_OPENED);
 }
 
+TEST_F(ProfileDocument, AReferenceReadAheadOfAFailureIsNotTakenBehindIt) {
+    Document("<OSD>");
+    Reference("<OSD><ClassicLayout><Group/><Template/></ClassicLayout><Preset Mine='1'/></OSD>");
+    g_fnReadReferenceAhead();
+    ExpectFailure(PROFILE_NOT_PARSED);
+    Document(Layout(0, ""));
+    Reference("<OSD><ClassicLayout><Group/><Template/></ClassicLayout></OSD>");
+    ASSERT_TRUE(g_fnRead_OSD_Profile());
+    EXPECT_EQ(g_stProfile.pPreset, nullptr);
+}
+
 TEST_F(ProfileDocument, AReferenceReadAheadInVainIsReadOnceMore) {
     Document(Layout(0, ""));
     Reference("<OSD>");
