@@ -11,13 +11,27 @@ namespace fs = std::filesystem;
 
 struct ShaderFile {
     const char* szName;
-    bool bDefines; ///< compiled with defines, so that its lines are copied one by one
+    bool bDefines;       ///< compiled with defines, so that its lines are copied one by one
+    bool bSpare = false; ///< without it the others draw
 };
 
-constexpr ShaderFile kShaders[] = {
-    {"DrawBasic_GL_C.vs", false},   {"DrawBasic_GL_C.fs", false},  {"DrawBasic_GL_Tex.vs", false},
-    {"DrawBasic_GL_Tex.fs", false}, {"DrawBasic_GL_CB.vs", false}, {"DrawBasic_GL_CB.fs", true},
-    {"DrawText_GL.vs", false},      {"DrawText_GL.fs", false},     {"DrawText_GL_G.fs", false}};
+constexpr ShaderFile kShaders[] = {{"DrawBasic_GL_C.vs", false},
+                                   {"DrawBasic_GL_C.fs", false},
+                                   {"DrawBasic_GL_Tex.vs", false},
+                                   {"DrawBasic_GL_Tex.fs", false},
+                                   {"DrawBasic_GL_CB.vs", false},
+                                   {"DrawBasic_GL_CB.fs", true},
+                                   {"DrawText_GL.vs", false},
+                                   {"DrawText_GL.fs", false},
+                                   {"DrawText_GL_G.fs", false},
+                                   {"DrawMerged_GL_C.vs", false, true},
+                                   {"DrawMerged_GL_C.fs", false, true},
+                                   {"DrawMerged_GL_Tex.vs", false, true},
+                                   {"DrawMerged_GL_Tex.fs", false, true},
+                                   {"DrawMerged_GL_CB.fs", true, true},
+                                   {"DrawMerged_GL_T.vs", false, true},
+                                   {"DrawMerged_GL_T.fs", false, true},
+                                   {"DrawMerged_GL_TG.fs", false, true}};
 
 /// Number of the first line that is too long, from 1; 0 if there is none.
 size_t LongLine(std::string_view text) {
@@ -32,10 +46,10 @@ size_t LongLine(std::string_view text) {
 }
 
 /// What is wrong with a file; empty if nothing is.
-std::string Fault(const fs::path& path, bool bDefines) {
+std::string Fault(const fs::path& path, const ShaderFile& st) {
     std::error_code error;
     const fs::file_status status = fs::status(path, error);
-    if (!fs::exists(status)) return "is missing";
+    if (!fs::exists(status)) return st.bSpare ? "" : "is missing";
     if (!fs::is_regular_file(status)) return "is no plain file";
     const auto uSize = fs::file_size(path, error);
     if (error) return "cannot be read";
@@ -44,7 +58,7 @@ std::string Fault(const fs::path& path, bool bDefines) {
         return "is larger than " + std::to_string(g_uShaderBytesMax / 1024) + " KiB";
     std::string strText;
     if (!ReadFile(path, g_uShaderBytesMax, strText) || strText.empty()) return "cannot be read";
-    const size_t uLine = bDefines ? LongLine(strText) : 0;
+    const size_t uLine = st.bDefines ? LongLine(strText) : 0;
     if (uLine == 0) return {};
     return "has more than " + std::to_string(g_uShaderLineLimit) + " bytes in line " + std::to_string(uLine) +
            ", which ends every program that loads it";
@@ -55,7 +69,7 @@ std::string Fault(const fs::path& path, bool bDefines) {
 std::vector<std::string> ShaderFaults(const fs::path& pathData) {
     std::vector<std::string> listFaults;
     for (const ShaderFile& st : kShaders)
-        if (const std::string strFault = Fault(pathData / st.szName, st.bDefines); !strFault.empty())
+        if (const std::string strFault = Fault(pathData / st.szName, st); !strFault.empty())
             listFaults.push_back(std::string("shader ") + st.szName + " " + strFault);
     return listFaults;
 }

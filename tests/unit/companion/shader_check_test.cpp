@@ -39,6 +39,26 @@ TEST_F(CompanionShaders, MissingEmptyAndLargeOnesAreNamed) {
                                "shader DrawText_GL_G.fs is larger than 1024 KiB"}));
 }
 
+TEST_F(CompanionShaders, ThoseOfMergedDrawingAreLookedAtWhereTheyAreThere) {
+    fs::remove(m_path / "DrawMerged_GL_C.vs");
+    EXPECT_EQ(Faults(), Words{}) << "the others draw without it";
+    Write("DrawMerged_GL_TG.fs", "");
+    Write("DrawMerged_GL_CB.fs", std::string(254, '/'));
+    EXPECT_EQ(Faults(),
+              (Words{"shader DrawMerged_GL_CB.fs has more than 253 bytes in line 1, which ends every "
+                     "program that loads it",
+                     "shader DrawMerged_GL_TG.fs is empty"}));
+}
+
+TEST_F(CompanionShaders, EveryShippedFileIsLookedAt) {
+    for (const auto& entry : fs::directory_iterator(ORVIN_SOURCE_DIR "/shaders")) {
+        const std::string strName = entry.path().filename().string();
+        Write(strName.c_str(), "");
+        EXPECT_EQ(Faults(), Words{"shader " + strName + " is empty"});
+        fs::copy_file(entry.path(), m_path / strName, fs::copy_options::overwrite_existing);
+    }
+}
+
 TEST_F(CompanionShaders, WhatIsNoPlainFileIsNamedWithoutReadingIt) {
     ForEachOddFile(TextOfPath(m_path / "DrawBasic_GL_Tex.fs"), [&](const char* szKind) {
         ASSERT_EQ(Faults().size(), 1u) << szKind;
