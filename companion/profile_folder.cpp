@@ -47,6 +47,8 @@ std::string TextOfPath(const fs::path& path) {
 
 bool ReadFile(const fs::path& path, u64 uMost, std::string& strBytes) {
     strBytes.clear();
+    std::error_code error;
+    if (!fs::is_regular_file(path, error)) return false; // another kind may never end, or never begin
     std::ifstream file(path, std::ios::binary);
     if (!file) return false;
     std::string strPiece(static_cast<size_t>(std::min<u64>(uMost, 64 * 1024)), '\0');

@@ -13,8 +13,9 @@ namespace companion {
 std::filesystem::path PathOfText(const std::string& strUtf8);
 std::string TextOfPath(const std::filesystem::path& path);
 
-/// What a file begins with, uMost bytes at most. False if it cannot be opened. By paths of the C++ library,
-/// which the readers of platform/ do not take: on Linux they hold names that are no text, too.
+/// What a file begins with, uMost bytes at most. False if it cannot be opened or is no plain file. By paths
+/// of the C++ library, which the readers of platform/ do not take: on Linux they hold names that are no text,
+/// too.
 bool ReadFile(const std::filesystem::path& path, u64 uMost, std::string& strBytes);
 
 /// Why a text cannot be a profile's name; empty if it can. A name is one plain folder name.

@@ -92,6 +92,8 @@ std::string SettingsFolder() {
 std::string SettingsFile() { return SettingsFolder() + "/settings.ini"; }
 
 std::string ReadSettingsFile() {
+    struct stat st;
+    if (stat(SettingsFile().c_str(), &st) != 0 || !S_ISREG(st.st_mode)) return {};
     std::stringstream text;
     text << std::ifstream(SettingsFile(), std::ios::binary).rdbuf();
     return text.str();

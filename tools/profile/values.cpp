@@ -143,7 +143,9 @@ Result ValueSource::Open(const std::string& strWish, const std::string& strLibra
         return {};
     }
     std::string strText;
-    if (!ReadFile(PathOfText(strWish), ~u64{0}, strText)) return Result::NotFound("cannot open " + strWish);
+    constexpr u64 uMostBytes = 16 * 1024 * 1024;
+    if (!ReadFile(PathOfText(strWish), uMostBytes, strText))
+        return Result::NotFound("cannot open " + strWish);
     Result stResult = ParseValues(strText, m_mapValues);
     if (!stResult) stResult.strError = strWish + ": " + stResult.strError;
     return stResult;

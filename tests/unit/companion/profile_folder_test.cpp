@@ -1,6 +1,7 @@
 #include "companion/profile_commands.h"
 #include "companion/profile_folder.h"
 #include "platform/tool.h"
+#include "tests/support/odd_files.h"
 #include <fstream>
 #include <gtest/gtest.h>
 #include <sstream>
@@ -154,4 +155,15 @@ TEST(CompanionDataFolder, LiesBelowTheCommonFolder) {
     ASSERT_TRUE(FindDataFolder("", path));
     const std::string strText = path.generic_string();
     EXPECT_TRUE(strText.ends_with("/ZARN/Orvin Deck/ORVIN-OSD/Data")) << strText;
+}
+
+TEST(ProfileFolder, ReadFileReadsPlainFilesAloneAndNoMoreThanAskedFor) {
+    const fs::path path = PathOfText(platform::tool::TempFolder()) /
+                          ("orvin-odd-" + std::to_string(platform::tool::OwnProcessId()));
+    ForEachOddFile(TextOfPath(path), [&](const char* szKind) {
+        std::string str = "x";
+        const bool bPlain = std::string(szKind).starts_with("file");
+        EXPECT_EQ(ReadFile(path, 100, str), bPlain) << szKind;
+        EXPECT_EQ(str.size(), bPlain ? 100u : 0u) << szKind;
+    });
 }
