@@ -102,6 +102,7 @@ static bool AcceptDeviceContext(platform::SurfaceHandle hdc) {
         g_hDC = hdc;
         return true;
     }
+    // KEEP(hosts): without the key every other surface takes the overlay.
     g_fnLog("GLGraphics: g_fnTavo_GL_PrewglSwapBuffers() - HDC Changed %#x => %#x", g_fnLow32(g_hDC),
             g_fnLow32(hdc));
     // Without resources the release leaves these alone, and another context has to be asked for its version.

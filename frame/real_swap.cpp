@@ -19,6 +19,7 @@ i32 g_fnSwapAndDrain(void* hdc) {
     const i32 iResult = RealSwap(hdc);
     const platform::ErrorKeeper keeper; // what the real swap left is the host's
     g_fnNoteSwapDone(hdc);
+    // KEEP(hosts): with any key. One error of the program's own goes with it; one of ours must not reach it.
     glGetError();
     return iResult;
 }
