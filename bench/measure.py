@@ -22,6 +22,7 @@ import layouts
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 DATA = pathlib.PurePosixPath("ZARN/Orvin Deck/ORVIN-OSD/Data")
 FROM, TO = 300, 1300
+START = 30  # frames, until the layout stands
 SIXTIETH = "16666667"
 
 # Name, overlay in the process, profile, switched on.
@@ -292,6 +293,10 @@ class Bench:
         """Instructions a frame: two runs of different length under callgrind, their difference."""
         totals = [self.collected(mode, driver, frames)[0] for frames in (FROM, TO)]
         return (totals[1] - totals[0]) / (TO - FROM)
+
+    def instructions_of_start(self, mode):
+        """Instructions of the first frames, in which the overlay is built and comes to stand, over the bare program's."""
+        return self.collected(mode, "null", START)[0] - self.collected("bare", "null", START)[0]
 
     def instructions_of_trace(self, mode):
         """Instructions a frame that being recorded takes, and how many of them are spent in reads of the clock."""
