@@ -91,6 +91,21 @@ class Documents(unittest.TestCase):
             code, output = self.programs.ask(*subject[:-1], "no-such-command")
             self.assertEqual(code, USAGE, output)
 
+    def test_both_settings_files_say_the_same(self):
+        """settings.reg is what Windows takes in, settings.ini what the Linux library reads."""
+        values = {}
+        for name, encoding in (("settings.reg", "utf-16"), ("settings.ini", "utf-8")):
+            key = None
+            for line in (ROOT / "Settings" / name).read_text(encoding).splitlines():
+                if line.startswith("["):
+                    key = line.strip("[]").removeprefix("HKEY_LOCAL_MACHINE\\")
+                elif "=" in line and not line.startswith(";"):
+                    word, value = (part.strip().strip('"') for part in line.split("=", 1))
+                    number = re.fullmatch("dword:([0-9a-f]{8})", value)
+                    values.setdefault(name, {})[key, word] = str(int(number.group(1), 16)) if number else value
+        self.assertGreater(len(values["settings.ini"]), 10)
+        self.assertEqual(values["settings.reg"], values["settings.ini"])
+
     def test_each_command_of_the_script_exists(self):
         usage = subprocess.run([ROOT / "orvin", "help"], capture_output=True, text=True, check=True).stdout
         lines = command_lines("./orvin")

@@ -352,6 +352,19 @@ class Commands(LinuxCase):
 class Records(LinuxCase):
     KILLS = 150
 
+    def test_init_counts_programs_that_run(self):
+        """One that was killed is none, though its record is still there."""
+        hosts = [self.programs.with_overlay([LINUX / "host_glx", "--frames", "100000000", "--fps-cap", "30"])
+                 for _ in range(2)]
+        wait_until(lambda: self.programs.ask("status")[1].count(" OpenGL ") == 2)
+        self.assertIn("2 running programs", self.programs.ask("init")[1])
+        hosts[0].kill()
+        hosts[0].wait()
+        code, output = self.programs.ask("init")
+        self.assertNotEqual(code, 0)
+        self.assertIn("1 running programs", output)
+        self.assertIsNone(hosts[1].poll())
+
     def attach_and_die(self):
         """A program that takes the library in and is killed: the same without a window."""
         code = f"import ctypes, os; ctypes.CDLL({str(LINUX / 'libORVIN-OSD64-GL.so')!r}); os.kill(os.getpid(), 9)"

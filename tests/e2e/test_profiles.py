@@ -103,6 +103,19 @@ class Profiles(AuthorCase):
 
 
 class Render(AuthorCase):
+    def test_the_streamers_bar_fits_upright_pictures(self):
+        """Both its ends are seen, with the picture's edges free beside them."""
+        for width, height in ((1080, 1920), (720, 1280), (480, 640)):
+            with self.subTest(width=width):
+                pictures = []
+                for profile in ("Streamer", "Empty"):
+                    path = self.folder / f"{profile}.png"
+                    self.ask("profile", "render", profile, "-o", path, "--size", f"{width}x{height}", "--background", "#808080")
+                    pictures.append(Image.open(path).convert("RGB"))
+                left, top, right, bottom = difference_box(*pictures)
+                self.assertTrue(0 < left < right < width and 0 < top < bottom < height, (left, top, right, bottom))
+                self.assertLessEqual(abs(left - (width - right)), 2, "it stands in the middle")
+
     def test_pictures_are_the_same_each_time_and_have_their_size(self):
         first, second = self.render("Gauges", "a.png", "--seconds", "3"), self.render("Gauges", "b.png", "--seconds", "3")
         self.assertEqual(first.size, (1280, 720))
