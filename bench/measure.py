@@ -295,8 +295,8 @@ class Bench:
         return (totals[1] - totals[0]) / (TO - FROM)
 
     def instructions_of_start(self, mode):
-        """Instructions of the first frames, in which the overlay is built and comes to stand, over the bare program's."""
-        return self.collected(mode, "null", START)[0] - self.collected("bare", "null", START)[0]
+        """Instructions of a program's first frames, in which the overlay is built and comes to stand."""
+        return self.collected(mode, "null", START)[0]
 
     def instructions_of_trace(self, mode):
         """Instructions a frame that being recorded takes, and how many of them are spent in reads of the clock."""
